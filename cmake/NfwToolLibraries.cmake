@@ -1,0 +1,22 @@
+# The header-only libraries that tools and their tests use; the framework itself needs none of them.
+
+# nfw_header_library(PACKAGE TARGET FOLDER): the target of an installed package. In a cross build the package is the
+# host's; its folder of headers is linked into a place of its own, so that no other header of the host comes into view.
+macro(nfw_header_library nPackage nTarget nFolder)
+  if(CMAKE_CROSSCOMPILING)
+    find_path(NFW_${nPackage}_DIR ${nFolder} REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+    file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/host-headers)
+    file(CREATE_LINK ${NFW_${nPackage}_DIR}/${nFolder} ${CMAKE_BINARY_DIR}/host-headers/${nFolder} SYMBOLIC)
+    add_library(${nTarget} INTERFACE IMPORTED)
+    target_include_directories(${nTarget} SYSTEM INTERFACE ${CMAKE_BINARY_DIR}/host-headers)
+  else()
+    find_package(${nPackage} REQUIRED)
+  endif()
+endmacro()
+
+nfw_header_library(CLI11 CLI11::CLI11 CLI)
+nfw_header_library(nlohmann_json nlohmann_json::nlohmann_json nlohmann)
+nfw_header_library(fmt fmt::fmt-header-only fmt)
+if(CMAKE_CROSSCOMPILING)
+  target_compile_definitions(fmt::fmt-header-only INTERFACE FMT_HEADER_ONLY=1)
+endif()
