@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+
+namespace utl {
+
+/// Carries the fields of a message between its object and its queued form. Fields are read in the order in which they
+/// were written. Every operation returns false when it could not be done (no room, too little data, wrong direction);
+/// the target of a failed read keeps its value.
+class MsgDataBroker {
+ public:
+  virtual ~MsgDataBroker() = default;
+
+  virtual bool beginInput() = 0;   ///< from here on fields are written, the first one first
+  virtual bool beginOutput() = 0;  ///< from here on fields are read, the first one first
+
+  bool write(bool nValue) { return put(VALUE, &nValue, 1); }
+  bool write(char nValue) { return put(VALUE, &nValue, 1); }
+  bool write(int8_t nValue) { return put(VALUE, &nValue, 1); }
+  bool write(uint8_t nValue) { return put(VALUE, &nValue, 1); }
+  bool write(int16_t nValue) { return put(VALUE, &nValue, 2); }
+  bool write(uint16_t nValue) { return put(VALUE, &nValue, 2); }
+  bool write(int32_t nValue) { return put(VALUE, &nValue, 4); }
+  bool write(uint32_t nValue) { return put(VALUE, &nValue, 4); }
+  bool write(int64_t nValue) { return put(VALUE, &nValue, 8); }
+  bool write(uint64_t nValue) { return put(VALUE, &nValue, 8); }
+  bool write(float nValue) { return put(VALUE, &nValue, 4); }
+  bool write(double nValue) { return put(VALUE, &nValue, 8); }
+  template <class T>
+  bool write(T* npValue) {
+    const void* const lpValue = npValue;
+    return put(POINTER, &lpValue, 1);
+  }
+
+  bool read(bool* npValue) { return take(VALUE, npValue, 1); }
+  bool read(char* npValue) { return take(VALUE, npValue, 1); }
+  bool read(int8_t* npValue) { return take(VALUE, npValue, 1); }
+  bool read(uint8_t* npValue) { return take(VALUE, npValue, 1); }
+  bool read(int16_t* npValue) { return take(VALUE, npValue, 2); }
+  bool read(uint16_t* npValue) { return take(VALUE, npValue, 2); }
+  bool read(int32_t* npValue) { return take(VALUE, npValue, 4); }
+  bool read(uint32_t* npValue) { return take(VALUE, npValue, 4); }
+  bool read(int64_t* npValue) { return take(VALUE, npValue, 8); }
+  bool read(uint64_t* npValue) { return take(VALUE, npValue, 8); }
+  bool read(float* npValue) { return take(VALUE, npValue, 4); }
+  bool read(double* npValue) { return take(VALUE, npValue, 8); }
+  template <class T>
+  bool read(T** npValue) {  ///< the same T as was written: the address is carried, not converted
+    const void* lpValue = nullptr;
+    if (!take(POINTER, &lpValue, 1)) return false;
+    *npValue = static_cast<T*>(const_cast<void*>(lpValue));
+    return true;
+  }
+
+  bool writeBytes(const void* npData, unsigned int nCount) { return put(BYTES, npData, nCount); }
+  bool writeChars(const char* npData, unsigned int nCount) { return put(BYTES, npData, nCount); }
+  bool writeWideChars(const wchar_t* npData, unsigned int nCount) { return put(WIDE_CHARS, npData, nCount); }
+  bool readBytes(void* npData, unsigned int nCount) { return take(BYTES, npData, nCount); }
+  bool readChars(char* npData, unsigned int nCount) { return take(BYTES, npData, nCount); }
+  bool readWideChars(wchar_t* npData, unsigned int nCount) { return take(WIDE_CHARS, npData, nCount); }
+
+ protected:
+  /// What an item is. `nCount` is the bytes of a VALUE (1, 2, 4 or 8) and of a run of BYTES, the number of wide
+  /// characters of WIDE_CHARS, and 1 for a POINTER.
+  enum ItemKind { VALUE, POINTER, BYTES, WIDE_CHARS };
+
+  virtual bool put(ItemKind nKind, const void* npData, unsigned int nCount) = 0;
+  virtual bool take(ItemKind nKind, void* npData, unsigned int nCount) = 0;
+};
+
+}  // namespace utl
