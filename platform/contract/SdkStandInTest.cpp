@@ -1,0 +1,218 @@
+// The stand-ins of the service SDKs: who is called, in which order, and how a listener goes while it is being called.
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "Gps.h"
+#include "GpsHost.h"
+#include "ZTSDeadReckoning.h"
+#include "ZTSDeadReckoningHost.h"
+#include "ZTSMount.h"
+#include "ZTSMountHost.h"
+#include "gtest/gtest.h"
+
+namespace {
+
+struct Nmea : GpsNmeaListener {
+  explicit Nmea(std::function<void(const std::string&)> nCall) : mCall(nCall) {}
+  ~Nmea() override { Gps::GetInstance()->unRegisterGpsNmeaListener(this); }
+  bool attach(GeodeticSystem nSystem = WGS_84_GPS) {
+    return Gps::GetInstance()->registerGpsNmeaListener(this, nSystem);
+  }
+  bool detach() { return Gps::GetInstance()->unRegisterGpsNmeaListener(this); }
+  void notifyReceiveNmeaSentence(char const* npText, unsigned int nSize) override { mCall(std::string(npText, nSize)); }
+
+  std::function<void(const std::string&)> mCall;
+};
+
+void feed(const std::string& nText, GeodeticSystem nSystem = WGS_84_GPS) {
+  gpshost::feedSentence(nText.data(), static_cast<unsigned int>(nText.size()), nSystem);
+}
+
+TEST(SdkStandIn, CallsTheListenersOfTheSystemInOrder) {
+  std::string lCalls;
+  Nmea lFirst([&](const std::string& nText) { lCalls += "1" + nText; });
+  Nmea lSecond([&](const std::string& nText) { lCalls += "2" + nText; });
+  EXPECT_FALSE(Gps::GetInstance()->registerGpsNmeaListener(nullptr, WGS_84_GPS));
+  EXPECT_TRUE(lFirst.attach());
+  EXPECT_TRUE(lFirst.attach());  // once is enough
+  EXPECT_TRUE(lSecond.attach());
+  EXPECT_TRUE(lFirst.attach(TOKYO_GPS));
+  feed("a");
+  feed("b", TOKYO_GPS);
+  EXPECT_EQ("1a2a1b", lCalls);
+  EXPECT_TRUE(lFirst.detach());
+  EXPECT_FALSE(lFirst.detach());
+  feed("c");
+  feed("d", TOKYO_GPS);
+  EXPECT_EQ("1a2a1b2c", lCalls);
+}
+
+TEST(SdkStandIn, ListenersComeAndGoDuringACall) {
+  std::string lCalls;
+  Nmea lLate([&](const std::string&) { lCalls += "late "; });
+  Nmea lVictim([&](const std::string&) { lCalls += "victim "; });
+  Nmea lActor([&](const std::string& nText) {
+    lCalls += "actor ";
+    lLate.attach();
+    lVictim.detach();
+    lActor.detach();
+    if (nText == "outer") feed("inner");
+  });
+  Nmea lLast([&](const std::string&) { lCalls += "last "; });
+  for (Nmea* lpListener : {&lActor, &lVictim, &lLast}) lpListener->attach();
+  feed("outer");
+  EXPECT_EQ("actor last late last ", lCalls);  // the inner round, then the rest of the outer one
+}
+
+TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
+  std::mutex lMutex;
+  std::condition_variable lChanged;
+  bool lIsInside = false, lIsReleased = false, lIsFinished = false;
+  std::atomic<unsigned int> lCalls{0};
+  Nmea lListener([&](const std::string& nText) {
+    ++lCalls;
+    if (nText != "wait") return;
+    std::unique_lock<std::mutex> lLock(lMutex);
+    lIsInside = true;
+    lChanged.notify_all();
+    lChanged.wait(lLock, [&] { return lIsReleased; });
+    lIsFinished = true;
+  });
+  lListener.attach();
+  std::thread lFeeder([] { feed("wait"); });
+  {
+    std::unique_lock<std::mutex> lLock(lMutex);
+    lChanged.wait(lLock, [&] { return lIsInside; });
+  }
+  std::thread lRemover([&] {
+    EXPECT_TRUE(lListener.detach());
+    std::lock_guard<std::mutex> lLock(lMutex);
+    EXPECT_TRUE(lIsFinished);
+  });
+  for (unsigned int lBefore = 0; lBefore != lCalls;) {  // until it is not called any more: the removal is under way
+    lBefore = lCalls;
+    feed("pass");
+  }
+  {
+    std::lock_guard<std::mutex> lLock(lMutex);
+    lIsReleased = true;
+    lChanged.notify_all();
+  }
+  lRemover.join();
+  lFeeder.join();
+}
+
+TEST(SdkStandIn, ARemovedListenerMayBeDeletedAtOnce) {
+  std::atomic<bool> lIsOver{false};
+  std::atomic<unsigned int> lCalls{0};
+  std::vector<std::thread> lThreads;
+  for (int i = 0; i < 2; ++i) {
+    lThreads.emplace_back([&] {
+      for (; !lIsOver; std::this_thread::yield()) feed("x");
+    });
+  }
+  for (int i = 0; i < 40; ++i) {
+    const unsigned int lBefore = lCalls;
+    auto lpListener = std::make_unique<Nmea>([&](const std::string&) { ++lCalls; });
+    lpListener->attach();
+    while (lCalls == lBefore) std::this_thread::yield();
+    EXPECT_TRUE(lpListener->detach());
+  }
+  lIsOver = true;
+  for (std::thread& lThread : lThreads) lThread.join();
+}
+
+struct Parse : GpsParseNmeaListener {
+  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note("Nmea", npRecord); }
+  void notifyParseGgaSentence(GPGGA const* npRecord) override { note("Gga", npRecord); }
+  void notifyParseGllSentence(GPGLL const* npRecord) override { note("Gll", npRecord); }
+  void notifyParseGsaSentence(GPGSA const* npRecord) override { note("Gsa", npRecord); }
+  void notifyParseGsvSentence(GPGSV const* npRecord) override { note("Gsv", npRecord); }
+  void notifyParseRmcSentence(GPRMC const* npRecord) override { note("Rmc", npRecord); }
+  void notifyParseVtgSentence(GPVTG const* npRecord) override { note("Vtg", npRecord); }
+  void notifyParseZdaSentence(GPZDA const* npRecord) override { note("Zda", npRecord); }
+  void notifyParsePubxSentence(PUBX const* npRecord) override { note("Pubx", npRecord); }
+  void note(const char* npName, const void* npRecord) {
+    mCalls += std::string(npName) + " ";
+    mpRecord = npRecord;
+  }
+
+  std::string mCalls;
+  const void* mpRecord = nullptr;
+};
+
+template <class Record>
+void feedOne(Parse& nListener) {
+  const auto lpRecord = std::make_unique<Record>();
+  gpshost::feed(*lpRecord, TOKYO_GPS);
+  EXPECT_EQ(lpRecord.get(), nListener.mpRecord);
+}
+
+TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
+  Parse lListener;
+  Gps::GetInstance()->registerGpsParseNmeaListener(&lListener, TOKYO_GPS);
+  feedOne<GPGGA>(lListener);
+  feedOne<GPGLL>(lListener);
+  feedOne<GPGSA>(lListener);
+  feedOne<GPGSV>(lListener);
+  feedOne<GPRMC>(lListener);
+  feedOne<GPVTG>(lListener);
+  feedOne<GPZDA>(lListener);
+  feedOne<PUBX>(lListener);
+  feedOne<PARSE_NMEA>(lListener);
+  gpshost::feed(GPGGA{}, WGS_84_GPS);
+  EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
+  gpshost::feed(GPGGA{}, TOKYO_GPS);
+  EXPECT_EQ("Gga Gll Gsa Gsv Rmc Vtg Zda Pubx Nmea ", lListener.mCalls);
+}
+
+TEST(SdkStandIn, HandsOverDeadReckoningReports) {
+  struct Listener : ZTSDeadReckoningListener {
+    void onNotifyLocationInfoForTervin(ZTSDeadReckoningDef::DRG_LOCATION_INFO const* npInfo) override {
+      mpInfo = npInfo;
+    }
+    const void* mpInfo = nullptr;
+  } lListener;
+  const auto lpInfo = std::make_unique<ZTSDeadReckoningDef::DRG_LOCATION_INFO>();
+  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->addListener(&lListener));
+  deadreckoninghost::feed(*lpInfo);
+  EXPECT_EQ(lpInfo.get(), lListener.mpInfo);
+  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
+  EXPECT_FALSE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
+}
+
+TEST(SdkStandIn, TellsOfDevicesAndAnswersForThem) {
+  struct Listener : ZTSMountListener {
+    void onNotifyReady() override { mCalls += "ready "; }
+    void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo) override {
+      ZTSMountDef::ST_MNT_MOUNT_INFO lAsked{};
+      EXPECT_EQ(0,
+                ZTSMount::GetInstance()->getDeviceInfo(nInfo.type, &lAsked));  // no lock is held, and it knows already
+      mCalls += std::string(lAsked.drive) + " ";
+    }
+    std::string mCalls;
+  } lListener;
+  ZTSMount* const lpMount = ZTSMount::GetInstance();
+  ZTSMountDef::ST_MNT_MOUNT_INFO lInfo{};
+  lInfo.type = 14;
+  snprintf(lInfo.drive, sizeof(lInfo.drive), "sda1");
+  EXPECT_TRUE(lpMount->addListener(&lListener));
+  EXPECT_EQ(1, lpMount->getDeviceInfo(14, &lInfo));
+  mounthost::feedReady();
+  mounthost::feedDeviceInfo(lInfo);
+  mounthost::setDeviceInfo(14, -5, lInfo);
+  EXPECT_EQ(-5, lpMount->getDeviceInfo(14, &lInfo));
+  EXPECT_LT(lpMount->getDeviceInfo(14, nullptr), 0);
+  mounthost::clearDeviceInfo();
+  EXPECT_EQ(1, lpMount->getDeviceInfo(14, &lInfo));
+  EXPECT_TRUE(lpMount->removeListener(&lListener));
+  EXPECT_EQ("ready sda1 ", lListener.mCalls);
+}
+
+}  // namespace

@@ -1,0 +1,256 @@
+// The stand-in of the system log service: where lines and records go, and what becomes of those that cannot.
+#include <sys/resource.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "../syslog/src/LogTypes.h"
+#include "ContractSupport.h"
+#include "SysLogService.h"
+#include "SysLogServiceHost.h"
+
+namespace {
+
+using contract::Pipe;
+using contract::readFile;
+using contract::RedirectedError;
+
+// What one line looks like on standard error.
+std::string written(int nType, int nLevel, const char* npText) {
+  Pipe lPipe;
+  RedirectedError lError(lPipe.writeEnd());
+  applog(nType, nLevel, npText);
+  return lPipe.drain();
+}
+
+TEST(SysLogStandIn, WritesOneLineEach) {
+  registerLogType(20, "<NAVI>NFW    ", 4);
+  registerLogType(21, "MAP", 4);
+  registerLogType(22, nullptr, 4);
+  registerLogType(23, "A name of thirty-two characters.", 4);
+  const struct {
+    int mType, mLevel;
+    const char* mpText;
+    const char* mpLine;
+  } CASES[] = {
+      {20, 1, "LogWriter::open()", "ERR <NAVI>NFW    LogWriter::open()\n"},
+      {21, 2, "100% of %s", "WRN MAP 100% of %s\n"},
+      {22, 3, "no name", "INF [22] no name\n"},
+      {-1, 4, "", "DTL [-1] \n"},
+      {23, 5, "x", "DBG A name of thirty-two characters x\n"},
+      {-2147483647 - 1, 0, "x", "NO  [-2147483648] x\n"},
+      {21, 77, "a\nb\r\tc\x1b[2J\x7f\xC3\xA4", "DBG MAP a b  c [2J \xC3\xA4\n"},
+  };
+  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mpLine, written(lCase.mType, lCase.mLevel, lCase.mpText));
+}
+
+TEST(SysLogStandIn, CutsAnEndlessTextAndSaysSo) {
+  const std::string lLine = written(20, 1, std::string(100000, 'x').c_str());
+  ASSERT_GT(lLine.size(), 1023u);
+  EXPECT_LT(lLine.size(), 1600u);
+  EXPECT_EQ("xxx...\n", lLine.substr(lLine.size() - 7));
+  EXPECT_EQ("ERR [30] " + std::string(1023, 'x') + "\n", written(30, 1, std::string(1023, 'x').c_str()));
+}
+
+TEST(SysLogStandIn, ColoursByLevelWhenTold) {
+  syslogservice::setColoured(true);
+  EXPECT_EQ("\x1b[31mERR [30] text\x1b[0m\n", written(30, 1, "text"));
+  EXPECT_EQ("INF [30] text\n", written(30, 3, "text"));
+  const std::string lCut = written(30, 1, std::string(100000, 'x').c_str());
+  EXPECT_EQ("x...\x1b[0m\n", lCut.substr(lCut.size() - 9));
+  syslogservice::setColoured(false);
+  EXPECT_EQ("ERR [30] text\n", written(30, 1, "text"));
+}
+
+TEST(SysLogStandIn, DropsWhatAStuckReaderDoesNotTakeAndGoesOn) {
+  Pipe lPipe;
+  lPipe.fill();
+  RedirectedError lError(lPipe.writeEnd());
+  const unsigned long long lBefore = syslogservice::droppedLines();
+  errno = 7;
+  for (int i = 0; i < 3; ++i) applog(30, 1, "lost");
+  EXPECT_EQ(7, errno);
+  EXPECT_EQ(lBefore + 3, syslogservice::droppedLines());
+  EXPECT_EQ(0, fcntl(STDERR_FILENO, F_GETFL) & O_NONBLOCK);  // others share the descriptor
+  lPipe.drain();
+  applog(30, 1, "read again");
+  EXPECT_EQ("ERR [30] read again\n", lPipe.drain());
+  EXPECT_EQ(lBefore + 3, syslogservice::droppedLines());
+}
+
+TEST(SysLogStandIn, SurvivesAReaderThatHasGone) {
+  const unsigned long long lBefore = syslogservice::droppedLines();
+  Pipe lPipe;
+  RedirectedError lError(lPipe.writeEnd());
+  applog(30, 1, "read");
+  lPipe.closeReadEnd();
+  applog(30, 1, "lost");
+  ::close(STDERR_FILENO);
+  applog(30, 1, "lost");
+  EXPECT_EQ(lBefore + 2, syslogservice::droppedLines());
+  sigset_t lPending;
+  EXPECT_EQ(0, sigpending(&lPending));
+  EXPECT_EQ(0, sigismember(&lPending, SIGPIPE));
+}
+
+TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
+  contract::TempDir lDir;
+  const int lFile = ::open(lDir.file("log").c_str(), O_WRONLY | O_CREAT, 0600);
+  {
+    RedirectedError lError(lFile);
+    for (const char* lpText : {"one", "two"}) {
+      applog(30, 1, lpText);
+      EXPECT_EQ(6, ::write(STDERR_FILENO, "other\n", 6));
+    }
+  }
+  ::close(lFile);
+  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir.file("log")));
+}
+
+TEST(SysLogStandIn, KeepsLevelsOfRegisteredTypes) {
+  registerLogType(40, "A", 3);
+  registerLogType(41, "B", 4);
+  setFilterLevel(40, 5);
+  setFilterLevel(42, 5);
+  EXPECT_EQ(5, syslogservice::registeredLevel(40));
+  EXPECT_EQ(4, syslogservice::registeredLevel(41));
+  EXPECT_EQ(-1, syslogservice::registeredLevel(42));
+  setAllFilterLevel(2);
+  EXPECT_EQ(2, syslogservice::registeredLevel(40));
+  EXPECT_EQ(2, syslogservice::registeredLevel(41));
+}
+
+TEST(SysLogStandIn, RefusesATypeTooMany) {
+  auto lpTypes = std::make_unique<syslogservice::LogTypes>();
+  for (int i = 0; i < 256; ++i) ASSERT_TRUE(lpTypes->set(i, "x", 4));
+  EXPECT_FALSE(lpTypes->set(256, "x", 4));
+  EXPECT_TRUE(lpTypes->set(255, "y", 5));
+}
+
+// Fails the test when it is called before its life or after it.
+class LivingSink : public syslogservice::Sink {
+ public:
+  explicit LivingSink(std::atomic<unsigned int>& nCalls) : mCalls(nCalls) { mpBefore = syslogservice::setSink(this); }
+  ~LivingSink() override {
+    EXPECT_EQ(this, syslogservice::setSink(mpBefore));
+    EXPECT_EQ(0, mInside.load());
+    mIsAlive = false;
+  }
+  void writeLine(int, int, const char* npText) override {
+    ++mInside;
+    EXPECT_TRUE(mIsAlive);
+    EXPECT_STREQ("a line", npText);
+    std::this_thread::yield();
+    ++mCalls;
+    --mInside;
+  }
+
+ private:
+  std::atomic<unsigned int>& mCalls;
+  syslogservice::Sink* mpBefore;
+  std::atomic<int> mInside{0};
+  std::atomic<bool> mIsAlive{true};
+};
+
+TEST(SysLogStandIn, ASinkIsLeftBeforeItIsReplaced) {
+  std::atomic<unsigned int> lCalls{0};
+  std::atomic<bool> lIsOver{false};
+  auto lpOuter = std::make_unique<LivingSink>(lCalls);
+  std::vector<std::thread> lThreads;
+  for (int i = 0; i < 3; ++i) {
+    lThreads.emplace_back([&] {
+      do applog(30, 1, "a line");
+      while (!lIsOver);
+    });
+  }
+  for (int i = 0; i < 20; ++i) {
+    const unsigned int lBefore = lCalls;
+    LivingSink lInner(lCalls);
+    while (lCalls == lBefore) std::this_thread::yield();
+  }
+  lIsOver = true;
+  for (std::thread& lThread : lThreads) lThread.join();
+}
+
+class BinaryLogStandIn : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str())); }
+  void TearDown() override { syslogservice::setBinaryLogFile(nullptr); }
+  std::string content() const { return readFile(mDir.file("log")); }
+
+  contract::TempDir mDir;
+};
+
+TEST_F(BinaryLogStandIn, AppendsExactlyTheBytes) {
+  EXPECT_EQ(0, BinaryLogWrite(0, "a\0\n\xFF", 4));
+  EXPECT_EQ(0, BinaryLogWrite(0, nullptr, 0));
+  EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.path().c_str()));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str()));
+  EXPECT_EQ(0, BinaryLogWrite(0, "bc", 2));
+  EXPECT_EQ(std::string("a\0\n\xFF"
+                        "bc",
+                        6),
+            content());
+}
+
+TEST_F(BinaryLogStandIn, TellsOfAFailure) {
+  EXPECT_EQ(-1, BinaryLogWrite(1, "a", 1));
+  EXPECT_EQ(-1, BinaryLogWrite(0, nullptr, 1));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile("/dev/full"));
+  EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile(""));
+  EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
+  EXPECT_EQ("", content());
+}
+
+// While it lives, files of this process end at a size.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t nSize) : mpHandler(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &mBefore);
+    const rlimit lLimit = {nSize, mBefore.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &lLimit);
+  }
+  ~FileLimit() {
+    setrlimit(RLIMIT_FSIZE, &mBefore);
+    signal(SIGXFSZ, mpHandler);
+  }
+
+ private:
+  void (*mpHandler)(int);
+  rlimit mBefore;
+};
+
+TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
+  EXPECT_EQ(0, BinaryLogWrite(0, "12345678", 8));
+  int lResult = 0;
+  {
+    FileLimit lLimit(13);
+    lResult = BinaryLogWrite(0, "abcdefgh", 8);
+  }
+  EXPECT_EQ(-1, lResult);
+  EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
+  EXPECT_EQ("12345678ABCDEFGH", content());
+}
+
+TEST_F(BinaryLogStandIn, KeepsRecordsOfSeveralThreadsApart) {
+  std::vector<std::thread> lThreads;
+  for (char lLetter = 'a'; lLetter < 'e'; ++lLetter) {
+    lThreads.emplace_back([lLetter] {
+      const std::string lRecord = std::string(99, lLetter) + "\n";
+      for (int i = 0; i < 100; ++i) EXPECT_EQ(0, BinaryLogWrite(0, lRecord.data(), 100));
+    });
+  }
+  for (std::thread& lThread : lThreads) lThread.join();
+  const std::string lContent = content();
+  ASSERT_EQ(40000u, lContent.size());
+  for (size_t i = 0; i < lContent.size(); i += 100) {
+    ASSERT_EQ(std::string(99, lContent[i]) + "\n", lContent.substr(i, 100));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,176 @@
+// Threads under test: a listener that notes what it gets, and both thread classes behind the same verbs.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "utl/Event.h"
+#include "utl/MsgDrivenSharedThread.h"
+#include "utl/MsgDrivenThread.h"
+
+namespace contract {
+
+const unsigned int LIMIT_MS = 20000;  // of waits that are not expected to end this way
+
+/// Waits for something that another thread brings about soon and that has no event.
+inline bool eventually(const std::function<bool()>& nHolds) {
+  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(LIMIT_MS);
+  while (!nHolds()) {
+    if (std::chrono::steady_clock::now() > lEnd) return false;
+    std::this_thread::yield();
+  }
+  return true;
+}
+
+/// `nSize` bytes, of which the first ones are a number.
+class BytesMsg : public utl::Msg {
+ public:
+  BytesMsg(int nId, unsigned int nSize, unsigned int nValue = 0) : Msg(nId), mBytes(nSize) {
+    for (unsigned int i = 0; i < nSize; ++i) mBytes[i] = static_cast<unsigned char>(nValue + i);
+  }
+  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
+    return nBroker.writeBytes(mBytes.data(), static_cast<unsigned int>(mBytes.size()));
+  }
+  bool restoreDataFrom(utl::MsgDataBroker& nBroker) override {
+    return nBroker.readBytes(mBytes.data(), static_cast<unsigned int>(mBytes.size()));
+  }
+  bool isWhole() const {
+    for (size_t i = 1; i < mBytes.size(); ++i) {
+      if (mBytes[i] != static_cast<unsigned char>(mBytes[0] + i)) return false;
+    }
+    return true;
+  }
+  std::vector<unsigned char> mBytes;
+};
+
+/// Notes the ids of its messages and the parameters of its timers. The message HOLD keeps its thread until release().
+class Recorder : public utl::ThreadMsgListener {
+ public:
+  static constexpr int HOLD = -1;
+  static constexpr int TIMER = 1000000;  // noted for a timer, plus its parameter
+
+  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override {
+    int lId = 0;
+    EXPECT_TRUE(nMsg.getMsgId(&lId));
+    EXPECT_EQ(nThreadId, utl::Thread::getCurrentId());
+    if (mOnMsg) mOnMsg(lId, nMsg);
+    if (lId == HOLD) {
+      mIsHeld.on();
+      mRelease.waitToOn(0);
+      return;
+    }
+    utl::TimerMsg lTimer;
+    if (lId == utl::TimerMsg::MSG_ID) {
+      EXPECT_TRUE(lTimer.restoreFrom(nMsg));
+      lId = TIMER + static_cast<int>(lTimer.getParam());
+    }
+    std::lock_guard<std::mutex> lLock(mMutex);
+    mIds.push_back(lId);
+    mTimerIds.push_back(lTimer.getTimerId());
+    mChanged.notify_all();
+  }
+
+  bool awaitHeld() { return mIsHeld.waitToOn(LIMIT_MS); }
+  void release() { mRelease.on(); }
+  bool await(size_t nNum) {
+    std::unique_lock<std::mutex> lLock(mMutex);
+    return mChanged.wait_for(lLock, std::chrono::milliseconds(LIMIT_MS), [&] { return mIds.size() >= nNum; });
+  }
+  std::vector<int> ids() {
+    std::lock_guard<std::mutex> lLock(mMutex);
+    return mIds;
+  }
+  std::vector<int> timerIds() {
+    std::lock_guard<std::mutex> lLock(mMutex);
+    return mTimerIds;
+  }
+
+  std::function<void(int, utl::ThreadRawMsg&)> mOnMsg;  // set while the thread is idle
+
+ private:
+  utl::Event mIsHeld{false}, mRelease{false};
+  std::mutex mMutex;
+  std::condition_variable mChanged;
+  std::vector<int> mIds, mTimerIds;
+};
+
+using Judgement = utl::MsgDrivenThread::MsgJudgement;
+
+class JudgeBy : public Judgement {
+ public:
+  explicit JudgeBy(std::function<bool(int, utl::ThreadRawMsg&)> nRule) : mRule(std::move(nRule)) {}
+  bool judge(utl::ThreadRawMsg& nMsg) override {
+    int lId = 0;
+    return nMsg.getMsgId(&lId) && mRule(lId, nMsg);
+  }
+
+ private:
+  std::function<bool(int, utl::ThreadRawMsg&)> mRule;
+};
+
+struct Sizes {
+  unsigned int mData = 64, mNum = 256, mTimers = 4;
+};
+
+/// A thread with one listener.
+struct OwnThread {
+  explicit OwnThread(const Sizes& nSizes = {})
+      : mThread(nSizes.mData, nSizes.mNum, "nfw::Contract_Thread", nSizes.mTimers) {}
+  int start() { return mThread.start(&mRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0); }
+  template <class M>
+  bool post(const M& nMsg) {
+    return mThread.postMsg(nMsg);
+  }
+  template <class M>
+  bool send(const M& nMsg) {
+    return mThread.sendMsgSync(nMsg);
+  }
+  template <class M>
+  bool interrupt(const M& nMsg) {
+    return mThread.sendMsgInterrupt(nMsg);
+  }
+  int timer(unsigned int nMs, int nCount, unsigned int nParam) { return mThread.setTimer(nMs, nCount, nParam); }
+  bool has(int nId) { return mThread.hasMsg(nId); }
+  unsigned int erase(int nId) { return mThread.eraseMsg(nId); }
+  unsigned int erase(Judgement* npJudgement) { return mThread.eraseMsgInternal(npJudgement); }
+
+  Recorder mRecorder;
+  utl::MsgDrivenThread mThread;
+};
+
+/// A shared thread used by one listener.
+struct SharedThread {
+  explicit SharedThread(const Sizes& nSizes = {})
+      : mThread(nSizes.mData, nSizes.mNum, 0, "nfw::Contract_SharedThread", nSizes.mTimers) {}
+  int start() { return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0); }
+  template <class M>
+  bool post(const M& nMsg) {
+    return mThread.postMsg(&mRecorder, nMsg);
+  }
+  template <class M>
+  bool send(const M& nMsg) {
+    return mThread.sendMsgSync(&mRecorder, nMsg);
+  }
+  template <class M>
+  bool interrupt(const M& nMsg) {
+    return mThread.sendMsgInterrupt(&mRecorder, nMsg);
+  }
+  int timer(unsigned int nMs, int nCount, unsigned int nParam) {
+    return mThread.setTimer(&mRecorder, nMs, nCount, nParam);
+  }
+  bool has(int nId) { return mThread.hasMsg(&mRecorder, nId); }
+  unsigned int erase(int nId) { return mThread.eraseMsg(&mRecorder, nId); }
+  unsigned int erase(Judgement* npJudgement) { return mThread.eraseMsgInternal(&mRecorder, npJudgement); }
+
+  Recorder mRecorder;
+  utl::MsgDrivenSharedThread mThread;
+};
+
+}  // namespace contract

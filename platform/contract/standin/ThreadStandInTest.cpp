@@ -1,0 +1,250 @@
+// The threads with the clock in hand, and what only the stand-in promises.
+#include <pthread.h>
+
+#include <climits>
+#include <set>
+#include <string>
+
+#include "KernelName.h"
+#include "PlatformSeams.h"
+#include "ThreadSupport.h"
+#include "TimerIds.h"
+#include "utl/ThreadHost.h"
+#include "utl/Time.h"
+
+namespace {
+
+using namespace contract;
+using Ids = std::vector<int>;
+const int T = Recorder::TIMER;
+
+class ManualTimers : public testing::Test {
+ protected:
+  ManualTimers() { EXPECT_EQ(mThread.start(), 0); }
+  ~ManualTimers() override { mThread.mThread.stop(1, LIMIT_MS); }
+
+  /// What has arrived since the last call, once the clock is moved on by so much.
+  Ids after(unsigned int nMs) {
+    mClock.advance(nMs);
+    EXPECT_TRUE(mThread.send(0));
+    const Ids lAll = mThread.mRecorder.ids();
+    const Ids lIds(lAll.begin() + mSeen, lAll.end() - 1);  // without the sent one
+    mSeen = static_cast<std::ptrdiff_t>(lAll.size());
+    return lIds;
+  }
+
+  seams::ManualClock mClock;
+  OwnThread mThread{{16, 64, 2}};
+  std::ptrdiff_t mSeen = 0;
+};
+
+TEST_F(ManualTimers, ExpireAtTheirMillisecondInOrderOfDeadlineThenOfSetting) {
+  EXPECT_NE(mThread.timer(30000, 1, 1), -1);
+  EXPECT_NE(mThread.timer(20, 1, 2), -1);
+  EXPECT_EQ(after(10), Ids{});
+  for (unsigned int i = 3; i <= 8; ++i) EXPECT_NE(mThread.timer(10, 1, i), -1);  // due with the second, set later
+  EXPECT_NE(mThread.timer(9, 1, 9), -1);
+  EXPECT_NE(mThread.timer(0, 1, 10), -1);
+  EXPECT_EQ(after(0), Ids{T + 10});
+  EXPECT_EQ(after(8), Ids{});
+  EXPECT_EQ(after(1), Ids{T + 9});
+  EXPECT_EQ(after(1), (Ids{T + 2, T + 3, T + 4, T + 5, T + 6, T + 7, T + 8}));
+  EXPECT_EQ(after(29979), Ids{});
+  EXPECT_EQ(after(1), Ids{T + 1});
+}
+
+TEST_F(ManualTimers, LateOnesComeInOneGoByDeadline) {
+  for (unsigned int i = 1; i <= 60; ++i) EXPECT_NE(mThread.timer(100 - i, 1, i), -1);
+  Ids lExpected;
+  for (int i = 60; i >= 1; --i) lExpected.push_back(T + i);
+  EXPECT_EQ(after(1000), lExpected);
+}
+
+TEST_F(ManualTimers, CountedOnesStopAndEndlessOnesMergeWhatTheyMissed) {
+  const int lEndless = mThread.timer(100, 0, 1), lThrice = mThread.timer(100, 3, 2);
+  EXPECT_EQ(after(99), Ids{});
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(after(i == 0 ? 1 : 100), (Ids{T + 1, T + 2}));
+  EXPECT_EQ(after(950), (Ids{T + 1, T + 2}));  // one message each, and the grid of the setting is kept
+  EXPECT_FALSE(mThread.mThread.killTimer(lThrice, 1));
+  EXPECT_EQ(after(49), Ids{});
+  EXPECT_EQ(after(1), Ids{T + 1});
+  EXPECT_TRUE(mThread.mThread.killTimer(lEndless, 1));
+  EXPECT_EQ(after(100), Ids{});
+}
+
+TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
+  EXPECT_TRUE(mThread.post(Recorder::HOLD));
+  EXPECT_TRUE(mThread.mRecorder.awaitHeld());
+  EXPECT_NE(mThread.timer(10, 0, 1), -1);
+  EXPECT_TRUE(mThread.post(1));
+  mClock.advance(10);
+  EXPECT_TRUE(mThread.post(2));
+  mClock.advance(10);  // its message is queued already
+  EXPECT_TRUE(mThread.post(3));
+  mThread.mRecorder.release();
+  EXPECT_TRUE(mThread.send(4));
+  EXPECT_EQ(mThread.mRecorder.ids(), (Ids{1, T + 1, 2, 3, 4}));
+}
+
+TEST_F(ManualTimers, TimedWaitsFollowTheClock) {
+  utl::Event lNever(false), lIsBack(false);
+  std::thread lWaiter([&] {
+    EXPECT_FALSE(lNever.waitToOn(30000));
+    lIsBack.on();
+  });
+  mClock.advance(29999);
+  EXPECT_FALSE(lIsBack.isOn());
+  EXPECT_TRUE(eventually([&] {  // the waiter may have begun only now
+    mClock.advance(1000);
+    return lIsBack.isOn();
+  }));
+  lWaiter.join();
+}
+
+TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
+  seams::ManualClock lClock(0xFFFFFFFDu);
+  OwnThread lThread;
+  ASSERT_EQ(lThread.start(), 0);
+  EXPECT_NE(lThread.timer(4, 1, 1), -1);
+  utl::TimeCounter lCounter;
+  lCounter.start();
+  for (const unsigned int lTick : {0xFFFFFFFDu, 0xFFFFFFFEu, 0xFFFFFFFEu, 0u}) {
+    EXPECT_EQ(utl::TimeCounter::getTickTime(), lTick);
+    EXPECT_TRUE(lThread.mRecorder.ids().empty());
+    lClock.advance(1);
+  }
+  EXPECT_EQ(lCounter.getElapsed(), 4u);
+  EXPECT_TRUE(lThread.mRecorder.await(1));
+  lThread.mThread.stop(1, LIMIT_MS);
+}
+
+TEST(Failing, PointsOfTheThreadsFailAsOftenAsAsked) {
+  OwnThread lThread;
+  {
+    seams::Failing lFailing(seams::THREAD_START);
+    EXPECT_NE(lThread.start(), 0);
+  }
+  ASSERT_EQ(lThread.start(), 0);
+  seams::Failing lPost(seams::POST, 1, 2), lTimer(seams::TIMER, 0, 1);
+  EXPECT_TRUE(lThread.post(1));
+  EXPECT_FALSE(lThread.post(2));
+  EXPECT_FALSE(lThread.send(3));
+  EXPECT_TRUE(lThread.send(4));
+  EXPECT_EQ(lPost.hits(), 2u);
+  EXPECT_EQ(lThread.timer(0, 1, 0), -1);
+  EXPECT_NE(lThread.timer(0, 1, 0), -1);
+  seams::Failing lTick(seams::TICK);
+  EXPECT_EQ(utl::TimeCounter::getTickTime(), utl::TimeCounter::FAILURE);
+  lThread.mThread.stop(1, LIMIT_MS);
+}
+
+TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
+  utl::TimerIds lIds(INT_MAX - 2);
+  EXPECT_EQ(lIds.take(), INT_MAX - 1);
+  EXPECT_EQ(lIds.take(), INT_MAX);
+  EXPECT_EQ(lIds.take(), 1);
+  utl::TimerIds lAgain(0);
+  for (int i = 1; i <= 3; ++i) EXPECT_EQ(lAgain.take(), i);
+  lIds.give(1);
+  EXPECT_EQ(lIds.take(), 2);
+  utl::TimerIds lFull(INT_MAX - 1);
+  EXPECT_EQ(lFull.take(), INT_MAX);
+  EXPECT_EQ(lFull.take(), 1);
+  lFull.give(1);
+  EXPECT_EQ(lFull.take(), 2);
+}
+
+TEST(KernelName, FitsAndTellsTheThreadsApart) {
+  const std::pair<const char*, const char*> ROWS[] = {
+      {"", ""},
+      {"nfw::Logger_Thread", "Logger"},
+      {"nfw::LogWriter_Thread", "LogWriter"},
+      {"nfw::MountManager_Thread", "MountManager"},
+      {"nfw::ComponentManager_Watch_Thread", "Component~Watch"},
+      {"nfw::ProcessMsg_sender_Thread", "ProcessMs~ender"},
+      {"nfw::ProcessMsg_distributor_Thread", "ProcessMs~butor"},
+      {"nfw::Gnss_SharedThread", "Gnss_Shar~hread"},
+      {"nfw::DeadReckoning_SharedThread", "DeadRecko~hread"},
+      {"Sensor_SysLogger_Thread", "Sensor_Sy~ogger"},
+      {"0000002A_nfw::LogPlayDataDispatcher_Thread", "0000002A_~tcher"},
+      {"0000002B_nfw::LogPlayDataDispatcher_Thread", "0000002B_~tcher"},
+      {"1_SysLogPlayDataDispatcher_Thread", "1_SysLogP~tcher"},
+  };
+  std::set<std::string> lSeen;
+  for (const auto& [lpName, lpShort] : ROWS) {
+    EXPECT_STREQ(utl::KernelName(lpName).get(), lpShort);
+    EXPECT_TRUE(lSeen.insert(utl::KernelName(lpName).get()).second) << lpName;
+  }
+}
+
+TEST(KernelName, IsGivenToTheThread) {
+  OwnThread lThread;
+  ASSERT_EQ(lThread.start(), 0);
+  lThread.mRecorder.mOnMsg = [](int, utl::ThreadRawMsg&) {
+    char lName[16] = "";
+    pthread_getname_np(pthread_self(), lName, sizeof lName);
+    EXPECT_STREQ(lName, "Contract");
+  };
+  EXPECT_TRUE(lThread.send(1));
+  lThread.mThread.stop(1, LIMIT_MS);
+}
+
+TEST(Priorities, ThreadsRunWhetherOrNotTheHostMayHaveRealTime) {
+  threadhost::setRealTimePriorities(true);
+  OwnThread lThread;
+  EXPECT_EQ(lThread.start(), 0);
+  threadhost::setRealTimePriorities(false);
+  EXPECT_TRUE(lThread.send(1));
+  EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), 0);
+}
+
+/// Asks the thread while it is asked to store its fields.
+class CuriousMsg : public utl::Msg {
+ public:
+  explicit CuriousMsg(utl::MsgDrivenThread& nThread) : Msg(1), mThread(nThread) {}
+  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
+    const std::vector<char> lBytes(2000);
+    return nBroker.writeChars(lBytes.data(), 2000) && !mThread.hasMsg(77) && mThread.setTimer(60000, 1, 0) > 0;
+  }
+
+ private:
+  utl::MsgDrivenThread& mThread;
+};
+
+TEST(CallsOutward, AreMadeWithoutTheLock) {
+  OwnThread lThread({2000, 8, 0});
+  ASSERT_EQ(lThread.start(), 0);
+  EXPECT_TRUE(lThread.send(CuriousMsg(lThread.mThread)));
+  EXPECT_TRUE(lThread.post(Recorder::HOLD));
+  EXPECT_TRUE(lThread.mRecorder.awaitHeld());
+  EXPECT_TRUE(lThread.post(1));
+  JudgeBy lPosting([&](int nId, utl::ThreadRawMsg&) {
+    std::thread([&] { EXPECT_TRUE(lThread.post(2)); }).join();  // others go on meanwhile
+    lThread.mRecorder.release();
+    EXPECT_EQ(lThread.erase(1), 0u) << "the judging thread itself must not, and is not left waiting";
+    return nId == 1;
+  });
+  EXPECT_EQ(lThread.erase(&lPosting), 1u);
+  EXPECT_TRUE(lThread.send(3));
+  EXPECT_EQ(lThread.mRecorder.ids(), (Ids{1, 2, 3}));
+  lThread.mThread.stop(1, LIMIT_MS);
+}
+
+/// Destroys its thread from within.
+TEST(Leaving, AHandlerMayDestroyItsOwnThread) {
+  Recorder lRecorder;
+  utl::Event lIsGone(false);
+  auto* const lpThread = new utl::MsgDrivenThread(4, 4, "nfw::Leaving_Thread", 1);
+  lRecorder.mOnMsg = [&](int nId, utl::ThreadRawMsg&) {
+    EXPECT_EQ(nId, 1);
+    EXPECT_TRUE(lpThread->postMsg(2));
+    delete lpThread;
+    lIsGone.on();
+  };
+  ASSERT_EQ(lpThread->start(&lRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  EXPECT_TRUE(lpThread->postMsg(1));
+  EXPECT_TRUE(lIsGone.waitToOn(LIMIT_MS));
+  EXPECT_TRUE(lRecorder.await(1));
+}
+
+}  // namespace
