@@ -1,0 +1,8 @@
+// The lifecycle phases, in their order.
+#pragma once
+
+namespace nfw {
+
+enum PhaseIndex { PRE_QUICK_BOOT, INITIALIZE, START, STOP, SHUTDOWN, FINALIZE };
+
+}  // namespace nfw
