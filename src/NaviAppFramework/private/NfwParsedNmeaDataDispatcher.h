@@ -1,0 +1,15 @@
+// Hands one epoch of all six kinds that every epoch has, parsed, to its listeners.
+#pragma once
+
+#include "NfwParsedNmeaDataListener.h"
+#include "NfwRecordDispatcher.h"
+
+namespace nfw {
+
+class ParsedNmeaDataDispatcher
+    : public RecordDispatcher<NmeaSentence, ParsedNmeaDataListener, &ParsedNmeaDataListener::onNotifyParsedNmeaData> {
+ public:
+  ParsedNmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread);
+};
+
+}  // namespace nfw

@@ -1,0 +1,49 @@
+// A dispatcher of one kind of record.
+#pragma once
+
+#include "NfwDispatcherCore.h"
+#include "NfwFieldMsg.h"
+#include "NfwRecordFields.h"
+
+namespace nfw {
+
+/// Carries a copy of the record to the shared thread.
+template <class Record>
+class DispatchMsg : public FieldMsg<DispatchMsg<Record>> {
+ public:
+  static constexpr const char* NAME = "DispatchMsg";
+  DispatchMsg() = default;
+  DispatchMsg(int nMsgId, const Record& nRecord) : FieldMsg<DispatchMsg<Record>>(nMsgId), mRecord(nRecord) {}
+  template <class Self, class Visit>
+  static bool fields(Self& nSelf, Visit nVisit) {
+    return nVisit(nSelf.mRecord);
+  }
+
+  Record mRecord;
+};
+
+/// Hands records to listeners by their one operation, NOTIFY. Only what needs the types stands here: the rest is in the
+/// core, once for every kind.
+template <class Record, class Listener, void (Listener::*NOTIFY)(const Record&)>
+class RecordDispatcher : public DispatcherCore {
+ public:
+  /// True also for a null listener and one that is attached already; false when the thread does not take the request.
+  bool attachListener(Listener* npListener) { return attach(npListener); }
+  /// True when the listener is absent afterwards: after it no callback of it begins.
+  bool detachListener(Listener* npListener) { return detach(npListener); }
+  /// Queues a copy; the caller does not wait.
+  void dispatch(const Record& nRecord) { post(DispatchMsg<Record>(DISPATCHER_DISPATCH, nRecord)); }
+
+ protected:
+  using DispatcherCore::DispatcherCore;
+
+ private:
+  void onDispatch(utl::ThreadRawMsg& nMsg) override {
+    DispatchMsg<Record> lMsg;
+    if (!lMsg.restoreFrom(nMsg)) return;
+    ListenerTable::Walk lWalk(mListeners);
+    while (void* const lpListener = lWalk.next()) (static_cast<Listener*>(lpListener)->*NOTIFY)(lMsg.mRecord);
+  }
+};
+
+}  // namespace nfw
