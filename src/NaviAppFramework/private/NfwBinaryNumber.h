@@ -1,0 +1,35 @@
+/// @file
+/// Real numbers as scaled integers and back.
+#pragma once
+
+#include <cstdint>
+
+namespace nfw {
+
+/// A real times 10^nScale, rounded half away from zero.
+/// @return false, logged, when it is no number of 32 bits
+bool convertFloatToSint32(double nData, unsigned int nScale, int32_t* npValue);
+
+/// The same from a text; an empty one is 0.
+/// @param nIsNegated the number counts with the opposite sign
+/// @return false, logged, when something follows the number or it does not fit
+bool convertFloatStrToSint32(const char* npText, unsigned int nScale, bool nIsNegated, int32_t* npValue);
+
+/// A scaled integer as decimal text with nDecimals digits behind the point and at least one before it, filled with "0"
+/// on the left to nLeast characters. No terminator.
+/// @return the length, -1, logged, when it does not fit
+int convertIntToFloatStr(int64_t nValue, unsigned int nDecimals, unsigned int nLeast, char* nBuffer,
+                         unsigned int nBufferSize);
+
+/// An unsigned integer as decimal text, likewise.
+/// @return the length, -1 when it does not fit
+inline int convertUint32ToStr(uint32_t nValue, unsigned int nLeast, char* nBuffer, unsigned int nBufferSize) {
+  unsigned int lLength = 1;
+  for (uint32_t lRest = nValue; lRest >= 10; lRest /= 10) ++lLength;
+  if (lLength < nLeast) lLength = nLeast;
+  if (lLength > nBufferSize) return -1;
+  for (unsigned int i = lLength; i > 0; --i, nValue /= 10) nBuffer[i - 1] = static_cast<char>('0' + nValue % 10);
+  return static_cast<int>(lLength);
+}
+
+}  // namespace nfw

@@ -1,0 +1,130 @@
+#include "NfwReportEncoder.h"
+
+#include <cstring>
+
+#include "NfwAppLog.h"
+#include "NfwBinaryNumber.h"
+#include "NfwLittleEndian.h"
+
+namespace nfw {
+
+ReportEncoder::ReportEncoder(const BinaryRecordFormat& nFormat, NmeaBinaryLogDataVersion0& nVersion,
+                             const ReportValue* npValues)
+    : mFormat(nFormat), mVersion(nVersion), mpNext(npValues) {}
+
+int ReportEncoder::encode(const char* npTalker, unsigned char* npOut, unsigned int nOutSize) {
+  if (npOut == nullptr || nOutSize < mFormat.size(mVersion)) {
+    fail(npOut == nullptr ? "Argument Error" : "nBufferSize Error");
+    return -1;
+  }
+  mpRecord = mpBase = npOut;
+  mpRecordEnd = npOut + nOutSize;
+  memset(npOut, 0, CODE_OFFSET + 1);
+  if (npTalker != nullptr) memcpy(npOut, npTalker, TALKER_SIZE);
+  for (unsigned int i = 0; i < mFormat.mFieldNum; ++i) {
+    if (!encodeField(mFormat.mpFields[i])) return -1;
+  }
+  return static_cast<int>(&mFormat == &GSV_FORMAT ? gsvRecordSize(mpRecord, mVersion) : mFormat.size(mVersion));
+}
+
+bool ReportEncoder::encodeField(const BinaryField& nField) {
+  unsigned char* const lpPlace = mpBase + nField.mOffset;
+  switch (nField.mKind) {
+    case BinaryField::REAL:
+      encodeReal(nField);
+      return true;
+    case BinaryField::UNIT:
+      return true;
+    case BinaryField::NUMBER:
+      putUint(lpPlace, nField.mWidth, (mpNext++)->mNumber);
+      return true;
+    case BinaryField::YEAR:
+      *lpPlace = static_cast<unsigned char>((mpNext++)->mNumber % 100);
+      return true;
+    case BinaryField::HIGH_NIBBLE:
+      *lpPlace = static_cast<unsigned char>(*lpPlace | (mpNext++)->mNumber << 4);
+      return true;
+    case BinaryField::LOW_NIBBLE:
+      *lpPlace = static_cast<unsigned char>(*lpPlace | (mpNext++)->mNumber);
+      return true;
+    case BinaryField::CODE:
+      return encodeCode(nField);
+    case BinaryField::DATE:
+      for (unsigned int i = 0; i < 3; ++i) lpPlace[i] = static_cast<unsigned char>((mpNext++)->mNumber);
+      return true;
+    case BinaryField::SATELLITES:
+      return encodeSatellites(nField);
+    case BinaryField::BLOCKS:
+      return encodeBlocks();
+  }
+  return false;
+}
+
+// A real that is too large is stored as 0, and the record goes on.
+void ReportEncoder::encodeReal(const BinaryField& nField) {
+  const double lReal = (mpNext++)->mReal;
+  int32_t lValue = 0;
+  if (!convertFloatToSint32(lReal, nField.mScale, &lValue)) {
+    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
+           "nfw::NmeaBinaryLogDataVersion0::parseFloat64FieldToSint32(): convertFloatToSint32() lField Error: %s "
+           "nField=%lf",
+           nField.mpName, lReal);
+  }
+  putUint32(mpBase + nField.mOffset, static_cast<uint32_t>(lValue));
+}
+
+bool ReportEncoder::encodeCode(const BinaryField& nField) {
+  const ReportValue& lValue = *mpNext++;
+  const BinaryCode& lKind = *nField.mpCode;
+  int lCode = 0;
+  if (lValue.mKind == ReportValue::NUMBER) {
+    lCode = lKind.text(lValue.mNumber) != nullptr ? static_cast<int>(lValue.mNumber) : -1;
+  } else if (lValue.mLetter != '\0') {
+    lCode = lKind.find(&lValue.mLetter, 1);
+  }
+  if (lCode < 0 && lKind.mpRefuse != nullptr) {
+    const char lText[] = {lValue.mLetter, '\0'};
+    lKind.mpRefuse(lText);
+    return fail(nField.mpFailed);
+  }
+  if (lCode < 0) lCode = 0;
+  unsigned char* const lpPlace = mpBase + nField.mOffset;
+  *lpPlace = static_cast<unsigned char>(*lpPlace | lCode << lKind.mShift);
+  return true;
+}
+
+bool ReportEncoder::encodeSatellites(const BinaryField& nField) {
+  for (unsigned int i = 0; i < nField.mCount; ++i) {
+    unsigned char* const lpPlace = mpBase + nField.mOffset;
+    const int lSize = mVersion.convertFromSatelliteNumUint32((mpNext++)->mNumber, lpPlace,
+                                                             static_cast<unsigned int>(mpRecordEnd - lpPlace));
+    if (lSize < 0) return fail("convertFromSatelliteNumUint32() Error");
+    mpBase += lSize;
+  }
+  return true;
+}
+
+bool ReportEncoder::encodeBlocks() {
+  if (mpRecord[GSV_COUNT_OFFSET + 2] > GSV_MAX_VIEW) return fail("SatelliteView is Over");
+  const unsigned int lBlockNum = gsvBlockNum(mpRecord);
+  for (unsigned int i = 0; i < lBlockNum; ++i) {
+    mpBase = mpRecord + GSV_HEADER_SIZE + i * (mVersion.getSatelliteNumSize() + GSV_BLOCK_REST);
+    if (!encodeBlock()) return false;
+  }
+  return true;
+}
+
+bool ReportEncoder::encodeBlock() {
+  for (const BinaryField& lField : GSV_BLOCK_FIELDS) {
+    if (!encodeField(lField)) return false;
+  }
+  mpBase[GSV_VALID_OFFSET] = (mpNext++)->mNumber != 0 ? 1 : 0;
+  return true;
+}
+
+bool ReportEncoder::fail(const char* npWords) const {
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::NmeaBinaryLogDataVersion0::%s(): %s", mFormat.mpFromData, npWords);
+  return false;
+}
+
+}  // namespace nfw
