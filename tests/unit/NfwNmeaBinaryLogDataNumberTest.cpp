@@ -1,0 +1,120 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdlib>
+#include <random>
+
+#include "BinaryLog.h"
+#include "NfwBinaryNumber.h"
+#include "NfwSentenceFields.h"
+#include "PlatformSeams.h"
+
+namespace {
+
+const double UNITS[] = {1, 10, 100, 1000, 10000, 100000};
+
+/// The rule in plain double arithmetic; nothing when it is out of range.
+std::optional<int32_t> byTheRule(const std::string& nText, unsigned int nScale) {
+  const double lScaled = std::strtod(nText.c_str(), nullptr) * UNITS[nScale];
+  const double lRounded = std::trunc(lScaled >= 0 ? lScaled + 0.5 : lScaled - 0.5);
+  if (!(lRounded >= -2147483648.0 && lRounded <= 2147483647.0)) return std::nullopt;
+  return static_cast<int32_t>(lRounded);
+}
+
+/// By the short road where it takes the text, else with care.
+std::optional<int32_t> asStored(const std::string& nText, unsigned int nScale) {
+  const std::string lSentence = "$GPXXX," + nText + "*";
+  nfw::SentenceFields lFields(reinterpret_cast<const unsigned char*>(lSentence.data()),
+                              static_cast<unsigned int>(lSentence.size()));
+  if (const std::optional<int32_t> lTaken = lFields.takeScaled(nScale, nullptr)) return lTaken;
+  int32_t lValue = 0;
+  if (!nfw::convertFloatStrToSint32(nText.c_str(), nScale, false, &lValue)) return std::nullopt;
+  return lValue;
+}
+
+void expectByTheRule(const std::string& nText, unsigned int nScale) {
+  ASSERT_EQ(byTheRule(nText, nScale), asStored(nText, nScale)) << nText << " times 10^" << nScale;
+}
+
+TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
+  const seams::CapturedLog lLog;
+  for (unsigned int lScale = 0; lScale <= 5; ++lScale) {
+    for (const char* lpText : {"0",
+                               "-0",
+                               "0.5",
+                               "-0.5",
+                               ".5",
+                               "5.",
+                               "0.05",
+                               "1.005",
+                               "1.015",
+                               "1.115",
+                               "2.675",
+                               "-2.675",
+                               "0.49999999999999994",
+                               "8.345",
+                               "1.0000005",
+                               "1.00000050",
+                               "1.000000500000001",
+                               "1.0000005000000001",
+                               "123519.9995",
+                               "4807.0381250000",
+                               "4807.03812499999999",
+                               "2147483647",
+                               "2147483647.4",
+                               "2147483647.5",
+                               "-2147483648",
+                               "-2147483648.4",
+                               "-2147483648.5",
+                               "21474.83647",
+                               "21474.836475",
+                               "-21474.83648",
+                               "214748.36475",
+                               "2147483.6474999999",
+                               "99999999999",
+                               "0000000000000000001",
+                               "999999999999999999",
+                               "0.000000000000001",
+                               "1e3",
+                               "0x10",
+                               "inf",
+                               "nan",
+                               "+1.5",
+                               "\t7"}) {
+      expectByTheRule(lpText, lScale);
+    }
+  }
+}
+
+TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesForManyNumbers) {
+  std::mt19937 lEngine(20240323);
+  const auto lBelow = [&lEngine](unsigned int nLimit) { return static_cast<unsigned int>(lEngine() % nLimit); };
+  const seams::CapturedLog lLog;
+  char lText[32];
+  for (int i = 0; i < 300000 && !HasFatalFailure(); ++i) {
+    const unsigned int lScale = lBelow(6);
+    const unsigned int lUnit = static_cast<unsigned int>(UNITS[lScale]);
+    const unsigned int lWhole = lBelow(i % 3 == 0 ? 20000 : 2200000000U / lUnit);
+    if (i % 2 == 0) {  // a 5 just behind the last digit that is stored, with a tail or without
+      snprintf(lText, sizeof(lText), "%s%u.%0*u5%.*s", i % 4 == 0 ? "-" : "", lWhole, static_cast<int>(lScale),
+               lBelow(lUnit), static_cast<int>(lBelow(6)), i % 6 == 0 ? "000001" : "00000");
+    } else {
+      snprintf(lText, sizeof(lText), "%u.%0*u", lWhole, static_cast<int>(lBelow(9)), lBelow(100000000));
+    }
+    lText[nfw::SentenceFields::MAX_FIELD] = '\0';
+    expectByTheRule(lText, lScale);
+  }
+}
+
+TEST(NmeaBinaryLogDataNumber, ReadsTheSameUnderALocaleWithADecimalComma) {
+  ASSERT_STREQ("C", setlocale(LC_NUMERIC, nullptr));
+  if (setlocale(LC_NUMERIC, "fr_FR.UTF-8") == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
+  const std::optional<int32_t> lTie = asStored("1.015", 2);
+  const std::optional<int32_t> lLong = asStored("12.34567890123456", 2);
+  setlocale(LC_NUMERIC, "C");
+  EXPECT_EQ(byTheRule("1.015", 2), lTie);
+  EXPECT_EQ(1235, lLong);
+}
+
+}  // namespace

@@ -1,0 +1,447 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cstring>
+
+#include "BinaryLog.h"
+#include "NfwBinaryNumber.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "PlatformSeams.h"
+
+namespace {
+
+using binarylog::Bytes;
+using binarylog::bytesOf;
+using binarylog::Converter;
+using binarylog::decode;
+using binarylog::encode;
+using binarylog::fromHex;
+using binarylog::Operation;
+using binarylog::run;
+using nfw::NmeaBinaryLogDataVersion0;
+using nfw::NmeaBinaryLogDataVersion1;
+
+const char* const GGA = "$GPGGA,123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
+const char* const GLL = "$GPGLL,4916.45,S,12311.12,W,225444.00,A,A*5C\r\n";
+const char* const GSA = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.5,1.3,2.1*39\r\n";
+const char* const GSV = "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*75\r\n";
+const char* const RMC = "$GPRMC,123519.00,A,4807.038,N,01131.000,E,022.4,084.4,230394,003.1,W,A*2B\r\n";
+const char* const VTG = "$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K,A*25\r\n";
+const char* const ZDA = "$GPZDA,123519.00,23,03,2024,00,00*6B\r\n";
+const char* const PUBX =
+    "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.92,1.19,0.77,9,1*5F\r\n";
+
+std::string in(const char* npOperation, const char* npWords) {
+  return std::string("nfw::NmeaBinaryLogDataVersion0::") + npOperation + "(): " + npWords;
+}
+
+/// A sentence that ends in "*", with its checksum and line end.
+std::string closed(const std::string& nText) {
+  unsigned int lSum = 0;
+  for (size_t i = 1; i + 1 < nText.size(); ++i) lSum ^= static_cast<unsigned char>(nText[i]);
+  char lEnd[8];
+  snprintf(lEnd, sizeof(lEnd), "%02x\r\n", lSum);
+  return nText + lEnd;
+}
+
+/// A version of its own: numbers of four bytes. Every width in the records has to follow.
+class WideVersion : public NmeaBinaryLogDataVersion0 {
+ public:
+  unsigned int getBinaryLogVersionImp() override { return 9; }
+  unsigned int getGsaBinaryLogSize() override { return 64; }
+  unsigned int getGsvBinaryLogSize() override { return 41; }
+  unsigned int getSatelliteNumSize() override { return 4; }
+  int convertFromSatelliteNumString(char* npText, unsigned char* npOut, unsigned int nOutSize) override {
+    return convertFromSatelliteNumUint32(static_cast<unsigned int>(atoi(npText)), npOut, nOutSize);
+  }
+  int convertFromSatelliteNumUint32(unsigned int nNumber, unsigned char* npOut, unsigned int nOutSize) override {
+    if (nOutSize < 4) return -1;
+    for (unsigned int i = 0; i < 4; ++i) npOut[i] = static_cast<unsigned char>(nNumber >> (8 * i));
+    return 4;
+  }
+  int convertToSatelliteNumString(unsigned char const* npRecord, unsigned int nLength, unsigned char* npOut,
+                                  unsigned int nOutSize, unsigned int* npConsumed) override {
+    const unsigned char lLow[] = {npRecord[0], npRecord[1]};
+    const int lSize = NmeaBinaryLogDataVersion1().convertToSatelliteNumString(lLow, 2, npOut, nOutSize, npConsumed);
+    *npConsumed = nLength < 4 ? 0 : 4;
+    return lSize;
+  }
+};
+
+class NmeaBinaryLogData : public testing::Test {
+ protected:
+  seams::CapturedLog mLog;
+  NmeaBinaryLogDataVersion0 mVersion0;
+  NmeaBinaryLogDataVersion1 mVersion1;
+};
+
+TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
+  const char* const GGA_HEX = "01 4750 18 18c05c07 38f5a61c e0c4bd06 5a000000 4e150000 d5010000 0000 0000";
+  const char* const GGA_TEXT = "$GPGGA,123519.000,4807.03800,N,01131.00000,E,1,08,0.90,545.4,M,46.9,M,,*";
+  const char* const GSA_TEXT = "$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.50,1.30,2.10*";
+  const struct {
+    const char* mpSentence;
+    const char* mpVersion0;
+    const char* mpVersion1;  // null: as version 0
+    const char* mpText;      // up to the checksum
+  } CASES[] = {
+      {GGA, GGA_HEX, nullptr, GGA_TEXT},
+      {GLL, "02 4750 11 a000700d b817b2e2 c0b89eb6", nullptr, "$GPGLL,4916.45000,S,12311.12000,W,225444.000,A,A*"},
+      {GSA, "03 4750 13 00 040500090c00001800000000 fa000000 82000000 d2000000",
+       "03 4750 13 00 040005000000090 00c0000000000180000000000000000 00 fa000000 82000000 d2000000", GSA_TEXT},
+      {GSV, "04 4750 02 01 08 01 01282e5300 02 0111293401 0c 0107275801 0e 01162de400",
+       "04 4750 02 01 08 0100 01282e5300 0200 0111293401 0c00 0107275801 0e00 01162de400",
+       "$GPGSV,2,1,08,01,40,083,46,02,17,308,41,12,07,344,39,14,22,228,45*"},
+      {RMC, "05 4750 11 18c05c07 38f5a61c e0c4bd06 80570000 f8200000 17 03 5e e1ffffff", nullptr,
+       "$GPRMC,123519.000,A,4807.03800,N,01131.00000,E,22.400,84.40,230394,3.1,W,A*"},
+      {VTG, "06 4750 01 5e150000 700d0000 7c150000 d8270000", nullptr, "$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,A*"},
+      {PUBX,
+       "08 0000 13 00000000 704dd904 59be1d1c 1f74f804 1d570800 15000000 14000000 07000000 481e0000 07000000 0000 "
+       "5c000000 77000000 4d000000 09",
+       nullptr,
+       "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,1*"},
+      // Satellite blocks: the last message has what is left over, an empty field makes its block not valid.
+      {"$GPGSV,3,3,09,01,40,083,*75", "04 4750 03 03 09 01 0028005300", "04 4750 03 03 09 0100 0028005300",
+       "$GPGSV,3,3,09,01,40,083,*"},
+      {"$GPGSV,1,1,00*79", "04 4750 01 01 00", nullptr, "$GPGSV,1,1,00*"},
+      {"$GPGSV,1,2,07,01,40,083,46*79", "04 4750 01 02 07", nullptr, "$GPGSV,1,2,07*"},
+      // Kept for compatibility: a count above 15 spills into the quality, a quality above 15 keeps its low bits.
+      {"$GPGGA,1.5,,,,,2,18,,,M,,M,1,2*5E",
+       "01 4750 32 dc050000 00000000 00000000 00000000 00000000 00000000 0100 0200", nullptr,
+       "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,1,2*"},
+      {"$GPGGA, 1 ,,,,,17,0,,,M,,M,,*", "01 4750 10 e8030000 00000000 00000000 00000000 00000000 00000000 0000 0000",
+       nullptr, "$GPGGA,000001.000,0000.00000,N,00000.00000,E,1,00,0.00,0.0,M,0.0,M,,*"},
+      // Codes: an empty or unknown status is 0.
+      {"$GPGLL,,,,,,,N*", "02 4750 00 00000000 00000000 00000000", nullptr,
+       "$GPGLL,0000.00000,N,00000.00000,E,000000.000,V,N*"},
+      {"$GPRMC,,X,,,,,,,,,,E*", "05 4750 03 00000000 00000000 00000000 00000000 00000000 00 00 00 00000000", nullptr,
+       "$GPRMC,000000.000,V,0000.00000,N,00000.00000,E,0.000,0.00,000000,0.0,E,E*"},
+  };
+  for (const auto& lCase : CASES) {
+    const bool lIsSame = lCase.mpVersion1 == nullptr;
+    EXPECT_EQ(fromHex(lCase.mpVersion0), encode(mVersion0, lCase.mpSentence)) << lCase.mpSentence;
+    EXPECT_EQ(fromHex(lIsSame ? lCase.mpVersion0 : lCase.mpVersion1), encode(mVersion1, lCase.mpSentence));
+    EXPECT_EQ(closed(lCase.mpText), decode(mVersion0, encode(mVersion0, lCase.mpSentence)));
+    EXPECT_EQ(closed(lCase.mpText), decode(mVersion1, encode(mVersion1, lCase.mpSentence)));
+  }
+  EXPECT_EQ(std::vector<std::string>{}, mLog.texts());
+}
+
+TEST_F(NmeaBinaryLogData, EncodesButDoesNotStoreTheDate) {
+  Bytes lRecord(60, 0xEE);
+  const Bytes lZda = bytesOf(ZDA);
+  EXPECT_EQ(0,
+            mVersion1.convertFromNmeaSentence(lZda.data(), static_cast<unsigned int>(lZda.size()), lRecord.data(), 60));
+  EXPECT_EQ(7, lRecord[0]);
+  const Bytes lDate = run(mVersion1, &Converter::convertFromZdaSentence, lZda, 9);
+  EXPECT_EQ(fromHex("4750 18c05c07 17 03 18"), lDate);
+  EXPECT_EQ("$GPZDA,123519.000,23,03,2024,00,00*5d\r\n", decode(mVersion1, fromHex("07 4750 18c05c07 17 03 18")));
+}
+
+TEST_F(NmeaBinaryLogData, WritesRecordsThatNoSentenceGives) {
+  const struct {
+    const char* mpRecord;
+    const char* mpText;  // up to the checksum
+    std::vector<std::string> mLines;
+  } CASES[] = {
+      {"05 4750 51 00000000 00000000 00000000 00000000 00000000 00 00 00 00000000",
+       "$GPRMC,000000.000,,0000.00000,N,00000.00000,E,0.000,0.00,000000,0.0,E,A*",
+       {in("convertToRmcSentence", "UnknownStatus: Status=5")}},
+      {"02 4750 20 ffffffff 00000080 ffffff7f", "$GPGLL,21474.83648,S,21474.83647,E,0000-0.001,V,N*", {}},
+      {"06 4750 04 fbffffff 05000000 00000080 ffffff7f",
+       "$GPVTG,-0.05,T,0.05,M,-2147483.648,N,2147483.647,K,*",
+       {in("convertToVtgSentence", "UnknownMode: Mode=4")}},
+      // Of a block that is not valid each 0 is an empty field, and if there is none, the signal strength.
+      {"04 4750 01 01 02 0000 0000000000 0500 000a141e00", "$GPGSV,1,1,02,,,,,05,10,030,*", {}},
+      {"04 4750 01 01 01 0000 0100000000", "$GPGSV,1,1,01,00,00,000,00*", {}},
+  };
+  for (const auto& lCase : CASES) {
+    mLog.clear();
+    EXPECT_EQ(closed(lCase.mpText), decode(mVersion1, fromHex(lCase.mpRecord)));
+    EXPECT_EQ(lCase.mLines, mLog.texts());
+  }
+}
+
+TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
+  const char* const MISSING = "extractNmeaField";
+  const auto lMissing = [MISSING](int nTarget, int nCount) {
+    return in(MISSING, "can't find field: target=") + std::to_string(nTarget) +
+           " field count=" + std::to_string(nCount);
+  };
+  const struct {
+    const char* mpSentence;
+    std::vector<std::string> mLines;
+  } CASES[] = {
+      {"$GPTXT,01*", {in("convertFromNmeaSentence", "UnknownSentence: SentenceType=0")}},
+      // The status field is looked for before all else.
+      {"$GPGGA,x,y,N,z,E*", {lMissing(6, 5), in("convertFromGgaSentence", "Extract Quality Error")}},
+      {"$GPGGA", {lMissing(6, 0), in("convertFromGgaSentence", "Extract Quality Error")}},
+      {"$GPGSA,X*", {lMissing(2, 1), in("convertFromGsaSentence", "Extract Mode Error")}},
+      {"$GPGGA,,,,,,1,256,*", {in("convertFromGgaSentence", "utl::toUint8() Error")}},
+      {"$GPGGA,,,,,,1,8*",
+       {lMissing(1, 0), in("convertFromGgaSentence", "parseSentenceFieldToSint32Buffer HDop Error")}},
+      {"$GPGGA,,,,,,1,8,1,2,M*",
+       {lMissing(2, 1), in("convertFromGgaSentence", "parseSentenceFieldToSint32Buffer Geoid Error")}},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,1.4,*", {in("convertFromGgaSentence", "utl::toUint16() DgpsDataAge Error")}},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,65536,*", {in("convertFromGgaSentence", "utl::toUint16() DgpsDataAge Error")}},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,-1*", {in("convertFromGgaSentence", "utl::toUint16() DgpsId Error")}},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,1", {lMissing(1, 0), in("convertFromGgaSentence", "Extract DgpsId Error")}},
+      {"$GPGGA,,12345678901234567890,,,,1*",
+       {in(MISSING, "insufficient buffer"),
+        in("convertFromGgaSentence", "parseLatitudeFieldToSint32Buffer Latitude Error")}},
+      {"$GPGLL,1,N,2,E,3,A*", {lMissing(1, 0), in("convertFromGllSentence", "Extract Mode Error")}},
+      {"$GPGLL,1,N,2,E,3,A,*",
+       {in("convertAutonomousMethodType", "nData[] Size Error"), in("convertFromGllSentence", "Convert Mode Error")}},
+      {"$GPGLL,1,N,2,E,3,A,R*",
+       {in("convertAutonomousMethodType", "Unknown Type nData[R]"),
+        in("convertFromGllSentence", "Convert Mode Error")}},
+      {"$GPGSA,X,3,*",
+       {in("convertPositioningType", "Unknown Type nData[X]"),
+        in("convertFromGsaSentence", "Convert PositioningType Error")}},
+      {"$GPGSA,A,3,1,2x,*",
+       {"nfw::NmeaBinaryLogDataVersion1::convertFromSatelliteNumString(): toUint16() Error",
+        in("convertFromGsaSentence", "convertFromSatelliteNumString() Error")}},
+      {"$GPGSV,1,1,129,*", {in("convertFromGsvSentence", "SatelliteView is Over")}},
+      {"$GPGSV,1,1,1,1,2,3*", {lMissing(1, 0), in("convertFromGsvSentence", "Extract Snr Error")}},
+      {"$GPRMC,1,A,,,,,,,12345,,,A*", {}},
+      {"$GPRMC,1,A,,,,,,,1234,,,A*", {in("convertFromRmcSentence", "utl::toUint8() Error")}},
+      {"$GPRMC,1,A,,,,,,,010101,1*",
+       {lMissing(1, 0), in("convertFromRmcSentence", "Extract MagneticDeclination Direction Error")}},
+      {"$PUBX,00,1,,,,,,NFX*",
+       {in("convertPubxStatus", "nData[] Size Error"), in("convertFromPubxSentence", "Convert Status Error")}},
+      {"$PUBX,00,1,,,,,,ZZ*",
+       {in("convertPubxStatus", "Unknown Status nData[ZZ]"), in("convertFromPubxSentence", "Convert Status Error")}},
+      // Numbers that do not convert are stored as 0; the field is named when the fix is valid.
+      {"$GPVTG,1x,T,99999999,M,,N,,K,A*",
+       {in("convertFloatStrToSint32", "lpUnknownStr is [x]"),
+        in("convertFloatToSint32", "Overflow lData: 9999999900.000000")}},
+      {"$GPGLL,,,,,1e,A,A*",
+       {in("convertFloatStrToSint32", "lpUnknownStr is [e]"),
+        in("parseSentenceFieldToSint32", "convertFloatStrToSint32() lField Error: Gll_UTC lSentenceField=1e")}},
+      {"$GPGLL,nan,N,,,,V,A*", {in("convertFloatToSint32", "Overflow lData: nan")}},
+  };
+  for (const auto& lCase : CASES) {
+    mLog.clear();
+    encode(mVersion1, lCase.mpSentence);
+    EXPECT_EQ(lCase.mLines, mLog.texts()) << lCase.mpSentence;
+  }
+}
+
+TEST_F(NmeaBinaryLogData, RefusesWhatIsNoArgument) {
+  unsigned char lBuffer[60] = {};
+  const unsigned char* const lpGga = reinterpret_cast<const unsigned char*>(GGA);
+  const struct {
+    const unsigned char* mpIn;
+    unsigned int mLength;
+    unsigned char* mpOut;
+    unsigned int mRoom;
+    const char* mpWords;
+  } CASES[] = {
+      {nullptr, 10, lBuffer, 60, "Argument Error"},     {lpGga, 0, lBuffer, 60, "Argument Error"},
+      {lpGga, 10, nullptr, 60, "Argument Error"},       {lpGga, 70, lBuffer, 30, "nBufferSize Error"},
+      {lpGga, 257, lBuffer, 31, "nSentenceSize Error"},
+  };
+  for (const auto& lCase : CASES) {
+    mLog.clear();
+    EXPECT_EQ(-1, mVersion1.convertFromGgaSentence(lCase.mpIn, lCase.mLength, lCase.mpOut, lCase.mRoom));
+    EXPECT_EQ(std::vector<std::string>{in("convertFromGgaSentence", lCase.mpWords)}, mLog.texts());
+  }
+  for (const char* lpSentence : {GGA, GLL, GSA, GSV, RMC, VTG, ZDA, PUBX}) {
+    mLog.clear();
+    EXPECT_TRUE(run(mVersion1, &Converter::convertFromNmeaSentence, bytesOf(lpSentence), 59).empty());
+    EXPECT_EQ(std::vector<std::string>{in("convertFromNmeaSentence", "nBufferSize Error")}, mLog.texts());
+  }
+  mLog.clear();
+  EXPECT_EQ("", decode(mVersion1, {}));
+  EXPECT_EQ("", decode(mVersion1, {9, 1, 2}));
+  EXPECT_EQ((std::vector<std::string>{in("convertToNmeaSentence", "Argument Error"),
+                                      in("convertToNmeaSentence", "UnknownSentence: SentenceType=9")}),
+            mLog.texts());
+}
+
+TEST_F(NmeaBinaryLogData, StaysInsideEveryBufferAndEveryCutRecord) {
+  const struct {
+    const char* mpSentence;
+    Operation mEncode;
+    Operation mDecode;
+    const char* mpEncode;
+    const char* mpDecode;
+    unsigned int mRoom;  // the least that the encoder accepts in version 1
+  } CASES[] = {
+      {GGA, &Converter::convertFromGgaSentence, &Converter::convertToGgaSentence, "convertFromGgaSentence",
+       "convertToGgaSentence", 31},
+      {GLL, &Converter::convertFromGllSentence, &Converter::convertToGllSentence, "convertFromGllSentence",
+       "convertToGllSentence", 15},
+      {GSA, &Converter::convertFromGsaSentence, &Converter::convertToGsaSentence, "convertFromGsaSentence",
+       "convertToGsaSentence", 40},
+      {GSV, &Converter::convertFromGsvSentence, &Converter::convertToGsvSentence, "convertFromGsvSentence",
+       "convertToGsvSentence", 33},
+      {RMC, &Converter::convertFromRmcSentence, &Converter::convertToRmcSentence, "convertFromRmcSentence",
+       "convertToRmcSentence", 30},
+      {VTG, &Converter::convertFromVtgSentence, &Converter::convertToVtgSentence, "convertFromVtgSentence",
+       "convertToVtgSentence", 19},
+      {ZDA, &Converter::convertFromZdaSentence, &Converter::convertToZdaSentence, "convertFromZdaSentence",
+       "convertToZdaSentence", 9},
+      {PUBX, &Converter::convertFromPubxSentence, &Converter::convertToPubxSentence, "convertFromPubxSentence",
+       "convertToPubxSentence", 58},
+  };
+  for (const auto& lCase : CASES) {
+    const Bytes lSentence = bytesOf(lCase.mpSentence);
+    const Bytes lRecord = run(mVersion1, lCase.mEncode, lSentence, lCase.mRoom);
+    ASSERT_EQ(lCase.mRoom, lRecord.size()) << lCase.mpSentence;
+    const Bytes lText = run(mVersion1, lCase.mDecode, lRecord, 256);
+    mLog.clear();
+    for (unsigned int i = 0; i < lCase.mRoom; ++i) EXPECT_TRUE(run(mVersion1, lCase.mEncode, lSentence, i).empty());
+    EXPECT_EQ(lCase.mRoom, mLog.count(in(lCase.mpEncode, "nBufferSize Error")));
+    for (unsigned int i = 0; i < lText.size(); ++i) EXPECT_TRUE(run(mVersion1, lCase.mDecode, lRecord, i).empty());
+    EXPECT_EQ(lText.size(), mLog.count(in(lCase.mpDecode, "BufferSize Error")));
+    EXPECT_EQ(lText, run(mVersion1, lCase.mDecode, lRecord, static_cast<unsigned int>(lText.size())));
+    for (size_t i = 1; i < lRecord.size(); ++i) {
+      EXPECT_TRUE(
+          run(mVersion1, lCase.mDecode, {lRecord.begin(), lRecord.begin() + static_cast<long>(i)}, 256).empty());
+    }
+    EXPECT_EQ(lRecord.size() - 1, mLog.count(in(lCase.mpDecode, "nDataSize Error")));
+    EXPECT_EQ(lCase.mRoom + lText.size() + lRecord.size() - 1, mLog.texts().size());
+    // A sentence may end anywhere: it is stored whole or not at all.
+    const size_t lStar = std::string(lCase.mpSentence).find('*');
+    for (size_t i = 1; i <= lSentence.size(); ++i) {
+      const Bytes lCut(lSentence.begin(), lSentence.begin() + static_cast<long>(i));
+      const bool lIsWhole = !run(mVersion1, lCase.mEncode, lCut, lCase.mRoom).empty();
+      EXPECT_TRUE(i > lStar ? lIsWhole : !lIsWhole || lCase.mpSentence == ZDA) << i << lCase.mpSentence;
+    }
+  }
+}
+
+TEST_F(NmeaBinaryLogData, VersionsDifferInTheWidthOfSatelliteNumbers) {
+  EXPECT_EQ(0u, mVersion0.getBinaryLogVersion());
+  EXPECT_EQ(1u, mVersion1.getBinaryLogVersion());
+  const std::vector<unsigned int> lSizes = {mVersion0.getGsaBinaryLogSize(), mVersion0.getGsvBinaryLogSize(),
+                                            mVersion0.getSatelliteNumSize(), mVersion1.getGsaBinaryLogSize(),
+                                            mVersion1.getGsvBinaryLogSize(), mVersion1.getSatelliteNumSize()};
+  EXPECT_EQ((std::vector<unsigned int>{28, 29, 1, 40, 33, 2}), lSizes);
+
+  const struct {
+    const char* mpText;
+    int mVersion0;  // -1: refused
+    int mVersion1;
+  } CASES[] = {{"", 0, 0},
+               {"7", 7, 7},
+               {"007", 7, 7},
+               {"255", 255, 255},
+               {"256", -1, 256},
+               {"300", -1, 300},
+               {"65535", -1, 65535},
+               {"65536", -1, -1},
+               {"-1", -1, -1},
+               {"4294967297", -1, -1},
+               {"\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90", -1, 300},
+               {"\xEF\xBC\x9A", -1, -1}};
+  for (const auto& lCase : CASES) {
+    char lText[20];
+    unsigned char lNumber[2] = {};
+    EXPECT_EQ(lCase.mVersion0 < 0 ? -1 : 1,
+              mVersion0.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 1));
+    EXPECT_TRUE(lCase.mVersion0 < 0 || lCase.mVersion0 == lNumber[0]);
+    EXPECT_EQ(lCase.mVersion1 < 0 ? -1 : 2,
+              mVersion1.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 2));
+    EXPECT_TRUE(lCase.mVersion1 < 0 || lCase.mVersion1 == (lNumber[0] | lNumber[1] << 8));
+  }
+  unsigned char lNumber[2] = {};
+  EXPECT_EQ(1, mVersion0.convertFromSatelliteNumUint32(0x12345, lNumber, 1));
+  EXPECT_EQ(0x45, lNumber[0]);
+  EXPECT_EQ(2, mVersion1.convertFromSatelliteNumUint32(0x12345, lNumber, 2));
+  EXPECT_EQ(0x23, lNumber[1]);
+}
+
+TEST_F(NmeaBinaryLogData, SatelliteNumbersKeepToTheirBuffers) {
+  unsigned char lByte[1] = {7};
+  unsigned char lText[5];
+  char lDigits[] = "1";
+  unsigned int lConsumed = 0;
+  EXPECT_EQ(-1, mVersion0.convertFromSatelliteNumString(lDigits, lByte, 0));
+  EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumString(lDigits, lByte, 1));
+  EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumString(nullptr, lByte, 1));
+  EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumUint32(1, nullptr, 2));
+  EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, &lConsumed));
+  EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, nullptr));
+  const std::string V1 = "nfw::NmeaBinaryLogDataVersion1::";
+  EXPECT_EQ((std::vector<std::string>{in("convertFromSatelliteNumString", "BufferSize Error"),
+                                      V1 + "convertFromSatelliteNumString(): BufferSize Error",
+                                      V1 + "convertFromSatelliteNumString(): Argument Error",
+                                      V1 + "convertFromSatelliteNumUint32(): Argument Error",
+                                      V1 + "convertToSatelliteNumString(): nDataSize Error",
+                                      V1 + "convertToSatelliteNumString(): Argument Error"}),
+            mLog.texts());
+  const unsigned char MOST[] = {0xFF, 0xFF};
+  EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(MOST, 2, lText, 4, &lConsumed));
+  EXPECT_EQ(5, mVersion1.convertToSatelliteNumString(MOST, 2, lText, 5, &lConsumed));
+  EXPECT_EQ(0, memcmp("65535", lText, 5));
+  EXPECT_EQ(2u, lConsumed);
+}
+
+TEST_F(NmeaBinaryLogData, EveryWidthFollowsTheVersion) {
+  WideVersion lWide;
+  const Bytes lGsa = run(lWide, &Converter::convertFromGsaSentence, bytesOf(GSA), 64);
+  ASSERT_EQ(64u, lGsa.size());
+  EXPECT_EQ(250, lGsa[4 + 12 * 4]);
+  EXPECT_EQ("$GPGSA,A,3,04,05,,09,12,,,24,,,,,2.50,1.30,2.10*09\r\n",
+            binarylog::textOf(run(lWide, &Converter::convertToGsaSentence, lGsa, 256)));
+  const Bytes lGsv = encode(lWide, GSV);
+  EXPECT_EQ(1u + 5 + 4 * (4 + 5), lGsv.size());
+  EXPECT_EQ(GSV, decode(lWide, lGsv));
+  EXPECT_EQ(9u, lWide.getBinaryLogVersion());
+}
+
+// Converters of one build are called through tables of another: the order of the virtual operations is part of the
+// format.
+TEST_F(NmeaBinaryLogData, KeepsTheOrderOfItsVirtualOperations) {
+  std::vector<size_t> lPlaces;
+  const auto lAdd = [&lPlaces](auto nOperation) {
+    size_t lPlace = 0;
+    memcpy(&lPlace, &nOperation, sizeof(lPlace));
+    lPlaces.push_back(lPlace);
+  };
+  lAdd(&nfw::NmeaBinaryLogData::getBinaryLogVersion);
+  lAdd(&nfw::NmeaBinaryLogData::convertFromNmeaSentence);
+  lAdd(&nfw::NmeaBinaryLogData::convertToNmeaSentence);
+  lAdd(&nfw::NmeaBinaryLogData::convertFromDeadReckoningData);
+  lAdd(&nfw::NmeaBinaryLogData::convertToDeadReckoningNmeaSentence);
+  lAdd(&NmeaBinaryLogDataVersion0::getBinaryLogVersionImp);
+  lAdd(&NmeaBinaryLogDataVersion0::getGsaBinaryLogSize);
+  lAdd(&NmeaBinaryLogDataVersion0::getGsvBinaryLogSize);
+  lAdd(&NmeaBinaryLogDataVersion0::getSatelliteNumSize);
+  lAdd(&NmeaBinaryLogDataVersion0::convertFromSatelliteNumString);
+  lAdd(&NmeaBinaryLogDataVersion0::convertFromSatelliteNumUint32);
+  lAdd(&NmeaBinaryLogDataVersion0::convertToSatelliteNumString);
+  for (size_t i = 1; i < lPlaces.size(); ++i) EXPECT_EQ(lPlaces[i - 1] + sizeof(void*), lPlaces[i]) << i;
+}
+
+TEST_F(NmeaBinaryLogData, WritesScaledIntegersWithAllTheirDecimals) {
+  const struct {
+    int64_t mValue;
+    unsigned int mDecimals;
+    unsigned int mLeast;
+    const char* mpText;
+  } CASES[] = {{5454, 1, 0, "545.4"},
+               {0, 2, 0, "0.00"},
+               {5, 2, 0, "0.05"},
+               {-5, 1, 0, "-0.5"},
+               {-50, 3, 10, "0000-0.050"},
+               {10, 1, 5, "001.0"},
+               {2147483647, 5, 11, "21474.83647"},
+               {-2147483648LL, 3, 0, "-2147483.648"}};
+  for (const auto& lCase : CASES) {
+    const unsigned int lLength = static_cast<unsigned int>(strlen(lCase.mpText));
+    Bytes lText(lLength);
+    char* const lpText = reinterpret_cast<char*>(lText.data());
+    EXPECT_EQ(static_cast<int>(lLength),
+              nfw::convertIntToFloatStr(lCase.mValue, lCase.mDecimals, lCase.mLeast, lpText, lLength));
+    EXPECT_EQ(lCase.mpText, binarylog::textOf(lText));
+    EXPECT_EQ(-1, nfw::convertIntToFloatStr(lCase.mValue, lCase.mDecimals, lCase.mLeast, lpText, lLength - 1));
+  }
+  mLog.clear();
+  EXPECT_EQ(-1, nfw::convertIntToFloatStr(1, 1, 0, nullptr, 0));
+  EXPECT_EQ(std::vector<std::string>{in("convertIntToFloatStr", "nBuffer is null")}, mLog.texts());
+}
+
+}  // namespace
