@@ -1,0 +1,68 @@
+#include "NfwLogFile.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <new>
+
+#include "NfwLittleEndian.h"
+#include "NfwLogRecord.h"
+#include "NfwStreamBuffer.h"
+
+namespace nfw {
+namespace {
+
+/// The size of the record that begins in the ring at an offset. Records enter the ring whole.
+uint64_t recordSizeAt(const StreamBuffer& nBuffer, unsigned int nOffset) {
+  unsigned char lSize[4];
+  nBuffer.peek(nOffset + LogRecord::SIZE_AT, lSize, sizeof lSize);
+  return uint64_t{getUint32(lSize)} + LogRecord::OVERHEAD;
+}
+
+}  // namespace
+
+bool LogFile::open(const char* npPath) {
+  std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
+  if (!lpFile->open(2, 1)) return false;
+  mpFile = std::move(lpFile);
+  mSize = mOpenSize = mLeftSize = 0;
+  return true;
+}
+
+void LogFile::close() {
+  if (mpFile != nullptr) mpFile->close();
+  mpFile.reset();
+  mSize = mOpenSize = mLeftSize = 0;
+}
+
+void LogFile::accept(StreamBuffer& nBuffer, unsigned int nSize) {
+  for (unsigned int lOffset = 0; lOffset < nSize;) {
+    if (mLeftSize == 0) mLeftSize = recordSizeAt(nBuffer, lOffset);
+    const unsigned int lStep = static_cast<unsigned int>(std::min<uint64_t>(mLeftSize, nSize - lOffset));
+    lOffset += lStep;
+    mLeftSize -= lStep;
+    mOpenSize = mLeftSize > 0 ? mOpenSize + lStep : 0;
+  }
+  mSize += nSize;
+  nBuffer.eraseTop(nSize);
+}
+
+// By path and by position, both: where the name is gone the position alone still keeps later records in order.
+void LogFile::cutBack(StreamBuffer& nBuffer) {
+  mSize -= mOpenSize;
+  nBuffer.eraseTop(static_cast<unsigned int>(mLeftSize));
+  mOpenSize = mLeftSize = 0;
+  const int lIsCut = ::truncate(mpFile->getPath(), static_cast<off_t>(mSize));
+  static_cast<void>(lIsCut);
+  mpFile->seek(static_cast<long long>(mSize), utl::File::ORIGIN_BEGIN);
+}
+
+int LogFile::writePart(const void* npBytes, unsigned int nSize) {
+  const int lResult = mpFile->write(npBytes, nSize);
+  if (lResult < 0) return lResult;
+  mSize += nSize;
+  mOpenSize += nSize;
+  return lResult;
+}
+
+}  // namespace nfw

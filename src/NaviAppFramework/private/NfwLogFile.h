@@ -1,0 +1,47 @@
+// The log record file being written, and where its whole records end.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "utl/File.h"
+
+namespace nfw {
+
+class StreamBuffer;
+
+/// Moves records from the ring into a file. A piece may end inside a record; when a write fails, what the file holds of
+/// that record and of the failed piece is cut off again, so that the file ends with a whole record and the next piece
+/// may follow. Not locked: the owner says which lock each step needs.
+class LogFile {
+ public:
+  bool open(const char* npPath);  ///< creates or truncates; false when it cannot be opened
+  void close();
+  bool isOpen() const { return mpFile != nullptr; }
+  const char* getPath() const { return mpFile->getPath(); }
+  bool flush() { return mpFile->flush(); }
+
+  /// Bytes of the file, all of them written.
+  uint64_t size() const { return mSize; }
+
+  /// Needs the file, not the ring: writes bytes that still lie at the top of the ring.
+  bool write(const void* npBytes, unsigned int nSize) { return mpFile->write(npBytes, nSize) >= 0; }
+  /// The top bytes of the ring were written: takes them out.
+  void accept(StreamBuffer& nBuffer, unsigned int nSize);
+  /// A write failed: ends the file behind its last whole record, and drops what the ring holds of a record whose
+  /// beginning was in the file. Every other record of the ring stays there, whole.
+  void cutBack(StreamBuffer& nBuffer);
+
+  /// A record that does not go through the ring: its parts one after the other, then it is whole; cutBack() when one
+  /// fails.
+  int writePart(const void* npBytes, unsigned int nSize);
+  void endRecord() { mOpenSize = 0; }
+
+ private:
+  std::unique_ptr<utl::File> mpFile;
+  uint64_t mSize = 0;
+  uint64_t mOpenSize = 0;  // bytes of the file that belong to a record not yet wholly in it
+  uint64_t mLeftSize = 0;  // bytes of that record at the top of the ring
+};
+
+}  // namespace nfw
