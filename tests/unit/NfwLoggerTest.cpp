@@ -1,0 +1,331 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "LogRecords.h"
+#include "NfwAppLog.h"
+#include "NfwLogger.h"
+#include "PlatformSeams.h"
+#include "Replays.h"
+#include "SharedThread.h"
+#include "TempDir.h"
+
+namespace {
+
+using nfw::Logger;
+using nfwtest::logRecord;
+using nfwtest::Notes;
+using Strings = std::vector<std::string>;
+
+class LoggerTest : public testing::Test {
+ protected:
+  LoggerTest() {
+    Logger::initializeMaxRecordEventListenerNum(2);
+    Logger::initializeMaxPlayerNum(3);
+    Logger::initializeMaxLogTypeNum(2);
+    Logger::initializeMaxLogFieldSize(100);
+    Logger::initializeLogBufferSize(100000);
+    Logger::initializeMaxLogFileSize(1000000);
+    mpLogger = Logger::get();
+    EXPECT_TRUE(mpLogger->initialize());
+    mListener.mHasTicks = mOther.mHasTicks = false;
+  }
+  ~LoggerTest() override { Logger::destroy(); }
+
+  bool play(const std::string& nFile) {
+    nfwtest::writeFile(mPath, nFile);
+    return mpLogger->startPlay(mPath.c_str());
+  }
+  bool pumpTo(size_t nCount) {
+    return nfwtest::pump(mClock, [&] { return mNotes.count() >= nCount; });
+  }
+  Strings dataOf(const std::string& nDirectory) {
+    Strings lData;
+    for (const auto& lEntry : std::filesystem::directory_iterator(nDirectory)) {
+      if (!lEntry.is_regular_file()) continue;
+      for (auto& lRecord : nfwtest::parseLogRecords(nfwtest::readFile(lEntry.path()))) lData.push_back(lRecord.mData);
+    }
+    return lData;
+  }
+
+  nfwtest::TempDir mDir;
+  const std::string mPath = mDir / "played.log";
+  seams::CapturedLog mLog;
+  seams::ManualClock mClock;
+  Notes mNotes;
+  nfwtest::Player mFirst{mNotes, "first"}, mSecond{mNotes, "second"};
+  nfwtest::PlayListener mListener{mNotes}, mOther{mNotes};
+  Logger* mpLogger = nullptr;
+};
+
+// --- recording
+
+TEST_F(LoggerTest, RecordsDataAndLogLinesInTheirOrder) {
+  nfwtest::TempDir lDir;
+  EXPECT_TRUE(nfw::registerLogType(77, "<APP> ", nfw::LOG_LEVEL_DETAIL));
+  Logger::write(20, "lost", 4);  // not recording yet
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  EXPECT_FALSE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  EXPECT_TRUE(mpLogger->isRecording());
+  Logger::write(20, "one", 3);
+  APPLOG(77, nfw::LOG_LEVEL_ERROR, "line %d", 2);
+  const std::string lLargest(100, 'x');
+  Logger::write(20, lLargest.data(), 100);
+  Logger::write(20, lLargest.data(), 101);
+  Logger::write(-1, "x", 1);  // named, in the system log only
+  LOGGERLOG(21, "three");
+  mpLogger->flush();
+  EXPECT_EQ((Strings{"one", "<APP> ERR: line 2", lLargest, "three"}), dataOf(lDir.path()));
+  EXPECT_TRUE(mLog.has("Logger::writeImp(): Invalid log data size: DataSize=101 Byte Max=100 Byte Id=0x00000014"));
+  char lPath[300];
+  EXPECT_TRUE(mpLogger->getRecordingDir(lPath, sizeof lPath));
+  EXPECT_EQ(lDir.path(), lPath);
+  EXPECT_TRUE(mpLogger->stopRecord());
+  EXPECT_FALSE(mpLogger->isRecording());
+  EXPECT_FALSE(mpLogger->getRecordingDir(lPath, 3));
+  EXPECT_TRUE(mLog.has("Logger::getRecordingDir(): Can't copy path: Dir=" + lDir.path()));
+  nfw::finalizeAppLog();
+}
+
+TEST_F(LoggerTest, TellsRecordEventListeners) {
+  nfwtest::TempDir lDir;
+  nfwtest::RecordListener lOne(mNotes, "one"), lTwo(mNotes, "two"), lThree(mNotes, "three");
+  EXPECT_TRUE(mpLogger->attachRecordEventListener(&lOne));
+  EXPECT_TRUE(mpLogger->attachRecordEventListener(&lOne));
+  EXPECT_TRUE(mpLogger->attachRecordEventListener(nullptr));
+  EXPECT_TRUE(mpLogger->attachRecordEventListener(&lTwo));
+  EXPECT_FALSE(mpLogger->attachRecordEventListener(&lThree));
+  EXPECT_TRUE(mpLogger->stopRecord());  // without a start: not told
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  EXPECT_TRUE(mpLogger->stopRecord());
+  EXPECT_TRUE(mpLogger->stopRecord());
+  ASSERT_TRUE(mNotes.waitFor(6));
+  EXPECT_EQ((Strings{"two start", "one start", "two stop", "one stop", "two stop", "one stop"}), mNotes.all());
+  EXPECT_TRUE(mpLogger->detachRecordEventListener(&lThree));
+  const seams::Failing lFailing(seams::POST);
+  EXPECT_FALSE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  EXPECT_TRUE(mpLogger->isRecording());
+  EXPECT_FALSE(mpLogger->stopRecord());
+  EXPECT_FALSE(mpLogger->attachRecordEventListener(&lTwo));
+  EXPECT_FALSE(mpLogger->detachRecordEventListener(&lTwo));
+  for (const char* const lpLine :
+       {"Logger::startRecord(): Can't post thread", "Logger::stopRecord(): Can't post thread",
+        "Logger::attachRecordEventListener(): Can't send thread",
+        "Logger::detachRecordEventListener(): Can't send thread"}) {
+    EXPECT_TRUE(mLog.has(lpLine)) << lpLine;
+  }
+}
+
+// --- playing
+
+TEST_F(LoggerTest, PlaysAFileToItsListeners) {
+  Notes lOtherNotes;
+  nfwtest::PlayListener lOther(lOtherNotes);
+  lOther.mHasTicks = false;
+  EXPECT_TRUE(mpLogger->attachPlayer(&mFirst));
+  EXPECT_TRUE(mpLogger->attachPlayer(&mSecond));
+  EXPECT_TRUE(mpLogger->attachPlayListener(20, &mListener));
+  EXPECT_TRUE(mpLogger->attachPlayListener(21, &lOther));
+  char lPath[300];
+  EXPECT_FALSE(mpLogger->getPlayingDir(lPath, sizeof lPath));
+  EXPECT_TRUE(mLog.has("Logger::getPlayingDir(): Can't extract directory path: File="));
+  EXPECT_TRUE(mpLogger->stopPlay());  // nothing plays: no effect
+  for (int i = 0; i < 2; ++i) {
+    mNotes.clear();
+    lOtherNotes.clear();
+    ASSERT_TRUE(play(logRecord(20, 0, "a") + logRecord(21, 20, "b") + logRecord(20, 40, "c")));
+    EXPECT_FALSE(mpLogger->startPlay(mPath.c_str()));
+    EXPECT_FALSE(mpLogger->attachPlayListener(22, &mListener));
+    EXPECT_TRUE(mpLogger->isPlaying());
+    EXPECT_TRUE(mpLogger->getPlayingDir(lPath, sizeof lPath));
+    EXPECT_EQ(mDir.path(), lPath);
+    ASSERT_TRUE(pumpTo(6));
+    EXPECT_TRUE(mpLogger->isPlaying());
+    EXPECT_TRUE(mpLogger->stopPlay());
+    EXPECT_FALSE(mpLogger->isPlaying());
+    EXPECT_EQ(
+        (Strings{"second start", "first start", "a", "c", "second end 0", "first end 0", "second stop", "first stop"}),
+        mNotes.all());
+    EXPECT_EQ(Strings{"b"}, lOtherNotes.all());
+  }
+}
+
+TEST_F(LoggerTest, EndsAtOnceWhereNothingCanBeStarted) {
+  mpLogger->attachPlayer(&mFirst);
+  ASSERT_TRUE(play(logRecord(20, 0, "a")));
+  ASSERT_TRUE(mNotes.waitFor(2));
+  EXPECT_EQ((Strings{"first start", "first end 1"}), mNotes.all());
+  mpLogger->stopPlay();
+  mNotes.clear();
+  mpLogger->attachPlayListener(20, &mListener);
+  ASSERT_TRUE(mpLogger->startPlay((mDir / "none").c_str()));
+  ASSERT_TRUE(mNotes.waitFor(2));
+  mpLogger->stopPlay();
+  EXPECT_EQ((Strings{"first start", "first end 1", "first stop"}), mNotes.all());
+  EXPECT_TRUE(mLog.has("Logger::onStartPlay(): Can't start play: Id=0x00000014"));
+  EXPECT_FALSE(mpLogger->startPlay(nullptr));
+  EXPECT_TRUE(mLog.has("Logger::startPlay(): Can't copy path"));
+  const seams::Failing lFailing(seams::POST);
+  EXPECT_FALSE(mpLogger->startPlay(mPath.c_str()));
+  EXPECT_TRUE(mLog.has("Logger::startPlay(): Can't post thread"));
+  EXPECT_FALSE(mpLogger->isPlaying());
+  EXPECT_FALSE(mpLogger->stopPlay());
+  EXPECT_TRUE(mLog.has("Logger::stopPlay(): Can't send thread"));
+}
+
+TEST_F(LoggerTest, ListsHaveTheirLimits) {
+  nfwtest::Player lThird(mNotes, "third"), lFourth(mNotes, "fourth");
+  for (nfw::LogPlayer* const lpPlayer : {&mFirst, &mSecond, &lThird, &mFirst})
+    EXPECT_TRUE(mpLogger->attachPlayer(lpPlayer));
+  EXPECT_FALSE(mpLogger->attachPlayer(&lFourth));
+  EXPECT_TRUE(mpLogger->attachPlayer(nullptr));
+  EXPECT_TRUE(mpLogger->detachPlayer(&lFourth));
+  EXPECT_TRUE(mpLogger->attachPlayListener(-5, nullptr));
+  EXPECT_FALSE(mpLogger->attachPlayListener(-5, &mListener));
+  EXPECT_TRUE(mpLogger->attachPlayListener(20, &mListener));
+  EXPECT_FALSE(mpLogger->attachPlayListener(20, &mOther));
+  EXPECT_TRUE(mpLogger->attachPlayListener(21, &mListener));
+  EXPECT_FALSE(mpLogger->attachPlayListener(21, &mOther));  // full: the id is not looked at
+  EXPECT_EQ(Strings{"Logger::attachPlayListenerInternal(): Duplicate Id=20"}, mLog.texts());
+  EXPECT_TRUE(mpLogger->detachPlayListener(&mListener));  // from both
+  EXPECT_TRUE(mpLogger->attachPlayListener(20, &mOther));
+  mpLogger->shutdown();
+  EXPECT_TRUE(mLog.has("Logger::shutdown(): LogPlayDataDispatcher remain: Count=1"));
+  EXPECT_TRUE(mLog.has("Logger::shutdown(): LogPlayer remain: Count=3"));
+  for (const auto& lLine : mLog.lines())
+    EXPECT_EQ(lLine.mText.find("remain") != std::string::npos ? 2 : 1, lLine.mLevel);
+  EXPECT_FALSE(mpLogger->initialize());
+  EXPECT_FALSE(mpLogger->attachPlayer(&mFirst));
+  EXPECT_FALSE(mpLogger->startPlay(mPath.c_str()));
+  EXPECT_FALSE(mpLogger->stopPlay());
+  EXPECT_FALSE(mpLogger->startRecord(mDir.path().c_str(), "x", nullptr));
+}
+
+// --- from inside the calls
+
+TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
+  mpLogger->attachPlayListener(20, &mListener);
+  mpLogger->attachPlayer(&mFirst);
+  mpLogger->attachPlayer(&mSecond);
+  const std::string lFile = logRecord(20, 0, "a");
+
+  mSecond.mOnStart = [&] { mpLogger->stopPlay(); };  // the walk under way goes on behind the stop's
+  ASSERT_TRUE(play(lFile));
+  ASSERT_TRUE(mNotes.waitFor(4));
+  EXPECT_EQ((Strings{"second start", "second stop", "first stop", "first start"}), mNotes.all());
+  EXPECT_FALSE(mpLogger->isPlaying());
+  mSecond.mOnStart = [] {};
+
+  mNotes.clear();
+  mSecond.mOnStop = [&] {
+    mpLogger->stopPlay();
+    EXPECT_FALSE(mpLogger->startPlay(mPath.c_str()));
+  };
+  mSecond.mOnEnd = [&] {  // ends this playback and begins another
+    mpLogger->stopPlay();
+    mpLogger->detachPlayer(&mSecond);
+    mpLogger->startPlay(mPath.c_str());
+  };
+  ASSERT_TRUE(play(lFile));
+  ASSERT_TRUE(pumpTo(10));
+  EXPECT_EQ((Strings{"second start", "first start", "a", "second end 0", "second stop", "first stop", "first end 0",
+                     "first start", "a", "first end 0"}),
+            mNotes.all());
+  mpLogger->stopPlay();
+  mSecond.mOnEnd = [] {};
+
+  mNotes.clear();
+  mFirst.mOnStart = [&] {
+    EXPECT_TRUE(mpLogger->detachPlayListener(&mListener));
+    EXPECT_TRUE(mpLogger->attachPlayer(&mSecond));  // not told of this start any more
+  };
+  ASSERT_TRUE(play(lFile));
+  ASSERT_TRUE(mNotes.waitFor(3));
+  EXPECT_EQ((Strings{"first start", "second end 1", "first end 1"}), mNotes.all());
+}
+
+TEST_F(LoggerTest, AStopOvertakesAStartThatIsStillQueued) {
+  nfwtest::TempDir lDir;
+  nfwtest::RecordListener lRecordListener(mNotes, "record");
+  mpLogger->attachPlayer(&mFirst);
+  mpLogger->attachPlayListener(20, &mListener);
+  mpLogger->attachRecordEventListener(&lRecordListener);
+  lRecordListener.mOnStart = [&] {  // on the logger's thread: nothing queued is handled meanwhile
+    EXPECT_TRUE(play(logRecord(20, 0, "a")));
+    EXPECT_TRUE(mpLogger->detachPlayListener(nullptr));  // queues a judgement of the end
+    EXPECT_TRUE(mpLogger->stopPlay());
+    EXPECT_TRUE(mpLogger->startPlay(mPath.c_str()));
+  };
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  ASSERT_TRUE(pumpTo(5));
+  EXPECT_EQ((Strings{"record start", "first stop", "first start", "a", "first end 0"}), mNotes.all());
+}
+
+TEST_F(LoggerTest, PlayListenersMayStopAndDetachFromInsideTheirCalls) {
+  mpLogger->attachPlayer(&mFirst);
+  mpLogger->attachPlayListener(20, &mListener);
+  mpLogger->attachPlayListener(21, &mOther);
+  const std::string lFile = logRecord(20, 0, "a") + logRecord(20, 0, "b") + logRecord(21, 500, "c");
+  mListener.mOnData = [&] {
+    EXPECT_FALSE(mpLogger->attachPlayListener(22, &mListener));
+    EXPECT_FALSE(mpLogger->attachPlayer(&mSecond));
+    EXPECT_TRUE(mpLogger->detachPlayListener(&mListener));
+  };
+  ASSERT_TRUE(play(lFile));
+  ASSERT_TRUE(pumpTo(4));
+  Strings lNotes = mNotes.all();
+  std::sort(lNotes.begin() + 1, lNotes.begin() + 3);  // two replays, each on a thread of its own
+  EXPECT_EQ((Strings{"first start", "a", "c", "first end 0"}), lNotes);
+  mpLogger->stopPlay();
+
+  mNotes.clear();
+  mOther.mOnData = [&] {
+    EXPECT_TRUE(mpLogger->stopPlay());
+    EXPECT_TRUE(mpLogger->detachPlayer(&mSecond));
+  };
+  ASSERT_TRUE(play(lFile));
+  ASSERT_TRUE(pumpTo(3));
+  EXPECT_EQ((Strings{"first start", "c", "first stop"}), mNotes.all());
+  EXPECT_TRUE(mpLogger->stopPlay());  // behind everything posted before
+  EXPECT_FALSE(mpLogger->isPlaying());
+}
+
+TEST_F(LoggerTest, DetachingTheLastReplayEndsPlayback) {
+  mpLogger->attachPlayer(&mFirst);
+  mpLogger->attachPlayListener(20, &mListener);
+  ASSERT_TRUE(play(logRecord(20, 0, "a")));
+  ASSERT_TRUE(mNotes.waitFor(1));
+  EXPECT_TRUE(mpLogger->detachPlayListener(&mListener));
+  ASSERT_TRUE(mNotes.waitFor(2));
+  EXPECT_EQ((Strings{"first start", "first end 0"}), mNotes.all());
+  mpLogger->setLogDispatchEnd(nullptr);  // judged again: told once
+  EXPECT_TRUE(mpLogger->stopPlay());
+  EXPECT_EQ((Strings{"first start", "first end 0", "first stop"}), mNotes.all());
+}
+
+TEST_F(LoggerTest, UnknownMessagesAreNamed) {
+  nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Eu));
+  mpLogger->receiveMsg(0, lNone);
+  mpLogger->receiveMsg(0, lUnknown);
+  EXPECT_EQ((Strings{"Logger::receiveMsg(): Can't get MsgId", "Logger::receiveMsg(): UnknownMsg: MsgId=-2147480562"}),
+            mLog.texts());
+}
+
+TEST(LoggerLifeTest, AThreadThatCannotStartIsNamed) {
+  const seams::CapturedLog lLog;
+  {
+    const seams::Failing lFailing(seams::THREAD_START, 0, 1);
+    EXPECT_FALSE(Logger::get()->initialize());
+    EXPECT_TRUE(lLog.has("Thread Start[nfw::Logger_Thread]"));
+  }
+  Logger::destroy();
+  const seams::Failing lFailing(seams::THREAD_START, 1, 1);
+  EXPECT_FALSE(Logger::get()->initialize());
+  EXPECT_TRUE(lLog.has("Thread Start[nfw::LogWriter_Thread]"));
+  EXPECT_TRUE(lLog.has("Logger::initialize(): Can't initialize LogWriter"));
+  Logger::destroy();
+  Logger::destroy();
+  Logger::write(1, "nobody", 6);
+}
+
+}  // namespace
