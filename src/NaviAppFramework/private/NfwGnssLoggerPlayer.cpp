@@ -1,0 +1,58 @@
+#include "NfwGnssLoggerPlayer.h"
+
+#include "NfwAppLog.h"
+#include "NfwBytesMsg.h"
+#include "NfwLogger.h"
+#include "NfwMsgRoute.h"
+#include "NfwPostRecord.h"
+#include "NfwThreadMsgProfilerManager.h"
+
+namespace nfw {
+namespace {
+
+const int NMEA_DATA_RECEIVE_MSG = ownMsgId(0x02);
+
+class NmeaDataReceiveMsg : public BytesMsg<130> {
+ public:
+  static constexpr const char* NAME = "NmeaDataReceiveMsg";
+  using BytesMsg<130>::BytesMsg;
+};
+
+const ThreadMsgProfile<NmeaDataReceiveMsg> gProfile(THREAD_MSG_GNSS);
+
+}  // namespace
+
+GnssLoggerPlayer::GnssLoggerPlayer(GnssDataDispatcher* npDispatcher, utl::MsgDrivenSharedThread* npThread,
+                                   int nLoggerId)
+    : mpThread(npThread), mReplay(*npDispatcher), mLoggerId(nLoggerId) {}
+
+bool GnssLoggerPlayer::initialize() {
+  if (mLoggerId == NO_LOGGER_ID || Logger::get()->attachPlayListener(mLoggerId, this)) return true;
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::GnssLoggerinitialize() nfw::attachPlayListener() false");
+  return false;
+}
+
+void GnssLoggerPlayer::finalize() {
+  if (mLoggerId != NO_LOGGER_ID) Logger::get()->detachPlayListener(this);
+}
+
+void GnssLoggerPlayer::receiveLogPlayData(int nLogTypeId, const unsigned char* npData, unsigned int nSize) {
+  if (nLogTypeId != mLoggerId || !isOn || !mpThread->isRunning() || nSize > NmeaDataReceiveMsg::DATA_MAX) return;
+  const NmeaDataReceiveMsg lMsg(NMEA_DATA_RECEIVE_MSG, npData, nSize);
+  postRecord(*mpThread, this, lMsg, "nfw::GnssLoggerPlayer::receiveLogPlayData()");
+}
+
+void GnssLoggerPlayer::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) {
+  static const MsgRoute<GnssLoggerPlayer> ROUTES[] = {{NMEA_DATA_RECEIVE_MSG, &GnssLoggerPlayer::onReceiveNmeaData}};
+  routeMsg(*this, ROUTES, nMsg, "nfw::GnssLoggerPlayer");
+}
+
+void GnssLoggerPlayer::onReceiveNmeaData(utl::ThreadRawMsg& nMsg) {
+  NmeaDataReceiveMsg lMsg;
+  if (!lMsg.restoreFrom(nMsg) || lMsg.mSize > NmeaDataReceiveMsg::DATA_MAX) return;
+  unsigned char lText[NmeaDataReceiveMsg::DATA_MAX + 1] = {};  // terminated, also when it is full
+  memcpy(lText, lMsg.mData, lMsg.mSize);
+  mReplay.play(lText, lMsg.mSize);
+}
+
+}  // namespace nfw
