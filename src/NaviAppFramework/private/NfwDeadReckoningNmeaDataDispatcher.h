@@ -1,0 +1,24 @@
+// Hands dead-reckoning results to their listeners, sentence by sentence.
+#pragma once
+
+#include "NfwDeadReckoningNmeaDataListener.h"
+#include "NfwDeadReckoningNmeaSentence.h"
+#include "NfwDispatcherCore.h"
+
+namespace nfw {
+
+/// One dispatch carries a whole set; each sentence goes to all listeners before the next one does.
+class DeadReckoningNmeaDataDispatcher : public DispatcherCore {
+ public:
+  DeadReckoningNmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread);
+
+  bool attachListener(DeadReckoningNmeaDataListener* npListener) { return attach(npListener); }
+  bool detachListener(DeadReckoningNmeaDataListener* npListener) { return detach(npListener); }
+  /// Queues a copy; the caller does not wait.
+  void dispatch(const DeadReckoningNmeaSentence& nSet);
+
+ private:
+  void onDispatch(utl::ThreadRawMsg& nMsg) override;
+};
+
+}  // namespace nfw

@@ -1,0 +1,305 @@
+// What tests of the positioning services share: the two log services, listeners that note what they receive, and one
+// epoch of a drive as sentences, as the SDK's records and as a report.
+#pragma once
+
+#include <sstream>
+
+#include "GpsHost.h"
+#include "NaviAppFramework.h"
+#include "NfwDeadReckoningNmeaDataListener.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "NfwSensorSysLoggerManager.h"
+#include "Replays.h"
+#include "SysLogServiceHost.h"
+#include "TempDir.h"
+#include "ZTSDeadReckoningHost.h"
+
+namespace nfwtest {
+
+using Strings = std::vector<std::string>;
+
+const int GNSS_LOGGER_ID = 20;
+const int DEAD_RECKONING_LOGGER_ID = 21;
+
+/// Both log services, running, with files of their own. Destroys the facades with them.
+class LogServices {
+ public:
+  LogServices() {
+    using nfw::Gnss;
+    using nfw::Logger;
+    Logger::initializeMaxPlayerNum(2);
+    Logger::initializeMaxLogTypeNum(2);
+    Logger::initializeMaxLogFieldSize(300);
+    Logger::initializeLogBufferSize(200000);
+    Logger::initializeMaxLogFileSize(10000000);
+    for (auto lpSet : {Gnss::initializeMaxParsedGgaDataListenerNum, Gnss::initializeMaxParsedGllDataListenerNum,
+                       Gnss::initializeMaxParsedGsaDataListenerNum, Gnss::initializeMaxParsedGsvDataListenerNum,
+                       Gnss::initializeMaxParsedVtgDataListenerNum, Gnss::initializeMaxParsedZdaDataListenerNum,
+                       Gnss::initializeMaxParsedRmcDataListenerNum, Gnss::initializeMaxParsedPubxDataListenerNum,
+                       Gnss::initializeMaxParsedNmeaDataListenerNum, Gnss::initializeMaxNmeaDataListenerNum,
+                       nfw::DeadReckoning::initializeMaxDeadReckoningNmeaDataListenerNum}) {
+      lpSet(2);
+    }
+    Gnss::initializeLoggerId(GNSS_LOGGER_ID);
+    Gnss::initializeGpsSdkGeodeticSystemType(0);
+    nfw::DeadReckoning::initializeLoggerId(DEAD_RECKONING_LOGGER_ID);
+    EXPECT_TRUE(syslogservice::setBinaryLogFile(sensorFile().c_str()));
+    EXPECT_TRUE(nfw::Logger::get()->initialize());
+    EXPECT_TRUE(nfw::SensorSysLoggerManager::get()->initialize());
+  }
+  ~LogServices() {
+    nfw::Gnss::destroy();
+    nfw::DeadReckoning::destroy();
+    nfw::SensorSysLoggerManager::destroy();
+    nfw::Logger::destroy();
+    syslogservice::setBinaryLogFile(nullptr);
+  }
+  LogServices(const LogServices&) = delete;
+  LogServices& operator=(const LogServices&) = delete;
+
+  void startRecord() {
+    EXPECT_TRUE(nfw::Logger::get()->startRecord(mDir.path().c_str(), "drive", nullptr));
+    EXPECT_TRUE(nfw::SensorSysLoggerManager::get()->startRecord());
+  }
+  void stopRecord() {
+    EXPECT_TRUE(nfw::Logger::get()->stopRecord());
+    EXPECT_TRUE(nfw::SensorSysLoggerManager::get()->stopRecord());
+  }
+  std::string textFile() const { return mDir.files().at(0); }
+  std::string sensorFile() const { return mSensorDir / "sensor"; }
+
+ private:
+  TempDir mDir, mSensorDir;
+};
+
+inline Strings errors(const seams::CapturedLog& nLog) {
+  Strings lErrors;
+  for (const auto& lLine : nLog.lines()) {
+    if (lLine.mLevel == nfw::LOG_LEVEL_ERROR) lErrors.push_back(lLine.mText);
+  }
+  return lErrors;
+}
+
+template <class... Values>
+std::string joined(const char* npKind, const Values&... nValues) {
+  std::ostringstream lText;
+  lText << npKind;
+  ((lText << ' ' << nValues), ...);
+  return lText.str();
+}
+
+inline std::string text(const nfw::GnssSentenceTime& n) {
+  return joined("", n.hour, n.minute, n.second, n.millisecond);
+}
+inline std::string text(const nfw::GnssSentenceDate& n) { return joined("", n.year, n.month, n.day); }
+inline std::string text(const nfw::GnssSentenceCoordinate& n) {
+  return joined("", n.value, n.degree, n.minute, n.direction);
+}
+inline std::string text(const nfw::GgaSentence& n) {
+  return joined("GGA", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.quality,
+                n.satelliteCount, n.hdop, n.altitude, n.geoidSeparation, n.dgpsDataAge, n.dgpsStationId);
+}
+inline std::string text(const nfw::GllSentence& n) {
+  return joined("GLL", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.status, n.mode);
+}
+inline std::string text(const nfw::GsaSentence& n) {
+  std::string lText = joined("GSA", n.satelliteType, n.positioningType, n.mode, n.pdop, n.hdop, n.vdop);
+  for (unsigned int i = 0; i < nfw::GsaSentence::SATELLITE_NUM; ++i) {
+    lText += joined("", unsigned{n.satelliteNumber[i]}, n.satelliteId[i]);
+  }
+  return lText;
+}
+/// Satellites up to the last one that is not all zero.
+inline std::string text(const nfw::GsvSentence& n) {
+  const std::string lHead = joined("GSV", n.satelliteType, n.messageCount, n.messageNumber, n.satelliteView);
+  std::string lText = lHead, lAll = lHead;
+  for (const nfw::GsvSatelliteInfo& lInfo : n.satellite) {
+    lAll += joined(" :", unsigned{lInfo.satelliteNumber}, lInfo.satelliteId, lInfo.valid, unsigned{lInfo.elevation},
+                   unsigned{lInfo.snr}, lInfo.azimuth);
+    if (lInfo.satelliteId != 0) lText = lAll;
+  }
+  return lText;
+}
+inline std::string text(const nfw::RmcSentence& n) {
+  return joined("RMC", n.satelliteType, text(n.utcTime), n.status, text(n.latitude), text(n.longitude), n.speed,
+                n.direction, text(n.date), n.magneticDeclination, n.mode);
+}
+inline std::string text(const nfw::VtgSentence& n) {
+  return joined("VTG", n.satelliteType, n.directionForTrueNorth, n.directionForMagneticNorth, n.speedKnot, n.speedKmh,
+                n.mode);
+}
+inline std::string text(const nfw::ZdaSentence& n) {
+  return joined("ZDA", n.satelliteType, text(n.utcTime), text(n.date), n.localZoneHour, n.localZoneMinute);
+}
+inline std::string text(const nfw::PubxSentence& n) {
+  return joined("PUBX", n.messageId, text(n.utcTime), text(n.latitude), text(n.longitude), n.altitudeRef, n.status,
+                n.hacc, n.vacc, n.speed, n.direction, n.vvel, n.dgpsDataAge, n.hdop, n.vdop, n.tdop, n.satelliteCount,
+                n.drMode);
+}
+inline std::string text(const nfw::NmeaSentence& n) {
+  return joined("NMEA", text(n.gga), text(n.gll), text(n.gsa), text(n.gsv), text(n.rmc), text(n.vtg));
+}
+
+/// One of every kind. Notes sentences as they are, records by their text().
+class GnssListener : public nfw::NmeaDataListener,
+                     public nfw::ParsedGgaDataListener,
+                     public nfw::ParsedGllDataListener,
+                     public nfw::ParsedGsaDataListener,
+                     public nfw::ParsedGsvDataListener,
+                     public nfw::ParsedVtgDataListener,
+                     public nfw::ParsedZdaDataListener,
+                     public nfw::ParsedRmcDataListener,
+                     public nfw::ParsedPubxDataListener,
+                     public nfw::ParsedNmeaDataListener {
+ public:
+  explicit GnssListener(Notes& nNotes) : mNotes(nNotes) {}
+
+  /// To the service, or to its dispatcher.
+  template <class Service>
+  bool attachTo(Service& nService) {
+    return nService.attachNmeaDataListener(this) && nService.attachParsedGgaDataListener(this) &&
+           nService.attachParsedGllDataListener(this) && nService.attachParsedGsaDataListener(this) &&
+           nService.attachParsedGsvDataListener(this) && nService.attachParsedVtgDataListener(this) &&
+           nService.attachParsedZdaDataListener(this) && nService.attachParsedRmcDataListener(this) &&
+           nService.attachParsedPubxDataListener(this) && nService.attachParsedNmeaDataListener(this);
+  }
+
+  void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override {
+    note(std::string(reinterpret_cast<const char*>(npData), nSize));
+  }
+  void onNotifyParsedGgaData(const nfw::GgaSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedGllData(const nfw::GllSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedGsaData(const nfw::GsaSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedGsvData(const nfw::GsvSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedVtgData(const nfw::VtgSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedZdaData(const nfw::ZdaSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedRmcData(const nfw::RmcSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedPubxData(const nfw::PubxSentence& nRecord) override { note(text(nRecord)); }
+  void onNotifyParsedNmeaData(const nfw::NmeaSentence& nRecord) override { note(text(nRecord)); }
+
+  std::function<void()> mOnCall = [] {};
+
+ private:
+  void note(const std::string& nText) { mNotes.add(nText), mOnCall(); }
+  Notes& mNotes;
+};
+
+class DeadReckoningListener : public nfw::DeadReckoningNmeaDataListener {
+ public:
+  explicit DeadReckoningListener(Notes& nNotes) : mNotes(nNotes) {}
+  void onNotifyDeadReckoningNmeaData(const unsigned char* npData, unsigned int nSize) override {
+    mNotes.add(std::string(reinterpret_cast<const char*>(npData), nSize));
+    mOnCall();
+  }
+
+  std::function<void()> mOnCall = [] {};
+
+ private:
+  Notes& mNotes;
+};
+
+/// An epoch; but for ZDA, which is not stored, the binary log gives every sentence back as it is.
+const char RMC_TEXT[] = "$GPRMC,083559.000,A,4717.11437,N,00833.91522,E,0.004,77.52,091202,3.1,W,A*1c\r\n";
+const char VTG_TEXT[] = "$GPVTG,77.52,T,76.50,M,0.004,N,0.008,K,A*2c\r\n";
+const char GGA_TEXT[] = "$GPGGA,092725.000,4717.11399,N,00833.91590,E,1,08,1.01,499.6,M,48.0,M,,*6b\r\n";
+const char GSA_TEXT[] = "$GPGSA,A,3,23,29,07,08,09,18,26,28,,,,,1.94,1.18,1.54*0d\r\n";
+const char GSV_TEXT_1[] = "$GPGSV,3,1,10,23,38,230,44,29,71,156,47,07,29,116,41,08,09,081,36*7f\r\n";
+const char GSV_TEXT_2[] = "$GPGSV,3,2,10,10,07,189,,05,05,220,,09,34,274,42,18,25,309,44*72\r\n";
+const char GSV_TEXT_3[] = "$GPGSV,3,3,10,26,82,187,47,28,43,056,46*77\r\n";
+const char GLL_TEXT[] = "$GPGLL,4717.11364,N,00833.91565,E,092321.000,A,A*50\r\n";
+const char ZDA_TEXT[] = "$GPZDA,082710.00,16,09,2002,00,00*64\r\n";
+const char PUBX_TEXT[] =
+    "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,0*45\r\n";
+
+/// What an SDK makes of the epoch. Minutes are as the parser reads them, 7 characters at most.
+const GPRMC RMC_RECORD = {
+    1, {8, 35, 59, 0}, 1, {4717.11437, 47, 17.1143, 1}, {833.91522, 8, 33.9152, 3}, 0.004, 77.52, {2002, 12, 9}, -3.1,
+    1};
+const GPVTG VTG_RECORD = {1, 77.52, 76.5, 0.004, 0.008, 1};
+const GPGGA GGA_RECORD = {
+    1, {9, 27, 25, 0}, {4717.11399, 47, 17.1139, 1}, {833.9159, 8, 33.9159, 3}, 1, 8, 1.01, 499.6, 48.0, 0, 0};
+const GPGSA GSA_RECORD = {1, 1, 2, {23, 29, 7, 8, 9, 18, 26, 28}, 1.94, 1.18, 1.54};
+const GPGSV GSV_RECORD = {1,
+                          3,
+                          3,
+                          10,
+                          8,
+                          {{23, 1, 38, 44, 230},
+                           {29, 1, 71, 47, 156},
+                           {7, 1, 29, 41, 116},
+                           {8, 1, 9, 36, 81},
+                           {10, 0, 7, 0, 189},
+                           {5, 0, 5, 0, 220},
+                           {9, 1, 34, 42, 274},
+                           {18, 1, 25, 44, 309}}};
+const GPGLL GLL_RECORD = {1, {9, 23, 21, 0}, {4717.11364, 47, 17.1136, 1}, {833.91565, 8, 33.9156, 3}, 1, 1};
+const GPZDA ZDA_RECORD = {1, {8, 27, 10, 0}, {2002, 9, 16}, 0, 0};
+const PUBX PUBX_RECORD = {0,
+                          {8, 13, 50, 0},
+                          {4717.11321, 47, 17.1132, 1},
+                          {833.91519, 8, 33.9151, 3},
+                          546.589,
+                          3,
+                          2.1,
+                          2.0,
+                          0.007,
+                          77.52,
+                          0.007,
+                          0,
+                          0.92,
+                          1.19,
+                          0.77,
+                          9,
+                          0};
+
+inline void feedText(const std::string& nText, GeodeticSystem nSystem = WGS_84_GPS) {
+  gpshost::feedSentence(nText.data(), static_cast<unsigned int>(nText.size()), nSystem);
+}
+
+/// Feeds the epoch as a receiver does: each sentence, its record, and the combined record when its kinds are there.
+inline void feedEpoch() {
+  feedText(RMC_TEXT), gpshost::feed(RMC_RECORD);
+  feedText(VTG_TEXT), gpshost::feed(VTG_RECORD);
+  feedText(GGA_TEXT), gpshost::feed(GGA_RECORD);
+  feedText(GSA_TEXT), gpshost::feed(GSA_RECORD);
+  feedText(GSV_TEXT_1), feedText(GSV_TEXT_2), feedText(GSV_TEXT_3), gpshost::feed(GSV_RECORD);
+  feedText(GLL_TEXT), gpshost::feed(GLL_RECORD);
+  gpshost::feed(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD});
+  feedText(ZDA_TEXT), gpshost::feed(ZDA_RECORD);
+  feedText(PUBX_TEXT), gpshost::feed(PUBX_RECORD);
+}
+const size_t EPOCH_NOTE_NUM = 19;  // of a listener of every kind
+
+inline ZTSDeadReckoningDef::DRG_LOCATION_INFO makeReport(unsigned int nGsaNum, unsigned int nGsvNum) {
+  ZTSDeadReckoningDef::DRG_LOCATION_INFO lInfo = {};
+  lInfo.rmc = {{'G', 'P'}, 'A', 'E', 123519.25, -4807.038, 1131.0, 22.4, 84.4, 23, 3, 94, -3.1};
+  lInfo.vtg = {{'G', 'P'}, 'D', 54.7, 34.4, 5.5, 10.2};
+  lInfo.gga = {{'G', 'N'}, 6, 8, 123519.25, 4807.038, -1131.0, 0.9, 545.45, -46.9, 3, 120};
+  lInfo.gsaCount = nGsaNum;
+  for (auto& lGsa : lInfo.gsa) lGsa = {{'G', 'L'}, 'M', 2, {70, 0, 300, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 2.5, 1.3, 2.1};
+  lInfo.gsvCount = nGsvNum;
+  for (auto& lGsv : lInfo.gsv) {
+    lGsv = {{'G', 'A'}, 2, 1, 8, {{1, 1, 40, 46, 83}, {300, 1, 0, 0, 0}, {0, 0, 7, 0, 344}, {14, 1, 22, 45, 228}}};
+  }
+  lInfo.pubx = {6, 0, 123519.25, 4807.038, -1131.0, 545.4, 2.1, 2.0, 0.007, 77.52, -0.007, 4, 0.92, 1.19, 0.77, 9, 1};
+  return lInfo;
+}
+
+inline std::string bytesOf(const unsigned char* npBytes, int nSize) {
+  return {reinterpret_cast<const char*>(npBytes), static_cast<size_t>(nSize > 0 ? nSize : 0)};
+}
+
+/// What the sensor log holds of a sentence, and of a report.
+inline std::string sensorData(const std::string& nText) {
+  unsigned char lRecord[60] = {};
+  return bytesOf(lRecord, nfw::NmeaBinaryLogDataVersion1().convertFromNmeaSentence(
+                              reinterpret_cast<const unsigned char*>(nText.data()),
+                              static_cast<unsigned int>(nText.size()), lRecord, sizeof lRecord));
+}
+inline std::string sensorData(const ZTSDeadReckoningDef::DRG_LOCATION_INFO& nReport) {
+  unsigned char lRecord[1400] = {};
+  return bytesOf(lRecord,
+                 nfw::NmeaBinaryLogDataVersion1().convertFromDeadReckoningData(nReport, lRecord, sizeof lRecord));
+}
+
+}  // namespace nfwtest
