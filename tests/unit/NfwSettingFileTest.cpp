@@ -1,0 +1,369 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cstring>
+#include <functional>
+#include <thread>
+#include <vector>
+
+#include "NfwSettingFile.h"
+#include "PlatformSeams.h"
+#include "SettingSamples.h"
+#include "TempTree.h"
+
+namespace {
+
+using nfw::SettingFile;
+using nfwtest::Settings;
+using std::string;
+
+const string KEY_32(32, 'k');
+const string VALUE_200(200, 'v');
+
+class SettingFileTest : public testing::Test {
+ protected:
+  string path() const { return mTree.path("settings"); }
+  /// The file with this content, open at a position.
+  utl::File& open(const string& nContent, long long nPosition = 0) {
+    mTree.write("settings", nContent);
+    mpFile.reset(new utl::File(path().c_str()));
+    EXPECT_TRUE(mpFile->open(0, 0) && mpFile->seek(nPosition, utl::File::ORIGIN_BEGIN));
+    return *mpFile;
+  }
+  /// The lines logged so far, with "@" for the file's path.
+  string log() {
+    string lAll;
+    for (string lText : mLog.texts()) {
+      for (size_t i = lText.find(path()); i != string::npos; i = lText.find(path()))
+        lText.replace(i, path().size(), "@");
+      lAll += (lAll.empty() ? "" : "|") + lText;
+    }
+    mLog.clear();
+    return lAll;
+  }
+
+  nfwtest::TempTree mTree;
+  seams::CapturedLog mLog;
+  std::unique_ptr<utl::File> mpFile;
+};
+
+TEST_F(SettingFileTest, FindsTheFirstLineOfAKey) {
+  const struct {
+    const char* mpName;
+    string mContent;
+    long long mPosition;
+    string mKey;
+    const char* mpValue;  // null: not found
+    string mLog;
+  } ROWS[] = {
+      {"plain", "a=1\nb=2\n", 0, "b", "2", ""},
+      {"first of two", "a=1\na=2\n", 0, "a", "1", ""},
+      {"first behind the position", "a=1\na=2\n", 4, "a", "2", ""},
+      {"before the position", "a=1\nb=2\nc=3\n", 8, "a", "1", ""},
+      {"at the end of the file", "a=1\nb=2\n", 8, "b", "2", ""},
+      {"line that straddles the position", "a=1\nlong=value\nc=3\n", 7, "long", "value", ""},
+      {"nowhere, from the middle", "a=1\nb=2\n", 4, "c", nullptr, ""},
+      {"empty value", "a=\n", 0, "a", "", ""},
+      {"'=' in the value", "a==b=\n", 0, "a", "=b=", ""},
+      {"last line without its end", "a=1\nb=2", 0, "b", "2", ""},
+      {"line ends of other systems", "a=1\r\nb=2\r\n", 0, "a", "1", ""},
+      {"'\\r' inside", "a=1\r2\n", 0, "a", "1\r2", ""},
+      {"comment", "#a=1\n# a=1\na=2\n", 0, "a", "2", ""},
+      {"blank before '#'", " #a=1\n", 0, " #a", "1", ""},
+      {"commented key never matches", "#a=1\n", 0, "#a", nullptr, ""},
+      {"full-width sharp is no comment", "\xEF\xBC\x83=1\n", 0, "\xEF\xBC\x83", "1", ""},
+      {"empty lines", "\n\r\n\na=1\n", 0, "a", "1", ""},
+      {"blank before '='", "a =1\n", 0, "a", nullptr, ""},
+      {"blank before the key", " a=1\n", 0, "a", nullptr, ""},
+      {"longer key", "ab=1\n", 0, "a", nullptr, ""},
+      {"shorter key", "a=1\n", 0, "ab", nullptr, ""},
+      {"no '='", "a\n", 0, "a", nullptr, ""},
+      {"other case", "A=1\n", 0, "a", nullptr, ""},
+      {"bytes above 127", "\xFF\x80=\xFE\n", 0, "\xFF\x80", "\xFE", ""},
+      {"zero bytes", string("\0a=1\na=2\n", 9), 0, "a", "2", ""},
+      {"empty file", "", 0, "a", nullptr, ""},
+      {"key of 32, value of 200 bytes", KEY_32 + "=" + VALUE_200 + "\n", 0, KEY_32, VALUE_200.c_str(), ""},
+      {"the rest of an over-long line is no line", string(233, 'x') + "a=1\na=2\n", 0, "a", "2", ""},
+      {"value beyond the buffer", "a=" + VALUE_200 + "v\na=1\n", 2, "a", "1", ""},
+      {"value beyond the buffer, met", "a=" + VALUE_200 + "v\na=1\n", 0, "a", nullptr,
+       "SettingFile::find():Copy Value:Line=a=" + VALUE_200 + "v [@]"},
+      {"empty key", "=1\n", 2, "", nullptr, "SettingFile::find():Key is Empty [@]"},
+      {"key of 33 bytes", KEY_32 + "k=1\n", 2, KEY_32 + "k", nullptr,
+       "SettingFile::find():Key is Too Long:Key=" + KEY_32 + "k [@]"},
+  };
+  for (const auto& lRow : ROWS) {
+    SCOPED_TRACE(lRow.mpName);
+    char lValue[201] = {};
+    const bool lIsFound =
+        SettingFile::find(open(lRow.mContent, lRow.mPosition), lRow.mKey.c_str(), lValue, sizeof(lValue));
+    EXPECT_EQ(lRow.mpValue != nullptr, lIsFound);
+    EXPECT_STREQ(lIsFound ? lRow.mpValue : "", lValue);
+    EXPECT_EQ(lRow.mLog, log());
+  }
+}
+
+TEST_F(SettingFileTest, SearchesToTheEndPositionAndStaysBehindTheLine) {
+  char lValue[201] = {};
+  unsigned long long lPosition = 0;
+  utl::File& lFile = open("a=1\n#\nbb=22\nc=3\n");
+  EXPECT_TRUE(SettingFile::find(lFile, "bb", lValue, 3, 7));  // its line begins before 7 and is read whole
+  EXPECT_STREQ("22", lValue);
+  EXPECT_TRUE(lFile.getPosition(&lPosition) && lPosition == 12);
+  for (const unsigned long long lEnd : {0ull, 4ull, 12ull}) {  // at or before the position: nothing is read
+    EXPECT_FALSE(SettingFile::find(lFile, "c", lValue, sizeof(lValue), lEnd));
+    EXPECT_TRUE(lFile.getPosition(&lPosition) && lPosition == 12);
+  }
+  EXPECT_TRUE(lFile.seek(0, utl::File::ORIGIN_BEGIN));
+  EXPECT_FALSE(SettingFile::find(lFile, "bb", lValue, sizeof(lValue), 6));  // the comment's line ends the search
+  EXPECT_TRUE(lFile.getPosition(&lPosition) && lPosition == 6);
+  EXPECT_EQ("", log());
+}
+
+TEST_F(SettingFileTest, ReportsFailuresOfASearchOnce) {
+  char lValue[201] = {};
+  const struct {
+    const char* mpName;
+    seams::Point mPoint;
+    unsigned int mAfter;
+    const char* mpLog;
+  } ROWS[] = {
+      {"initial position", seams::FILE_POSITION, 0, "SettingFile::find():Get Initial File Position:Key=x [@]"},
+      {"position", seams::FILE_POSITION, 1, "SettingFile::find():Get Current File Position:Key=x [@]"},
+      {"position behind a line", seams::FILE_POSITION, 2, "SettingFile::find():Get Current File Position:Key=x [@]"},
+      {"read", seams::FILE_READ, 0, "SettingFile::find():Read File:Key=x [@]"},
+      {"read in the second pass", seams::FILE_READ, 2, "SettingFile::find():Read File:Key=x [@]"},
+      {"back to the start", seams::FILE_SEEK, 0, "SettingFile::find():Seek File:Key=x [@]"},
+  };
+  for (const auto& lRow : ROWS) {
+    SCOPED_TRACE(lRow.mpName);
+    utl::File& lFile = open("a=1\nb=2\n", 4);
+    const seams::Failing lFailing(lRow.mPoint, lRow.mAfter);
+    EXPECT_FALSE(SettingFile::readParam(lFile, "x", lValue, sizeof(lValue)));
+    EXPECT_EQ(lRow.mpLog, log());
+  }
+  utl::File& lFile = open("a=1\nb=2\n", 4);
+  EXPECT_FALSE(SettingFile::find(lFile, nullptr, lValue, sizeof(lValue)));
+  EXPECT_FALSE(SettingFile::find(lFile, "a", nullptr, 0));
+  EXPECT_EQ("SettingFile::find():Key is Null [@]|SettingFile::find():Value is Null [@]", log());
+}
+
+template <class T>
+string readAs(utl::File& nFile) {
+  T lValue = 77;
+  if (SettingFile::readParam(nFile, "n", &lValue)) return std::to_string(lValue);
+  return lValue == 77 ? "-" : "changed";
+}
+
+TEST_F(SettingFileTest, ReadsNumbersInTheRangeOfTheirType) {
+  const auto lInt = &readAs<int>;
+  const struct {
+    string (*mpRead)(utl::File&);
+    string mText;
+    const char* mpResult;  // "-": fails, and the value is as it was
+  } ROWS[] = {
+      {lInt, "2147483647", "2147483647"},
+      {lInt, "2147483648", "-"},
+      {lInt, "-2147483648", "-2147483648"},
+      {lInt, "-2147483649", "-"},
+      {lInt, "99999999999999999999999999", "-"},
+      {lInt, "00000000000000000000000012", "12"},
+      {lInt, "+5", "5"},
+      {lInt, "-0", "0"},
+      {lInt, "12ab", "12"},
+      {lInt, "3.9", "3"},
+      {lInt, "7 ", "7"},
+      {lInt, "", "-"},
+      {lInt, "+", "-"},
+      {lInt, "-", "-"},
+      {lInt, "+-1", "-"},
+      {lInt, " 1", "-"},
+      {lInt, "x1", "-"},
+      {lInt, "\xEF\xBC\x8D\xEF\xBC\x91\xEF\xBC\x92", "-12"},  // full-width "-12"
+      {lInt,
+       "\xEF\xBC\x8B"
+       "1\xEF\xBC\x92\xE3\x80\x80"
+       "3",
+       "12"},
+      {lInt, "1\xEF\xBC", "1"},  // a character cut short
+      {&readAs<unsigned int>, "4294967295", "4294967295"},
+      {&readAs<unsigned int>, "4294967296", "-"},
+      {&readAs<unsigned int>, "+0", "0"},
+      {&readAs<unsigned int>, "-0", "-"},
+      {&readAs<unsigned int>, "-1", "-"},
+      {&readAs<short>, "32767", "32767"},
+      {&readAs<short>, "32768", "-"},
+      {&readAs<short>, "-32768", "-32768"},
+      {&readAs<short>, "-32769", "-"},
+      {&readAs<unsigned short>, "65535", "65535"},
+      {&readAs<unsigned short>, "65536", "-"},
+      {&readAs<signed char>, "127", "127"},
+      {&readAs<signed char>, "128", "-"},
+      {&readAs<signed char>, "-128", "-128"},
+      {&readAs<signed char>, "-129", "-"},
+      {&readAs<unsigned char>, "255", "255"},
+      {&readAs<unsigned char>, "256", "-"},
+  };
+  for (const auto& lRow : ROWS) {
+    SCOPED_TRACE(lRow.mText);
+    const string lLine = "SettingFile::readParam():Convert String to Value:Key=n [@]";
+    EXPECT_EQ(lRow.mpResult, lRow.mpRead(open("n=" + lRow.mText + "\n")));
+    EXPECT_EQ(string("-") == lRow.mpResult ? lLine : "", log());
+  }
+  int* const lpNone = nullptr;
+  EXPECT_FALSE(SettingFile::readParam(open("n=1\n"), "n", lpNone));
+  EXPECT_FALSE(SettingFile::readParam(*mpFile, "m", lpNone));  // not there: no line
+  EXPECT_EQ("SettingFile::readParam():Convert String to Value:Key=n [@]", log());
+}
+
+TEST_F(SettingFileTest, WritesLinesThatItReads) {
+  const string lKey33 = KEY_32 + "k";
+  const string lValue201 = VALUE_200 + "v";
+  utl::File lFile(path().c_str());
+  ASSERT_TRUE(lFile.open(2, 1));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, KEY_32.c_str(), VALUE_200.c_str()));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "empty", ""));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "sc", static_cast<signed char>(SCHAR_MIN)));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "uc", static_cast<unsigned char>(UCHAR_MAX)));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "s", static_cast<short>(SHRT_MIN)));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "us", static_cast<unsigned short>(USHRT_MAX)));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "i", INT_MIN));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "u", UINT_MAX));
+  EXPECT_TRUE(SettingFile::writeParam(lFile, "zero", 0));
+  EXPECT_EQ("", log());
+
+  const char* const lpNone = nullptr;
+  EXPECT_FALSE(SettingFile::writeParam(lFile, nullptr, "1"));
+  EXPECT_FALSE(SettingFile::writeParam(lFile, "a", lpNone));
+  EXPECT_FALSE(SettingFile::writeParam(lFile, "", "1"));
+  EXPECT_FALSE(SettingFile::writeParam(lFile, lKey33.c_str(), 1));
+  EXPECT_FALSE(SettingFile::writeParam(lFile, "a", lValue201.c_str()));
+  EXPECT_EQ(
+      "SettingFile::writeParam():Key is Null [@]|SettingFile::writeParam():Value is Null [@]|"
+      "SettingFile::writeParam():Key is Empty [@]|SettingFile::writeParam():Key is Too Long:Key=" +
+          lKey33 + " [@]|SettingFile::writeParam():Value is Too Long:Key=a [@]",
+      log());
+  lFile.close();
+  EXPECT_FALSE(SettingFile::writeParam(lFile, "a", -1));
+  EXPECT_EQ("SettingFile::writeParam():Write File:Key=a Value=-1 [@]", log());
+  EXPECT_EQ(
+      KEY_32 + "=" + VALUE_200 + "\nempty=\nsc=-128\nuc=255\ns=-32768\nus=65535\ni=-2147483648\nu=4294967295\nzero=0\n",
+      mTree.read("settings"));
+}
+
+TEST_F(SettingFileTest, TakesPathsOf259Bytes) {
+  Settings lSettings(path().c_str());
+  EXPECT_FALSE(lSettings.setFilePath(nullptr));  // keeps the path
+  EXPECT_TRUE(lSettings.save());
+  const string lLong = path() + string(259 - path().size(), 'x');
+  EXPECT_TRUE(lSettings.setFilePath(lLong.c_str()));
+  EXPECT_TRUE(lSettings.save());
+  EXPECT_TRUE(lSettings.load());
+  EXPECT_EQ(2u, mTree.entryNum());
+  EXPECT_EQ("", log());
+  EXPECT_FALSE(lSettings.setFilePath((lLong + "x").c_str()));
+  EXPECT_EQ("SettingFile::setFilePath():Copy Path [@" + string(260 - path().size(), 'x') + "]", log());
+  EXPECT_FALSE(lSettings.load());
+  EXPECT_FALSE(lSettings.save());
+  EXPECT_EQ("SettingFile::load():File does not exist []|SettingFile::save():Open File []", log());
+}
+
+TEST_F(SettingFileTest, LoadsThroughTheDerivedClass) {
+  Settings lSettings(path().c_str());
+  EXPECT_FALSE(lSettings.load());
+  ASSERT_EQ(1u, mLog.lines().size());
+  EXPECT_EQ(2, mLog.lines()[0].mLevel);
+  EXPECT_EQ("SettingFile::load():File does not exist [@]", log());
+  EXPECT_EQ(0, lSettings.mReadNum);
+
+  mTree.write("settings", "Name=left\nScale=9\n");
+  EXPECT_TRUE(lSettings.load());
+  EXPECT_EQ(9, lSettings.mScale);
+  lSettings.mResult = false;
+  EXPECT_FALSE(lSettings.load());
+  ASSERT_EQ(1u, mLog.lines().size());
+  EXPECT_EQ(1, mLog.lines()[0].mLevel);
+  EXPECT_EQ("SettingFile::load():Read Parameters [@]", log());
+  const seams::Failing lFailing(seams::FILE_OPEN);
+  EXPECT_FALSE(lSettings.load());
+  EXPECT_EQ("SettingFile::load():Open File [@]", log());
+  EXPECT_EQ(2, lSettings.mReadNum);
+}
+
+// What is wrong in each row stops the save at another place; the old file stays as it was and nothing stays beside it.
+TEST_F(SettingFileTest, KeepsTheOldFileWhenASaveFails) {
+  const string lParameters = "|SettingFile::save():Write Parameters [@]";
+  const struct {
+    const char* mpName;
+    seams::Point mPoint;
+    unsigned int mAfter;
+    string mLog;
+  } ROWS[] = {
+      {"open", seams::FILE_OPEN, 0, "SettingFile::save():Open File [@]"},
+      {"first line", seams::FILE_WRITE, 0, "SettingFile::writeParam():Write File:Key=Scale Value=6 [@]" + lParameters},
+      {"second line", seams::FILE_WRITE, 1,
+       "SettingFile::writeParam():Write File:Key=Name Value=right [@]" + lParameters},
+      {"full disk told late", seams::FILE_FLUSH, 0, "SettingFile::save():Replace File [@]"},
+  };
+  mTree.write("settings", "Scale=1\nName=old\n");
+  Settings lSettings(path().c_str());
+  for (const auto& lRow : ROWS) {
+    SCOPED_TRACE(lRow.mpName);
+    const seams::Failing lFailing(lRow.mPoint, lRow.mAfter);
+    EXPECT_FALSE(lSettings.save());
+    EXPECT_EQ(lRow.mLog, log());
+  }
+  lSettings.mDuringWrite = [&] { std::filesystem::remove(path() + ".saving"); };  // there is nothing to rename
+  EXPECT_FALSE(lSettings.save());
+  EXPECT_EQ("SettingFile::save():Replace File [@]", log());
+  lSettings.mDuringWrite = nullptr;
+  lSettings.mResult = false;
+  EXPECT_FALSE(lSettings.save());
+  EXPECT_EQ("SettingFile::save():Write Parameters [@]", log());
+  EXPECT_EQ("Scale=1\nName=old\n", mTree.read("settings"));
+  EXPECT_EQ(1u, mTree.entryNum());
+  lSettings.mResult = true;
+  EXPECT_TRUE(lSettings.save());
+  EXPECT_EQ("Scale=6\nName=right\n", mTree.read("settings"));
+}
+
+TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
+  namespace fs = std::filesystem;
+  mTree.write("settings", "old and longer than what is written now, as can be seen");
+  fs::permissions(path(), fs::perms::owner_read | fs::perms::owner_write);
+  mTree.link("settings", "link");
+  mTree.link("new", "dangling");
+  for (const char* lpName : {"link", "dangling"}) {
+    Settings lSettings(mTree.path(lpName).c_str());
+    EXPECT_TRUE(lSettings.save());
+    EXPECT_TRUE(fs::is_symlink(mTree.path(lpName)));
+    EXPECT_EQ("Scale=6\nName=right\n", mTree.read(lpName));
+  }
+  EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(path()).permissions());
+  Settings lSettings("/dev/full");  // really full
+  EXPECT_FALSE(lSettings.save());
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+  EXPECT_FALSE(lSettings.setFilePath(mTree.path().c_str()) && lSettings.save());
+  EXPECT_EQ(
+      "SettingFile::writeParam():Write File:Key=Scale Value=6 [/dev/full]|"
+      "SettingFile::save():Write Parameters [/dev/full]|SettingFile::save():Open File [" +
+          mTree.path() + "]",
+      log());
+  EXPECT_EQ(4u, mTree.entryNum());
+}
+
+TEST_F(SettingFileTest, SaversOfOnePathWaitForEachOther) {
+  const auto lSave = [this](int nScale) {
+    Settings lSettings(path().c_str());
+    lSettings.mScale = nScale;
+    for (int i = 0; i < 20; ++i) EXPECT_TRUE(lSettings.save());
+  };
+  std::thread lOther(lSave, 111111111);
+  lSave(2);
+  lOther.join();
+  EXPECT_EQ("", log());
+  EXPECT_EQ(1u, mTree.entryNum());
+  const string lContent = mTree.read("settings");
+  EXPECT_TRUE(lContent == "Scale=2\nName=right\n" || lContent == "Scale=111111111\nName=right\n") << lContent;
+}
+
+}  // namespace
