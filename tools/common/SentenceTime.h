@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace tool {
+
+const int64_t MS_PER_DAY = 24 * 3600 * 1000;
+
+/// The UTC time of day that a sentence carries, in milliseconds, or -1. Known for GGA, GLL, RMC, ZDA, GNS, GST and
+/// "$PUBX,00". The parsed records keep the digits behind the second unscaled, so pacing reads the text itself.
+int64_t sentenceTime(std::string_view nSentence);
+
+/// One field of a sentence, 0 being the address; empty when there is none.
+std::string_view sentenceField(std::string_view nSentence, int nIndex);
+
+}  // namespace tool

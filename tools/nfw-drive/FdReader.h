@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "SentenceSource.h"
+
+namespace drive {
+
+/// A file descriptor of any kind, read so that a stop ends the wait.
+class FdReader {
+ public:
+  explicit FdReader(tool::Stopper& nStopper) : mStopper(nStopper) {}
+  ~FdReader() { reset(-1); }
+  FdReader(const FdReader&) = delete;
+  FdReader& operator=(const FdReader&) = delete;
+
+  /// Takes ownership of a descriptor and closes the one before.
+  void reset(int nFd);
+  int getFd() const { return mFd; }
+
+  /// As SentenceSource::read.
+  int read(char* npBuffer, size_t nSize, std::string* npReason);
+
+ private:
+  tool::Stopper& mStopper;
+  int mFd = -1;
+};
+
+}  // namespace drive

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+
+#include "Simulator.h"
+#include "SourceSpec.h"
+#include "Stopper.h"
+
+namespace drive {
+
+/// Where the bytes of sentences come from. One thread uses it; a stop requested by any thread ends its waits.
+class SentenceSource {
+ public:
+  enum OpenResult {
+    OPENED,
+    OPEN_LATER,  ///< not there yet: trying again makes sense
+    OPEN_FAILED,
+  };
+  static constexpr int END = 0;
+  static constexpr int BROKEN = -1;
+  static constexpr int STOPPED = -2;
+
+  virtual ~SentenceSource() = default;
+
+  /// Opens it, or opens it again. When it cannot, the reason is one phrase without a name.
+  virtual OpenResult open(std::string* npReason) = 0;
+
+  /// Waits for bytes. Their number, or END, BROKEN with the reason, STOPPED.
+  virtual int read(char* npBuffer, size_t nSize, std::string* npReason) = 0;
+};
+
+/// @param nStopper not owned, outlives the source
+std::unique_ptr<SentenceSource> createSource(const SourceSpec& nSpec, const SimulatorOptions& nSimulator,
+                                             tool::Stopper& nStopper);
+
+}  // namespace drive

@@ -1,0 +1,77 @@
+#include "SourceComponent.h"
+
+#include <pthread.h>
+
+#include "DriveLog.h"
+
+namespace drive {
+
+SourceComponent::SourceComponent(const Options& nOptions, PositioningComponent& nPositioning, GnssRoad& nRoad,
+                                 Progress& nProgress, Events& nEvents, std::string* npFailure)
+    : nfw::Component("Source"),
+      mOptions(nOptions),
+      mPositioning(nPositioning),
+      mRoad(nRoad),
+      mEvents(nEvents),
+      mpFailure(npFailure),
+      mReader(nProgress.mLines, nOptions.mJudgesChecksums) {}
+
+SourceComponent::~SourceComponent() { join(); }
+
+int SourceComponent::initializeBeforeQuickBootImp() {
+  mpSource = createSource(mOptions.mSource, mOptions.mSimulator, mStopper);
+  return nfw::PHASE_DONE;
+}
+
+int SourceComponent::startImp() {
+  mIsReading = true;
+  mThread = std::thread(&SourceComponent::readSource, this);
+  return nfw::PHASE_PENDING;
+}
+
+int SourceComponent::stopImp() {
+  mStopper.request();
+  mRoad.getWindow().close();
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  mIsStopRequested = true;
+  return mIsReading ? nfw::PHASE_PENDING : nfw::PHASE_DONE;
+}
+
+int SourceComponent::shutdownImp() {
+  join();
+  return nfw::PHASE_DONE;
+}
+
+void SourceComponent::onSourceOpen() {
+  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "source %s is open", mOptions.mSource.mName.c_str());
+  setStartComplete();
+}
+
+void SourceComponent::onSourceTrouble(const std::string& nMessage) {
+  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING, "source %s", nMessage.c_str());
+}
+
+void SourceComponent::readSource() {
+  ::pthread_setname_np(::pthread_self(), "drive_Source");
+  PacedSink lSink(mOptions.mPlay, mStopper, mPositioning);
+  SourceReader lReader(mOptions.mSource, *mpSource, mReader, mStopper, *this);
+  std::string lReason;
+  if (lReader.run(lSink, &lReason) == SourceReader::UNREADABLE) *mpFailure = lReason;
+  mPositioning.onSourceEnd();
+  mEvents.notify(Events::SOURCE_ENDED);
+  setStartComplete();  // of a source that never opened
+  if (leave()) setStopComplete();
+}
+
+// True when somebody waits for it.
+bool SourceComponent::leave() {
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  mIsReading = false;
+  return mIsStopRequested;
+}
+
+void SourceComponent::join() {
+  if (mThread.joinable()) mThread.join();
+}
+
+}  // namespace drive

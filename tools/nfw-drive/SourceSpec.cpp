@@ -1,0 +1,95 @@
+#include "SourceSpec.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <charconv>
+
+#include "SerialSpeed.h"
+
+namespace drive {
+
+namespace {
+
+const std::string TCP_SCHEME = "tcp://";
+
+bool toNumber(const std::string& nText, unsigned int* npValue) {
+  const char* const lpEnd = nText.data() + nText.size();
+  const std::from_chars_result lResult = std::from_chars(nText.data(), lpEnd, *npValue);
+  return lResult.ec == std::errc() && lResult.ptr == lpEnd && !nText.empty();
+}
+
+bool isCharacterDevice(const std::string& nPath) {
+  struct stat lStat = {};
+  return ::stat(nPath.c_str(), &lStat) == 0 && S_ISCHR(lStat.st_mode);
+}
+
+bool isTerminal(const std::string& nPath) {
+  if (!isCharacterDevice(nPath)) return false;
+  const int lFd = ::open(nPath.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  const bool lIsTerminal = lFd >= 0 && ::isatty(lFd) == 1;
+  if (lFd >= 0) ::close(lFd);
+  return lIsTerminal;
+}
+
+// A name such as a serial line has, also while the device is missing or out of reach.
+bool looksSerial(const std::string& nPath) {
+  return nPath.rfind("/dev/tty", 0) == 0 || nPath.rfind("/dev/serial/", 0) == 0 || nPath.rfind("/dev/rfcomm", 0) == 0 ||
+         nPath.rfind("/dev/pts/", 0) == 0;
+}
+
+bool parseTcp(const std::string& nAddress, SourceSpec* npSpec, std::string* npReason) {
+  const size_t lColon = nAddress.rfind(':');
+  unsigned int lPort = 0;
+  if (lColon == std::string::npos || !toNumber(nAddress.substr(lColon + 1), &lPort) || lPort == 0 || lPort > 65535) {
+    *npReason = "needs a port: tcp://HOST:PORT";
+    return false;
+  }
+  npSpec->mHost = nAddress.substr(0, lColon);
+  npSpec->mPort = nAddress.substr(lColon + 1);
+  if (npSpec->mHost.size() > 2 && npSpec->mHost.front() == '[' && npSpec->mHost.back() == ']') {
+    npSpec->mHost = npSpec->mHost.substr(1, npSpec->mHost.size() - 2);  // [::1]
+  }
+  if (npSpec->mHost.empty()) *npReason = "needs a host: tcp://HOST:PORT";
+  npSpec->mKind = SourceSpec::TCP;
+  return !npSpec->mHost.empty();
+}
+
+// "/dev/ttyUSB0:4800" is the device and its speed.
+void splitBaud(const std::string& nText, SourceSpec* npSpec) {
+  const size_t lColon = nText.rfind(':');
+  unsigned int lBaud = 0;
+  if (lColon == std::string::npos || ::access(nText.c_str(), F_OK) == 0) return;
+  if (!toNumber(nText.substr(lColon + 1), &lBaud)) return;
+  const std::string lPath = nText.substr(0, lColon);
+  if (!looksSerial(lPath) && !isTerminal(lPath)) return;
+  npSpec->mPath = lPath;
+  npSpec->mBaud = lBaud;
+}
+
+bool parsePath(const std::string& nText, SourceSpec* npSpec, std::string* npReason) {
+  npSpec->mPath = nText;
+  splitBaud(nText, npSpec);
+  npSpec->mKind = looksSerial(npSpec->mPath) || isTerminal(npSpec->mPath) ? SourceSpec::SERIAL : SourceSpec::FILE;
+  if (npSpec->mKind != SourceSpec::SERIAL || isSerialSpeed(npSpec->mBaud)) return true;
+  *npReason = "has no speed of " + std::to_string(npSpec->mBaud) + " baud";
+  return false;
+}
+
+}  // namespace
+
+bool parseSourceSpec(const std::string& nText, unsigned int nDefaultBaud, SourceSpec* npSpec, std::string* npReason) {
+  npSpec->mName = nText;
+  npSpec->mBaud = nDefaultBaud;
+  if (nText == "sim") return true;
+  if (nText == "-") {
+    npSpec->mKind = SourceSpec::STDIN;
+    npSpec->mName = "standard input";
+    return true;
+  }
+  if (nText.rfind(TCP_SCHEME, 0) == 0) return parseTcp(nText.substr(TCP_SCHEME.size()), npSpec, npReason);
+  return parsePath(nText, npSpec, npReason);
+}
+
+}  // namespace drive

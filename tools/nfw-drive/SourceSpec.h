@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+namespace drive {
+
+/// A source as the command line names it.
+struct SourceSpec {
+  enum Kind { SIMULATOR, FILE, STDIN, SERIAL, TCP };
+
+  Kind mKind = SIMULATOR;
+  std::string mName = "sim";  ///< as the user wrote it, for messages
+  std::string mPath;          ///< of a file or device
+  std::string mHost;
+  std::string mPort;
+  unsigned int mBaud = 9600;
+
+  /// Sources that go on for ever and are opened again when they break.
+  bool isLive() const { return mKind == SERIAL || mKind == TCP; }
+};
+
+/// Tells what a text names: "sim", "-", "tcp://HOST:PORT", a terminal device with or without ":BAUD", or a file.
+/// @param nDefaultBaud for a device without its own
+/// @return false, with the reason, when the text names nothing that can be opened
+bool parseSourceSpec(const std::string& nText, unsigned int nDefaultBaud, SourceSpec* npSpec, std::string* npReason);
+
+}  // namespace drive

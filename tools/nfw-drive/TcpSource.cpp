@@ -1,0 +1,74 @@
+#include "TcpSource.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+namespace drive {
+
+namespace {
+
+const std::string_view WATCH = "?WATCH={\"enable\":true,\"nmea\":true};\n";
+
+// The outcome of a connection that was under way, as an errno.
+int connectError(int nFd) {
+  int lError = 0;
+  socklen_t lSize = sizeof(lError);
+  return ::getsockopt(nFd, SOL_SOCKET, SO_ERROR, &lError, &lSize) == 0 ? lError : errno;
+}
+
+// Names that will not come to exist by waiting.
+bool isPermanent(int nResolverError) { return nResolverError == EAI_NONAME || nResolverError == EAI_SERVICE; }
+
+}  // namespace
+
+SentenceSource::OpenResult TcpSource::open(std::string* npReason) {
+  addrinfo lHints = {};
+  lHints.ai_socktype = SOCK_STREAM;
+  addrinfo* lpFound = nullptr;
+  const int lError = ::getaddrinfo(mHost.c_str(), mPort.c_str(), &lHints, &lpFound);
+  if (lError != 0) {
+    *npReason = ::gai_strerror(lError);
+    return isPermanent(lError) ? OPEN_FAILED : OPEN_LATER;
+  }
+  bool lIsConnected = false;
+  for (const addrinfo* lpAddress = lpFound; lpAddress != nullptr && !lIsConnected; lpAddress = lpAddress->ai_next) {
+    lIsConnected = connectTo(*lpAddress, npReason);
+  }
+  ::freeaddrinfo(lpFound);
+  return lIsConnected ? OPENED : OPEN_LATER;
+}
+
+bool TcpSource::connectTo(const addrinfo& nAddress, std::string* npReason) {
+  const int lFd =
+      ::socket(nAddress.ai_family, nAddress.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, nAddress.ai_protocol);
+  mReader.reset(lFd);
+  mFilter = GpsdFilter();
+  int lError = lFd >= 0 && ::connect(lFd, nAddress.ai_addr, nAddress.ai_addrlen) == 0 ? 0 : errno;
+  if (lError == EINPROGRESS) lError = mStopper.waitFor(lFd, POLLOUT) ? connectError(lFd) : ECANCELED;
+  *npReason = std::strerror(lError);
+  return lError == 0;
+}
+
+int TcpSource::read(char* npBuffer, size_t nSize, std::string* npReason) {
+  for (;;) {
+    const int lSize = mReader.read(npBuffer, nSize, npReason);
+    if (lSize == END) *npReason = "the server closed the connection";
+    if (lSize <= 0) return lSize == END ? static_cast<int>(BROKEN) : lSize;
+    const size_t lLeft = mFilter.filter(npBuffer, static_cast<size_t>(lSize));
+    if (mFilter.takeGreeting() && !askForSentences(npReason)) return BROKEN;
+    if (lLeft > 0) return static_cast<int>(lLeft);
+  }
+}
+
+bool TcpSource::askForSentences(std::string* npReason) {
+  const ssize_t lSize = ::send(mReader.getFd(), WATCH.data(), WATCH.size(), MSG_NOSIGNAL);
+  if (lSize == static_cast<ssize_t>(WATCH.size())) return true;
+  *npReason = lSize < 0 ? std::strerror(errno) : "the server takes no request";
+  return false;
+}
+
+}  // namespace drive
