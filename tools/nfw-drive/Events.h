@@ -1,0 +1,41 @@
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <optional>
+
+namespace drive {
+
+/// What the main thread waits for. Any thread may notify; one waits. Signals come as events: they are blocked in the
+/// whole process while this exists, so it is built before any thread.
+class Events {
+ public:
+  using Clock = std::chrono::steady_clock;
+  enum Event : unsigned int {
+    PHASE_COMPLETE = 1,
+    SOURCE_ENDED = 2,
+    OUTPUT_LOST = 4,  ///< nobody reads the output any more, or it cannot be written
+    SIGNALLED = 8,    ///< SIGINT, SIGTERM or SIGHUP
+    TIME_UP = 16,
+  };
+
+  Events();
+  ~Events();
+  Events(const Events&) = delete;
+  Events& operator=(const Events&) = delete;
+
+  void notify(Event nEvent);
+
+  /// Waits for events and takes them; TIME_UP when the deadline passes before any.
+  unsigned int wait(const std::optional<Clock::time_point>& nDeadline);
+
+ private:
+  int timeout(const std::optional<Clock::time_point>& nDeadline) const;
+  void takeSignals();
+
+  std::atomic<unsigned int> mPending{0};
+  int mFd;        // readable while there is a notice
+  int mSignalFd;  // readable while there is a signal
+};
+
+}  // namespace drive

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "NfwNmeaSentence.h"
+
+namespace drive {
+
+/// The last known of everything that a driver wants to see, gathered from the sentences.
+class FixState {
+ public:
+  void take(const nfw::GgaSentence& nRecord) { mGga = nRecord; }
+  void take(const nfw::RmcSentence& nRecord);
+  void take(const nfw::GsaSentence& nRecord) { mGsa = nRecord; }
+  void take(const nfw::GsvSentence& nRecord);
+  void take(const nfw::ZdaSentence& nRecord) { mDate = nRecord.date; }
+  void take(const nfw::VtgSentence& nRecord) { mVtg = nRecord; }
+  /// The time is taken from the text: the records keep the digits behind the second unscaled.
+  void takeTime(std::string_view nSentence);
+
+  std::string time() const;        ///< "2026-01-31 08:00:12.300"
+  std::string position() const;    ///< "35.6580000 139.7450000", or "no position"
+  std::string speed() const;       ///< "36.4 km/h"
+  std::string course() const;      ///< "123.4 deg"
+  std::string fix() const;         ///< "3D gps", "none invalid" ...
+  std::string satellites() const;  ///< "GPS 10, GLONASS 8 in view"
+
+  const nfw::GgaSentence& getGga() const { return mGga; }
+  const nfw::GsaSentence& getGsa() const { return mGsa; }
+
+ private:
+  static constexpr size_t SYSTEM_TYPES = nfw::SATELLITE_OTHER + 1;
+
+  nfw::GgaSentence mGga;
+  nfw::RmcSentence mRmc;
+  nfw::GsaSentence mGsa;
+  nfw::VtgSentence mVtg;
+  nfw::GnssSentenceDate mDate;
+  std::array<uint32_t, SYSTEM_TYPES> mInView{};
+  int64_t mTimeMs = -1;
+};
+
+}  // namespace drive

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "JsonRecord.h"
+#include "View.h"
+
+namespace drive {
+
+/// One object a line for each record.
+class JsonView : public View {
+ public:
+  /// @param nIsPrompt each line is written at once
+  JsonView(bool nIsPrompt, tool::Output& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+
+  void showGga(const nfw::GgaSentence& nRecord) override { show(nRecord); }
+  void showGll(const nfw::GllSentence& nRecord) override { show(nRecord); }
+  void showGsa(const nfw::GsaSentence& nRecord) override { show(nRecord); }
+  void showGsv(const nfw::GsvSentence& nRecord) override { show(nRecord); }
+  void showRmc(const nfw::RmcSentence& nRecord) override { show(nRecord); }
+  void showVtg(const nfw::VtgSentence& nRecord) override { show(nRecord); }
+  void showZda(const nfw::ZdaSentence& nRecord) override { show(nRecord); }
+  void showPubx(const nfw::PubxSentence& nRecord) override { show(nRecord); }
+  void end() override { mOutput.flush(); }
+
+ private:
+  template <class Record>
+  void show(const Record& nRecord) {
+    mText.clear();
+    tool::appendJson(nRecord, &mText);
+    mOutput.write(mText);
+    if (mIsPrompt) mOutput.flush();
+  }
+
+  const bool mIsPrompt;
+  tool::Output& mOutput;
+  std::string mText;
+};
+
+}  // namespace drive

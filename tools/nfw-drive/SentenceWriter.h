@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "SkyModel.h"
+#include "VehicleModel.h"
+
+namespace drive {
+
+/// What the sentences of one epoch tell.
+struct Epoch {
+  int64_t mTimeMs;  ///< since 1970, UTC
+  const VehicleState& mVehicle;
+  const SkyModel& mSky;
+};
+
+/// Writes sentences with checksum and CR LF onto a text.
+class SentenceWriter {
+ public:
+  SentenceWriter(const Epoch& nEpoch, std::string* npText);
+
+  void writeRmc();
+  void writeVtg();
+  void writeGga();
+  void writeGsa();  ///< one sentence per constellation
+  void writeGsv();  ///< one group per constellation
+  void writeGll();
+  void writeZda();
+  void writePubx();
+
+ private:
+  void writeGsa(SatelliteSystem nSystem);
+  void writeGsv(SatelliteSystem nSystem);
+  void writeSatellite(const Satellite& nSatellite);
+  template <class... Args>
+  void append(std::string_view nFormat, const Args&... nArgs);
+  void appendPosition();
+  void begin(std::string_view nType);
+  void end();
+
+  const Epoch& mEpoch;
+  std::string* const mpText;
+  std::string_view mTalker;  // of the sentences that tell of all constellations together
+  size_t mStart = 0;         // of the sentence under way
+  char mTime[16];
+};
+
+}  // namespace drive

@@ -1,0 +1,112 @@
+#include "Summary.h"
+
+#include <fmt/format.h>
+
+#include "JsonObject.h"
+
+namespace drive {
+
+namespace {
+
+using tool::JsonObject;
+
+void addKinds(const Progress& nProgress, JsonObject& nSummary) {
+  JsonObject lKinds(nSummary.key("kinds"));
+  for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
+    JsonObject lKind(lKinds.key(tool::kindName(i)));
+    lKind.number("accepted", nProgress.mAccepted.get(i));
+    lKind.number("unparsable", nProgress.mUnparsable.get(i));
+    lKind.number("delivered", nProgress.mDelivered.get(i));
+  }
+}
+
+void addRejected(const Progress& nProgress, JsonObject& nSummary) {
+  JsonObject lRejected(nSummary.key("rejected"));
+  for (int i = tool::LINE_NOISE; i < tool::LINE_VERDICT_NUM; ++i) {
+    const auto lVerdict = static_cast<tool::LineVerdict>(i);
+    lRejected.number(tool::lineVerdictName(lVerdict), nProgress.mLines.get(lVerdict));
+  }
+  lRejected.number("unparsable", nProgress.mUnparsable.total());
+}
+
+void addPhases(const PhaseDriver& nPhases, JsonObject& nSummary) {
+  JsonObject lPhases(nSummary.key("phases_ms"));
+  for (int i = 0; i < PHASE_NUM; ++i) {
+    const auto lPhase = static_cast<Phase>(i);
+    if (nPhases.isComplete(lPhase)) {
+      fmt::format_to(std::back_inserter(*lPhases.key(phaseName(lPhase))), "{:.1f}", nPhases.getTime(lPhase));
+    } else {
+      lPhases.null(phaseName(lPhase));
+    }
+  }
+}
+
+std::string kindsText(const Progress& nProgress) {
+  std::string lText;
+  for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
+    lText += fmt::format("{} {}  ", tool::kindName(i), nProgress.mAccepted.get(i));
+  }
+  return lText;
+}
+
+std::string rejectedText(const Progress& nProgress) {
+  std::string lText;
+  for (int i = tool::LINE_NOISE; i < tool::LINE_VERDICT_NUM; ++i) {
+    const auto lVerdict = static_cast<tool::LineVerdict>(i);
+    lText += fmt::format("{} {}  ", tool::lineVerdictName(lVerdict), nProgress.mLines.get(lVerdict));
+  }
+  return lText + fmt::format("unparsable {}", nProgress.mUnparsable.total());
+}
+
+std::string phasesText(const PhaseDriver& nPhases) {
+  std::string lText;
+  for (int i = 0; i < PHASE_NUM; ++i) {
+    const auto lPhase = static_cast<Phase>(i);
+    if (!lText.empty()) lText += ", ";
+    lText += nPhases.isComplete(lPhase) ? fmt::format("{} {:.1f} ms", phaseName(lPhase), nPhases.getTime(lPhase))
+                                        : fmt::format("{} not completed", phaseName(lPhase));
+  }
+  return lText;
+}
+
+}  // namespace
+
+std::string Summary::toText() const {
+  const tool::LineCounts& lLines = mProgress.mLines;
+  return fmt::format(
+      "Source      {}: {}\n"
+      "Lines       {} read = {} accepted + {} rejected + {} of other kinds\n"
+      "Accepted    {}\n"
+      "Rejected    {}\n"
+      "Checksums   {} right, {} sentences without or not judged\n"
+      "Delivered   {} sentences, {} records, {} epochs\n"
+      "Phases      {}\n",
+      mSource, mEnd, lLines.total(), mProgress.accepted(), mProgress.rejected(), mProgress.ignored(),
+      kindsText(mProgress), rejectedText(mProgress), lLines.get(tool::LINE_CHECKED), lLines.get(tool::LINE_UNCHECKED),
+      mProgress.mDelivered.get(nfw::NMEA_UNKNOWN),
+      mProgress.mDelivered.total() - mProgress.mDelivered.get(nfw::NMEA_UNKNOWN), mProgress.mDeliveredEpochs.load(),
+      phasesText(mPhases));
+}
+
+std::string Summary::toJson() const {
+  std::string lText;
+  {
+    JsonObject lSummary(&lText);
+    lSummary.text("type", "summary");
+    lSummary.text("source", mSource);
+    lSummary.text("end", mEnd);
+    lSummary.number("lines", mProgress.mLines.total());
+    lSummary.number("accepted", mProgress.accepted());
+    lSummary.number("rejected_total", mProgress.rejected());
+    lSummary.number("ignored", mProgress.ignored());
+    addRejected(mProgress, lSummary);
+    lSummary.number("without_checksum", mProgress.mLines.get(tool::LINE_UNCHECKED));
+    addKinds(mProgress, lSummary);
+    lSummary.number("delivered_sentences", mProgress.mDelivered.get(nfw::NMEA_UNKNOWN));
+    lSummary.number("delivered_epochs", mProgress.mDeliveredEpochs);
+    addPhases(mPhases, lSummary);
+  }
+  return lText + "\n";
+}
+
+}  // namespace drive

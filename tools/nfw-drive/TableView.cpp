@@ -1,0 +1,94 @@
+#include "TableView.h"
+
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace drive {
+
+namespace {
+
+const char* const HIDE_CURSOR = "\x1b[?25l";
+
+winsize terminalSize() {
+  winsize lSize = {};
+  if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &lSize) != 0 || lSize.ws_col == 0) lSize.ws_col = 80;
+  if (lSize.ws_row < 2) lSize.ws_row = 24;
+  return lSize;
+}
+
+// What a terminal would act upon, and what would need more columns than it has bytes, is shown as "?".
+std::string shown(const std::string& nLine, size_t nWidth) {
+  std::string lShown = nLine.substr(0, nWidth);
+  std::replace_if(
+      lShown.begin(), lShown.end(), [](char n) { return n < 0x20 || n > 0x7E; }, '?');
+  return lShown;
+}
+
+}  // namespace
+
+void TableView::begin() {
+  if (::isatty(STDERR_FILENO) == 1) mLog.install();
+  mOutput.write(HIDE_CURSOR);
+  draw();
+}
+
+void TableView::end() {
+  draw();
+  mOutput.write(SHOW_CURSOR);
+  mOutput.flush();
+  mLog.remove();
+}
+
+// A line more than fits would scroll, and the next picture would begin in the wrong place.
+void TableView::draw() {
+  const winsize lSize = terminalSize();
+  std::vector<std::string> lLines = picture();
+  lLines.resize(std::min<size_t>(lLines.size(), lSize.ws_row - 1u));
+  if (mDrawn > 0) mOutput.write(fmt::format("\x1b[{}A", std::min<size_t>(mDrawn, lSize.ws_row - 1u)));
+  mOutput.write("\r");
+  for (const std::string& lLine : lLines) mOutput.write(shown(lLine, lSize.ws_col - 1u) + "\x1b[K\n");
+  mOutput.write("\x1b[J");
+  mOutput.flush();
+  mDrawn = lLines.size();
+}
+
+std::vector<std::string> TableView::picture() const {
+  const nfw::GgaSentence& lGga = mFix.getGga();
+  std::vector<std::string> lLines = {
+      "nfw-drive    " + mSource,
+      "Time         " + mFix.time(),
+      fmt::format("Position     {}   altitude {:.1f} m", mFix.position(), lGga.altitude),
+      fmt::format("Speed        {}   course {}", mFix.speed(), mFix.course()),
+      fmt::format("Fix          {}   PDOP {:.2f} HDOP {:.2f} VDOP {:.2f}", mFix.fix(), mFix.getGsa().pdop, lGga.hdop,
+                  mFix.getGsa().vdop),
+      fmt::format("Satellites   {} used; in view {}", lGga.satelliteCount, mFix.satellites()),
+      "Sentences    " + kinds(),
+      "Rejected     " + rejects(),
+  };
+  for (const std::string& lLine : mLog.lines()) lLines.push_back("  " + lLine);
+  return lLines;
+}
+
+std::string TableView::kinds() const {
+  std::string lText;
+  for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
+    lText += fmt::format("{} {}  ", tool::kindName(i), mProgress.mAccepted.get(i));
+  }
+  return lText + fmt::format("other {}", mProgress.ignored());
+}
+
+std::string TableView::rejects() const {
+  std::string lText = fmt::format("{}", mProgress.rejected());
+  for (int i = tool::LINE_NOISE; i < tool::LINE_VERDICT_NUM; ++i) {
+    const auto lVerdict = static_cast<tool::LineVerdict>(i);
+    const uint64_t lCount = mProgress.mLines.get(lVerdict);
+    if (lCount > 0) lText += fmt::format("  {} {}", tool::lineVerdictName(lVerdict), lCount);
+  }
+  const uint64_t lUnparsable = mProgress.mUnparsable.total();
+  return lUnparsable > 0 ? lText + fmt::format("  unparsable {}", lUnparsable) : lText;
+}
+
+}  // namespace drive

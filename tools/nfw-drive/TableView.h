@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "FixView.h"
+#include "LogPane.h"
+
+namespace drive {
+
+/// A live view of the fix, redrawn in place on a terminal. It leaves the terminal's settings alone and only hides the
+/// cursor while it runs; the last picture stays.
+class TableView : public FixView {
+ public:
+  static constexpr const char* SHOW_CURSOR = "\x1b[?25h";
+
+  TableView(const std::string& nSource, const Progress& nProgress, tool::Output& nOutput)
+      : mSource(nSource), mProgress(nProgress), mOutput(nOutput) {}
+
+  void begin() override;
+  void tick() override { draw(); }
+  void end() override;
+
+ private:
+  void draw();
+  std::vector<std::string> picture() const;
+  std::string kinds() const;
+  std::string rejects() const;
+
+  static constexpr size_t LOG_LINES = 5;
+  const std::string mSource;
+  const Progress& mProgress;
+  tool::Output& mOutput;
+  LogPane mLog{LOG_LINES};
+  size_t mDrawn = 0;  // lines on the terminal
+};
+
+}  // namespace drive

@@ -1,0 +1,23 @@
+#include "View.h"
+
+#include "JsonView.h"
+#include "LineView.h"
+#include "TableView.h"
+
+namespace drive {
+
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput) {
+  const bool lIsPrompt = !nOptions.mPlay.mPaced || nOptions.mPlay.mSpeed > 0.0;  // else the buffer may fill up first
+  switch (nOptions.mFormat) {
+    case FORMAT_JSON:
+      return std::make_unique<JsonView>(lIsPrompt, nOutput);
+    case FORMAT_NONE:
+      return std::make_unique<View>();
+    case FORMAT_TABLE:
+      break;
+  }
+  if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions.mSource.mName, nProgress, nOutput);
+  return std::make_unique<LineView>(lIsPrompt, nOutput);
+}
+
+}  // namespace drive

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "NfwNmeaSentence.h"
+#include "Options.h"
+#include "Output.h"
+#include "Progress.h"
+
+namespace drive {
+
+/// How data is shown. Everything is called on the thread of the dispatchers.
+class View {
+ public:
+  virtual ~View() = default;
+
+  virtual void begin() {}
+  virtual void showRaw(std::string_view) {}
+  virtual void showGga(const nfw::GgaSentence&) {}
+  virtual void showGll(const nfw::GllSentence&) {}
+  virtual void showGsa(const nfw::GsaSentence&) {}
+  virtual void showGsv(const nfw::GsvSentence&) {}
+  virtual void showRmc(const nfw::RmcSentence&) {}
+  virtual void showVtg(const nfw::VtgSentence&) {}
+  virtual void showZda(const nfw::ZdaSentence&) {}
+  virtual void showPubx(const nfw::PubxSentence&) {}
+  virtual void showEpoch(const nfw::NmeaSentence&) {}
+  /// A few times a second.
+  virtual void tick() {}
+  virtual void end() {}
+};
+
+/// The view for the format: a live table when the output is a terminal, else plain lines.
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput);
+
+}  // namespace drive

@@ -1,0 +1,7 @@
+#include "Application.h"
+
+int main(int nArgc, char** npArgv) {
+  int lExit = drive::EXIT_DONE;
+  const std::optional<drive::Options> lOptions = drive::parseCommandLine(nArgc, npArgv, &lExit);
+  return lOptions ? drive::Application(*lOptions).run() : lExit;
+}
