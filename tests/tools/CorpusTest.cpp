@@ -1,0 +1,131 @@
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "ToolRun.h"
+
+// Recorded sentences of real receivers are not part of this project: NFW_NMEA_DIR names a folder of *.log files.
+// What the tool says about them is compared with the text of the files, read here without any of its code.
+
+namespace {
+
+using nlohmann::json;
+using Fields = std::vector<std::string>;
+
+std::vector<std::filesystem::path> corpus() {
+  std::vector<std::filesystem::path> lFiles;
+  const char* const lpDirectory = std::getenv("NFW_NMEA_DIR");
+  if (lpDirectory == nullptr || !std::filesystem::is_directory(lpDirectory)) return lFiles;
+  for (const auto& lEntry : std::filesystem::directory_iterator(lpDirectory)) {
+    if (lEntry.path().extension() == ".log") lFiles.push_back(lEntry.path());
+  }
+  return lFiles;
+}
+
+bool isChecksumRight(const std::string& nSentence) {
+  const size_t lStar = nSentence.find('*');
+  if (lStar == std::string::npos || lStar + 3 > nSentence.size()) return false;
+  int lSum = 0;
+  for (size_t i = 1; i < lStar; ++i) lSum ^= static_cast<unsigned char>(nSentence[i]);
+  return std::strtol(nSentence.substr(lStar + 1, 2).c_str(), nullptr, 16) == lSum;
+}
+
+// The fields of every GGA sentence with a right checksum, in the order of the file.
+std::vector<Fields> ggaOf(const std::filesystem::path& nFile) {
+  std::ifstream lFile(nFile, std::ios::binary);
+  const std::string lText{std::istreambuf_iterator<char>(lFile), {}};
+  std::vector<Fields> lAll;
+  for (size_t i = lText.find('$'); i != std::string::npos; i = lText.find('$', i + 1)) {
+    const std::string lSentence = lText.substr(i, lText.find_first_of("\r\n", i) - i);
+    if (lSentence.size() < 7 || lSentence.substr(3, 4) != "GGA," || !isChecksumRight(lSentence)) continue;
+    Fields lFields;
+    std::istringstream lStream(lSentence.substr(0, lSentence.find('*')));
+    for (std::string lField; std::getline(lStream, lField, ',');) lFields.push_back(lField);
+    lFields.resize(15);
+    lAll.push_back(lFields);
+  }
+  return lAll;
+}
+
+// "03540.12000" and 3540.12 are the same number to the last digit that counts.
+std::string plainNumber(std::string nText) {
+  nText.erase(0, std::min(nText.find_first_not_of('0'), nText.size()));
+  if (nText.find('.') != std::string::npos) nText.erase(nText.find_last_not_of('0') + 1);
+  if (!nText.empty() && nText.back() == '.') nText.pop_back();
+  return nText.empty() || nText.front() == '.' ? "0" + nText : nText;
+}
+
+bool isSameCoordinate(const json& nCoordinate, const std::string& nValue, const std::string& nDirection) {
+  if (nCoordinate.is_null()) return nValue.empty() && nDirection.empty();
+  char lText[32];
+  const double lValue = nCoordinate["value"];
+  const auto lResult = std::to_chars(lText, lText + sizeof(lText), lValue, std::chars_format::fixed);
+  return plainNumber({lText, lResult.ptr}) == plainNumber(nValue) && nCoordinate["direction"] == nDirection;
+}
+
+bool isSame(const json& nGga, const Fields& nFields) {
+  const std::string& lTime = nFields[1];
+  return lTime.size() >= 6 && nGga["utc"] == lTime.substr(0, 2) + ":" + lTime.substr(2, 2) + ":" + lTime.substr(4, 2) &&
+         isSameCoordinate(nGga["latitude"], nFields[2], nFields[3]) &&
+         isSameCoordinate(nGga["longitude"], nFields[4], nFields[5]);
+}
+
+uint64_t sum(const json& nCounts) {
+  uint64_t lSum = 0;
+  for (const auto& lCount : nCounts) lSum += lCount.get<uint64_t>();
+  return lSum;
+}
+
+void expectAddsUp(const json& nSummary, const std::map<std::string, uint64_t>& nObjects) {
+  EXPECT_EQ(nSummary["lines"],
+            nSummary["accepted"].get<uint64_t>() + sum(nSummary["rejected"]) + nSummary["ignored"].get<uint64_t>());
+  for (const auto& [lKind, lCounts] : nSummary["kinds"].items()) {
+    const auto lFound = nObjects.find(lKind);
+    EXPECT_EQ(lCounts["accepted"], lFound == nObjects.end() ? 0 : lFound->second) << lKind;
+    EXPECT_EQ(lCounts["accepted"], lCounts["delivered"]) << lKind;
+  }
+}
+
+// Each GGA object is the next sentence of the file that it can be; those between are the ones that were refused.
+void expectSameGga(const std::vector<json>& nGga, const std::vector<Fields>& nSentences, uint64_t nUnparsable) {
+  size_t lNext = 0;
+  for (const json& lGga : nGga) {
+    while (lNext < nSentences.size() && !isSame(lGga, nSentences[lNext])) ++lNext;
+    ASSERT_LT(lNext, nSentences.size()) << "not in the file: " << lGga;
+    ++lNext;
+  }
+  EXPECT_EQ(nGga.size() + nUnparsable, nSentences.size());
+}
+
+TEST(Corpus, everySentenceIsAccountedForAndEveryPositionIsRight) {
+  const auto lFiles = corpus();
+  if (lFiles.empty()) GTEST_SKIP() << "no recordings: NFW_NMEA_DIR names no folder of *.log files";
+  size_t lPositions = 0;
+  for (const auto& lFile : lFiles) {
+    SCOPED_TRACE(lFile);
+    int lExit = -1;
+    std::istringstream lOutput(
+        ToolRun::output({lFile, "--speed", "max", "--format", "json", "--log-level", "0"}, &lExit));
+    EXPECT_EQ(lExit, 0);
+    std::map<std::string, uint64_t> lCounts;
+    std::vector<json> lGga;
+    json lLast;
+    for (std::string lLine; std::getline(lOutput, lLine);) {
+      lLast = json::parse(lLine);
+      ++lCounts[lLast["type"]];
+      if (lLast["type"] == "GGA") lGga.push_back(lLast);
+    }
+    ASSERT_EQ(lLast["type"], "summary");
+    expectAddsUp(lLast, lCounts);
+    expectSameGga(lGga, ggaOf(lFile), lLast["kinds"]["GGA"]["unparsable"]);
+    lPositions += lGga.size();
+  }
+  std::cout << lFiles.size() << " recordings, " << lPositions << " GGA positions right to the last digit\n";
+}
+
+}  // namespace

@@ -1,0 +1,176 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+
+#include "LineReader.h"
+#include "SentenceList.h"
+#include "Simulator.h"
+
+namespace {
+
+using namespace tool;
+using Sentences = std::vector<std::string>;
+using Verdicts = std::map<LineVerdict, uint64_t>;
+
+const std::string GLL = "$GPGLL,,,,,,V,N*64";
+const std::string VTG = "$GPVTG,,T,,M,,N,,K,N*2C";
+
+class Reading {
+ public:
+  explicit Reading(bool nJudged = true) : mReader(mCounts, nJudged) {}
+  Reading& feed(const std::string& nText) {
+    EXPECT_TRUE(mReader.feed(nText.data(), nText.size(), mList));
+    return *this;
+  }
+  Reading& finish() {
+    EXPECT_TRUE(mReader.finish(mList));
+    return *this;
+  }
+  const Sentences& sentences() const { return mList.mSentences; }
+  Verdicts verdicts() const {
+    Verdicts lVerdicts;
+    for (int i = 0; i < LINE_VERDICT_NUM; ++i) {
+      const auto lVerdict = static_cast<LineVerdict>(i);
+      if (mCounts.get(lVerdict) > 0) lVerdicts[lVerdict] = mCounts.get(lVerdict);
+    }
+    return lVerdicts;
+  }
+  uint64_t accepted() const { return mCounts.accepted(); }
+  uint64_t total() const { return mCounts.total(); }
+
+ private:
+  LineCounts mCounts;
+  LineReader mReader;
+  SentenceList mList;
+};
+
+std::string simulatedStream(int nEpochs) {
+  drive::Simulator lSimulator({});
+  std::string lStream;
+  std::string lEpoch;
+  for (int i = 0; i < nEpochs; ++i) {
+    lSimulator.writeEpoch(&lEpoch);
+    lStream += lEpoch;
+  }
+  return lStream;
+}
+
+struct Case {
+  const char* mpName;
+  std::string mText;
+  Sentences mSentences;
+  Verdicts mVerdicts;
+};
+
+TEST(LineReader, judgesEachPieceOnce) {
+  const std::string lLong(300, 'A');
+  const Case CASES[] = {
+      {"nothing", "", {}, {}},
+      {"line ends only", "\r\n\n\r\r\n", {}, {}},
+      {"every line end", GLL + "\r" + GLL + "\n" + GLL + "\r\n", {GLL, GLL, GLL}, {{LINE_CHECKED, 3}}},
+      {"blanks around", "  " + GLL + " \t\r\n", {GLL}, {{LINE_CHECKED, 1}}},
+      {"lower-case checksum", "$GPVTG,,T,,M,,N,,K,N*2c\n", {"$GPVTG,,T,,M,,N,,K,N*2c"}, {{LINE_CHECKED, 1}}},
+      {"no line end at the end", GLL, {GLL}, {{LINE_CHECKED, 1}}},
+      {"no line end between", GLL + VTG + "\n", {GLL, VTG}, {{LINE_CHECKED, 2}}},
+      {"noise before", "xyz" + GLL + "\n", {GLL}, {{LINE_NOISE, 1}, {LINE_CHECKED, 1}}},
+      {"text lines", "# comment\n\n" + GLL + "\n", {GLL}, {{LINE_NOISE, 1}, {LINE_CHECKED, 1}}},
+      {"binary lines", std::string("\0\x80\xFF\n", 4) + GLL + "\n", {GLL}, {{LINE_NOISE, 1}, {LINE_CHECKED, 1}}},
+      {"binary inside", "$GPGLL,,\x80,,,,V,N*64\n" + GLL + "\n", {GLL}, {{LINE_BINARY, 1}, {LINE_CHECKED, 1}}},
+      {"zero inside", std::string("$GPGLL,,\0,\n", 11), {}, {{LINE_BINARY, 1}}},
+      {"cut by the next", "$GPGLL,,," + GLL + "\n", {GLL}, {{LINE_CUT, 1}, {LINE_CHECKED, 1}}},
+      {"cut by another start", "$GPGLL,,!AIVDM,1*00\n", {}, {{LINE_CUT, 1}, {LINE_BAD_CHECKSUM, 1}}},
+      {"cut by the end", GLL + "\n$GPGLL,,,,,", {GLL}, {{LINE_CHECKED, 1}, {LINE_CUT, 1}}},
+      {"cut in the checksum", GLL + "\n$GPGLL,,,,,,V,N*6", {GLL}, {{LINE_CHECKED, 1}, {LINE_CUT, 1}}},
+      {"no address", "$\n!\n$1\n$0,N,13944.70000,E,0.000,60.00*33\n", {}, {{LINE_NOISE, 4}}},
+      {"address cut", "$GPGL\n", {}, {{LINE_CUT, 1}}},
+      {"wrong checksum", "$GPGLL,,,,,,V,N*65\n", {}, {{LINE_BAD_CHECKSUM, 1}}},
+      {"malformed checksum", "$GPGLL,V,N*6G\n$GPGLL*\n$GPGLL,,,,,,V,N*64x\n", {}, {{LINE_BAD_CHECKSUM, 3}}},
+      {"two stars", "$GPGLL,,,*,,,V,N*64\n", {}, {{LINE_BAD_CHECKSUM, 1}}},
+      {"too long", "$GPGLL" + lLong + "\n" + GLL + "\n", {GLL}, {{LINE_TOO_LONG, 1}, {LINE_CHECKED, 1}}},
+      {"a start ends the too long", "$GPGLL" + lLong + GLL + "\n", {GLL}, {{LINE_TOO_LONG, 1}, {LINE_CHECKED, 1}}},
+      {"old receiver", "$GPGLL,V,N\n", {"$GPGLL,V,N"}, {{LINE_UNCHECKED, 1}}},
+      {"tail lost", GLL + "\n$GPGLL,V,N\n", {GLL}, {{LINE_CHECKED, 1}, {LINE_NO_CHECKSUM, 1}}},
+  };
+  for (const Case& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpName);
+    Reading lReading;
+    lReading.feed(lCase.mText).finish();
+    EXPECT_EQ(lReading.sentences(), lCase.mSentences);
+    EXPECT_EQ(lReading.verdicts(), lCase.mVerdicts);
+  }
+}
+
+TEST(LineReader, withoutJudgingAcceptsWholePrintableLines) {
+  Reading lReading(false);
+  lReading.feed(GLL + "\n$GPGLL,V,N*00\n$GPGLL,V,N\n$GPGLL,\x01\n$GPGLL,").finish();
+  EXPECT_EQ(lReading.sentences(), (Sentences{GLL, "$GPGLL,V,N*00", "$GPGLL,V,N"}));
+  EXPECT_EQ(lReading.verdicts(), (Verdicts{{LINE_CHECKED, 1}, {LINE_UNCHECKED, 2}, {LINE_BINARY, 1}, {LINE_CUT, 1}}));
+}
+
+TEST(LineReader, takesTheLongestSentenceAndNoByteMore) {
+  const std::string lLongest = "$GPGLL" + std::string(LineReader::MAX_SENTENCE - 6, 'A');
+  Reading lReading;
+  lReading.feed(lLongest + "\n" + lLongest + "A\n");
+  EXPECT_EQ(lReading.sentences(), Sentences{lLongest});
+  EXPECT_EQ(lReading.verdicts(), (Verdicts{{LINE_UNCHECKED, 1}, {LINE_TOO_LONG, 1}}));
+}
+
+TEST(LineReader, doesNotCareHowTheStreamIsCutIntoReads) {
+  const std::string lStream = simulatedStream(1);
+  Reading lWhole;
+  lWhole.feed(lStream).finish();
+  for (size_t i = 0; i <= lStream.size(); ++i) {
+    Reading lReading;
+    lReading.feed(lStream.substr(0, i)).feed(lStream.substr(i)).finish();
+    ASSERT_EQ(lReading.sentences(), lWhole.sentences()) << i;
+    ASSERT_EQ(lReading.verdicts(), lWhole.verdicts()) << i;
+  }
+}
+
+TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWay) {
+  const std::string lStream = simulatedStream(1);
+  Reading lWhole;
+  lWhole.feed(lStream).finish();
+  for (size_t i = 0; i <= lStream.size(); ++i) {
+    Reading lReading;
+    lReading.feed(lStream.substr(0, i)).finish();
+    const Sentences& lRead = lReading.sentences();
+    const auto lBegun = static_cast<uint64_t>(std::count(lStream.begin(), lStream.begin() + static_cast<long>(i), '$'));
+    ASSERT_EQ(lReading.total(), lBegun) << i;
+    ASSERT_LE(lBegun - lReading.accepted(), 1u) << i;
+    ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.sentences().begin())) << i;
+  }
+}
+
+TEST(LineReader, aSpoiltByteNeverInventsASentence) {
+  const std::string lBefore = GLL + "\n";  // from here on the source is known to send checksums
+  const std::string lStream = simulatedStream(1);
+  Reading lWhole;
+  lWhole.feed(lStream).finish();
+  Sentences lGood = lWhole.sentences();
+  lGood.push_back(GLL);
+  for (size_t i = 0; i < lStream.size(); ++i) {
+    std::string lSpoilt = lStream;
+    lSpoilt[i] = static_cast<char>(lSpoilt[i] ^ 0x11);
+    Reading lReading;
+    lReading.feed(lBefore + lSpoilt).finish();
+    ASSERT_GE(lReading.sentences().size() + 2, lGood.size()) << i;
+    for (const std::string& lSentence : lReading.sentences()) {
+      ASSERT_NE(std::find(lGood.begin(), lGood.end(), lSentence), lGood.end()) << i << " " << lSentence;
+    }
+  }
+}
+
+TEST(LineReader, stopsWhenTheSinkWantsNoMore) {
+  struct Refusing : SentenceSink {
+    bool onSentence(std::string_view) override { return false; }
+  } lSink;
+  LineCounts lCounts;
+  LineReader lReader(lCounts);
+  const std::string lText = GLL + "\n" + GLL + "\n";
+  EXPECT_FALSE(lReader.feed(lText.data(), lText.size(), lSink));
+  EXPECT_EQ(lCounts.total(), 0u);
+}
+
+}  // namespace

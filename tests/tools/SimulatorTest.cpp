@@ -1,0 +1,236 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+#include <set>
+
+#include "CivilTime.h"
+#include "JsonRecord.h"
+#include "LineReader.h"
+#include "NfwNmeaDataParser.h"
+#include "SentenceList.h"
+#include "SentenceTime.h"
+#include "Simulator.h"
+
+namespace {
+
+using namespace drive;
+using nfw::NmeaDataParser;
+
+std::vector<std::string> nextEpoch(Simulator& nSimulator) {
+  std::string lText;
+  nSimulator.writeEpoch(&lText);
+  tool::LineCounts lCounts;
+  tool::LineReader lReader(lCounts);
+  SentenceList lList;
+  lReader.feed(lText.data(), lText.size(), lList);
+  EXPECT_EQ(lCounts.get(tool::LINE_CHECKED), lCounts.total());
+  return lList.mSentences;
+}
+
+std::string addressOf(const std::string& nSentence) { return nSentence.substr(0, nSentence.find(',')); }
+
+// The records of one epoch, parsed.
+struct Records {
+  nfw::RmcSentence mRmc;
+  nfw::VtgSentence mVtg;
+  nfw::GgaSentence mGga;
+  nfw::GllSentence mGll;
+  nfw::ZdaSentence mZda;
+  nfw::PubxSentence mPubx;
+  std::vector<nfw::GsaSentence> mGsa;
+  std::map<std::string, int> mKinds;
+};
+
+template <class Record>
+void parse(bool (*npParse)(char const*, unsigned int, Record*), const std::string& nSentence, Record* npRecord) {
+  EXPECT_TRUE(npParse(nSentence.c_str(), static_cast<unsigned int>(nSentence.size()), npRecord)) << nSentence;
+}
+
+Records parsed(const std::vector<std::string>& nEpoch) {
+  Records lRecords;
+  for (const std::string& lSentence : nEpoch) {
+    const int lType =
+        NmeaDataParser::analyzeNmeaSentenceType(lSentence.c_str(), static_cast<unsigned>(lSentence.size()));
+    ++lRecords.mKinds[addressOf(lSentence)];
+    nfw::GsvSentence lGsv;
+    if (lType == nfw::NMEA_RMC) parse(&NmeaDataParser::parseRmcSentence, lSentence, &lRecords.mRmc);
+    if (lType == nfw::NMEA_VTG) parse(&NmeaDataParser::parseVtgSentence, lSentence, &lRecords.mVtg);
+    if (lType == nfw::NMEA_GGA) parse(&NmeaDataParser::parseGgaSentence, lSentence, &lRecords.mGga);
+    if (lType == nfw::NMEA_GLL) parse(&NmeaDataParser::parseGllSentence, lSentence, &lRecords.mGll);
+    if (lType == nfw::NMEA_ZDA) parse(&NmeaDataParser::parseZdaSentence, lSentence, &lRecords.mZda);
+    if (lType == nfw::NMEA_PUBX) parse(&NmeaDataParser::parsePubxSentence, lSentence, &lRecords.mPubx);
+    if (lType == nfw::NMEA_GSV) parse(&NmeaDataParser::parseGsvSentence, lSentence, &lGsv);
+    if (lType != nfw::NMEA_GSA) continue;
+    parse(&NmeaDataParser::parseGsaSentence, lSentence, &lRecords.mGsa.emplace_back());
+  }
+  return lRecords;
+}
+
+TEST(Simulator, isTheSameForTheSameSeedOnly) {
+  SimulatorOptions lOther;
+  lOther.mSeed = 2;
+  Simulator lFirst({});
+  Simulator lSecond({});
+  Simulator lThird(lOther);
+  int lDifferences = 0;
+  for (int i = 0; i < 100; ++i) {
+    std::string lTexts[3];
+    lFirst.writeEpoch(&lTexts[0]);
+    lSecond.writeEpoch(&lTexts[1]);
+    lThird.writeEpoch(&lTexts[2]);
+    ASSERT_EQ(lTexts[0], lTexts[1]);
+    if (lTexts[0] != lTexts[2]) ++lDifferences;
+  }
+  EXPECT_GT(lDifferences, 90);
+}
+
+TEST(Simulator, sendsEverySentenceOfTheReceiver) {
+  SimulatorOptions lOptions;
+  lOptions.mRateHz = 10;
+  Simulator lSimulator(lOptions);
+  const Records lFirst = parsed(nextEpoch(lSimulator));
+  for (const char* const lpAddress : {"$GNRMC", "$GNVTG", "$GNGGA", "$GNGLL", "$GNZDA", "$PUBX"}) {
+    EXPECT_EQ(lFirst.mKinds.at(lpAddress), 1) << lpAddress;
+  }
+  EXPECT_EQ(lFirst.mKinds.at("$GNGSA"), 3);
+  for (const char* const lpAddress : {"$GPGSV", "$GLGSV", "$GAGSV"})
+    EXPECT_GE(lFirst.mKinds.at(lpAddress), 1) << lpAddress;
+  const Records lSecond = parsed(nextEpoch(lSimulator));
+  EXPECT_EQ(lSecond.mRmc.utcTime.millisecond, 100);
+  EXPECT_EQ(lSecond.mKinds.count("$GPGSV") + lSecond.mKinds.count("$GNZDA"), 0u) << "only at whole seconds";
+}
+
+TEST(Simulator, aSingleConstellationHasItsOwnTalker) {
+  SimulatorOptions lOptions;
+  lOptions.mSystems = 1u << SYSTEM_GLONASS;
+  Simulator lSimulator(lOptions);
+  for (const std::string& lSentence : nextEpoch(lSimulator)) {
+    EXPECT_TRUE(lSentence.substr(0, 3) == "$GL" || lSentence.substr(0, 5) == "$PUBX") << lSentence;
+  }
+}
+
+TEST(Simulator, theSentencesOfAnEpochAgree) {
+  Simulator lSimulator({});
+  for (int i = 0; i < 300; ++i) {
+    const Records lAll = parsed(nextEpoch(lSimulator));
+    for (const double lLatitude : {lAll.mRmc.latitude.value, lAll.mGll.latitude.value, lAll.mPubx.latitude.value}) {
+      ASSERT_EQ(lLatitude, lAll.mGga.latitude.value);
+    }
+    for (const double lLongitude : {lAll.mRmc.longitude.value, lAll.mGll.longitude.value, lAll.mPubx.longitude.value}) {
+      ASSERT_EQ(lLongitude, lAll.mGga.longitude.value);
+    }
+    ASSERT_EQ(lAll.mRmc.speed, lAll.mVtg.speedKnot);
+    ASSERT_NEAR(lAll.mVtg.speedKmh, lAll.mVtg.speedKnot * 1.852, 0.002);
+    ASSERT_EQ(lAll.mPubx.speed, lAll.mVtg.speedKmh);
+    ASSERT_EQ(lAll.mRmc.direction, lAll.mVtg.directionForTrueNorth);
+    ASSERT_EQ(lAll.mRmc.direction, lAll.mPubx.direction);
+    ASSERT_LT(lAll.mRmc.direction, 360.0);
+    ASSERT_NEAR(std::fmod(lAll.mVtg.directionForMagneticNorth + lAll.mRmc.magneticDeclination + 360.0, 360.0),
+                lAll.mRmc.direction, 0.011);
+    ASSERT_EQ(lAll.mRmc.date.day, lAll.mZda.date.day);
+    ASSERT_EQ(lAll.mRmc.utcTime.second, lAll.mZda.utcTime.second);
+  }
+}
+
+TEST(Simulator, thePositionIsTheIntegralOfSpeedAndCourse) {
+  for (const unsigned int lRate : {1u, 4u, 10u}) {
+    SimulatorOptions lOptions;
+    lOptions.mRateHz = lRate;
+    Simulator lSimulator(lOptions);
+    double lDriven = 0.0;
+    Records lBefore = parsed(nextEpoch(lSimulator));
+    for (unsigned int i = 0; i < 300 * lRate; ++i) {
+      const Records lNow = parsed(nextEpoch(lSimulator));
+      const double lNorth =
+          toRadians(tool::decimalDegrees(lNow.mGga.latitude) - tool::decimalDegrees(lBefore.mGga.latitude));
+      const double lEast =
+          toRadians(tool::decimalDegrees(lNow.mGga.longitude) - tool::decimalDegrees(lBefore.mGga.longitude)) *
+          std::cos(toRadians(tool::decimalDegrees(lNow.mGga.latitude)));
+      const double lStep = std::hypot(lNorth, lEast) * EARTH_RADIUS;
+      const double lMeanSpeed = (lBefore.mRmc.speed + lNow.mRmc.speed) / 2.0 / 3600.0 * 1852.0;
+      ASSERT_NEAR(lStep, lMeanSpeed / lRate, 0.04) << i;  // two roundings of 1.9 cm
+      if (lStep > 5.0) {
+        const double lTurn = std::remainder(lNow.mRmc.direction - lBefore.mRmc.direction, 360.0);
+        const double lHeading = toDegrees(std::atan2(lEast, lNorth)) - lBefore.mRmc.direction - lTurn / 2.0;
+        ASSERT_NEAR(std::remainder(lHeading, 360.0), 0.0, 0.6) << i;
+      }
+      lDriven += lStep;
+      lBefore = lNow;
+    }
+    EXPECT_GT(lDriven, 1000.0) << "a drive, not a parking place";
+  }
+}
+
+TEST(Simulator, theSkyIsOfOnePiece) {
+  Simulator lSimulator({});
+  for (int i = 0; i < 600; ++i) {
+    const std::vector<std::string> lEpoch = nextEpoch(lSimulator);
+    std::set<std::string> lInView;
+    std::map<std::string, int> lLast;
+    size_t lAnnounced = 0;
+    for (const std::string& lSentence : lEpoch) {
+      if (addressOf(lSentence).substr(3) != "GSV") continue;
+      const auto lField = [&lSentence](int n) { return std::string(tool::sentenceField(lSentence, n)); };
+      ASSERT_EQ(std::stoi(lField(2)), ++lLast[addressOf(lSentence)]) << lSentence;
+      if (lField(1) == lField(2)) {
+        lAnnounced += std::stoul(lField(3));
+        lLast.erase(addressOf(lSentence));
+      }
+      for (int f = 4; !lField(f).empty(); f += 4) ASSERT_TRUE(lInView.insert(lField(f)).second) << lSentence;
+    }
+    ASSERT_TRUE(lLast.empty()) << "every group is complete";
+    ASSERT_EQ(lInView.size(), lAnnounced);
+    const Records lRecords = parsed(lEpoch);
+    uint32_t lUsed = 0;
+    for (const nfw::GsaSentence& lGsa : lRecords.mGsa) {
+      for (const uint32_t lId : lGsa.satelliteId) {
+        if (lId == 0) continue;
+        ++lUsed;
+        ASSERT_EQ(lInView.count((lId < 10 ? "0" : "") + std::to_string(lId)), 1u) << lId;
+      }
+      ASSERT_NEAR(lGsa.pdop, std::hypot(lGsa.hdop, lGsa.vdop), 0.011);
+      ASSERT_EQ(lGsa.hdop, lRecords.mGga.hdop);
+      ASSERT_TRUE(lGsa.pdop > 0.5 && lGsa.pdop < 6.0) << lGsa.pdop;
+    }
+    ASSERT_EQ(lUsed, lRecords.mGga.satelliteCount);
+    ASSERT_GE(lUsed, 4u);
+  }
+}
+
+TEST(Simulator, datesRollOver) {
+  struct Roll {
+    int64_t mStartMs;
+    int mDay, mMonth;
+    unsigned int mYear;
+  };
+  const Roll ROLLS[] = {{1798761599000, 1, 1, 2027}, {1835395199000, 29, 2, 2028}, {1835481599000, 1, 3, 2028}};
+  for (const Roll& lRoll : ROLLS) {
+    SimulatorOptions lOptions;
+    lOptions.mStartMs = lRoll.mStartMs;
+    Simulator lSimulator(lOptions);
+    EXPECT_EQ(parsed(nextEpoch(lSimulator)).mRmc.utcTime.hour, 23);
+    const Records lNext = parsed(nextEpoch(lSimulator));
+    EXPECT_EQ(lNext.mRmc.utcTime.hour, 0);
+    for (const nfw::GnssSentenceDate& lDate : {lNext.mRmc.date, lNext.mZda.date}) {
+      EXPECT_EQ(lDate.day, lRoll.mDay);
+      EXPECT_EQ(lDate.month, lRoll.mMonth);
+      EXPECT_EQ(lDate.year, lRoll.mYear);
+    }
+  }
+}
+
+TEST(CivilTime, everyDayFollowsTheOneBefore) {
+  CivilTime lBefore = civilTime(0);
+  EXPECT_EQ(lBefore.mYear, 1970);
+  for (int64_t i = 1; i < 365 * 200; ++i) {
+    const CivilTime lDay = civilTime(i * tool::MS_PER_DAY);
+    const bool lIsNextDay = lDay.mDay == lBefore.mDay + 1 && lDay.mMonth == lBefore.mMonth;
+    const bool lIsNextMonth = lDay.mDay == 1 && lBefore.mDay >= 28 && lDay.mMonth == lBefore.mMonth % 12 + 1;
+    ASSERT_TRUE(lIsNextDay || lIsNextMonth) << i;
+    lBefore = lDay;
+  }
+  EXPECT_EQ(lBefore.mYear, 2169);
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <deque>
+
+#include "GpsdFilter.h"
+#include "SentenceList.h"
+#include "SourceReader.h"
+
+namespace {
+
+using namespace drive;
+
+TEST(SourceSpec, namesWhatCanBeOpened) {
+  struct Case {
+    const char* mpText;
+    SourceSpec::Kind mKind;
+    const char* mpPath;
+    const char* mpHost;
+    const char* mpPort;
+    unsigned int mBaud;
+  };
+  const Case CASES[] = {
+      {"sim", SourceSpec::SIMULATOR, "", "", "", 4800},
+      {"-", SourceSpec::STDIN, "", "", "", 4800},
+      {"drive.nmea", SourceSpec::FILE, "drive.nmea", "", "", 4800},
+      {"/no/such:9600", SourceSpec::FILE, "/no/such:9600", "", "", 4800},
+      {"/dev/null", SourceSpec::FILE, "/dev/null", "", "", 4800},
+      {"/dev/ttyNONE0", SourceSpec::SERIAL, "/dev/ttyNONE0", "", "", 4800},
+      {"/dev/ttyNONE0:115200", SourceSpec::SERIAL, "/dev/ttyNONE0", "", "", 115200},
+      {"tcp://phone.local:11123", SourceSpec::TCP, "", "phone.local", "11123", 4800},
+      {"tcp://[::1]:2947", SourceSpec::TCP, "", "::1", "2947", 4800},
+  };
+  for (const Case& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpText);
+    SourceSpec lSpec;
+    std::string lReason;
+    ASSERT_TRUE(parseSourceSpec(lCase.mpText, 4800, &lSpec, &lReason)) << lReason;
+    EXPECT_EQ(lSpec.mKind, lCase.mKind);
+    EXPECT_EQ(lSpec.mPath, lCase.mpPath);
+    EXPECT_EQ(lSpec.mHost, lCase.mpHost);
+    EXPECT_EQ(lSpec.mPort, lCase.mpPort);
+    EXPECT_EQ(lSpec.mBaud, lCase.mBaud);
+  }
+  for (const char* const lpText :
+       {"tcp://host", "tcp://:1", "tcp://host:0", "tcp://host:70000", "tcp://host:x", "/dev/ttyNONE0:123"}) {
+    SourceSpec lSpec;
+    std::string lReason;
+    EXPECT_FALSE(parseSourceSpec(lpText, 4800, &lSpec, &lReason)) << lpText;
+    EXPECT_FALSE(lReason.empty()) << lpText;
+  }
+}
+
+TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
+  const std::string lStream =
+      "{\"class\":\"VERSION\",\"release\":\"3.22\"}\r\n{\"class\":\"DEVICES\"}\r\n$GPGLL*1\r\n{\"x\":1}\r\n!AIVDM*"
+      "2\r\n";
+  for (size_t i = 0; i <= lStream.size(); ++i) {
+    GpsdFilter lFilter;
+    std::string lLeft;
+    for (std::string lPart : {lStream.substr(0, i), lStream.substr(i)}) {
+      lPart.resize(lFilter.filter(lPart.data(), lPart.size()));
+      lLeft += lPart;
+    }
+    ASSERT_EQ(lLeft, "$GPGLL*1\r\n!AIVDM*2\r\n") << i;
+    ASSERT_TRUE(lFilter.takeGreeting());
+    ASSERT_FALSE(lFilter.takeGreeting());
+  }
+}
+
+TEST(GpsdFilter, leavesAPlainStreamAlone) {
+  GpsdFilter lFilter;
+  std::string lText = "$GPGLL*1\r\n{\"class\":\"VERSION\"}\r\n";
+  EXPECT_EQ(lFilter.filter(lText.data(), lText.size()), lText.size());
+  EXPECT_FALSE(lFilter.takeGreeting());
+}
+
+// Plays what a test wrote down: open results, then the texts of each opening.
+class ScriptedSource : public SentenceSource {
+ public:
+  OpenResult open(std::string* npReason) override {
+    const OpenResult lResult = mOpens.front();
+    mOpens.pop_front();
+    *npReason = "not today";
+    return lResult;
+  }
+  int read(char* npBuffer, size_t, std::string* npReason) override {
+    *npReason = "torn";
+    if (mTexts.empty()) return mEnd;
+    const std::string lText = mTexts.front();
+    mTexts.pop_front();
+    std::memcpy(npBuffer, lText.data(), lText.size());
+    return static_cast<int>(lText.size());
+  }
+  std::deque<OpenResult> mOpens;
+  std::deque<std::string> mTexts;
+  int mEnd = END;
+};
+
+class Reading : public SourceReader::Listener {
+ public:
+  SourceReader::Result run(SourceSpec::Kind nKind, const std::string& nName) {
+    mSpec.mKind = nKind;
+    mSpec.mName = nName;
+    SourceReader lReader(mSpec, mSource, mLines, mStopper, *this);
+    return lReader.run(mList, &mReason);
+  }
+  void onSourceOpen() override { ++mOpened; }
+  // Ends the wait that follows, so that no test waits.
+  void onSourceTrouble(const std::string& nMessage) override {
+    mTrouble = nMessage;
+    mStopper.request();
+  }
+  ScriptedSource mSource;
+  SourceSpec mSpec;
+  tool::Stopper mStopper;
+  tool::LineCounts mCounts;
+  tool::LineReader mLines{mCounts};
+  SentenceList mList;
+  std::string mReason;
+  std::string mTrouble;
+  int mOpened = 0;
+};
+
+TEST(SourceReader, readsAFileToItsEnd) {
+  Reading lReading;
+  lReading.mSource.mOpens = {SentenceSource::OPENED};
+  lReading.mSource.mTexts = {"$GPGLL,,,,,,V", ",N*64\n$GPG"};
+  EXPECT_EQ(lReading.run(SourceSpec::FILE, "x.nmea"), SourceReader::ENDED);
+  EXPECT_EQ(lReading.mList.mSentences, std::vector<std::string>{"$GPGLL,,,,,,V,N*64"});
+  EXPECT_EQ(lReading.mCounts.get(tool::LINE_CUT), 1u);
+  EXPECT_EQ(lReading.mOpened, 1);
+}
+
+TEST(SourceReader, tellsWhyASourceCannotBeRead) {
+  Reading lUnopened;
+  lUnopened.mSource.mOpens = {SentenceSource::OPEN_FAILED};
+  EXPECT_EQ(lUnopened.run(SourceSpec::SERIAL, "/dev/ttyS9"), SourceReader::UNREADABLE);
+  EXPECT_EQ(lUnopened.mReason, "/dev/ttyS9: not today");
+  Reading lTorn;
+  lTorn.mSource.mOpens = {SentenceSource::OPENED};
+  lTorn.mSource.mEnd = SentenceSource::BROKEN;
+  EXPECT_EQ(lTorn.run(SourceSpec::FILE, "x.nmea"), SourceReader::UNREADABLE);
+  EXPECT_EQ(lTorn.mReason, "x.nmea: torn");
+}
+
+TEST(SourceReader, saysThatItTriesALiveSourceAgain) {
+  Reading lUnopened;
+  lUnopened.mSource.mOpens = {SentenceSource::OPEN_LATER};
+  EXPECT_EQ(lUnopened.run(SourceSpec::TCP, "tcp://h:1"), SourceReader::ENDED);
+  EXPECT_EQ(lUnopened.mTrouble, "tcp://h:1: not today; trying again in 1 s");
+  Reading lTorn;
+  lTorn.mSource.mOpens = {SentenceSource::OPENED};
+  lTorn.mSource.mTexts = {"$GPGLL,,,,,,V,N*64\n$GP"};
+  lTorn.mSource.mEnd = SentenceSource::BROKEN;
+  EXPECT_EQ(lTorn.run(SourceSpec::TCP, "tcp://h:1"), SourceReader::ENDED);
+  EXPECT_EQ(lTorn.mTrouble, "tcp://h:1: torn; trying again in 1 s");
+  EXPECT_EQ(lTorn.mCounts.get(tool::LINE_CUT), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+/// One run of nfw-drive as a process of its own.
+class ToolRun {
+ public:
+  /// Starts it. Standard error goes to the test's own.
+  explicit ToolRun(const std::vector<std::string>& nArguments);
+  ~ToolRun();
+  ToolRun(const ToolRun&) = delete;
+  ToolRun& operator=(const ToolRun&) = delete;
+
+  std::string readLine();  ///< of its output, without the line end; empty at the end
+  std::string readAll();   ///< what is left of its output
+  void closeOutput();      ///< as a reader that goes away
+  void signal(int nSignal) const;
+  int wait();  ///< its exit code, negative when a signal killed it
+
+  /// Runs it to its end.
+  static std::string output(const std::vector<std::string>& nArguments, int* npExit);
+
+ private:
+  pid_t mPid = -1;
+  int mFd = -1;
+  std::string mUnread;
+};
