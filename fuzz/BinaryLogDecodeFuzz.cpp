@@ -1,0 +1,49 @@
+// Arbitrary bytes as a record, of a sentence and of a dead-reckoning report, in both versions: nothing is read or
+// written beyond the buffers, and what a set says of itself is true.
+#include <cstdlib>
+#include <cstring>
+
+#include "BinaryLog.h"
+#include "NfwAppLog.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
+
+using binarylog::Converter;
+
+namespace {
+
+void check(bool nIsTrue) {
+  if (!nIsTrue) abort();
+}
+
+void checkSet(Converter& nVersion, const binarylog::Bytes& nRecord) {
+  static nfw::DeadReckoningNmeaSentence gSet;
+  if (!nVersion.convertToDeadReckoningNmeaSentence(nRecord.data(), static_cast<unsigned int>(nRecord.size()), &gSet))
+    return;
+  check(gSet.mGsaCount <= gSet.MAX_GSA && gSet.mGsvCount <= gSet.MAX_GSV);
+  for (const auto* lpSlot : {&gSet.mRmc, &gSet.mVtg, &gSet.mGga, &gSet.mPubx}) {
+    check(lpSlot->mLength > 0 && lpSlot->mLength <= lpSlot->MAX_TEXT);
+  }
+  for (unsigned int i = 0; i < gSet.MAX_GSV; ++i) check((gSet.mGsv[i].mLength != 0) == (i < gSet.mGsvCount));
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* /*npArgCount*/, char*** /*npppArgs*/) {
+  nfw::registerLogType(nfw::LOG_TYPE_NFW, "fuzz", nfw::LOG_LEVEL_NONE);
+  return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize) {
+  static nfw::NmeaBinaryLogDataVersion0 gVersion0;
+  static nfw::NmeaBinaryLogDataVersion1 gVersion1;
+  if (nSize == 0) return 0;
+  const binarylog::Bytes lRecord(npData + 1, npData + nSize);
+  for (Converter* lpVersion : {&gVersion0, static_cast<Converter*>(&gVersion1)}) {
+    const auto lText = binarylog::run(*lpVersion, &Converter::convertToNmeaSentence, lRecord, 256);
+    const auto lCut = binarylog::run(*lpVersion, &Converter::convertToNmeaSentence, lRecord, npData[0]);
+    check(lCut.empty() || lCut == lText);
+    check(lText.empty() || (lText[0] == '$' && lText.back() == '\n'));
+    checkSet(*lpVersion, lRecord);
+  }
+  return 0;
+}
