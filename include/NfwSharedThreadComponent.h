@@ -18,9 +18,9 @@ namespace nfw {
 ///
 /// The operations mean what the thread's operations of the same name mean; each returns 0 (false) while no thread is
 /// bound. The thread must outlive the component. The destructor of this class drops what is still queued there, but by
-/// then the class that implements receiveMsg() is gone: a component that may be deleted on another thread while messages
-/// are under way calls getThread()->abortMsg(this) first in its own destructor, which drops what is queued and waits
-/// for a handler under way.
+/// then the class that implements receiveMsg() is gone: a component that may be deleted on another thread while
+/// messages are under way calls getThread()->abortMsg(this) first in its own destructor, which drops what is queued and
+/// waits for a handler under way.
 class NFW_API SharedThreadComponent : public Component, public utl::ThreadMsgListener {
  public:
   explicit SharedThreadComponent(const char* npName);
