@@ -23,6 +23,14 @@ bool SdkListenerTable::remove(void* npListener) {
   return lIsFound;
 }
 
+bool SdkListenerTable::has(int nKey) {
+  std::lock_guard<std::mutex> lLock(mMutex);
+  for (unsigned int i = 0; i < mEntries.size(); ++i) {
+    if (mEntries[i].mKey == nKey) return true;
+  }
+  return false;
+}
+
 bool SdkListenerTable::isInsideLocked(const void* npListener, unsigned long long nLimit) const {
   for (const Walk* lpWalk = mpWalks; lpWalk != nullptr; lpWalk = lpWalk->mpNext) {
     if (lpWalk->mpInside == npListener && lpWalk->mNumber < nLimit) return true;

@@ -16,6 +16,7 @@ class SdkListenerTable {
   bool add(void* npListener, int nKey);
   /// Ends every registration of the listener. False when there is none.
   bool remove(void* npListener);
+  bool has(int nKey);  ///< a listener for this key
 
   /// One round over the listeners of a key that are registered at its start, on the stack of the calling thread.
   class Walk {
@@ -61,6 +62,7 @@ class SdkListeners {
  public:
   bool add(L* npListener, int nKey = 0) { return mTable.add(npListener, nKey); }
   bool remove(L* npListener) { return mTable.remove(npListener); }
+  bool has(int nKey = 0) { return mTable.has(nKey); }
 
   template <class Call>
   void each(int nKey, Call nCall) {
