@@ -1,6 +1,7 @@
 #include "Gps.h"
 
 #include "GpsHost.h"
+#include "GpsListeners.h"
 #include "SdkListeners.h"
 
 namespace {
@@ -39,6 +40,8 @@ bool Gps::unRegisterGpsParseNmeaListener(GpsParseNmeaListener* npListener) {
 }
 
 namespace gpshost {
+
+bool hasListeners(GeodeticSystem nSystem) { return nmeaListeners().has(nSystem) || parseListeners().has(nSystem); }
 
 void feedSentence(const char* npSentence, unsigned int nSize, GeodeticSystem nSystem) {
   nmeaListeners().each(nSystem,
