@@ -1,27 +1,13 @@
 #include "NmeaParserCheck.h"
 
-#include <cstring>
-
 #include "NfwNmeaDataParser.h"
-#include "NfwRecordFields.h"
 #include "PlatformSeams.h"
+#include "RecordBytes.h"
 #include "ReferenceNmeaParser.h"
 
 using namespace nfw;
 
 namespace {
-
-template <class Record>
-std::string bytesOf(const Record& nRecord) {
-  std::string lBytes;
-  eachField(nRecord, [&](auto& nField) {
-    char lField[sizeof(nField)];
-    std::memcpy(lField, &nField, sizeof(nField));
-    lBytes.append(lField, sizeof(nField));
-    return true;
-  });
-  return lBytes;
-}
 
 std::string joined(const std::vector<std::string>& nLines) {
   std::string lText;
@@ -43,7 +29,7 @@ std::string difference(const std::string& nText, bool (*npParse)(char const*, un
   if (lIsParsed != lIsExpected)
     return "[" + nText + "] verdict; expected lines:\n" + lExpectedLines + "found:\n" + lLines;
   if (lLines != lExpectedLines) return "[" + nText + "] expected lines:\n" + lExpectedLines + "found:\n" + lLines;
-  if (lIsParsed && bytesOf(lRecord) != bytesOf(lExpected)) return "[" + nText + "] record";
+  if (lIsParsed && recordBytes(lRecord) != recordBytes(lExpected)) return "[" + nText + "] record";
   return "";
 }
 
