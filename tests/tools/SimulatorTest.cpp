@@ -7,6 +7,7 @@
 #include "CivilTime.h"
 #include "JsonRecord.h"
 #include "LineReader.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwNmeaDataParser.h"
 #include "SentenceList.h"
 #include "SentenceTime.h"
@@ -196,6 +197,66 @@ TEST(Simulator, theSkyIsOfOnePiece) {
     ASSERT_EQ(lUsed, lRecords.mGga.satelliteCount);
     ASSERT_GE(lUsed, 4u);
   }
+}
+
+bool isStorable(const std::string& nSentence) {
+  unsigned char lRecord[60];
+  return nfw::NmeaBinaryLogDataVersion1().convertFromNmeaSentence(
+             reinterpret_cast<const unsigned char*>(nSentence.data()), static_cast<unsigned int>(nSentence.size()),
+             lRecord, sizeof(lRecord)) >= 0;
+}
+
+void expectNoFix(const std::vector<std::string>& nEpoch, const Records& nOpen) {
+  const Records lAll = parsed(nEpoch);
+  EXPECT_EQ(lAll.mKinds, nOpen.mKinds);
+  for (const auto* lpAxis : {&lAll.mRmc.latitude, &lAll.mGga.longitude, &lAll.mGll.latitude, &lAll.mPubx.longitude}) {
+    EXPECT_TRUE(lpAxis->value == 0.0 && lpAxis->direction == nfw::DIRECTION_NONE);
+  }
+  EXPECT_FALSE(lAll.mRmc.status || lAll.mGll.status || lAll.mPubx.drMode);
+  EXPECT_EQ(lAll.mRmc.mode | lAll.mVtg.mode | lAll.mGll.mode, nfw::MODE_NOT_VALID);
+  EXPECT_EQ(lAll.mGga.quality, nfw::QUALITY_INVALID);
+  EXPECT_EQ(lAll.mPubx.status, nfw::PUBX_NO_FIX);
+  EXPECT_EQ(lAll.mRmc.speed + lAll.mVtg.speedKmh + lAll.mPubx.speed, 0.0);
+  EXPECT_EQ(lAll.mGga.satelliteCount + lAll.mPubx.satelliteCount, 0u);
+  for (const nfw::GsaSentence& lGsa : lAll.mGsa) {
+    EXPECT_EQ(lGsa.mode, nfw::GSA_NO_FIX);
+    EXPECT_EQ(lGsa.satelliteId[0], 0u);
+    EXPECT_EQ(lGsa.pdop, 99.99);
+  }
+  EXPECT_EQ(lAll.mRmc.utcTime.millisecond, nOpen.mRmc.utcTime.millisecond);
+  EXPECT_EQ(lAll.mGll.utcTime.second, nOpen.mGll.utcTime.second);
+  EXPECT_EQ(lAll.mRmc.date.day, nOpen.mRmc.date.day);
+  for (const std::string& lSentence : nEpoch) {
+    EXPECT_TRUE(isStorable(lSentence)) << lSentence;
+    if (addressOf(lSentence).substr(3) != "GSV") continue;
+    for (int f = 4; !tool::sentenceField(lSentence, f).empty(); f += 4) {
+      EXPECT_EQ(tool::sentenceField(lSentence, f + 3), "") << lSentence;
+    }
+  }
+}
+
+TEST(Simulator, aTunnelHidesTheSkyAndChangesNothingElse) {
+  SimulatorOptions lOptions;
+  lOptions.mRateHz = 5;
+  Simulator lOpen(lOptions);
+  lOptions.mTunnels = {{10000, 40200}, {60000, 60000}, {90000, 90001}};
+  Simulator lRoofed(lOptions);
+  int lHidden = 0;
+  for (int64_t lMs = 0; lMs < 100000; lMs += 200) {
+    SCOPED_TRACE(lMs);
+    const auto lOpenEpoch = nextEpoch(lOpen);
+    const auto lEpoch = nextEpoch(lRoofed);
+    ASSERT_EQ(lOpen.getVehicle().mLatitude, lRoofed.getVehicle().mLatitude);
+    if ((lMs >= 10000 && lMs < 40200) || lMs == 90000) {
+      ++lHidden;
+      expectNoFix(lEpoch, parsed(lOpenEpoch));
+    } else {
+      ASSERT_EQ(lOpenEpoch, lEpoch);
+      const nfw::GnssSentenceCoordinate lLatitude = parsed(lEpoch).mGga.latitude;
+      ASSERT_NEAR(tool::decimalDegrees(lLatitude), lRoofed.getVehicle().mLatitude, 1e-6) << "of this epoch";
+    }
+  }
+  EXPECT_EQ(lHidden, 152);
 }
 
 TEST(Simulator, datesRollOver) {

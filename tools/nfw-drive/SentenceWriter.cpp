@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "CivilTime.h"
+#include "Geometry.h"
 #include "NfwNmeaCheckSumCalclator.h"
 
 namespace drive {
@@ -36,7 +37,11 @@ double roundedCourse(double nCourse) {
 }  // namespace
 
 SentenceWriter::SentenceWriter(const Epoch& nEpoch, std::string* npText)
-    : mEpoch(nEpoch), mpText(npText), mTalker(combinedTalker(nEpoch.mSky)) {
+    : mEpoch(nEpoch),
+      mHasFix(!nEpoch.mIsSkyHidden),
+      mDops(mHasFix ? nEpoch.mSky.getDops() : DopSum().result()),
+      mpText(npText),
+      mTalker(combinedTalker(nEpoch.mSky)) {
   const CivilTime lTime = civilTime(nEpoch.mTimeMs);
   *fmt::format_to_n(mTime, sizeof(mTime) - 1, "{:02}{:02}{:02}.{:03}", lTime.mHour, lTime.mMinute, lTime.mSecond,
                     lTime.mMillisecond)
@@ -62,6 +67,7 @@ void SentenceWriter::end() {
 
 // ,ddmm.mmmmm,N,dddmm.mmmmm,E : whole units of the last digit, so that 59.999999 minutes carry into the degree
 void SentenceWriter::appendPosition() {
+  if (!mHasFix) return append(",,,,");
   const int64_t UNIT = 6000000;
   const VehicleState& lCar = mEpoch.mVehicle;
   const int64_t lLat = std::llround(std::fabs(lCar.mLatitude) * static_cast<double>(UNIT));
@@ -71,33 +77,55 @@ void SentenceWriter::appendPosition() {
          lCar.mLongitude < 0.0 ? 'W' : 'E');
 }
 
-// $GNRMC,080000.000,A,3539.48000,N,13944.70000,E,12.345,060.00,310126,7.5,W,A*hh
-void SentenceWriter::writeRmc() {
+void SentenceWriter::appendDate() {
   const CivilTime lTime = civilTime(mEpoch.mTimeMs);
+  append(",{:02}{:02}{:02}", lTime.mDay, lTime.mMonth, lTime.mYear % 100);
+}
+
+// $GNRMC,080000.000,A,3539.48000,N,13944.70000,E,12.345,060.00,310126,7.5,W,A*hh
+// $GNRMC,080000.000,V,,,,,,,310126,,,N*hh
+void SentenceWriter::writeRmc() {
   begin("RMC");
-  append(",{},A", std::string_view(mTime));
+  append(",{},{}", std::string_view(mTime), mHasFix ? 'A' : 'V');
   appendPosition();
-  append(",{:.3f},{:.2f},{:02}{:02}{:02},{:.1f},W,A", mEpoch.mVehicle.mSpeed * KNOTS,
-         roundedCourse(mEpoch.mVehicle.mCourse), lTime.mDay, lTime.mMonth, lTime.mYear % 100, VARIATION_WEST);
+  if (mHasFix) {
+    append(",{:.3f},{:.2f}", mEpoch.mVehicle.mSpeed * KNOTS, roundedCourse(mEpoch.mVehicle.mCourse));
+    appendDate();
+    append(",{:.1f},W,A", VARIATION_WEST);
+  } else {
+    append(",,");
+    appendDate();
+    append(",,,N");
+  }
   end();
 }
 
 // $GNVTG,060.00,T,067.50,M,12.345,N,22.863,K,A*hh
+// $GNVTG,,,,,,,,,N*hh
 void SentenceWriter::writeVtg() {
   begin("VTG");
-  append(",{:.2f},T,{:.2f},M,{:.3f},N,{:.3f},K,A", roundedCourse(mEpoch.mVehicle.mCourse),
-         roundedCourse(std::fmod(mEpoch.mVehicle.mCourse + VARIATION_WEST, 360.0)), mEpoch.mVehicle.mSpeed * KNOTS,
-         mEpoch.mVehicle.mSpeed * KMH);
+  if (mHasFix) {
+    append(",{:.2f},T,{:.2f},M,{:.3f},N,{:.3f},K,A", roundedCourse(mEpoch.mVehicle.mCourse),
+           roundedCourse(std::fmod(mEpoch.mVehicle.mCourse + VARIATION_WEST, 360.0)), mEpoch.mVehicle.mSpeed * KNOTS,
+           mEpoch.mVehicle.mSpeed * KMH);
+  } else {
+    append(",,,,,,,,,N");
+  }
   end();
 }
 
 // $GNGGA,080000.000,3539.48000,N,13944.70000,E,1,21,0.61,42.0,M,36.7,M,,*hh
+// $GNGGA,080000.000,,,,,0,00,99.99,,,,,,*hh
 void SentenceWriter::writeGga() {
   begin("GGA");
   append(",{}", std::string_view(mTime));
   appendPosition();
-  append(",1,{:02},{:.2f},{:.1f},M,{:.1f},M,,", mEpoch.mSky.usedCount(), mEpoch.mSky.getDops().mHorizontal,
-         mEpoch.mVehicle.mAltitude, GEOID_SEPARATION);
+  append(",{},{:02},{:.2f}", mHasFix ? 1 : 0, mHasFix ? mEpoch.mSky.usedCount() : 0, mDops.mHorizontal);
+  if (mHasFix) {
+    append(",{:.1f},M,{:.1f},M,,", mEpoch.mVehicle.mAltitude, GEOID_SEPARATION);
+  } else {
+    append(",,,,,,");
+  }
   end();
 }
 
@@ -108,18 +136,18 @@ void SentenceWriter::writeGsa() {
 }
 
 // $GNGSA,A,3,01,05,...,,,1.10,0.61,0.92*hh
+// $GNGSA,A,1,,,,,,,,,,,,,99.99,99.99,99.99*hh
 void SentenceWriter::writeGsa(SatelliteSystem nSystem) {
   begin("GSA");
-  append(",A,3");
+  append(",A,{}", mHasFix ? 3 : 1);
   unsigned int lPlaces = SkyModel::MAX_USED;
   for (const Satellite& lSatellite : mEpoch.mSky.inView(nSystem)) {
-    if (!lSatellite.mUsed) continue;
+    if (!mHasFix || !lSatellite.mUsed) continue;
     append(",{:02}", lSatellite.mNumber);
     --lPlaces;
   }
   mpText->append(lPlaces, ',');
-  const Dops& lDops = mEpoch.mSky.getDops();
-  append(",{:.2f},{:.2f},{:.2f}", lDops.mPosition, lDops.mHorizontal, lDops.mVertical);
+  append(",{:.2f},{:.2f},{:.2f}", mDops.mPosition, mDops.mHorizontal, mDops.mVertical);
   end();
 }
 
@@ -143,14 +171,15 @@ void SentenceWriter::writeGsv(SatelliteSystem nSystem) {
 
 void SentenceWriter::writeSatellite(const Satellite& nSatellite) {
   append(",{:02},{:02},{:03},", nSatellite.mNumber, nSatellite.mElevation, nSatellite.mAzimuth);
-  if (nSatellite.mSnr > 0) append("{:02}", nSatellite.mSnr);
+  if (mHasFix && nSatellite.mSnr > 0) append("{:02}", nSatellite.mSnr);
 }
 
 // $GNGLL,3539.48000,N,13944.70000,E,080000.000,A,A*hh
+// $GNGLL,,,,,080000.000,V,N*hh
 void SentenceWriter::writeGll() {
   begin("GLL");
   appendPosition();
-  append(",{},A,A", std::string_view(mTime));
+  append(",{},{}", std::string_view(mTime), mHasFix ? "A,A" : "V,N");
   end();
 }
 
@@ -163,16 +192,20 @@ void SentenceWriter::writeZda() {
 }
 
 // $PUBX,00,080000.000,3539.48000,N,13944.70000,E,78.700,G3,1.5,2.3,22.863,060.00,0.000,,0.61,0.92,0.55,21,0,0*hh
+// $PUBX,00,080000.000,,,,,,NF,,,,,,,99.99,99.99,99.99,0,0,0*hh
 void SentenceWriter::writePubx() {
   const VehicleState& lCar = mEpoch.mVehicle;
-  const Dops& lDops = mEpoch.mSky.getDops();
   begin("PUBX,00");
   append(",{}", std::string_view(mTime));
   appendPosition();
-  append(",{:.3f},G3,{:.1f},{:.1f},{:.3f},{:.2f},{:.3f},,{:.2f},{:.2f},{:.2f},{},0,0",
-         lCar.mAltitude + GEOID_SEPARATION, 2.5 * lDops.mHorizontal, 2.5 * lDops.mVertical, lCar.mSpeed * KMH,
-         roundedCourse(lCar.mCourse), 0.0 - lCar.mClimb, lDops.mHorizontal, lDops.mVertical, lDops.mTime,
-         mEpoch.mSky.usedCount());
+  if (mHasFix) {
+    append(",{:.3f},G3,{:.1f},{:.1f},{:.3f},{:.2f},{:.3f},", lCar.mAltitude + GEOID_SEPARATION, 2.5 * mDops.mHorizontal,
+           2.5 * mDops.mVertical, lCar.mSpeed * KMH, roundedCourse(lCar.mCourse), 0.0 - lCar.mClimb);
+  } else {
+    append(",,NF,,,,,,");
+  }
+  append(",{:.2f},{:.2f},{:.2f},{},0,0", mDops.mHorizontal, mDops.mVertical, mDops.mTime,
+         mHasFix ? mEpoch.mSky.usedCount() : 0);
   end();
 }
 

@@ -14,6 +14,7 @@ struct Epoch {
   int64_t mTimeMs;  ///< since 1970, UTC
   const VehicleState& mVehicle;
   const SkyModel& mSky;
+  bool mIsSkyHidden;  ///< nothing is received: no position, and of satellites only what the almanac tells
 };
 
 /// Writes sentences with checksum and CR LF onto a text.
@@ -37,10 +38,13 @@ class SentenceWriter {
   template <class... Args>
   void append(std::string_view nFormat, const Args&... nArgs);
   void appendPosition();
+  void appendDate();
   void begin(std::string_view nType);
   void end();
 
   const Epoch& mEpoch;
+  const bool mHasFix;
+  const Dops mDops;
   std::string* const mpText;
   std::string_view mTalker;  // of the sentences that tell of all constellations together
   size_t mStart = 0;         // of the sentence under way

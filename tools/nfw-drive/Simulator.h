@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "SentenceWriter.h"
 #include "SkyModel.h"
@@ -11,10 +12,17 @@ namespace drive {
 
 /// What a simulated drive is. It is the same for the same values, wherever and whenever it runs: it has its own time.
 struct SimulatorOptions {
+  /// A stretch of the drive under a roof, in milliseconds from the start of the drive; the end does not belong to it.
+  /// The receiver keeps its time and knows which satellites are up, but has no position and hears nothing.
+  struct Tunnel {
+    int64_t mFromMs, mUntilMs;
+  };
+
   uint64_t mSeed = 1;
   unsigned int mRateHz = 1;          ///< epochs per second, 1 to 10
   int64_t mStartMs = 1769846400000;  ///< since 1970, UTC: 2026-01-31 08:00:00
   unsigned int mSystems = ALL_SYSTEMS;
+  std::vector<Tunnel> mTunnels;  ///< the drive itself is the same with and without them
 };
 
 /// A drive, epoch by epoch, as the sentences of a receiver: in every epoch RMC, VTG, GGA, GSA, GLL and "$PUBX,00", at
@@ -32,16 +40,17 @@ class Simulator {
   /// Replaces the text by the sentences of the next epoch.
   void writeEpoch(std::string* npText);
 
+  /// How it truly was at the epoch written last; before the first one, how it starts.
   const VehicleState& getVehicle() const { return mVehicle.getState(); }
 
  private:
   Epoch currentEpoch() const;
-  void step();
+  bool isInTunnel(int64_t nElapsedMs) const;
 
   const SimulatorOptions mOptions;
   VehicleModel mVehicle;
   SkyModel mSky;
-  uint64_t mEpochNo = 0;
+  uint64_t mEpochNo = 0;  // of the next one
 };
 
 }  // namespace drive
