@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include "LogBytes.h"
+#include "RecordStream.h"
+
+namespace {
+
+using tool::RecordDamage;
+
+/// A file in memory.
+class Bytes {
+ public:
+  explicit Bytes(const std::string& nBytes) : mFd(::memfd_create("bytes", MFD_CLOEXEC)) { append(nBytes); }
+  ~Bytes() { ::close(mFd); }
+  Bytes(const Bytes&) = delete;
+  Bytes& operator=(const Bytes&) = delete;
+  void append(const std::string& nBytes) {
+    EXPECT_EQ(::pwrite(mFd, nBytes.data(), nBytes.size(), mSize), static_cast<ssize_t>(nBytes.size()));
+    mSize += static_cast<off_t>(nBytes.size());
+  }
+  int fd() const { return mFd; }
+
+ private:
+  const int mFd;
+  off_t mSize = 0;
+};
+
+struct Reading : tool::RecordDamageListener {
+  explicit Reading(const std::string& nBytes) {
+    const Bytes lFile(nBytes);
+    tool::RecordStream lStream(lFile.fd(), this);
+    tool::Record lRecord;
+    while (lStream.next(&lRecord)) mRecords.emplace_back(lRecord.mBytes);
+    mKind = lStream.getKind();
+    mIsForeign = lStream.isForeign();
+    EXPECT_EQ(lStream.getError(), 0);
+  }
+  void onDamage(const RecordDamage& nDamage) override {
+    mDamages.push_back(nDamage);
+    EXPECT_NE(nDamage.mExpected, "");
+    EXPECT_NE(nDamage.mFound, "");
+  }
+  std::vector<std::string> mRecords;
+  std::vector<RecordDamage> mDamages;
+  tool::RecordKind mKind;
+  bool mIsForeign;
+};
+
+/// Records of a kind with their places.
+struct Samples {
+  std::vector<std::string> mRecords;
+  std::string all() const {
+    std::string lAll;
+    for (const std::string& lRecord : mRecords) lAll += lRecord;
+    return lAll;
+  }
+};
+
+Samples logSamples() {
+  Samples lSamples;
+  lSamples.mRecords.push_back(logtest::logRecord(0x7FFFFFFF, 999, std::string(300000, ':')));
+  for (unsigned int i = 0; i < 40; ++i) {
+    lSamples.mRecords.push_back(
+        logtest::logRecord(20, 1000 + i * 10, "$GPTXT," + std::string(i * 7, '\n') + "*00\r\n"));
+  }
+  lSamples.mRecords.push_back(logtest::logRecord(0, 2001, ""));
+  lSamples.mRecords.push_back(logtest::logRecord(20, 2002, "last"));
+  return lSamples;
+}
+
+Samples sensorSamples() {
+  Samples lSamples;
+  for (unsigned int i = 0; i < 40; ++i) {
+    lSamples.mRecords.push_back(
+        logtest::sensorRecord(0, 1, 1000 + i * 10, "\x06GP" + std::string(17, char('a' + i % 20))));
+    lSamples.mRecords.push_back(logtest::sensorRecord(7, 3, 1001 + i * 10, std::string(i * 29, char(i))));
+  }
+  return lSamples;
+}
+
+class RecordStreamOf : public testing::TestWithParam<bool> {
+ protected:
+  const Samples mSamples = GetParam() ? logSamples() : sensorSamples();
+  const tool::RecordKind mKind = GetParam() ? tool::LOG_RECORD : tool::SENSOR_RECORD;
+};
+INSTANTIATE_TEST_SUITE_P(BothKinds, RecordStreamOf, testing::Bool());
+
+TEST_P(RecordStreamOf, readsEveryRecord) {
+  const Reading lReading(mSamples.all());
+  EXPECT_EQ(lReading.mKind, mKind);
+  EXPECT_EQ(lReading.mRecords, mSamples.mRecords);
+  EXPECT_TRUE(lReading.mDamages.empty());
+}
+
+TEST_P(RecordStreamOf, cutAnywhereItGivesTheWholeRecordsAndTellsOfTheRest) {
+  const std::string lAll = mSamples.all();
+  std::vector<std::string> lWhole(mSamples.mRecords.begin(), mSamples.mRecords.end() - 3);
+  size_t lEnd = 0;
+  for (const std::string& lRecord : lWhole) lEnd += lRecord.size();
+  for (size_t lCut = lEnd; lCut <= lAll.size(); ++lCut) {
+    if (lWhole.size() < mSamples.mRecords.size() && lCut - lEnd == mSamples.mRecords[lWhole.size()].size()) {
+      lEnd = lCut;
+      lWhole.push_back(mSamples.mRecords[lWhole.size()]);
+    }
+    const Reading lReading(lAll.substr(0, lCut));
+    ASSERT_EQ(lReading.mRecords, lWhole) << lCut;
+    ASSERT_EQ(lReading.mDamages.size(), lCut > lEnd ? 1u : 0u) << lCut;
+    for (const RecordDamage& lDamage : lReading.mDamages) ASSERT_EQ(lDamage.mOffset + lDamage.mLength, lCut);
+  }
+}
+
+// What stands at the places of a record is lost with it, and nothing else.
+TEST_P(RecordStreamOf, goesOnWithTheNextWholeRecord) {
+  const std::string NOISE[] = {std::string(1, '\0'), "2024/05/06 07:08:09.010 ID", std::string(600000, '\xFF')};
+  for (const std::string& lNoise : NOISE) {
+    for (const size_t lAt : {size_t{0}, size_t{20}}) {
+      Samples lSamples = mSamples;
+      size_t lOffset = 0;
+      for (size_t i = 0; i < lAt; ++i) lOffset += lSamples.mRecords[i].size();
+      lSamples.mRecords.insert(lSamples.mRecords.begin() + static_cast<std::ptrdiff_t>(lAt), lNoise);
+      const Reading lReading(lSamples.all());
+      if (lAt == 0 && lNoise.size() > 300000) {
+        EXPECT_TRUE(lReading.mIsForeign);
+        continue;
+      }
+      // The record before the noise is not known to be whole when nothing marks its end.
+      ASSERT_FALSE(lReading.mDamages.empty());
+      EXPECT_LE(lReading.mDamages[0].mOffset, lOffset);
+      EXPECT_GE(lReading.mDamages[0].mOffset + lReading.mDamages[0].mLength, lOffset + lNoise.size());
+      EXPECT_GE(lReading.mRecords.size() + 3, mSamples.mRecords.size());
+      EXPECT_EQ(lReading.mRecords.back(), mSamples.mRecords.back());
+    }
+  }
+}
+
+TEST_P(RecordStreamOf, followsAFileThatGrows) {
+  const std::string lAll = mSamples.all();
+  Bytes lFile(lAll.substr(0, 60));
+  tool::RecordStream lStream(lFile.fd());
+  lStream.setLive(true);
+  std::vector<std::string> lRecords;
+  tool::Record lRecord;
+  for (size_t lAt = 60; lAt < lAll.size(); lAt += 97) {
+    while (lStream.next(&lRecord)) lRecords.emplace_back(lRecord.mBytes);
+    lFile.append(lAll.substr(lAt, 97));
+  }
+  while (lStream.next(&lRecord)) lRecords.emplace_back(lRecord.mBytes);
+  EXPECT_EQ(lRecords, mSamples.mRecords);
+}
+
+TEST(RecordStream, tellsWhatIsDamagedAndWhere) {
+  const std::string lFirst = logtest::logRecord(20, 1, "first\n");
+  struct Case {
+    size_t mAt;  // in the second record, of 6 bytes of data
+    const char* mpBytes;
+    const char* mpExpected;
+    const char* mpFound;
+  };
+  const Case CASES[] = {
+      {4, "-", "a record's date, time and id", "\"2024-05/06 07:08:09.010 ID00000014: \""},
+      {36, "\x15", "the id \"00000014\" of the text", "the id 00000015"},
+      {44, "\x05", "5 bytes of data and a line feed", "\"a\" behind the data"},
+      {44, "\x30", "48 bytes of data and a line feed", "00 behind the data"},
+      {54, "x", "6 bytes of data and a line feed", "\"x\" behind the data"},
+      {47, "\x7F", "a data size of at most 16777167", "2130706438"},
+  };
+  for (const Case& lCase : CASES) {
+    std::string lBytes = lFirst + logtest::logRecord(20, 2, "banana") + logtest::logRecord(20, 3, "third");
+    lBytes.replace(lFirst.size() + lCase.mAt, 1, lCase.mpBytes);
+    const Reading lReading(lBytes);
+    EXPECT_EQ(lReading.mRecords.size(), 2u);
+    ASSERT_EQ(lReading.mDamages.size(), 1u);
+    EXPECT_EQ(lReading.mDamages[0].mOffset, lFirst.size());
+    EXPECT_EQ(lReading.mDamages[0].mLength, 55u);
+    EXPECT_EQ(lReading.mDamages[0].mExpected, lCase.mpExpected);
+    EXPECT_EQ(lReading.mDamages[0].mFound, lCase.mpFound);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,148 @@
+#include <fmt/format.h>
+
+#include <cstring>
+
+#include "RecordFormat.h"
+#include "RecordText.h"
+
+namespace tool {
+
+namespace {
+
+const size_t PREFIX_SIZE = 36;
+const size_t ID_AT = 36;
+const size_t TICK_AT = 40;
+const size_t SIZE_AT = 44;
+const size_t BASE_SIZE = 48;
+const size_t STAMP_SIZE = 23;
+const size_t ID_TEXT_AT = 26;
+const size_t ID_TEXT_SIZE = 8;
+
+// The least and the greatest byte at each place of the text before the numbers.
+const char LOW[] = "0000/00/00 00:00:00.000 ID00000000: ";
+const char HIGH[] = "9999/19/39 29:59:69.999 IDFFFFFFFF: ";
+
+/// How many of the first bytes are as a record's text has them.
+size_t matchLength(std::string_view nBytes) {
+  const size_t lSize = std::min(nBytes.size(), PREFIX_SIZE);
+  size_t i = 0;
+  while (i < lSize && nBytes[i] >= LOW[i] && nBytes[i] <= HIGH[i]) ++i;
+  return i;
+}
+
+// As above, without a branch for each byte: most texts are right.
+bool hasText(const char* npBytes) {
+  unsigned int lWrong = 0;
+  for (size_t i = 0; i < PREFIX_SIZE; ++i) {
+    lWrong |= static_cast<unsigned int>((npBytes[i] < LOW[i]) | (npBytes[i] > HIGH[i]));
+  }
+  return lWrong == 0;
+}
+
+bool isIdRight(const char* npBytes) {
+  uint32_t lId = 0;
+  for (size_t i = 0; i < ID_TEXT_SIZE; ++i) {
+    const unsigned int lDigit = static_cast<unsigned char>(npBytes[ID_TEXT_AT + i]);
+    if (lDigit > '9' && lDigit < 'A') return false;
+    lId = lId << 4 | (lDigit <= '9' ? lDigit - '0' : lDigit - 'A' + 10);
+  }
+  return lId == littleEndian32(npBytes + ID_AT) && lId <= 0x7FFFFFFF;
+}
+
+bool isBase(const char* npBytes) { return hasText(npBytes) && isIdRight(npBytes); }
+
+class LogRecordFormat : public RecordFormat {
+ public:
+  RecordVerdict judge(const RecordView& nView) const override {
+    const std::string_view lBytes = nView.mBytes;
+    if (lBytes.size() < BASE_SIZE) {
+      const bool lMayBe = matchLength(lBytes) == std::min(lBytes.size(), PREFIX_SIZE);
+      return {lMayBe ? RecordVerdict::SHORT : RecordVerdict::WRONG, BASE_SIZE};
+    }
+    if (!isBase(lBytes.data())) return {RecordVerdict::WRONG, 0};
+    const uint64_t lSize = uint64_t{littleEndian32(lBytes.data() + SIZE_AT)} + BASE_SIZE + 1;
+    if (lSize > MAX_RECORD) return {RecordVerdict::WRONG, 0};
+    return judgeEnd(nView, static_cast<size_t>(lSize));
+  }
+
+  size_t find(const RecordView& nView) const override { return findFrom(nView.mBytes, 1); }
+  size_t overlap() const override { return BASE_SIZE; }
+
+  void decode(std::string_view nBytes, Record* npRecord) const override {
+    npRecord->mKind = LOG_RECORD;
+    npRecord->mId = static_cast<int>(littleEndian32(nBytes.data() + ID_AT));
+    npRecord->mVersion = 0;
+    npRecord->mTick = littleEndian32(nBytes.data() + TICK_AT);
+    npRecord->mStamp = nBytes.substr(0, STAMP_SIZE);
+    npRecord->mData = nBytes.substr(BASE_SIZE, nBytes.size() - BASE_SIZE - 1);
+  }
+
+  void explain(const RecordView& nView, RecordDamage* npDamage) const override {
+    const std::string_view lBytes = nView.mBytes;
+    if (matchLength(lBytes) < std::min(lBytes.size(), PREFIX_SIZE)) {
+      npDamage->mExpected = "a record's date, time and id";
+      npDamage->mFound = quoteBytes(lBytes.substr(0, PREFIX_SIZE));
+    } else if (lBytes.size() < BASE_SIZE) {
+      npDamage->mExpected = fmt::format("{} bytes before the data", BASE_SIZE);
+      npDamage->mFound = fmt::format("the end after {}", lBytes.size());
+    } else if (!isIdRight(lBytes.data())) {
+      npDamage->mExpected = fmt::format("the id {} of the text", quoteBytes(lBytes.substr(ID_TEXT_AT, ID_TEXT_SIZE)));
+      npDamage->mFound = fmt::format("the id {:08X}", littleEndian32(lBytes.data() + ID_AT));
+    } else {
+      explainEnd(nView, npDamage);
+    }
+  }
+
+ private:
+  // A size that is spoilt may lead to a line feed by chance. Then no record follows, and one begins within.
+  static RecordVerdict judgeEnd(const RecordView& nView, size_t nSize) {
+    const std::string_view lBytes = nView.mBytes;
+    if (lBytes.size() < nSize) return {RecordVerdict::SHORT, nSize};
+    if (lBytes[nSize - 1] != '\n') return {RecordVerdict::WRONG, 0};
+    const std::string_view lRest = lBytes.substr(nSize);
+    if (lRest.size() < PREFIX_SIZE && !nView.mIsAll && !nView.mIsLive) {
+      return {RecordVerdict::SHORT, nSize + BASE_SIZE};
+    }
+    const bool lIsFollowed = lRest.size() >= PREFIX_SIZE ? hasText(lRest.data()) : matchLength(lRest) == lRest.size();
+    const bool lIsWhole = lIsFollowed || findFrom(lBytes.substr(0, nSize), 1) == std::string_view::npos;
+    return {lIsWhole ? RecordVerdict::WHOLE : RecordVerdict::WRONG, nSize};
+  }
+
+  static size_t findFrom(std::string_view nBytes, size_t nFrom) {
+    for (size_t lAt = nFrom; lAt < nBytes.size(); ++lAt) {
+      const void* const lpFound = memchr(nBytes.data() + lAt, ':', nBytes.size() - lAt);
+      if (lpFound == nullptr) break;
+      // A record's text has three colons: 13 and 16 bytes behind its begin, and 34, where nothing else fits.
+      lAt = static_cast<size_t>(static_cast<const char*>(lpFound) - nBytes.data());
+      if (lAt < nFrom + 13 || lAt - 13 + BASE_SIZE > nBytes.size()) continue;
+      if (isBase(nBytes.data() + lAt - 13)) return lAt - 13;
+    }
+    return std::string_view::npos;
+  }
+
+  static void explainEnd(const RecordView& nView, RecordDamage* npDamage) {
+    const uint64_t lSize = littleEndian32(nView.mBytes.data() + SIZE_AT);
+    const uint64_t lEnd = lSize + BASE_SIZE;
+    npDamage->mExpected = fmt::format("{} bytes of data and a line feed", lSize);
+    if (lEnd + 1 > MAX_RECORD) {
+      npDamage->mExpected = fmt::format("a data size of at most {}", MAX_RECORD - BASE_SIZE - 1);
+      npDamage->mFound = std::to_string(lSize);
+    } else if (nView.mBytes.size() <= lEnd) {
+      npDamage->mFound = fmt::format("the end after {}", nView.mBytes.size() - BASE_SIZE);
+    } else if (nView.mBytes[static_cast<size_t>(lEnd)] != '\n') {
+      npDamage->mFound =
+          fmt::format("{} behind the data", quoteBytes(nView.mBytes.substr(static_cast<size_t>(lEnd), 1)));
+    } else {
+      npDamage->mFound = "another record within";
+    }
+  }
+};
+
+}  // namespace
+
+const RecordFormat& logRecordFormat() {
+  static const LogRecordFormat FORMAT;
+  return FORMAT;
+}
+
+}  // namespace tool
