@@ -98,12 +98,17 @@ function(nfw_benchmark nName)
   target_link_libraries(${nName} PRIVATE benchmark::benchmark)
 endfunction()
 
-# nfw_fuzz_target(NAME SOURCES...): a program of scripts/fuzz; its seeds are in fuzz/corpus/NAME
-function(nfw_fuzz_target nName)
+# nfw_fuzz_program(NAME SOURCES...): a program of scripts/fuzz; its seeds are in fuzz/corpus/NAME
+function(nfw_fuzz_program nName)
   add_executable(${nName} ${ARGN})
-  nfw_inside(${nName})
   target_link_options(${nName} PRIVATE -fsanitize=fuzzer)
   set_target_properties(${nName} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/fuzz)
+endfunction()
+
+# nfw_fuzz_target(NAME SOURCES...): one that reaches into the framework
+function(nfw_fuzz_target nName)
+  nfw_fuzz_program(${nName} ${ARGN})
+  nfw_inside(${nName})
 endfunction()
 
 # nfw_check_headers(NAME DIRECTORY...): each header of the folders compiles by itself
