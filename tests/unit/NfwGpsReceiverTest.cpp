@@ -2,9 +2,7 @@
 // Both have to mean the same.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <iostream>
 #include <random>
 #include <string>
 #include <vector>
@@ -15,6 +13,7 @@
 #include "NfwNmeaDataParser.h"
 #include "PlatformSeams.h"
 #include "RecordBytes.h"
+#include "Recordings.h"
 
 using namespace nfw;
 using Strings = std::vector<std::string>;
@@ -268,15 +267,11 @@ TEST(GpsReceiverTest, ReadsSpoiltSentencesAsTheFrameworkDoes) {
 }
 
 TEST(GpsReceiverTest, ReadsRecordedSentencesAsTheFrameworkDoes) {
-  const char* const lpDirectory = std::getenv("NFW_NMEA_DIR");
-  if (lpDirectory == nullptr) GTEST_SKIP() << "no recordings: NFW_NMEA_DIR names no folder of *.log files";
+  const auto lRecordings = nfwtest::recordings();
+  if (lRecordings.empty()) GTEST_SKIP() << nfwtest::NO_RECORDINGS;
   size_t lCount = 0;
-  for (const auto& lEntry : std::filesystem::directory_iterator(lpDirectory)) {
-    if (lEntry.path().extension() != ".log") continue;
-    SCOPED_TRACE(lEntry.path());
-    std::ifstream lFile(lEntry.path(), std::ios::binary);
-    Strings lSentences;
-    for (std::string lLine; std::getline(lFile, lLine);) lSentences.push_back(lLine.substr(0, 256));
+  for (Strings lSentences : lRecordings) {
+    for (std::string& lText : lSentences) lText = lText.substr(0, gpshost::Receiver::MAX_SENTENCE);
     expectSameMeaning(lSentences);
     lCount += lSentences.size();
   }
