@@ -28,12 +28,6 @@ std::string_view combinedTalker(const SkyModel& nSky) {
   return lTalker;
 }
 
-// Two decimals; what rounds up to 360 is 0.
-double roundedCourse(double nCourse) {
-  const double lCourse = std::round(nCourse * 100.0) / 100.0;
-  return lCourse >= 360.0 ? lCourse - 360.0 : lCourse;
-}
-
 }  // namespace
 
 SentenceWriter::SentenceWriter(const Epoch& nEpoch, std::string* npText)

@@ -9,16 +9,6 @@ namespace {
 
 const double SPEEDS[] = {5.5, 8.3, 13.9, 13.9, 19.4, 27.8};  // metres per second: a side street to a motorway
 
-double wrapCourse(double nCourse) {
-  const double lCourse = std::fmod(nCourse, 360.0);
-  return lCourse < 0.0 ? lCourse + 360.0 : lCourse;
-}
-
-double wrapLongitude(double nLongitude) {
-  if (nLongitude >= 180.0) return nLongitude - 360.0;
-  return nLongitude < -180.0 ? nLongitude + 360.0 : nLongitude;
-}
-
 }  // namespace
 
 void VehicleModel::step(double nSeconds) {
@@ -61,12 +51,9 @@ void VehicleModel::climb(double nSeconds) {
 }
 
 void VehicleModel::move(double nMetres, double nCourse) {
-  const double lCourse = toRadians(nCourse);
-  const double lNorth = nMetres * std::cos(lCourse) / EARTH_RADIUS;
-  const double lMiddle = toRadians(mState.mLatitude) + lNorth / 2.0;
-  const double lEast = nMetres * std::sin(lCourse) / (EARTH_RADIUS * std::cos(lMiddle));
-  mState.mLatitude += toDegrees(lNorth);
-  mState.mLongitude = wrapLongitude(mState.mLongitude + toDegrees(lEast));
+  const Place lPlace = moved({mState.mLatitude, mState.mLongitude}, nMetres, nCourse);
+  mState.mLatitude = lPlace.mLatitude;
+  mState.mLongitude = lPlace.mLongitude;
 }
 
 }  // namespace drive

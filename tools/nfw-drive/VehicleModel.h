@@ -1,14 +1,9 @@
 #pragma once
 
+#include "Geodesy.h"
 #include "Random.h"
 
 namespace drive {
-
-const double PI = 3.14159265358979323846;
-const double EARTH_RADIUS = 6371008.8;  // metres; the model's earth is a ball
-
-inline double toRadians(double nDegrees) { return nDegrees * PI / 180.0; }
-inline double toDegrees(double nRadians) { return nRadians * 180.0 / PI; }
 
 /// Where the vehicle is and how it moves.
 struct VehicleState {
