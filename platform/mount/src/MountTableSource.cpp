@@ -167,8 +167,9 @@ void MountTableSource::checkDevices() {
 }
 
 bool MountTableSource::hasDevices() const {
-  return std::any_of(mpState->mKnown.begin(), mpState->mKnown.end(),
-                     [](const State::Known& n) { return n.mDevice.isBlock() && n.mInfo.event != SDK_DISCONNECTED; });
+  return std::any_of(mpState->mKnown.begin(), mpState->mKnown.end(), [](const State::Known& n) {
+    return n.mDevice.isBlock() && n.mInfo.event != SDK_DISCONNECTED && n.mInfo.type != SDK_DATABASE;
+  });
 }
 
 void MountTableSource::tellAll(const ZTSMountListener* npListener) {
