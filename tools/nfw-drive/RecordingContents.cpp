@@ -1,0 +1,129 @@
+#include "RecordingContents.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "LogIds.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "RunNote.h"
+
+namespace drive {
+
+namespace {
+
+const int SENSOR_ID_GNSS = 0;
+const int SENSOR_ID_DEAD_RECKONING = 1;
+
+const unsigned char* bytes(std::string_view nData) { return reinterpret_cast<const unsigned char*>(nData.data()); }
+
+// The converter for a record's version, null when there is none.
+nfw::NmeaBinaryLogData* converter(int nVersion) {
+  static nfw::NmeaBinaryLogDataVersion0 lVersion0;
+  static nfw::NmeaBinaryLogDataVersion1 lVersion1;
+  return nVersion == 0 ? &lVersion0 : nVersion == 1 ? &lVersion1 : nullptr;
+}
+
+std::string_view text(const nfw::NmeaSentenceData& nSlot) {
+  return {reinterpret_cast<const char*>(nSlot.mText), nSlot.mLength};
+}
+
+void addReport(const nfw::DeadReckoningNmeaSentence& nReport, ExpectedStream* npStream) {
+  for (const nfw::NmeaSentenceData* const lpSlot : {&nReport.mRmc, &nReport.mVtg, &nReport.mGga}) {
+    npStream->onDeadReckoning(text(*lpSlot));
+  }
+  for (uint32_t i = 0; i < nReport.mGsaCount; ++i) npStream->onDeadReckoning(text(nReport.mGsa[i]));
+  for (uint32_t i = 0; i < nReport.mGsvCount; ++i) npStream->onDeadReckoning(text(nReport.mGsv[i]));
+  npStream->onDeadReckoning(text(nReport.mPubx));
+}
+
+/// Closes what it holds.
+struct Descriptor {
+  ~Descriptor() {
+    if (mFd >= 0) ::close(mFd);
+  }
+  const int mFd;
+};
+
+}  // namespace
+
+bool RecordingContents::readLog(const std::string& nPath, std::string* npReason) {
+  return read(nPath, tool::LOG_RECORD, npReason);
+}
+
+bool RecordingContents::readSensorLog(const std::string& nPath, std::string* npReason) {
+  return read(nPath, tool::SENSOR_RECORD, npReason);
+}
+
+// A replay ends at the first damage, and drops what it has read ahead by then.
+bool RecordingContents::read(const std::string& nPath, tool::RecordKind nKind, std::string* npReason) {
+  const Descriptor lFile = {::open(nPath.c_str(), O_RDONLY | O_CLOEXEC)};
+  if (lFile.mFd < 0) {
+    *npReason = nPath + ": " + std::strerror(errno);
+    return false;
+  }
+  tool::RecordStream lStream(lFile.mFd, this);
+  for (tool::Record lRecord; mDamage.empty() && lStream.next(&lRecord) && lRecord.mKind == nKind;) {
+    if (mRecords++ == 0) mFirstTick = lRecord.mTick;
+    nKind == tool::LOG_RECORD ? take(lRecord) : takeSensor(lRecord);
+  }
+  if (mRecords > 0) return true;
+  *npReason = nPath + ": offset 0: no record of " + (nKind == tool::LOG_RECORD ? "the data logger" : "the sensor log");
+  return false;
+}
+
+void RecordingContents::onDamage(const tool::RecordDamage& nDamage) {
+  if (!mDamage.empty()) return;
+  mDamage =
+      "offset " + std::to_string(nDamage.mOffset) + ": expected " + nDamage.mExpected + ", found " + nDamage.mFound;
+}
+
+void RecordingContents::take(const tool::Record& nRecord) {
+  if (nRecord.mId == LOG_ID_GNSS) takeSentence(nRecord.mData, nRecord.mTick);
+  if (nRecord.mId == LOG_ID_DEAD_RECKONING) mStream.onDeadReckoning(nRecord.mData);
+  if (nRecord.mId == LOG_ID_RUN_NOTE) takeNote(nRecord.mData);
+}
+
+void RecordingContents::takeSensor(const tool::Record& nRecord) {
+  const auto lSize = static_cast<unsigned int>(nRecord.mData.size());
+  if (nRecord.mId == SENSOR_ID_RUN_NOTE) return takeNote(nRecord.mData);
+  nfw::NmeaBinaryLogData* const lpConverter = converter(nRecord.mVersion);
+  if (lpConverter == nullptr) return;
+  if (nRecord.mId == SENSOR_ID_GNSS) {
+    unsigned char lText[256];
+    const int lLength = lpConverter->convertToNmeaSentence(bytes(nRecord.mData), lSize, lText, sizeof(lText));
+    if (lLength > 0) {
+      takeSentence({reinterpret_cast<const char*>(lText), static_cast<size_t>(lLength)}, nRecord.mTick);
+    }
+  }
+  nfw::DeadReckoningNmeaSentence lReport;
+  if (nRecord.mId == SENSOR_ID_DEAD_RECKONING &&
+      lpConverter->convertToDeadReckoningNmeaSentence(bytes(nRecord.mData), lSize, &lReport)) {
+    addReport(lReport, &mStream);
+  }
+}
+
+void RecordingContents::takeNote(std::string_view nNote) {
+  if (nNote == runnote::BEGIN) mHasBegin = true;
+  const std::optional<StreamTally> lEnd = runnote::parseEnd(nNote);
+  if (lEnd && mHasBegin) mLive = lEnd;
+}
+
+void RecordingContents::takeSentence(std::string_view nSentence, uint32_t nTick) {
+  mStream.onSentence(nSentence);
+  mTicks.push_back(nTick);
+}
+
+std::string RecordingContents::compare(const StreamTally& nPlayed, bool* npIsSame) const {
+  *npIsSame = false;
+  if (!mDamage.empty()) return "the recording is damaged, and cannot be played to its end: " + mDamage;
+  std::string lDifference = nPlayed.difference(mStream.get(), "recorded");
+  if (lDifference.empty() && mLive) lDifference = nPlayed.difference(*mLive, "live");
+  *npIsSame = lDifference.empty();
+  if (!lDifference.empty()) return "different: " + lDifference;
+  return mLive ? "the same as the recording, and as the run that made it" : "the same as the recording";
+}
+
+}  // namespace drive
