@@ -20,7 +20,7 @@ namespace tool {
 /// One thread at a time. Nothing is allocated.
 class LineReader {
  public:
-  static constexpr size_t MAX_SENTENCE = 256;  ///< what a raw dispatch can carry
+  static constexpr size_t MAX_SENTENCE = 130;  ///< what the positioning service takes
   static constexpr size_t MIN_SENTENCE = 6;    ///< "$GPGGA"
 
   /// @param nCounts not owned, outlives the reader

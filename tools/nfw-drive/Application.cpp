@@ -6,28 +6,52 @@
 #include <cstdio>
 #include <cstring>
 
-#include "DisplayComponent.h"
+#include "DeadReckoningComponent.h"
 #include "DriveLog.h"
+#include "LogIds.h"
+#include "MountComponent.h"
 #include "NfwConfig.h"
 #include "PositioningComponent.h"
-#include "SourceComponent.h"
+#include "ReplayComponent.h"
 #include "TableView.h"
 
 namespace drive {
 
 namespace {
 
-const unsigned int COMPONENT_NUM = 3;
+const unsigned int COMPONENT_NUM = 7;
+const unsigned int LISTENERS = 4;
+const unsigned int PLAYERS = 4;
+const unsigned int LOG_TYPES = 4;
+const unsigned int MAX_RECORD = 4096;  // bytes; a sentence, a line of the log, a note
 
 void complain(const std::string& nWhat) { std::fprintf(stderr, "nfw-drive: %s\n", nWhat.c_str()); }
 
-void initializeFramework(int nLogLevel) {
+void initializeFramework(const Options& nOptions) {
   static const nfw::MsgLogInfoMap NO_MESSAGES(1, false);
   nfw::Config lConfig;
   lConfig.pMsgLogInfoMap = &NO_MESSAGES;
+  lConfig.maxMountListenerNum = LISTENERS;
+  lConfig.maxRecordEventListenerNum = LISTENERS;
+  lConfig.maxPlayerNum = PLAYERS;
+  lConfig.maxLogTypeNum = LOG_TYPES;
+  lConfig.maxLogFieldSize = MAX_RECORD;
+  lConfig.logBufferSize = nOptions.mRecord.mBufferSize;
+  lConfig.maxLogFileSize = nOptions.mRecord.mMaxFileSize;
+  for (unsigned int nfw::Config::*const lpNum :
+       {&nfw::Config::maxParsedGgaDataListenerNum, &nfw::Config::maxParsedGllDataListenerNum,
+        &nfw::Config::maxParsedGsaDataListenerNum, &nfw::Config::maxParsedGsvDataListenerNum,
+        &nfw::Config::maxParsedVtgDataListenerNum, &nfw::Config::maxParsedZdaDataListenerNum,
+        &nfw::Config::maxParsedRmcDataListenerNum, &nfw::Config::maxParsedPubxDataListenerNum,
+        &nfw::Config::maxParsedNmeaDataListenerNum, &nfw::Config::maxNmeaDataListenerNum,
+        &nfw::Config::maxDeadReckoningNmeaDataListenerNum}) {
+    lConfig.*lpNum = LISTENERS;
+  }
+  lConfig.gnssLoggerId = LOG_ID_GNSS;
+  lConfig.deadReckoningLoggerId = LOG_ID_DEAD_RECKONING;
   nfw::initializeNaviAppFramework(lConfig);
-  nfw::registerLogType(LOG_TYPE_DRIVE, "<NAVI>DRIVE  ", nLogLevel);
-  nfw::setAllFilterLevel(nLogLevel);
+  nfw::registerLogType(LOG_TYPE_DRIVE, "<NAVI>DRIVE  ", nOptions.mLogLevel);
+  nfw::setAllFilterLevel(nOptions.mLogLevel);
 }
 
 }  // namespace
@@ -39,21 +63,33 @@ Application::Application(const Options& nOptions)
       mManager(COMPONENT_NUM),
       mPhases(mManager, mEvents) {}
 
-// The road's thread ends before the dispatchers; components that were never finalised are released by the manager.
+// Components that were never finalised are released by the manager.
 Application::~Application() {
-  mRoad.stop();
   if (mThread.isRunning()) mThread.stop(1, 30000);
   nfw::finalizeNaviAppFramework();
 }
 
 int Application::run() {
-  initializeFramework(mOptions.mLogLevel);
+  initializeFramework(mOptions);
+  if (!readReplay()) return EXIT_USAGE;
   if (!setUp()) {
     complain("the components cannot be set up");
     return EXIT_RUNTIME;
   }
   if (startUp()) waitForEnd();
-  return driveDown(STOP) && driveDown(SHUTDOWN) && driveDown(FINALIZE) ? finish() : EXIT_RUNTIME;
+  return driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE) ? finish() : EXIT_RUNTIME;
+}
+
+// What a replay has to give is known before it begins.
+bool Application::readReplay() {
+  if (!isReplaying()) return true;
+  std::string lReason;
+  const ReplayOptions& lReplay = mOptions.mReplay;
+  const bool lIsRead = lReplay.mFile.empty() ? mRecorded.readSensorLog(lReplay.mSensorFile, &lReason)
+                                             : mRecorded.readLog(lReplay.mFile, &lReason);
+  if (!lIsRead) complain(lReason);
+  mLateness.begin(mRecorded.takeTicks(), mRecorded.getFirstTick());
+  return lIsRead;
 }
 
 bool Application::setUp() {
@@ -61,15 +97,31 @@ bool Application::setUp() {
          mManager.setStatusListener(&mPhases) && addComponents() && mManager.initializeThread(&mThread);
 }
 
-// The phases run in this order: what the source delivers to is initialised before the source starts.
+// Each phase runs in this order: the logs are there before the services, which go before them; listeners are there
+// before the sources, and stay until those have stopped.
 bool Application::addComponents() {
-  auto* const lpPositioning = new PositioningComponent(mRoad, mProgress);
-  const utl::SmartPointer<nfw::Component> lPositioning(lpPositioning);
-  const utl::SmartPointer<nfw::Component> lDisplay(
-      new DisplayComponent(mRoad, createView(mOptions, mProgress, mOutput), mProgress, mOutput, mEvents));
-  const utl::SmartPointer<nfw::Component> lSource(
-      new SourceComponent(mOptions, *lpPositioning, mRoad, mProgress, mEvents, &mSourceFailure));
-  return mManager.addComponent(lPositioning) && mManager.addComponent(lDisplay) && mManager.addComponent(lSource);
+  Windows* const lpWindows = isReplaying() ? nullptr : &mWindows;
+  std::vector<nfw::Component*> lComponents;
+  auto* const lpPositioning = new PositioningComponent(mFailure);
+  auto* const lpRecording = new RecordingComponent(mOptions, mThread, mProgress, mFailure);
+  lComponents = {
+      lpPositioning,
+      new DeadReckoningComponent(mFailure),
+      new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
+                           createView(mOptions, mProgress, mOutput)),
+      lpRecording,
+      new MountComponent(mOptions.mRecord.mDrive, *lpRecording),
+  };
+  if (isReplaying()) lComponents.push_back(new ReplayComponent(mOptions.mReplay, mLateness, mEvents, mFailure));
+  if (hasSource()) {
+    lComponents.push_back(
+        new SourceComponent(mOptions, {lpPositioning->getReceiver(), lpWindows, mProgress, mEvents, mFailure}));
+  }
+  bool lIsAdded = true;
+  for (nfw::Component* const lpComponent : lComponents) {
+    lIsAdded = mManager.addComponent(utl::SmartPointer<nfw::Component>(lpComponent)) && lIsAdded;
+  }
+  return lIsAdded;
 }
 
 // False when the run ended before everything was started.
@@ -106,13 +158,33 @@ bool Application::driveDown(Phase nPhase) {
   return true;
 }
 
-// A source that ended completes its start all the same; every other end cuts a phase short.
+// The sources have stopped; what they sent is still on its way to listeners, which a detach would overtake. What is
+// lost is not waited for longer than the limit, and told afterwards.
+bool Application::awaitListeners() {
+  if (mFailure.isNoted() || (isReplaying() && (hasSource() || !mIsReplayWhole || mRecorded.isDamaged()))) {
+    return true;
+  }
+  const auto lLimit = Events::Clock::now() + std::chrono::seconds(2);
+  const StreamTally& lExpected = isReplaying() ? mRecorded.get() : mProgress.mExpected.get();
+  while (!mProgress.hasReceived(lExpected) && Events::Clock::now() < lLimit) {
+    mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5));
+  }
+  return true;
+}
+
+// A source that ended completes its start all the same; every other end cuts a phase short. A run with a replay and a
+// source of its own goes on until the source ends.
 void Application::noteEnd(unsigned int nEvents) {
   mIsCutShort = (nEvents & (Events::SIGNALLED | Events::OUTPUT_LOST | Events::TIME_UP)) != 0;
-  if ((nEvents & Events::SIGNALLED) != 0) {
+  mIsReplayWhole = mIsReplayWhole || (nEvents & Events::REPLAY_ENDED) != 0;
+  if ((nEvents & Events::FAILED) != 0) {
+    mEnd = "it could not go on";
+  } else if ((nEvents & Events::SIGNALLED) != 0) {
     mEnd = "stopped by a signal";
   } else if ((nEvents & Events::SOURCE_ENDED) != 0) {
-    mEnd = mSourceFailure.empty() ? "the source ended" : "the source cannot be read";
+    mEnd = "the source ended";
+  } else if ((nEvents & Events::REPLAY_ENDED) != 0 && !hasSource()) {
+    mEnd = "the replay ended";
   } else if ((nEvents & Events::OUTPUT_LOST) != 0) {
     mEnd = "the output is gone";
   } else if ((nEvents & Events::TIME_UP) != 0) {
@@ -121,25 +193,52 @@ void Application::noteEnd(unsigned int nEvents) {
 }
 
 int Application::finish() {
-  if (!mSourceFailure.empty()) {
-    complain(mSourceFailure);
-    return EXIT_USAGE;
+  if (mFailure.isNoted()) {
+    complain(mFailure.getText());
+    return mFailure.getExit();
   }
-  const Summary lSummary = {mOptions.mSource.mName, mEnd, mProgress, mPhases};
-  mOutput.write(mOptions.mFormat == FORMAT_JSON ? lSummary.toJson() : lSummary.toText());
+  bool lIsReplaySame = true;
+  writeSummary(compareReplay(&lIsReplaySame));
+  return judge(lIsReplaySame);
+}
+
+void Application::writeSummary(const std::string& nVerdict) {
+  const Summary lSummary = {mOptions.getName(), mEnd, hasSource(), nVerdict, mProgress, mLateness, mPhases};
+  if (mOptions.mFormat == FORMAT_NMEA) {
+    std::fputs(lSummary.toText().c_str(), stderr);
+  } else {
+    mOutput.write(mOptions.mFormat == FORMAT_JSON ? lSummary.toJson() : lSummary.toText());
+  }
   mOutput.flush();
-  return judge();
+}
+
+// Only what one replay alone gave can be compared.
+std::string Application::compareReplay(bool* npIsSame) const {
+  const ReplayOptions& lReplay = mOptions.mReplay;
+  if (!isReplaying()) return {};
+  if (hasSource() || (!lReplay.mFile.empty() && !lReplay.mSensorFile.empty()))
+    return "one of several sources: not compared";
+  if (!mIsReplayWhole) return "ended early: not compared";
+  return mRecorded.compare(mProgress.delivered(), npIsSame);
 }
 
 // A reader of the output that went away is no failure.
-int Application::judge() const {
+int Application::judge(bool nIsReplaySame) const {
   if (mOutput.getState() == tool::Output::FAILED) {
     complain(fmt::format("standard output: {}", std::strerror(mOutput.getError())));
     return EXIT_RUNTIME;
   }
   if (!mProgress.addsUp()) complain("the counts do not add up");
-  if (!mProgress.isAllDelivered()) complain("not everything that was accepted was delivered");
-  return mProgress.addsUp() && mProgress.isAllDelivered() ? EXIT_DONE : EXIT_RUNTIME;
+  if (!isAllDelivered()) {
+    complain("not everything was delivered: " + mProgress.delivered().difference(mProgress.expected(), "expected"));
+  }
+  if (!nIsReplaySame) complain(mOptions.mReplay.getName() + ": what was played is not what was recorded");
+  return mProgress.addsUp() && isAllDelivered() && nIsReplaySame ? EXIT_DONE : EXIT_RUNTIME;
+}
+
+// Listeners that follow a replay hear nothing of the source.
+bool Application::isAllDelivered() const {
+  return isReplaying() || (mProgress.delivered() == mProgress.expected() && mProgress.areReportsDelivered());
 }
 
 // A phase hangs, perhaps because nobody reads the output, and the user insists.

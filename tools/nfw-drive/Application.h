@@ -1,9 +1,9 @@
 #pragma once
 
-#include "GnssRoad.h"
-#include "PhaseDriver.h"
+#include "DisplayComponent.h"
+#include "RecordingContents.h"
+#include "SourceComponent.h"
 #include "Summary.h"
-#include "View.h"
 
 namespace drive {
 
@@ -18,28 +18,38 @@ class Application {
   int run();  ///< the exit code
 
  private:
+  bool readReplay();
   bool setUp();
   bool addComponents();
   bool startUp();
   void waitForEnd();
   bool drive(Phase nPhase);
   bool driveDown(Phase nPhase);
+  bool awaitListeners();
   void noteEnd(unsigned int nEvents);
   int finish();
-  int judge() const;
+  void writeSummary(const std::string& nVerdict);
+  std::string compareReplay(bool* npIsSame) const;
+  int judge(bool nIsReplaySame) const;
+  bool isAllDelivered() const;
+  bool hasSource() const { return mOptions.mSource.mKind != SourceSpec::NONE; }
+  bool isReplaying() const { return mOptions.mReplay.isWanted(); }
   [[noreturn]] void abandon();
 
   const Options& mOptions;
   Events mEvents;  // before every thread: it blocks signals
+  Failure mFailure{mEvents};
   Progress mProgress;
+  Windows mWindows;
+  Lateness mLateness;
+  RecordingContents mRecorded;  // what is replayed
   tool::Output mOutput;
-  std::string mSourceFailure;
   std::string mEnd;  // why the run ends, empty while it goes on
   bool mIsCutShort = false;
+  bool mIsReplayWhole = false;
   std::optional<Events::Clock::time_point> mDeadline;
   Events::Clock::time_point mStopTime;
   utl::MsgDrivenSharedThread mThread;  // of the phases
-  GnssRoad mRoad;
   nfw::ComponentManager mManager;
   PhaseDriver mPhases;
 };

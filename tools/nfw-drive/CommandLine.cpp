@@ -1,16 +1,19 @@
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <CLI/CLI.hpp>
 #include <cmath>
 
 #include "Options.h"
+#include "Settings.h"
 
 namespace drive {
 
 namespace {
 
 const char* const DESCRIPTION =
-    "Takes positioning sentences from a source, parses them, routes them to listeners and shows the fix.\n"
+    "Takes positioning sentences from a source, hands them to listeners through the positioning and dead-reckoning\n"
+    "services, shows the fix, records both logs and plays them back.\n"
     "An application of components that the component manager drives through all six phases.";
 
 const char* const MANUAL = R"(Sources:
@@ -25,26 +28,46 @@ const char* const MANUAL = R"(Sources:
 Sentences:
   GGA, GLL, GSA, GSV, RMC, VTG, ZDA and $PUBX,00 are parsed; other kinds are counted.
   What is no sentence is counted and left out: noise, sentences cut in the middle, over
-  256 characters, with binary bytes, or with a wrong checksum. A sentence without a
+  130 characters, with binary bytes, or with a wrong checksum. A sentence without a
   checksum is accepted as long as the source has not sent one with a right checksum.
+  Dead reckoning is derived from the source: without a fix it goes on by the simulated
+  wheels, or by the last speed and course.
+
+Recordings:
+  --record makes DIR/PREFIX_YYYYMMDD-hhmmss_NN.log with the sentences (id 20), those of dead
+  reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log. While
+  recording, --speed max is two sentences a millisecond, which a replay can follow.
+  --replay and --sys-replay play a recording at the pace it was made, to the same listeners;
+  of two at once the first is heard first, then the other. Without a SOURCE the run ends with
+  the replay. The summary compares what listeners received with the recording, and with the
+  run that made it.
+  --record-on records onto a stick or card while it is mounted: DRIVE is the kernel's name of
+  the device (sda1), or the last name of the mount point of one without a device.
+
+Settings:
+  --settings FILE keeps SOURCE, --speed, --record, --prefix, --backup and --log-level: what the
+  command line does not give is taken from the file, and the file is written anew.
 
 Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
   json    one object a line for each parsed sentence; the last is the summary
+  nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
-  The log goes to standard error, on a live view under the table.
+  The log goes to standard error, on a live view under the table. With nmea the summary does, too.
 
 Exit status:
-  0  the source ended, the time was up, or Ctrl-C; 1  something broke on the way;
-  2  a wrong command line, or a source that cannot be read. Another Ctrl-C, a second later, ends at once.
+  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, or listeners did not
+  receive what they should; 2  a wrong command line, or what it names cannot be read or written.
+  Another Ctrl-C, a second later, ends at once.
 
 Examples:
   nfw-drive                                    watch a simulated drive
-  nfw-drive sim --rate 10 --seed 7 --for 60
-  nfw-drive drive.nmea --speed 10              a recording, ten times as fast
+  nfw-drive sim --tunnel 20-35 --dr --for 60   dead reckoning through a tunnel
+  nfw-drive drive.nmea --speed 10              a recording of sentences, ten times as fast
   nfw-drive drive.nmea --speed max --format json > drive.json
   nfw-drive tcp://127.0.0.1:2947               what gpsd hears
-  nfw-drive /dev/ttyACM0 --baud 115200 --log-level 4
+  nfw-drive /dev/ttyACM0 --baud 115200 --record /data/log --sys-record /data/sensor.bin
+  nfw-drive --replay /data/log/drive_20260131-080000_00.log --format nmea > drive.nmea
 )";
 
 /// The texts as they stand on the command line.
@@ -56,11 +79,42 @@ struct Arguments {
   unsigned int mBaud = 9600;
   bool mIgnoresChecksums = false;
   std::vector<std::string> mSystems;
+  std::vector<std::string> mTunnels;
+  std::string mSettings;
 };
 
-const std::map<std::string, Format> FORMATS = {{"table", FORMAT_TABLE}, {"json", FORMAT_JSON}, {"none", FORMAT_NONE}};
+const std::map<std::string, Format> FORMATS = {
+    {"table", FORMAT_TABLE}, {"json", FORMAT_JSON}, {"nmea", FORMAT_NMEA}, {"none", FORMAT_NONE}};
 const std::map<std::string, SatelliteSystem> SYSTEMS = {
     {"gps", SYSTEM_GPS}, {"glonass", SYSTEM_GLONASS}, {"galileo", SYSTEM_GALILEO}};
+
+CLI::Validator sizeCheck(const char* npRange, unsigned int nMin, unsigned int nMax) {
+  return CLI::AsSizeValue(false).description("") & CLI::Range(nMin, nMax).description(npRange);
+}
+
+void declareRecording(CLI::App& nApp, Options& nOptions) {
+  RecordOptions& lRecord = nOptions.mRecord;
+  auto* const lpRecord = nApp.add_option("--record", lRecord.mDirectory, "record into a directory")->type_name("DIR");
+  nApp.add_option("--record-on", lRecord.mDrive, "record onto a device while it is mounted")
+      ->type_name("DRIVE")
+      ->excludes(lpRecord);
+  nApp.add_option("--prefix", lRecord.mPrefix, "of the names of the recording's files, drive unless given")
+      ->type_name("P");
+  nApp.add_option("--backup", lRecord.mBackup, "copy this directory beside the recording first")->type_name("DIR");
+  nApp.add_option("--sys-record", lRecord.mSensorFile, "record the sensor log into a new file")->type_name("FILE");
+  nApp.add_option("--max-file-size", lRecord.mMaxFileSize, "of a file of the recording, 16M unless given")
+      ->type_name("SIZE")
+      ->transform(sizeCheck("", 4096, 0xFFFFFFFF));
+  nApp.add_option("--buffer-size", lRecord.mBufferSize, "between the callers and the disk, 256K unless given")
+      ->type_name("SIZE")
+      ->transform(sizeCheck("", 16 * 1024, 64 * 1024 * 1024));
+  nApp.add_option("--replay", nOptions.mReplay.mFile, "play a recording")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile.description(""));
+  nApp.add_option("--sys-replay", nOptions.mReplay.mSensorFile, "play a sensor log")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile.description(""));
+}
 
 void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.set_version_flag("--version", "nfw-drive " NFW_VERSION);
@@ -74,7 +128,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
-  nApp.add_option("--format", nArguments.mFormat, "table, json or none")
+  nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
       ->type_name("FORMAT")
       ->check(CLI::IsMember(FORMATS).description(""));
   nApp.add_option("--log-level", nOptions.mLogLevel, "0 nothing, 1 errors, 2 warnings, 3 information (default) ... 5")
@@ -91,6 +145,14 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->delimiter(',')
       ->expected(1, SYSTEM_NUM)
       ->check(CLI::IsMember(SYSTEMS).description(""));
+  nApp.add_option("--tunnel", nArguments.mTunnels,
+                  "without satellites from the one second of the simulated drive to the other")
+      ->type_name("FROM-UNTIL")
+      ->delimiter(',');
+  nApp.add_flag("--dr", nOptions.mShowsDeadReckoning, "show the sentences of dead reckoning");
+  declareRecording(nApp, nOptions);
+  nApp.add_option("--settings", nArguments.mSettings, "a file of settings; the command line goes before it")
+      ->type_name("FILE");
 }
 
 bool isRegularFile(const std::string& nPath) {
@@ -120,17 +182,64 @@ void setLimit(double nSeconds, Options& nOptions) {
   (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
 }
 
-void complete(const Arguments& nArguments, Options& nOptions) {
+// "20-35": seconds from the start of the drive.
+SimulatorOptions::Tunnel parseTunnel(const std::string& nText) {
+  double lFrom = 0.0;
+  double lUntil = 0.0;
+  const size_t lDash = nText.find('-');
+  if (lDash == std::string::npos || !CLI::detail::lexical_cast(nText.substr(0, lDash), lFrom) ||
+      !CLI::detail::lexical_cast(nText.substr(lDash + 1), lUntil) || !(lFrom >= 0.0 && lUntil > lFrom) ||
+      lUntil > 1e9) {
+    throw CLI::ValidationError("--tunnel", "\"" + nText + "\" is no FROM-UNTIL in seconds, as 20-35");
+  }
+  return {std::llround(lFrom * 1000.0), std::llround(lUntil * 1000.0)};
+}
+
+// A sensor log tells nothing of its beginning: another run at its end could not be told from this one.
+void checkNewFile(const std::string& nPath) {
+  if (!nPath.empty() && ::access(nPath.c_str(), F_OK) == 0) {
+    throw CLI::ValidationError("--sys-record", nPath + ": exists already");
+  }
+}
+
+void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   std::string lReason;
   if (!parseSourceSpec(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
     throw CLI::ValidationError(nArguments.mSource, lReason);
   }
+  if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceSpec::NONE;
   setSpeed(nArguments.mSpeed, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
   nOptions.mFormat = FORMATS.at(nArguments.mFormat);
   nOptions.mJudgesChecksums = !nArguments.mIgnoresChecksums;
   if (!nArguments.mSystems.empty()) nOptions.mSimulator.mSystems = 0;
   for (const std::string& lName : nArguments.mSystems) nOptions.mSimulator.mSystems |= 1u << SYSTEMS.at(lName);
+  for (const std::string& lText : nArguments.mTunnels) nOptions.mSimulator.mTunnels.push_back(parseTunnel(lText));
+  checkNewFile(nOptions.mRecord.mSensorFile);
+}
+
+// What the command line does not give is taken from the file.
+void applySettings(CLI::App& nApp, Settings& nSettings, const std::string& nPath) {
+  if (::access(nPath.c_str(), F_OK) == 0) nSettings.load();  // the first run has none
+  for (const Settings::Entry& lEntry : Settings::ENTRIES) {
+    CLI::Option* const lpOption = nApp.get_option(lEntry.mpOption);
+    char* const lpValue = nSettings.*lEntry.mpValue;
+    if (lpOption->count() == 0 && *lpValue != '\0') {
+      lpOption->add_result(lpValue);
+      try {
+        lpOption->run_callback();
+      } catch (const CLI::ParseError& lError) {
+        throw CLI::ValidationError(nPath, std::string(lEntry.mpKey) + ": " + lError.what());
+      }
+    }
+    if (lpOption->count() == 0) continue;
+    const std::string lText = lpOption->as<std::string>();
+    if (lText.size() > Settings::MAX_VALUE) {
+      throw CLI::ValidationError(lEntry.mpOption, "over " + std::to_string(Settings::MAX_VALUE) +
+                                                      " characters, too long for the settings file");
+    }
+    lpValue[lText.copy(lpValue, Settings::MAX_VALUE)] = '\0';
+  }
 }
 
 }  // namespace
@@ -142,7 +251,13 @@ std::optional<Options> parseCommandLine(int nArgc, const char* const* npArgv, in
   declare(lApp, lArguments, lOptions);
   try {
     lApp.parse(nArgc, npArgv);
-    complete(lArguments, lOptions);
+    const bool lHasSource = lApp.get_option("SOURCE")->count() > 0;
+    Settings lSettings(lArguments.mSettings.c_str());
+    if (!lArguments.mSettings.empty()) applySettings(lApp, lSettings, lArguments.mSettings);
+    complete(lArguments, lHasSource, lOptions);
+    if (!lArguments.mSettings.empty() && !lSettings.save()) {
+      throw CLI::ValidationError(lArguments.mSettings, "cannot be written");
+    }
     return lOptions;
   } catch (const CLI::ParseError& lError) {
     *npExit = lApp.exit(lError) == 0 ? EXIT_DONE : EXIT_USAGE;

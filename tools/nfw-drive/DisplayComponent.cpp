@@ -2,42 +2,35 @@
 
 namespace drive {
 
-namespace {
-
-const int MSG_BEGIN = 0x100;
-const int MSG_END = 0x101;
-
-}  // namespace
-
 int DisplayComponent::initializeAfterQuickBootImp() {
-  return initializeThread(&mRoad.getThread()) && mListener.attach() ? nfw::PHASE_DONE : nfw::PHASE_FAILED;
+  if (initializeThread(&mParts.mThread) && mGnss.attach() && mDeadReckoning.attach()) return nfw::PHASE_DONE;
+  mParts.mFailure.note(EXIT_RUNTIME, "the services take no listeners");
+  return nfw::PHASE_FAILED;
 }
 
 int DisplayComponent::startImp() {
   mTimerId = setTimer(TICK_MS, 0, 0, 0);
-  return postMsg(MSG_BEGIN) && mTimerId > 0 ? nfw::PHASE_DONE : nfw::PHASE_FAILED;
+  mView.use([](View& nView) { nView.begin(); });
+  return mTimerId > 0 ? nfw::PHASE_DONE : nfw::PHASE_FAILED;
 }
 
-// The source has stopped: what it sent lies in the queue before this message.
+// The sources have stopped. Detaching waits for the services' threads, so everything that was under way has been shown.
 int DisplayComponent::shutdownImp() {
-  if (getThread() == nullptr) return nfw::PHASE_DONE;
-  killTimer(mTimerId, 1);
-  const bool lIsShown = sendMsgSync(MSG_END);
-  mListener.detach();
-  return lIsShown ? nfw::PHASE_DONE : nfw::PHASE_FAILED;
+  if (mTimerId > 0) killTimer(mTimerId, 1);
+  mGnss.detach();
+  mDeadReckoning.detach();
+  mView.use([](View& nView) { nView.end(); });
+  checkOutput();
+  return nfw::PHASE_DONE;
 }
 
-void DisplayComponent::receiveMsg(int, utl::ThreadRawMsg& nMsg) {
-  int lId = 0;
-  if (!nMsg.getMsgId(&lId)) return;
-  if (lId == MSG_BEGIN) mpView->begin();
-  if (lId == MSG_END) mpView->end();
-  if (lId == utl::TimerMsg::MSG_ID) mpView->tick();
+void DisplayComponent::receiveMsg(int, utl::ThreadRawMsg&) {
+  mView.use([](View& nView) { nView.tick(); });
   checkOutput();
 }
 
 void DisplayComponent::checkOutput() {
-  if (mOutput.getState() != tool::Output::OPEN) mEvents.notify(Events::OUTPUT_LOST);
+  if (mParts.mOutput.getState() != tool::Output::OPEN) mParts.mEvents.notify(Events::OUTPUT_LOST);
 }
 
 }  // namespace drive

@@ -1,22 +1,33 @@
 #pragma once
 
-#include "Events.h"
+#include "DeadReckoningListener.h"
+#include "Failure.h"
 #include "GnssListener.h"
+#include "Intake.h"
 #include "NfwSharedThreadComponent.h"
 
 namespace drive {
 
-/// Shows what the dispatchers deliver. All its work is done on their thread, so the view needs no lock.
+/// Shows what the services deliver. Its own messages come on the thread of the phases.
 class DisplayComponent : public nfw::SharedThreadComponent {
  public:
-  DisplayComponent(GnssRoad& nRoad, std::unique_ptr<View> npView, Progress& nProgress, tool::Output& nOutput,
-                   Events& nEvents)
+  /// What it works with; everything outlives it.
+  struct Parts {
+    utl::MsgDrivenSharedThread& mThread;
+    Progress& mProgress;
+    tool::Output& mOutput;
+    Events& mEvents;
+    Failure& mFailure;
+    Windows* mpWindows;  // null when nobody waits for places
+    Lateness& mLateness;
+  };
+
+  DisplayComponent(const Parts& nParts, std::unique_ptr<View> npView)
       : nfw::SharedThreadComponent("Display"),
-        mRoad(nRoad),
-        mpView(std::move(npView)),
-        mListener(nRoad, *mpView, nProgress),
-        mOutput(nOutput),
-        mEvents(nEvents) {}
+        mParts(nParts),
+        mView(std::move(npView)),
+        mGnss(mView, nParts.mpWindows ? &nParts.mpWindows->mSentences : nullptr, nParts.mProgress, nParts.mLateness),
+        mDeadReckoning(mView, nParts.mpWindows ? &nParts.mpWindows->mReports : nullptr, nParts.mProgress) {}
 
  private:
   int initializeBeforeQuickBootImp() override { return nfw::PHASE_DONE; }
@@ -28,11 +39,10 @@ class DisplayComponent : public nfw::SharedThreadComponent {
   void checkOutput();
 
   static constexpr unsigned int TICK_MS = 250;
-  GnssRoad& mRoad;
-  const std::unique_ptr<View> mpView;
-  GnssListener mListener;
-  tool::Output& mOutput;
-  Events& mEvents;
+  const Parts mParts;
+  SharedView mView;
+  GnssListener mGnss;
+  DeadReckoningListener mDeadReckoning;
   int mTimerId = -1;
 };
 

@@ -17,6 +17,8 @@ class Events {
     OUTPUT_LOST = 4,  ///< nobody reads the output any more, or it cannot be written
     SIGNALLED = 8,    ///< SIGINT, SIGTERM or SIGHUP
     TIME_UP = 16,
+    FAILED = 32,        ///< something that the run cannot do without
+    REPLAY_ENDED = 64,  ///< nothing is left to play
   };
 
   Events();

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "JsonRecord.h"
+#include "LineReader.h"
+#include "NfwNmeaDataParser.h"
 #include "SentenceTime.h"
 
 namespace drive {
@@ -29,6 +31,21 @@ void FixState::take(const nfw::GsvSentence& nRecord) {
   mInView[static_cast<size_t>(nRecord.satelliteType)] = nRecord.satelliteView;
 }
 
+void FixState::takeReckoned(std::string_view nSentence) {
+  char lText[tool::LineReader::MAX_SENTENCE + 1];  // the parser wants a terminator
+  const auto lSize = static_cast<unsigned int>(nSentence.copy(lText, sizeof(lText) - 1));
+  lText[lSize] = '\0';
+  const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText, lSize);
+  nfw::GgaSentence lGga;
+  nfw::RmcSentence lRmc;
+  if (lKind == nfw::NMEA_GGA && nfw::NmeaDataParser::parseGgaSentence(lText, lSize, &lGga)) mReckonedGga = lGga;
+  if (lKind == nfw::NMEA_RMC && nfw::NmeaDataParser::parseRmcSentence(lText, lSize, &lRmc)) mReckonedRmc = lRmc;
+}
+
+bool FixState::isReckoned() const {
+  return mGga.quality == nfw::QUALITY_INVALID && !mRmc.status && mReckonedRmc.status;
+}
+
 void FixState::takeTime(std::string_view nSentence) {
   const int64_t lTime = tool::sentenceTime(nSentence);
   if (lTime >= 0) mTimeMs = lTime;
@@ -43,6 +60,9 @@ std::string FixState::time() const {
 }
 
 std::string FixState::position() const {
+  if (isReckoned() && hasPosition(mReckonedGga.latitude)) {
+    return positionText(mReckonedGga.latitude, mReckonedGga.longitude);
+  }
   if (mGga.quality == nfw::QUALITY_INVALID && !mRmc.status) return "no position";
   if (hasPosition(mGga.latitude)) return positionText(mGga.latitude, mGga.longitude);
   if (hasPosition(mRmc.latitude)) return positionText(mRmc.latitude, mRmc.longitude);
@@ -50,15 +70,19 @@ std::string FixState::position() const {
 }
 
 std::string FixState::speed() const {
-  const double lKmh = mRmc.status ? mRmc.speed * 1.852 : mVtg.speedKmh;
+  const nfw::RmcSentence& lRmc = isReckoned() ? mReckonedRmc : mRmc;
+  const double lKmh = lRmc.status ? lRmc.speed * 1.852 : mVtg.speedKmh;
   return fmt::format("{:.1f} km/h", lKmh);
 }
 
 std::string FixState::course() const {
-  return fmt::format("{:.1f} deg", mRmc.status ? mRmc.direction : mVtg.directionForTrueNorth);
+  const nfw::RmcSentence& lRmc = isReckoned() ? mReckonedRmc : mRmc;
+  return fmt::format("{:.1f} deg", lRmc.status ? lRmc.direction : mVtg.directionForTrueNorth);
 }
 
-std::string FixState::fix() const { return fmt::format("{}, {}", FIXES[mGsa.mode], QUALITIES[mGga.quality]); }
+std::string FixState::fix() const {
+  return fmt::format("{}, {}", FIXES[mGsa.mode], isReckoned() ? "reckoned" : QUALITIES[mGga.quality]);
+}
 
 std::string FixState::satellites() const {
   std::string lText;

@@ -17,14 +17,17 @@ class FixState {
   void take(const nfw::GsvSentence& nRecord);
   void take(const nfw::ZdaSentence& nRecord) { mDate = nRecord.date; }
   void take(const nfw::VtgSentence& nRecord) { mVtg = nRecord; }
+  /// A sentence of dead reckoning: its position stands in when the receiver has none.
+  void takeReckoned(std::string_view nSentence);
   /// The time is taken from the text: the records keep the digits behind the second unscaled.
   void takeTime(std::string_view nSentence);
 
+  bool isReckoned() const;         ///< the receiver has no position, dead reckoning has
   std::string time() const;        ///< "2026-01-31 08:00:12.300"
   std::string position() const;    ///< "35.6580000 139.7450000", or "no position"
   std::string speed() const;       ///< "36.4 km/h"
   std::string course() const;      ///< "123.4 deg"
-  std::string fix() const;         ///< "3D gps", "none invalid" ...
+  std::string fix() const;         ///< "3D, gps", "no fix, invalid", "no fix, reckoned" ...
   std::string satellites() const;  ///< "GPS 10, GLONASS 8 in view"
 
   const nfw::GgaSentence& getGga() const { return mGga; }
@@ -37,6 +40,8 @@ class FixState {
   nfw::RmcSentence mRmc;
   nfw::GsaSentence mGsa;
   nfw::VtgSentence mVtg;
+  nfw::GgaSentence mReckonedGga;
+  nfw::RmcSentence mReckonedRmc;
   nfw::GnssSentenceDate mDate;
   std::array<uint32_t, SYSTEM_TYPES> mInView{};
   int64_t mTimeMs = -1;

@@ -9,6 +9,7 @@ namespace drive {
 class FixView : public View {
  public:
   void showRaw(std::string_view nSentence) override { mFix.takeTime(nSentence); }
+  void showDeadReckoning(std::string_view nSentence) override { mFix.takeReckoned(nSentence); }
   void showGga(const nfw::GgaSentence& nRecord) override { mFix.take(nRecord); }
   void showGsa(const nfw::GsaSentence& nRecord) override { mFix.take(nRecord); }
   void showGsv(const nfw::GsvSentence& nRecord) override { mFix.take(nRecord); }

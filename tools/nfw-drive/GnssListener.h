@@ -1,6 +1,6 @@
 #pragma once
 
-#include "GnssRoad.h"
+#include "Lateness.h"
 #include "NfwNmeaDataListener.h"
 #include "NfwParsedGgaDataListener.h"
 #include "NfwParsedGllDataListener.h"
@@ -11,11 +11,13 @@
 #include "NfwParsedRmcDataListener.h"
 #include "NfwParsedVtgDataListener.h"
 #include "NfwParsedZdaDataListener.h"
-#include "View.h"
+#include "SharedView.h"
+#include "Window.h"
 
 namespace drive {
 
-/// Listens to everything: shows it, counts it, and gives its place in the window back.
+/// Listens to everything that the positioning service has: shows it, counts it, and gives each sentence's place in the
+/// window back. On the service's thread.
 class GnssListener : public nfw::NmeaDataListener,
                      public nfw::ParsedNmeaDataListener,
                      public nfw::ParsedGgaDataListener,
@@ -27,28 +29,37 @@ class GnssListener : public nfw::NmeaDataListener,
                      public nfw::ParsedZdaDataListener,
                      public nfw::ParsedPubxDataListener {
  public:
-  GnssListener(GnssRoad& nRoad, View& nView, Progress& nProgress) : mRoad(nRoad), mView(nView), mProgress(nProgress) {}
+  /// @param npWindow null when nobody waits for places
+  GnssListener(SharedView& nView, tool::Window* npWindow, Progress& nProgress, Lateness& nLateness)
+      : mView(nView), mpWindow(npWindow), mProgress(nProgress), mLateness(nLateness) {}
 
   bool attach();
   void detach();
 
   void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override;
-  void onNotifyParsedNmeaData(const nfw::NmeaSentence& nRecord) override;
-  void onNotifyParsedGgaData(const nfw::GgaSentence& nRecord) override;
-  void onNotifyParsedGllData(const nfw::GllSentence& nRecord) override;
-  void onNotifyParsedGsaData(const nfw::GsaSentence& nRecord) override;
-  void onNotifyParsedGsvData(const nfw::GsvSentence& nRecord) override;
-  void onNotifyParsedRmcData(const nfw::RmcSentence& nRecord) override;
-  void onNotifyParsedVtgData(const nfw::VtgSentence& nRecord) override;
-  void onNotifyParsedZdaData(const nfw::ZdaSentence& nRecord) override;
-  void onNotifyParsedPubxData(const nfw::PubxSentence& nRecord) override;
+  void onNotifyParsedNmeaData(const nfw::NmeaSentence&) override { mProgress.mDelivered.add(nfw::NMEA_UNKNOWN); }
+  void onNotifyParsedGgaData(const nfw::GgaSentence& nRecord) override { take(nfw::NMEA_GGA, &View::showGga, nRecord); }
+  void onNotifyParsedGllData(const nfw::GllSentence& nRecord) override { take(nfw::NMEA_GLL, &View::showGll, nRecord); }
+  void onNotifyParsedGsaData(const nfw::GsaSentence& nRecord) override { take(nfw::NMEA_GSA, &View::showGsa, nRecord); }
+  void onNotifyParsedGsvData(const nfw::GsvSentence& nRecord) override { take(nfw::NMEA_GSV, &View::showGsv, nRecord); }
+  void onNotifyParsedRmcData(const nfw::RmcSentence& nRecord) override { take(nfw::NMEA_RMC, &View::showRmc, nRecord); }
+  void onNotifyParsedVtgData(const nfw::VtgSentence& nRecord) override { take(nfw::NMEA_VTG, &View::showVtg, nRecord); }
+  void onNotifyParsedZdaData(const nfw::ZdaSentence& nRecord) override { take(nfw::NMEA_ZDA, &View::showZda, nRecord); }
+  void onNotifyParsedPubxData(const nfw::PubxSentence& nRecord) override {
+    take(nfw::NMEA_PUBX, &View::showPubx, nRecord);
+  }
 
  private:
-  void delivered(int nKind);
+  template <class Record>
+  void take(int nKind, void (View::*npShow)(const Record&), const Record& nRecord) {
+    mView.use([&](View& nView) { (nView.*npShow)(nRecord); });
+    mProgress.mDelivered.add(nKind);
+  }
 
-  GnssRoad& mRoad;
-  View& mView;
+  SharedView& mView;
+  tool::Window* const mpWindow;
   Progress& mProgress;
+  Lateness& mLateness;
 };
 
 }  // namespace drive

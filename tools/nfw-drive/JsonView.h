@@ -1,5 +1,6 @@
 #pragma once
 
+#include "JsonObject.h"
 #include "JsonRecord.h"
 #include "View.h"
 
@@ -9,7 +10,8 @@ namespace drive {
 class JsonView : public View {
  public:
   /// @param nIsPrompt each line is written at once
-  JsonView(bool nIsPrompt, tool::Output& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+  JsonView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+      : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
 
   void showGga(const nfw::GgaSentence& nRecord) override { show(nRecord); }
   void showGll(const nfw::GllSentence& nRecord) override { show(nRecord); }
@@ -19,6 +21,16 @@ class JsonView : public View {
   void showVtg(const nfw::VtgSentence& nRecord) override { show(nRecord); }
   void showZda(const nfw::ZdaSentence& nRecord) override { show(nRecord); }
   void showPubx(const nfw::PubxSentence& nRecord) override { show(nRecord); }
+  void showDeadReckoning(std::string_view nSentence) override {
+    if (!mShowsDeadReckoning) return;
+    mText.clear();
+    {
+      tool::JsonObject lObject(&mText);
+      lObject.text("type", "dead reckoning");
+      lObject.text("sentence", nSentence.substr(0, nSentence.find_last_not_of("\r\n") + 1));
+    }
+    write("\n");
+  }
   void end() override { mOutput.flush(); }
 
  private:
@@ -26,10 +38,14 @@ class JsonView : public View {
   void show(const Record& nRecord) {
     mText.clear();
     tool::appendJson(nRecord, &mText);
-    mOutput.write(mText);
+    write("");
+  }
+  void write(std::string_view nEnd) {
+    mOutput.write(mText.append(nEnd));
     if (mIsPrompt) mOutput.flush();
   }
 
+  const bool mShowsDeadReckoning;
   const bool mIsPrompt;
   tool::Output& mOutput;
   std::string mText;

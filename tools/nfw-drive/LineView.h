@@ -4,17 +4,29 @@
 
 namespace drive {
 
-/// One line an epoch, for files, pipes and logs.
+/// One line an epoch, for files, pipes and logs. An epoch ends when a sentence of another time
+/// comes; the line of one without a fix waits for its report of dead reckoning.
 class LineView : public FixView {
  public:
-  LineView(bool nIsPrompt, tool::Output& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+  LineView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+      : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
 
-  void showEpoch(const nfw::NmeaSentence& nRecord) override;
-  void end() override { mOutput.flush(); }
+  void showRaw(std::string_view nSentence) override;
+  void showDeadReckoning(std::string_view nSentence) override;
+  void end() override;
 
  private:
+  void endEpoch();
+  void writeAwaited();
+  void writeEpoch(const FixState& nFix);
+
+  const bool mShowsDeadReckoning;
   const bool mIsPrompt;
   tool::Output& mOutput;
+  int64_t mTime = -1;          // of the epoch under way, -1 before the first
+  int64_t mReckonedTime = -1;  // of the last report of dead reckoning
+  int64_t mAwaitedTime = -1;
+  std::optional<FixState> mAwaited;  // an epoch that waits for its report
 };
 
 }  // namespace drive

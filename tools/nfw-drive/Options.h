@@ -8,7 +8,7 @@
 
 namespace drive {
 
-enum Format { FORMAT_TABLE, FORMAT_JSON, FORMAT_NONE };
+enum Format { FORMAT_TABLE, FORMAT_JSON, FORMAT_NMEA, FORMAT_NONE };
 
 enum ExitCode {
   EXIT_DONE = 0,
@@ -16,18 +16,46 @@ enum ExitCode {
   EXIT_USAGE = 2,    ///< a wrong command line, or a source that cannot be read
 };
 
+/// What is recorded, and where.
+struct RecordOptions {
+  std::string mDirectory;  ///< of the data logger; empty: not recorded
+  std::string mDrive;      ///< of the device onto which to record while it is mounted
+  std::string mPrefix = "drive";
+  std::string mBackup;      ///< a directory to copy beside the recording
+  std::string mSensorFile;  ///< of the sensor log; empty: not recorded
+  unsigned int mMaxFileSize = 16 * 1024 * 1024;
+  unsigned int mBufferSize = 256 * 1024;
+
+  bool isWanted() const { return !mDirectory.empty() || !mDrive.empty() || !mSensorFile.empty(); }
+};
+
+/// What is played back.
+struct ReplayOptions {
+  std::string mFile;        ///< of the data logger
+  std::string mSensorFile;  ///< of the sensor log
+
+  bool isWanted() const { return !mFile.empty() || !mSensorFile.empty(); }
+  const std::string& getName() const { return mFile.empty() ? mSensorFile : mFile; }
+};
+
 /// What the command line asks for.
 struct Options {
   SourceSpec mSource;
   SimulatorOptions mSimulator;
   PlayOptions mPlay;
-  std::optional<int64_t> mWallLimitMs;  ///< ends a source that is not paced
+  RecordOptions mRecord;
+  ReplayOptions mReplay;
+  std::optional<int64_t> mWallLimitMs;  ///< ends a run that is not paced by its source
   Format mFormat = FORMAT_TABLE;
   int mLogLevel = 3;
   bool mJudgesChecksums = true;
+  bool mShowsDeadReckoning = false;
+
+  std::string getName() const { return mReplay.isWanted() ? mReplay.getName() : mSource.mName; }
 };
 
-/// Reads the command line. Without a value the program is to end with *npExit: help or an error was printed.
+/// Reads the command line, and the settings file that it names. Without a value the program is to end with *npExit:
+/// help or an error was printed.
 std::optional<Options> parseCommandLine(int nArgc, const char* const* npArgv, int* npExit);
 
 }  // namespace drive

@@ -1,18 +1,25 @@
 #pragma once
 
+#include "ExpectedStream.h"
 #include "LineCounts.h"
-#include "SentenceKind.h"
 
 namespace drive {
 
-/// What a run has counted so far. Each count has one writer; any thread may look.
+/// What a run has counted so far. Each count has one writer; any thread may look at the atomic ones, at the others only
+/// when their thread has ended.
 struct Progress {
-  tool::LineCounts mLines;       ///< by the reading thread
-  tool::KindCounts mAccepted;    ///< parsed and handed to the dispatchers; "other": not parsed, for raw listeners only
-  tool::KindCounts mUnparsable;  ///< refused by the parser
-  tool::KindCounts mDelivered;   ///< records that reached their listener; "other": raw sentences
-  std::atomic<uint64_t> mEpochs{0};           ///< combined records handed to the dispatcher
-  std::atomic<uint64_t> mDeliveredEpochs{0};  ///< and those that reached their listener
+  tool::LineCounts mLines;        ///< by the reading thread
+  tool::KindCounts mAccepted;     ///< sentences that are parsed; "other": of kinds that are not, for raw listeners only
+  tool::KindCounts mUnparsable;   ///< refused by the parser
+  ExpectedStream mExpected;       ///< on the reading thread; of a replay, by its recording
+  ExpectedStream mStored;         ///< on the reading thread: the sentences as the sensor log gives them back
+  tool::KindCounts mDelivered;    ///< records that reached their listener; "other": combined ones
+  TextTally mDeliveredSentences;  ///< on the thread of the positioning service
+  TextTally mDeliveredDeadReckoning;            ///< on the thread of dead reckoning
+  std::atomic<uint64_t> mSentences{0};          ///< delivered so far
+  std::atomic<uint64_t> mReckonedSentences{0};  ///< likewise, of dead reckoning
+  std::atomic<uint64_t> mReports{0};            ///< of dead reckoning, handed over
+  std::atomic<uint64_t> mDeliveredReports{0};   ///< and those that reached their listener
 
   uint64_t ignored() const { return mAccepted.get(nfw::NMEA_UNKNOWN); }
   uint64_t accepted() const { return mAccepted.total() - ignored(); }
@@ -20,8 +27,13 @@ struct Progress {
 
   /// Every line has one fate.
   bool addsUp() const { return mLines.total() == accepted() + ignored() + rejected(); }
-  /// Every listener was given what was handed to the dispatchers.
-  bool isAllDelivered() const;
+  StreamTally delivered() const;
+  /// What is to be delivered. What comes of a report of dead reckoning is the service's affair: only their number
+  /// counts.
+  StreamTally expected() const;
+  bool areReportsDelivered() const { return mReports == mDeliveredReports; }
+  /// Whether listeners have received as much as that. Any thread may ask.
+  bool hasReceived(const StreamTally& nExpected) const;
 };
 
 }  // namespace drive

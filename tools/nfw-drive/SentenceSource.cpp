@@ -20,6 +20,8 @@ std::unique_ptr<SentenceSource> createSource(const SourceSpec& nSpec, const Simu
       return std::make_unique<SerialSource>(nSpec.mPath, nSpec.mBaud, nStopper);
     case SourceSpec::TCP:
       return std::make_unique<TcpSource>(nSpec.mHost, nSpec.mPort, nStopper);
+    case SourceSpec::NONE:
+      break;
   }
   return nullptr;
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "DeadReckoner.h"
 #include "Simulator.h"
 #include "SourceSpec.h"
 #include "Stopper.h"
@@ -29,6 +30,9 @@ class SentenceSource {
 
   /// Waits for bytes. Their number, or END, BROKEN with the reason, STOPPED.
   virtual int read(char* npBuffer, size_t nSize, std::string* npReason) = 0;
+
+  /// How the vehicle moves, for a source that knows: of the sentences read last. Null otherwise.
+  virtual const MotionSensor* motion() const { return nullptr; }
 };
 
 /// @param nStopper not owned, outlives the source

@@ -6,15 +6,11 @@
 
 namespace drive {
 
-SourceComponent::SourceComponent(const Options& nOptions, PositioningComponent& nPositioning, GnssRoad& nRoad,
-                                 Progress& nProgress, Events& nEvents, std::string* npFailure)
+SourceComponent::SourceComponent(const Options& nOptions, const Parts& nParts)
     : nfw::Component("Source"),
       mOptions(nOptions),
-      mPositioning(nPositioning),
-      mRoad(nRoad),
-      mEvents(nEvents),
-      mpFailure(npFailure),
-      mReader(nProgress.mLines, nOptions.mJudgesChecksums) {}
+      mParts(nParts),
+      mReader(nParts.mProgress.mLines, nOptions.mJudgesChecksums) {}
 
 SourceComponent::~SourceComponent() { join(); }
 
@@ -31,7 +27,7 @@ int SourceComponent::startImp() {
 
 int SourceComponent::stopImp() {
   mStopper.request();
-  mRoad.getWindow().close();
+  if (mParts.mpWindows != nullptr) mParts.mpWindows->close();
   const std::lock_guard<std::mutex> lLock(mMutex);
   mIsStopRequested = true;
   return mIsReading ? nfw::PHASE_PENDING : nfw::PHASE_DONE;
@@ -53,12 +49,16 @@ void SourceComponent::onSourceTrouble(const std::string& nMessage) {
 
 void SourceComponent::readSource() {
   ::pthread_setname_np(::pthread_self(), "drive_Source");
-  PacedSink lSink(mOptions.mPlay, mStopper, mPositioning);
+  const bool lIsLimited = mOptions.mRecord.isWanted() && mOptions.mPlay.mPaced && mOptions.mPlay.mSpeed == 0.0;
+  Intake lIntake(mParts.mReceiver, mpSource->motion(), mParts.mpWindows, mOptions.mRecord, mParts.mProgress);
+  RateLimit lLimit(mStopper, lIntake);
+  PacedSink lSink(mOptions.mPlay, mStopper,
+                  lIsLimited ? static_cast<tool::SentenceSink&>(lLimit) : static_cast<tool::SentenceSink&>(lIntake));
   SourceReader lReader(mOptions.mSource, *mpSource, mReader, mStopper, *this);
   std::string lReason;
-  if (lReader.run(lSink, &lReason) == SourceReader::UNREADABLE) *mpFailure = lReason;
-  mPositioning.onSourceEnd();
-  mEvents.notify(Events::SOURCE_ENDED);
+  if (lReader.run(lSink, &lReason) == SourceReader::UNREADABLE) mParts.mFailure.note(EXIT_USAGE, lReason);
+  lIntake.finish();
+  mParts.mEvents.notify(Events::SOURCE_ENDED);
   setStartComplete();  // of a source that never opened
   if (leave()) setStopComplete();
 }

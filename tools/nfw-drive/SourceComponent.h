@@ -3,10 +3,11 @@
 #include <mutex>
 #include <thread>
 
-#include "Events.h"
+#include "Failure.h"
+#include "Intake.h"
+#include "LineReader.h"
 #include "NfwComponent.h"
-#include "Options.h"
-#include "PositioningComponent.h"
+#include "RateLimit.h"
 #include "SourceReader.h"
 
 namespace drive {
@@ -15,8 +16,16 @@ namespace drive {
 /// left it.
 class SourceComponent : public nfw::Component, private SourceReader::Listener {
  public:
-  SourceComponent(const Options& nOptions, PositioningComponent& nPositioning, GnssRoad& nRoad, Progress& nProgress,
-                  Events& nEvents, std::string* npFailure);
+  /// What it works with; everything outlives it.
+  struct Parts {
+    gpshost::Receiver& mReceiver;
+    Windows* mpWindows;  // null when nobody gives places back
+    Progress& mProgress;
+    Events& mEvents;
+    Failure& mFailure;
+  };
+
+  SourceComponent(const Options& nOptions, const Parts& nParts);
   ~SourceComponent() override;
 
  private:
@@ -34,10 +43,7 @@ class SourceComponent : public nfw::Component, private SourceReader::Listener {
   void join();
 
   const Options& mOptions;
-  PositioningComponent& mPositioning;
-  GnssRoad& mRoad;
-  Events& mEvents;
-  std::string* const mpFailure;  // written before SOURCE_ENDED is notified
+  const Parts mParts;
   tool::Stopper mStopper;
   tool::LineReader mReader;
   std::unique_ptr<SentenceSource> mpSource;

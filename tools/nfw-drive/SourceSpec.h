@@ -6,7 +6,7 @@ namespace drive {
 
 /// A source as the command line names it.
 struct SourceSpec {
-  enum Kind { SIMULATOR, FILE, STDIN, SERIAL, TCP };
+  enum Kind { SIMULATOR, FILE, STDIN, SERIAL, TCP, NONE };
 
   Kind mKind = SIMULATOR;
   std::string mName = "sim";  ///< as the user wrote it, for messages

@@ -16,6 +16,7 @@ void addKinds(const Progress& nProgress, JsonObject& nSummary) {
     JsonObject lKind(lKinds.key(tool::kindName(i)));
     lKind.number("accepted", nProgress.mAccepted.get(i));
     lKind.number("unparsable", nProgress.mUnparsable.get(i));
+    lKind.number("expected", nProgress.mExpected.get().mRecords[static_cast<size_t>(i)]);
     lKind.number("delivered", nProgress.mDelivered.get(i));
   }
 }
@@ -69,23 +70,45 @@ std::string phasesText(const PhaseDriver& nPhases) {
   return lText;
 }
 
-}  // namespace
-
-std::string Summary::toText() const {
-  const tool::LineCounts& lLines = mProgress.mLines;
+std::string linesText(const Progress& nProgress) {
+  const tool::LineCounts& lLines = nProgress.mLines;
   return fmt::format(
-      "Source      {}: {}\n"
       "Lines       {} read = {} accepted + {} rejected + {} of other kinds\n"
       "Accepted    {}\n"
       "Rejected    {}\n"
-      "Checksums   {} right, {} sentences without or not judged\n"
-      "Delivered   {} sentences, {} records, {} epochs\n"
+      "Checksums   {} right, {} sentences without or not judged\n",
+      lLines.total(), nProgress.accepted(), nProgress.rejected(), nProgress.ignored(), kindsText(nProgress),
+      rejectedText(nProgress), lLines.get(tool::LINE_CHECKED), lLines.get(tool::LINE_UNCHECKED));
+}
+
+std::string latenessText(const Lateness& nLateness) {
+  if (nLateness.isEmpty()) return {};
+  return fmt::format(
+      "Lateness    median {:.2f} ms, 99 % {:.2f} ms, most {:.2f} ms, too early {:.2f} ms; over after {:.3f} s\n",
+      nLateness.quantile(0.5), nLateness.quantile(0.99), nLateness.quantile(1.0), nLateness.early(),
+      nLateness.duration());
+}
+
+void addLateness(const Lateness& nLateness, JsonObject& nSummary) {
+  if (nLateness.isEmpty()) return;
+  JsonObject lLateness(nSummary.key("lateness_ms"));
+  lLateness.real("median", nLateness.quantile(0.5));
+  lLateness.real("p99", nLateness.quantile(0.99));
+  lLateness.real("max", nLateness.quantile(1.0));
+  lLateness.real("early", nLateness.early());
+}
+
+}  // namespace
+
+std::string Summary::toText() const {
+  return fmt::format(
+      "Source      {}: {}\n"
+      "{}"
+      "Delivered   {}\n"
+      "{}{}"
       "Phases      {}\n",
-      mSource, mEnd, lLines.total(), mProgress.accepted(), mProgress.rejected(), mProgress.ignored(),
-      kindsText(mProgress), rejectedText(mProgress), lLines.get(tool::LINE_CHECKED), lLines.get(tool::LINE_UNCHECKED),
-      mProgress.mDelivered.get(nfw::NMEA_UNKNOWN),
-      mProgress.mDelivered.total() - mProgress.mDelivered.get(nfw::NMEA_UNKNOWN), mProgress.mDeliveredEpochs.load(),
-      phasesText(mPhases));
+      mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.delivered().toText(),
+      mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {
@@ -102,8 +125,12 @@ std::string Summary::toJson() const {
     addRejected(mProgress, lSummary);
     lSummary.number("without_checksum", mProgress.mLines.get(tool::LINE_UNCHECKED));
     addKinds(mProgress, lSummary);
-    lSummary.number("delivered_sentences", mProgress.mDelivered.get(nfw::NMEA_UNKNOWN));
-    lSummary.number("delivered_epochs", mProgress.mDeliveredEpochs);
+    lSummary.number("delivered_sentences", mProgress.mDeliveredSentences.mCount);
+    lSummary.number("delivered_combined", mProgress.mDelivered.get(nfw::NMEA_UNKNOWN));
+    lSummary.number("delivered_dead_reckoning", mProgress.mDeliveredDeadReckoning.mCount);
+    if (!mVerdict.empty()) lSummary.text("replay", mVerdict);
+    addLateness(mLateness, lSummary);
+    if (!mLateness.isEmpty()) lSummary.real("replay_s", mLateness.duration());
     addPhases(mPhases, lSummary);
   }
   return lText + "\n";

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "Lateness.h"
 #include "PhaseDriver.h"
 #include "Progress.h"
 
@@ -10,8 +11,11 @@ namespace drive {
 /// What is told at the end of a run.
 struct Summary {
   std::string mSource;
-  std::string mEnd;  ///< why it ended
+  std::string mEnd;      ///< why it ended
+  bool mHasSource;       ///< sentences were read, not only replayed
+  std::string mVerdict;  ///< of a replay: how it compares; else empty
   const Progress& mProgress;
+  const Lateness& mLateness;
   const PhaseDriver& mPhases;
 
   std::string toText() const;

@@ -35,6 +35,14 @@ void TableView::begin() {
   draw();
 }
 
+void TableView::showDeadReckoning(std::string_view nSentence) {
+  FixView::showDeadReckoning(nSentence);
+  const std::string_view lKind = nSentence.substr(0, 6).substr(std::min<size_t>(nSentence.size(), 3));
+  const std::string_view lText = nSentence.substr(0, nSentence.find_last_not_of("\r\n") + 1);
+  if (lKind == "RMC") mReckoned[0] = lText;
+  if (lKind == "GGA") mReckoned[1] = lText;
+}
+
 void TableView::end() {
   draw();
   mOutput.write(SHOW_CURSOR);
@@ -65,9 +73,13 @@ std::vector<std::string> TableView::picture() const {
       fmt::format("Fix          {}   PDOP {:.2f} HDOP {:.2f} VDOP {:.2f}", mFix.fix(), mFix.getGsa().pdop, lGga.hdop,
                   mFix.getGsa().vdop),
       fmt::format("Satellites   {} used; in view {}", lGga.satelliteCount, mFix.satellites()),
-      "Sentences    " + kinds(),
+      fmt::format("Sentences    {} delivered: {}", mProgress.mSentences.load(), kinds()),
       "Rejected     " + rejects(),
   };
+  if (mShowsDeadReckoning) {
+    lLines.push_back("Reckoned     " + mReckoned[0]);
+    lLines.push_back("             " + mReckoned[1]);
+  }
   for (const std::string& lLine : mLog.lines()) lLines.push_back("  " + lLine);
   return lLines;
 }
@@ -75,9 +87,9 @@ std::vector<std::string> TableView::picture() const {
 std::string TableView::kinds() const {
   std::string lText;
   for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
-    lText += fmt::format("{} {}  ", tool::kindName(i), mProgress.mAccepted.get(i));
+    lText += fmt::format("{} {}  ", tool::kindName(i), mProgress.mDelivered.get(i));
   }
-  return lText + fmt::format("other {}", mProgress.ignored());
+  return lText;
 }
 
 std::string TableView::rejects() const {

@@ -13,11 +13,15 @@ class TableView : public FixView {
  public:
   static constexpr const char* SHOW_CURSOR = "\x1b[?25h";
 
-  TableView(const std::string& nSource, const Progress& nProgress, tool::Output& nOutput)
-      : mSource(nSource), mProgress(nProgress), mOutput(nOutput) {}
+  TableView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput)
+      : mSource(nOptions.getName()),
+        mShowsDeadReckoning(nOptions.mShowsDeadReckoning),
+        mProgress(nProgress),
+        mOutput(nOutput) {}
 
   void begin() override;
   void tick() override { draw(); }
+  void showDeadReckoning(std::string_view nSentence) override;
   void end() override;
 
  private:
@@ -28,6 +32,8 @@ class TableView : public FixView {
 
   static constexpr size_t LOG_LINES = 5;
   const std::string mSource;
+  const bool mShowsDeadReckoning;
+  std::string mReckoned[2];  // the last RMC and GGA of dead reckoning
   const Progress& mProgress;
   tool::Output& mOutput;
   LogPane mLog{LOG_LINES};

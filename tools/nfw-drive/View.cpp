@@ -2,6 +2,7 @@
 
 #include "JsonView.h"
 #include "LineView.h"
+#include "NmeaView.h"
 #include "TableView.h"
 
 namespace drive {
@@ -10,14 +11,16 @@ std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgr
   const bool lIsPrompt = !nOptions.mPlay.mPaced || nOptions.mPlay.mSpeed > 0.0;  // else the buffer may fill up first
   switch (nOptions.mFormat) {
     case FORMAT_JSON:
-      return std::make_unique<JsonView>(lIsPrompt, nOutput);
+      return std::make_unique<JsonView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
+    case FORMAT_NMEA:
+      return std::make_unique<NmeaView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
     case FORMAT_NONE:
       return std::make_unique<View>();
     case FORMAT_TABLE:
       break;
   }
-  if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions.mSource.mName, nProgress, nOutput);
-  return std::make_unique<LineView>(lIsPrompt, nOutput);
+  if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions, nProgress, nOutput);
+  return std::make_unique<LineView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
 }
 
 }  // namespace drive

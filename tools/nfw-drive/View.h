@@ -10,7 +10,7 @@
 
 namespace drive {
 
-/// How data is shown. Everything is called on the thread of the dispatchers.
+/// How data is shown. One thread at a time.
 class View {
  public:
   virtual ~View() = default;
@@ -25,7 +25,7 @@ class View {
   virtual void showVtg(const nfw::VtgSentence&) {}
   virtual void showZda(const nfw::ZdaSentence&) {}
   virtual void showPubx(const nfw::PubxSentence&) {}
-  virtual void showEpoch(const nfw::NmeaSentence&) {}
+  virtual void showDeadReckoning(std::string_view) {}
   /// A few times a second.
   virtual void tick() {}
   virtual void end() {}

@@ -1,0 +1,49 @@
+#include "Intake.h"
+
+#include "ZTSDeadReckoningHost.h"
+
+namespace drive {
+
+bool Intake::onSentence(std::string_view nSentence) {
+  if (mpWindows != nullptr && !mpWindows->mSentences.acquire(1)) return false;
+  count(nSentence);
+  return mReceiver.receive(nSentence.data(), static_cast<unsigned int>(nSentence.size())) &&
+         feed(mReckoner.onSentence(nSentence));
+}
+
+void Intake::finish() {
+  feed(mReckoner.finish());
+  mReceiver.drain();
+}
+
+void Intake::count(std::string_view nSentence) {
+  const ExpectedStream::Fate lFate = mProgress.mExpected.onSentence(nSentence);
+  const bool lIsOdd = lFate.mKind != nfw::NMEA_UNKNOWN && !lFate.mIsParsed;
+  (lIsOdd ? mProgress.mUnparsable : mProgress.mAccepted).add(lFate.mKind);
+  if (mCountsStored) countStored(nSentence);
+}
+
+// What a replay of the sensor log will give: the sentence as it comes out of its record.
+void Intake::countStored(std::string_view nSentence) {
+  unsigned char lRecord[nfw::NmeaBinaryLogData::MIN_RECORD_BUFFER] = {};
+  const int lSize =
+      mConverter.convertFromNmeaSentence(reinterpret_cast<const unsigned char*>(nSentence.data()),
+                                         static_cast<unsigned int>(nSentence.size()), lRecord, sizeof(lRecord));
+  unsigned char lText[256];
+  const int lLength =
+      lSize <= 0 ? lSize
+                 : mConverter.convertToNmeaSentence(lRecord, static_cast<unsigned int>(lSize), lText, sizeof(lText));
+  if (lLength > 0) {
+    mProgress.mStored.onSentence({reinterpret_cast<const char*>(lText), static_cast<size_t>(lLength)});
+  }
+}
+
+bool Intake::feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport) {
+  if (npReport == nullptr) return true;
+  if (mpWindows != nullptr && !mpWindows->mReports.acquire(1)) return false;
+  mProgress.mReports.fetch_add(1, std::memory_order_relaxed);
+  deadreckoninghost::feed(*npReport);
+  return true;
+}
+
+}  // namespace drive

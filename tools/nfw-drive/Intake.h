@@ -1,0 +1,56 @@
+#pragma once
+
+#include "DeadReckoner.h"
+#include "GpsHost.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "Options.h"
+#include "Progress.h"
+#include "SentenceSink.h"
+#include "Window.h"
+
+namespace drive {
+
+/// How much may be under way between the source and the listeners, so that no queue of the services overflows: each
+/// sentence becomes up to three messages, each report of dead reckoning two, and a queue holds 256.
+struct Windows {
+  tool::Window mSentences{64};
+  tool::Window mReports{64};
+
+  void close() {
+    mSentences.close();
+    mReports.close();
+  }
+};
+
+/// Hands the sentences of a live source to the receiver, and what is reckoned from them to dead reckoning. On the
+/// source's thread, which waits while too much is under way - unless listeners follow a replay, and live data only goes
+/// into the recordings.
+class Intake : public tool::SentenceSink {
+ public:
+  /// @param npMotion null when nobody knows how the vehicle moves without a fix
+  Intake(gpshost::Receiver& nReceiver, const MotionSensor* npMotion, Windows* npWindows, const RecordOptions& nRecord,
+         Progress& nProgress)
+      : mReceiver(nReceiver),
+        mReckoner(npMotion),
+        mpWindows(npWindows),
+        mCountsStored(!nRecord.mSensorFile.empty()),
+        mProgress(nProgress) {}
+
+  bool onSentence(std::string_view nSentence) override;
+  /// Hands on what is left. Behind the last sentence.
+  void finish();
+
+ private:
+  void count(std::string_view nSentence);
+  void countStored(std::string_view nSentence);
+  bool feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport);
+
+  gpshost::Receiver& mReceiver;
+  DeadReckoner mReckoner;
+  Windows* const mpWindows;  // null: nobody gives places back
+  const bool mCountsStored;
+  nfw::NmeaBinaryLogDataVersion1 mConverter;
+  Progress& mProgress;
+};
+
+}  // namespace drive

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "View.h"
+
+namespace drive {
+
+/// The sentences as they are delivered, a line each: those of the receiver, or those of dead reckoning in their place.
+class NmeaView : public View {
+ public:
+  NmeaView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+      : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+
+  void showRaw(std::string_view nSentence) override {
+    if (!mShowsDeadReckoning) write(nSentence);
+  }
+  void showDeadReckoning(std::string_view nSentence) override {
+    if (mShowsDeadReckoning) write(nSentence);
+  }
+  void end() override { mOutput.flush(); }
+
+ private:
+  void write(std::string_view nSentence) {
+    mOutput.write(nSentence);
+    if (nSentence.empty() || nSentence.back() != '\n') mOutput.write("\r\n");
+    if (mIsPrompt) mOutput.flush();
+  }
+
+  const bool mShowsDeadReckoning;
+  const bool mIsPrompt;
+  tool::Output& mOutput;
+};
+
+}  // namespace drive
