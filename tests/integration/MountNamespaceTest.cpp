@@ -1,17 +1,13 @@
 // Real mounts, in a mount namespace of this process' own, reach a listener of the library.
 #include <gtest/gtest.h>
-#include <sched.h>
-#include <sys/mount.h>
-#include <unistd.h>
 
-#include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <cstring>
 #include <mutex>
 #include <string>
 #include <vector>
 
+#include "MountNamespace.h"
 #include "NfwMountManager.h"
 #include "TempTree.h"
 #include "ZTSMountHost.h"
@@ -19,16 +15,6 @@
 namespace {
 
 using std::string;
-
-void write(const char* npPath, const string& nText) { std::ofstream(npPath) << nText; }
-
-/// Empty when this process may mount from now on, otherwise why it may not.
-string enterNamespace() {
-  const unsigned int lUser = geteuid();
-  if (unshare(lUser == 0 ? CLONE_NEWNS : CLONE_NEWUSER | CLONE_NEWNS) != 0) return strerror(errno);
-  if (lUser != 0) write("/proc/self/uid_map", "0 " + std::to_string(lUser) + " 1");
-  return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 ? "" : strerror(errno);
-}
 
 /// The last line that a command prints; empty when it fails.
 string run(const string& nCommand) {
@@ -67,7 +53,7 @@ class Listener : public nfw::MountEventListener {
 class MountNamespace : public testing::Test {
  protected:
   void SetUp() override {
-    const string lRefusal = enterNamespace();
+    const string lRefusal = nfwtest::enterMountNamespace();
     if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
     std::filesystem::create_directories(mTree.path("media/stick"));
     const string lMedia = mTree.path("media");

@@ -1,0 +1,56 @@
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "MountNamespace.h"
+#include "TempDir.h"
+#include "ToolRun.h"
+
+// The program records onto a stick while it is there.
+
+namespace {
+
+const char* const STICK = "/media/stick";
+
+// The sentences that the run shows are the test's clock.
+std::string awaitRecording(ToolRun& nRun) {
+  for (int i = 0; i < 5000; ++i) {
+    if (nRun.readLine().empty()) break;
+    for (const auto& lEntry : std::filesystem::directory_iterator(STICK)) return lEntry.path();
+  }
+  return {};
+}
+
+TEST(RecordOn, recordsWhileTheStickIsThere) {
+  const std::string lRefusal = nfwtest::enterMountNamespace();
+  if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
+  std::filesystem::create_directory("/media");
+  ASSERT_EQ(mount("none", "/media", "tmpfs", 0, nullptr), 0) << strerror(errno);
+  std::filesystem::create_directory(STICK);
+
+  ToolRun lRun(
+      {"sim", "--record-on", "stick", "--format", "nmea", "--rate", "10", "--speed", "10", "--log-level", "0"});
+  ASSERT_NE(lRun.readLine(), "");
+  ASSERT_EQ(mount("none", STICK, "tmpfs", 0, nullptr), 0) << strerror(errno);
+  const std::string lFile = awaitRecording(lRun);
+  ASSERT_NE(lFile, "");
+  for (int i = 0; i < 200; ++i) ASSERT_NE(lRun.readLine(), "");
+  std::ifstream lRecording(lFile, std::ios::binary);  // seen also when the stick is gone
+  ASSERT_EQ(umount2(STICK, MNT_DETACH), 0) << strerror(errno);
+  for (int i = 0; i < 100; ++i) ASSERT_NE(lRun.readLine(), "");
+  lRun.signal(SIGINT);
+  lRun.readAll();
+  EXPECT_EQ(lRun.wait(), 0);
+  umount("/media");
+
+  const nfwtest::TempDir lDirectory;
+  nfwtest::writeFile(lDirectory / "stick.log", {std::istreambuf_iterator<char>(lRecording), {}});
+  int lExit = -1;
+  const std::string lReplay =
+      ToolRun::output({"--replay", lDirectory / "stick.log", "--format", "none", "--log-level", "0"}, &lExit);
+  EXPECT_EQ(lExit, 0) << lReplay;
+  EXPECT_NE(lReplay.find("Replay      the same as the recording\n"), std::string::npos) << lReplay;
+}
+
+}  // namespace

@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "TempDir.h"
+#include "ToolRun.h"
+
+// The program records, and plays back what it recorded: the summary compares.
+
+namespace {
+
+using nlohmann::json;
+
+struct Outcome {
+  std::string mOutput;
+  json mSummary;
+  int mExit = -1;
+};
+
+Outcome run(std::vector<std::string> nArguments) {
+  nArguments.insert(nArguments.end(), {"--log-level", "0"});
+  Outcome lRun;
+  lRun.mOutput = ToolRun::output(nArguments, &lRun.mExit);
+  const size_t lLast = lRun.mOutput.rfind("{\"type\":\"summary\"");
+  if (lLast != std::string::npos) lRun.mSummary = json::parse(lRun.mOutput.substr(lLast));
+  return lRun;
+}
+
+class RecordReplay : public testing::Test {
+ protected:
+  std::string path(const char* npName) const { return mDirectory / npName; }
+  Outcome record(std::vector<std::string> nSource) {
+    std::filesystem::create_directory(path("log"));
+    nSource.insert(nSource.end(), {"--speed", "max", "--format", "json", "--dr", "--record", path("log"),
+                                   "--sys-record", path("sensor.bin")});
+    return run(nSource);
+  }
+
+  std::string recording() const {
+    for (const auto& lEntry : std::filesystem::directory_iterator(path("log"))) return lEntry.path();
+    return {};
+  }
+
+  nfwtest::TempDir mDirectory;
+};
+
+TEST_F(RecordReplay, bothLogsGiveListenersTheSameAsTheRun) {
+  const Outcome lLive = record({"sim", "--for", "30", "--tunnel", "10-20", "--rate", "2"});
+  ASSERT_EQ(lLive.mExit, 0) << lLive.mOutput;
+
+  const Outcome lLog = run({"--replay", recording(), "--format", "json", "--dr"});
+  EXPECT_EQ(lLog.mExit, 0);
+  EXPECT_EQ(lLog.mSummary["end"], "the replay ended");
+  EXPECT_EQ(lLog.mSummary["replay"], "the same as the recording, and as the run that made it");
+  EXPECT_EQ(lLog.mSummary["lateness_ms"]["early"], 0.0);
+  for (const char* const lpCount : {"delivered_sentences", "delivered_combined", "delivered_dead_reckoning"}) {
+    EXPECT_EQ(lLog.mSummary[lpCount], lLive.mSummary[lpCount]) << lpCount;
+    EXPECT_GT(lLog.mSummary[lpCount], 0) << lpCount;
+  }
+
+  const Outcome lSensor = run({"--sys-replay", path("sensor.bin"), "--format", "json"});
+  EXPECT_EQ(lSensor.mExit, 0);
+  EXPECT_EQ(lSensor.mSummary["replay"], "the same as the recording, and as the run that made it");
+}
+
+TEST_F(RecordReplay, tellsWhereARecordingIsDamaged) {
+  ASSERT_EQ(record({"sim", "--for", "5"}).mExit, 0);
+  const std::string lFile = recording();
+  std::filesystem::resize_file(lFile, std::filesystem::file_size(lFile) - 30);
+  const Outcome lLog = run({"--replay", lFile, "--format", "json"});
+  EXPECT_EQ(lLog.mExit, 1);
+  EXPECT_EQ(lLog.mSummary["replay"].get<std::string>().find("the recording is damaged, and cannot be played"), 0u);
+}
+
+TEST_F(RecordReplay, nmeaWritesTheSentencesAsTheyCame) {
+  const std::string lSource = path("in.nmea");
+  nfwtest::writeFile(lSource, run({"sim", "--for", "3", "--speed", "max", "--format", "nmea"}).mOutput);
+  ASSERT_EQ(record({lSource}).mExit, 0);
+  const Outcome lLog = run({"--replay", recording(), "--format", "nmea"});
+  EXPECT_EQ(lLog.mOutput, nfwtest::readFile(lSource));
+}
+
+// Another program reads what a replay writes, and finds the positions of the run, in their order.
+TEST_F(RecordReplay, itsSentencesAreReadByGpsbabel) {
+  if (std::system("command -v gpsbabel >/dev/null") != 0) GTEST_SKIP() << "gpsbabel is not installed";
+  const Outcome lLive = record({"sim", "--for", "20"});
+  nfwtest::writeFile(path("replayed.nmea"), run({"--replay", recording(), "--format", "nmea"}).mOutput);
+  ASSERT_EQ(
+      std::system(("gpsbabel -t -i nmea -f " + path("replayed.nmea") + " -o csv -F " + path("track.csv")).c_str()), 0);
+  std::istringstream lTrack(nfwtest::readFile(path("track.csv")));
+  std::istringstream lRecords(lLive.mOutput);
+  size_t lFound = 0;
+  double lLatitude = 0.0;
+  double lLongitude = 0.0;
+  char lComma = 0;
+  for (std::string lPoint; std::getline(lTrack, lPoint);) {
+    std::istringstream(lPoint) >> lLatitude >> lComma >> lLongitude;
+    for (std::string lLine; std::getline(lRecords, lLine);) {
+      const json lRecord = json::parse(lLine);
+      if (lRecord["type"] != "GGA" && lRecord["type"] != "RMC") continue;
+      if (std::abs(lRecord["latitude"]["degrees"].get<double>() - lLatitude) > 1e-5) continue;
+      if (std::abs(lRecord["longitude"]["degrees"].get<double>() - lLongitude) > 1e-5) continue;
+      ++lFound;
+      break;
+    }
+  }
+  EXPECT_GE(lFound, 19u);
+}
+
+TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
+  nfwtest::writeFile(path("foreign"), "no recording at all\n");
+  const std::vector<std::string> CASES[] = {
+      {"sim", "--record", path("missing")},
+      {"sim", "--sys-record", path("foreign")},
+      {"sim", "--sys-record", path("no/where")},
+      {"--replay", path("missing")},
+      {"--replay", path("foreign")},
+      {"--sys-replay", path("foreign")},
+      {"sim", "--tunnel", "35-20"},
+      {"sim", "--max-file-size", "1"},
+  };
+  for (const auto& lCase : CASES) EXPECT_EQ(run(lCase).mExit, 2) << lCase[lCase.size() - 2] << ' ' << lCase.back();
+}
+
+TEST_F(RecordReplay, settingsAreKeptAndTheCommandLineGoesBeforeThem) {
+  const std::string lSettings = path("settings");
+  EXPECT_EQ(run({"sim", "--speed", "max", "--for", "1", "--settings", lSettings}).mExit, 0);
+  const Outcome lAgain = run({"--for", "600", "--format", "json", "--settings", lSettings});  // at the kept speed
+  EXPECT_EQ(lAgain.mSummary["end"], "the source ended");
+  nfwtest::writeFile(lSettings, "Speed=fast\n");
+  EXPECT_EQ(run({"--for", "1", "--settings", lSettings}).mExit, 2);
+  EXPECT_EQ(run({"--for", "1", "--speed", "max", "--settings", lSettings}).mExit, 0);
+}
+
+}  // namespace
