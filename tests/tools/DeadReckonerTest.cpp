@@ -6,16 +6,13 @@
 #include <mutex>
 #include <vector>
 
-#include "../support/Recordings.h"
 #include "DeadReckoner.h"
 #include "JsonRecord.h"
-#include "LineReader.h"
 #include "NaviAppFramework.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwNmeaDataParser.h"
 #include "NfwSensorSysLoggerManager.h"
-#include "SentenceList.h"
 #include "Simulator.h"
 #include "ZTSDeadReckoningHost.h"
 
@@ -24,6 +21,17 @@ namespace {
 using namespace drive;
 using Report = DeadReckoner::Report;
 using Texts = std::vector<std::string>;
+
+Texts sentencesOf(Simulator& nSimulator) {
+  std::string lText;
+  nSimulator.writeEpoch(&lText);
+  Texts lSentences;
+  for (size_t i = 0, lEnd = 0; i < lText.size(); i = lEnd + 2) {
+    lEnd = lText.find("\r\n", i);
+    lSentences.push_back(lText.substr(i, lEnd - i));
+  }
+  return lSentences;
+}
 
 class SimulatedMotion : public MotionSensor {
  public:
@@ -42,29 +50,21 @@ struct Leg {
   Report mReport;
 };
 
-/// @param nHasMotion false: without wheels and gyroscope
-std::vector<Leg> driven(const SimulatorOptions& nOptions, unsigned int nSeconds, bool nHasMotion = true) {
+std::vector<Leg> driven(const SimulatorOptions& nOptions, unsigned int nSeconds) {
   Simulator lSimulator(nOptions);
   const SimulatedMotion lMotion(lSimulator);
-  DeadReckoner lReckoner(nHasMotion ? &lMotion : nullptr);
+  DeadReckoner lReckoner(&lMotion);
   std::vector<Leg> lLegs;
-  const auto lNote = [&](const Report* npReport, size_t nLeg) {
-    if (npReport != nullptr) lLegs.at(nLeg).mReport = *npReport;
-    EXPECT_EQ(npReport != nullptr, nLeg + 2 == lLegs.size() || nLeg + 1 == lLegs.size());
-  };
   for (unsigned int i = 0; i < nSeconds * nOptions.mRateHz; ++i) {
-    std::string lText;
-    lSimulator.writeEpoch(&lText);
-    tool::LineCounts lCounts;
-    tool::LineReader lReader(lCounts);
-    SentenceList lList;
-    lReader.feed(lText.data(), lText.size(), lList);
-    lLegs.push_back({lSimulator.getVehicle(), lList.mSentences, {}});
-    for (const std::string& lSentence : lList.mSentences) {
-      if (const Report* const lpReport = lReckoner.onSentence(lSentence)) lNote(lpReport, lLegs.size() - 2);
+    const Texts lSentences = sentencesOf(lSimulator);
+    for (size_t j = 0; j < lSentences.size(); ++j) {
+      const Report* const lpReport = lReckoner.onSentence(lSentences[j]);
+      EXPECT_EQ(i > 0 && j == 0, lpReport != nullptr);
+      if (lpReport != nullptr) lLegs.back().mReport = *lpReport;
     }
+    lLegs.push_back({lSimulator.getVehicle(), lSentences, {}});
   }
-  lNote(lReckoner.finish(), lLegs.size() - 1);
+  lLegs.back().mReport = *lReckoner.finish();
   EXPECT_EQ(nullptr, lReckoner.finish());
   return lLegs;
 }
@@ -263,22 +263,6 @@ TEST(DeadReckoner, takesWhateverComesAndStaysWithinItsReport) {
   EXPECT_EQ(65535u, lpReport->gsv[1].satellite[0].number + lpReport->gsv[2].satellite[0].number);
   EXPECT_EQ(0, lpReport->gsv[1].satellite[1].valid);
   EXPECT_EQ(38u, textsOf(*lpReport).size() - 2);
-}
-
-TEST(DeadReckoner, makesReportsOfRecordedSentencesThatCanBeStored) {
-  const auto lRecordings = nfwtest::recordings();
-  if (lRecordings.empty()) GTEST_SKIP() << nfwtest::NO_RECORDINGS;
-  size_t lCount = 0;
-  for (const Texts& lLines : lRecordings) {
-    DeadReckoner lReckoner(nullptr);
-    for (const std::string& lLine : lLines) {
-      const Report* const lpReport = lReckoner.onSentence(lLine);
-      if (lpReport == nullptr) continue;
-      ASSERT_GE(textsOf(*lpReport).size(), 4u) << lLine;
-      ++lCount;
-    }
-  }
-  std::cout << lCount << " reports\n";
 }
 
 /// Notes what it receives; waits for so many.
