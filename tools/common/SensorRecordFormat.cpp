@@ -91,23 +91,26 @@ class SensorRecordFormat : public RecordFormat {
   static RecordVerdict judgeChain(const RecordView& nView, size_t nSize, bool nIsSearch) {
     const RecordVerdict lWhole = {RecordVerdict::WHOLE, nSize};
     const RecordVerdict lWrong = {RecordVerdict::WRONG, 0};
-    const bool lIsEnd = nView.mIsAll || nView.mIsLive;
+    const RecordVerdict lAtEnd = nIsSearch ? lWrong : lWhole;
     uint32_t lTick = tick(nView.mBytes);
     size_t lAt = nSize;
     for (int i = 1; i < CHAIN; ++i) {
       const std::string_view lRest = nView.mBytes.substr(lAt);
-      if (lRest.size() < HEADER_SIZE) return lIsEnd ? (nIsSearch ? lWrong : lWhole) : needs(lAt + HEADER_SIZE);
+      if (lRest.size() < HEADER_SIZE) return beyond(nView, lAtEnd, lAt + HEADER_SIZE);
       if (dataSize(lRest) > MAX_DATA) return lWrong;
       if (nIsSearch && tick(lRest) - lTick > CHAIN_MS) return lWrong;
       lTick = tick(lRest);
       lAt += HEADER_SIZE + dataSize(lRest);
-      if (lAt > nView.mBytes.size()) return lIsEnd ? (nIsSearch ? lWrong : lWhole) : needs(lAt);
+      if (lAt > nView.mBytes.size()) return beyond(nView, lAtEnd, lAt);
       if (isSure(lRest)) break;
     }
     return lWhole;
   }
 
-  static RecordVerdict needs(size_t nSize) { return {RecordVerdict::SHORT, nSize}; }
+  // The chain goes on beyond what is in sight.
+  static RecordVerdict beyond(const RecordView& nView, const RecordVerdict& nAtEnd, size_t nSize) {
+    return nView.mIsAll || nView.mIsLive ? nAtEnd : RecordVerdict{RecordVerdict::SHORT, nSize};
+  }
 };
 
 }  // namespace

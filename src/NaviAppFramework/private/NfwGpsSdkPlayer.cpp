@@ -44,6 +44,7 @@ GpsSdkPlayer::GpsSdkPlayer(GnssDataDispatcher* npDispatcher, utl::MsgDrivenShare
     : mpThread(npThread), mpDispatcher(npDispatcher), mLoggerId(nLoggerId), mGeodeticSystemType(nGeodeticSystemType) {}
 
 bool GpsSdkPlayer::initialize() {
+  Gps* const lpGps = Gps::GetInstance();
   if (mGeodeticSystemType != 0 && mGeodeticSystemType != 1) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::GpsSdkPlayer:initialize() Invalid Geodetic SYstem[%d]",
            mGeodeticSystemType);
@@ -51,7 +52,6 @@ bool GpsSdkPlayer::initialize() {
   }
   const auto& lSystem = SYSTEMS[mGeodeticSystemType];
   const WatchedStep lStep(Here::now());
-  Gps* const lpGps = Gps::GetInstance();
   return reportRegistration(lpGps->registerGpsNmeaListener(this, lSystem.mSystem), "registerGpsNmeaListener",
                             lSystem.mpName) &&
          reportRegistration(lpGps->registerGpsParseNmeaListener(this, lSystem.mSystem), "registerGpsParseNmeaListener",
