@@ -189,7 +189,7 @@ bool Logger::startRecord(const char* npDirectory, const char* npFilePrefix, cons
 
 bool Logger::stopRecord() {
   const PlayService::Operation lOperation(mpInside->mPlay);
-  if (!lOperation) return false;
+  if (!lOperation.isStarted()) return false;
   mpInside->mWriter.stop();
   return mpInside->post(NOTIFY_RECORD_STOP_MSG, "stopRecord");
 }

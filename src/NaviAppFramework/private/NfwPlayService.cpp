@@ -70,16 +70,19 @@ bool PlayService::startServiceThread(utl::ThreadMsgListener* npListener) {
 }
 
 // The replays are stopped behind everything queued, a start of playback included. Where the thread does not run,
-// nothing else touches them.
+// nothing else touches them; where it takes no message any more, they wait for its end.
 bool PlayService::closeGate() {
   if (mState.exchange(SHUT_DOWN) == SHUT_DOWN) return false;
   watched([this] { return mControl.prohibit(); }, mHere);
-  if (!watched([this] { return mThread.sendMsgSync(mFormat.mShutdownMsg); }, mHere)) stopReplays();
+  if (watched([this] { return mThread.sendMsgSync(mFormat.mShutdownMsg); }, mHere)) return true;
+  mIsReplayStopLeft = mThread.isRunning();
+  if (!mIsReplayStopLeft) stopReplays();
   return true;
 }
 
 void PlayService::stopServiceThread() {
   stopThread(mThread, "Timeout", mHere);
+  if (mIsReplayStopLeft) stopReplays();
   if (mPlayers.size() == 0) return;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "%s::shutdown(): LogPlayer remain: Count=%u", mFormat.mpClass,
          mPlayers.size());
@@ -261,7 +264,7 @@ void PlayService::notifyLogPlayEnd(int nReason) {
 
 bool PlayService::stopPlay() {
   const Operation lOperation(*this);
-  if (!lOperation) return false;
+  if (!lOperation.isStarted()) return false;  // in any state: there may be nothing to send to
   if (mRequests.isOwnThread()) {
     stopPlayInternal();
     return true;

@@ -61,6 +61,7 @@ class PlayService {
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
     explicit operator bool() const { return mIsAdmitted; }
+    bool isStarted() const { return mIsStarted; }  ///< the gate is open, whatever the state
 
    private:
     OperationControl& mControl;
@@ -154,7 +155,8 @@ class PlayService {
   // On the service's thread only.
   ListenerTable mPlayers;
   utl::Array<utl::SmartPointer<TimedReplay>> mReplays;
-  bool mIsStopping = false;  // stopPlayInternal() runs
+  bool mIsStopping = false;        // stopPlayInternal() runs
+  bool mIsReplayStopLeft = false;  // the shutdown could not be handed to the thread
 
   // Written by a handler, read by the caller who waits for it under the lock of its kind.
   ZTSync mAttachPlayerSync;
