@@ -78,7 +78,11 @@ int ZtFileCopy::copyDirectory() {
   DIR* const lpDirectory = ::opendir(mSource.c_str());
   if (lpDirectory == nullptr) return FAILED;
   int lResult = DONE;
-  while (const dirent* const lpEntry = ::readdir(lpDirectory)) {
+  for (;;) {
+    errno = 0;
+    const dirent* const lpEntry = ::readdir(lpDirectory);
+    if (lpEntry == nullptr && errno != 0) lResult = std::max<int>(lResult, FAILED);
+    if (lpEntry == nullptr) break;
     if (isDots(lpEntry->d_name)) continue;
     const Descent lSource(mSource, lpEntry->d_name), lDestination(mDestination, lpEntry->d_name);
     lResult = std::max(lResult, copyEntry());
