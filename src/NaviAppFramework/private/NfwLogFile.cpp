@@ -47,6 +47,19 @@ void LogFile::accept(StreamBuffer& nBuffer, unsigned int nSize) {
   nBuffer.eraseTop(nSize);
 }
 
+void LogFile::acceptWhole(StreamBuffer& nBuffer, unsigned int nSize) {
+  unsigned long long lTaken = 0;
+  if (!mpFile->getSize(&lTaken) || lTaken <= mSize) return;
+  const uint64_t lEnd = std::min<uint64_t>(lTaken - mSize, nSize);
+  uint64_t lWhole = 0;
+  for (uint64_t lNext = mLeftSize; lNext <= lEnd;) {
+    lWhole = lNext;
+    if (lWhole == nSize) break;
+    lNext += recordSizeAt(nBuffer, static_cast<unsigned int>(lWhole));
+  }
+  accept(nBuffer, static_cast<unsigned int>(lWhole));
+}
+
 // By path and by position, both: where the name is gone the position alone still keeps later records in order.
 void LogFile::cutBack(StreamBuffer& nBuffer) {
   mSize -= mOpenSize;

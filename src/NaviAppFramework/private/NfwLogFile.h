@@ -28,6 +28,8 @@ class LogFile {
   bool write(const void* npBytes, unsigned int nSize) { return mpFile->write(npBytes, nSize) >= 0; }
   /// The top bytes of the ring were written: takes them out.
   void accept(StreamBuffer& nBuffer, unsigned int nSize);
+  /// The write of the ring's top bytes failed on the way: takes out the records that came into the file whole.
+  void acceptWhole(StreamBuffer& nBuffer, unsigned int nSize);
   /// A write failed: ends the file behind its last whole record, and drops what the ring holds of a record whose
   /// beginning was in the file. Every other record of the ring stays there, whole.
   void cutBack(StreamBuffer& nBuffer);

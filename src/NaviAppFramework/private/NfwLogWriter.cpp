@@ -234,7 +234,7 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
     if (isSimple(lRecord)) {
       lIsDone = true;
       lResult = buffer(lRecord);
-      lIsWake = takeWake();
+      lIsWake = lResult == SUCCESS && takeWake();
     }
   }
   if (!lIsDone) {
@@ -242,7 +242,7 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
     const WatchedLock lLock(mSync);
     if (!isAccepting()) return NOT_ACCEPTED;
     lResult = writeWithFile(lRecord);
-    lIsWake = takeWake();
+    lIsWake = lResult == SUCCESS && takeWake();
   }
   if (lIsWake && !postWriteFile()) failBase("Can't post thread", lRecord.id());
   return lResult;
@@ -420,6 +420,7 @@ bool LogWriter::endPiece(bool nIsWritten, int nSize, const char* npOperation) {
     return true;
   }
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::%s(): Can't write data: %s", npOperation, mFile.getPath());
+  mFile.acceptWhole(mBuffer, static_cast<unsigned int>(nSize));
   mFile.cutBack(mBuffer);
   return false;
 }
