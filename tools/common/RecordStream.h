@@ -33,7 +33,10 @@ class RecordStream {
 
   /// While live, the end of the file is the end for now, and a record that is not all there is waited for: next() may
   /// be asked again. Turned off, the rest is judged for good.
-  void setLive(bool nIsLive) { mIsLive = nIsLive; }
+  void setLive(bool nIsLive) {
+    mIsLive = nIsLive;
+    mIsAtEnd = false;
+  }
 
   /// UNKNOWN_RECORD before the first next(), for an empty file, and for a foreign one.
   RecordKind getKind() const { return mKind; }

@@ -1,6 +1,8 @@
 #include "SensorContent.h"
 
 #include "NfwNmeaSentence.h"
+#include "RecordFormat.h"
+#include "RecordText.h"
 
 namespace tool {
 
@@ -75,6 +77,19 @@ bool isSensorContent(int nId, int nVersion, std::string_view nData) {
   if (nVersion > LAST_VERSION) return false;
   if (nId == SENSOR_GNSS_ID) return isSentence(nVersion, nData);
   return nId == SENSOR_DEAD_RECKONING_ID && isReport(nVersion, nData);
+}
+
+int64_t sensorUtcMs(int nId, std::string_view nData) {
+  if (nId == SENSOR_GNSS_ID && !nData.empty() && nData[0] == nfw::NMEA_RMC)
+    nData.remove_prefix(1);
+  else if (nId != SENSOR_DEAD_RECKONING_ID)
+    return -1;
+  if (nData.size() < RMC_SIZE) return -1;
+  const int64_t lTime = littleEndian32(nData.data() + 3);  // hhmmss.sss in thousandths
+  const unsigned int lDay = byteAt(nData, 23), lMonth = byteAt(nData, 24), lYear = byteAt(nData, 25);
+  if (lDay == 0 || lMonth == 0 || lMonth > 12 || lTime >= 240000000) return -1;
+  const int64_t lMinutes = lTime / 10000000 * 60 + lTime / 100000 % 100;
+  return (daysSince1970(2000 + lYear, lMonth, lDay) * 1440 + lMinutes) * 60000 + lTime % 100000;
 }
 
 }  // namespace tool
