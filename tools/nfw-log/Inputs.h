@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace logtool {
+
+/// Files that are read as one, in their order.
+struct Recording {
+  std::string mName;                ///< for people: DIR/PREFIX, or the file's path
+  std::vector<std::string> mPaths;  ///< "-" is standard input
+};
+
+/// Finds what the words of a command line name. A file is a recording of its own, "-" too. A directory holds the files
+/// of one or more recordings: DIR/PREFIX_YYYYMMDD-hhmmss_NN.log, in the order of their time and number, one recording
+/// for each prefix in alphabetical order; then every other file in it that is a recording.
+/// @return false, with a reason, when a word names nothing to read
+bool findRecordings(const std::vector<std::string>& nWords, std::vector<Recording>* npRecordings,
+                    std::string* npReason);
+
+/// Bytes of all files; 0 when one of them has no size, as a pipe.
+uint64_t totalSize(const std::vector<Recording>& nRecordings);
+
+}  // namespace logtool
