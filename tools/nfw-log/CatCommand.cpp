@@ -1,0 +1,34 @@
+#include "Follower.h"
+#include "OutputFile.h"
+#include "ProblemReport.h"
+#include "RecordPrinter.h"
+#include "Run.h"
+
+namespace logtool {
+
+int runCat(Run& nRun) {
+  const Options& lOptions = nRun.getOptions();
+  OutputFile lOutput;
+  if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
+  ProblemReport lProblems;
+  for (const Recording& lRecording : nRun.getRecordings()) {
+    RecordPrinter lPrinter(lOptions);
+    const auto lPrint = [&](const tool::Record& nRecord, const Selector& nSelector) {
+      lOutput.write(lPrinter.print(nRecord, nSelector.getTimeline()));
+      return !lOutput.isClosed();
+    };
+    if (!lOptions.mFollow) {
+      nRun.readSelected(lRecording, lProblems, lPrint);
+      continue;
+    }
+    Selector lSelector(lOptions.mSelection);
+    Follower lFollower(lRecording, lOptions.mInputs.front(), lProblems);
+    tool::Record lRecord;
+    while (lFollower.next(&lRecord, [&] { lOutput.flush(); }) && !lSelector.isOver()) {
+      if (lSelector.takes(lRecord) && !lPrint(lRecord, lSelector)) break;
+    }
+  }
+  return lOutput.commit() ? lProblems.exitCode() : static_cast<int>(EXIT_FOUND);
+}
+
+}  // namespace logtool

@@ -1,0 +1,116 @@
+#include "RecordPrinter.h"
+
+#include <fmt/format.h>
+
+#include <iterator>
+
+#include "JsonObject.h"
+#include "RecordType.h"
+
+namespace logtool {
+
+namespace {
+
+bool isPrintable(char nByte) { return nByte >= 0x20 && nByte != 0x7F; }
+
+std::string_view withoutLineEnd(std::string_view nText) {
+  while (!nText.empty() && (nText.back() == '\n' || nText.back() == '\r')) nText.remove_suffix(1);
+  return nText;
+}
+
+}  // namespace
+
+const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timeline& nTimeline) {
+  mText.clear();
+  if (mOptions.mJson) {
+    appendJson(nRecord, nTimeline);
+    return mText;
+  }
+  begin(nRecord, nTimeline);
+  if (mOptions.mHex) {
+    mText += mHead;
+    appendHex(nRecord.mData);
+    mText += '\n';
+  } else if (decode(nRecord)) {
+    for (const std::string& lSentence : mDecoded) appendLine(lSentence);
+  } else {
+    appendLine(nRecord.mData);
+  }
+  return mText;
+}
+
+void RecordPrinter::begin(const tool::Record& nRecord, const Timeline& nTimeline) {
+  const int64_t lTime = mClock.timeOf(nRecord);
+  mHead.clear();
+  if (nRecord.mKind == tool::LOG_RECORD)
+    mHead += nRecord.mStamp;
+  else if (lTime != NO_TIME)
+    mHead += timeText(lTime);
+  else
+    mHead += "+" + durationText(nTimeline.getElapsedMs());
+  fmt::format_to(std::back_inserter(mHead), " {} ", nRecord.mId);
+}
+
+// Text as it is, but for a character that would break the line or the terminal.
+void RecordPrinter::appendLine(std::string_view nData) {
+  mText += mHead;
+  for (const char lByte : withoutLineEnd(nData)) {
+    if (isPrintable(lByte) || lByte == '\t') {
+      mText += lByte;
+    } else {
+      fmt::format_to(std::back_inserter(mText), "\\x{:02X}", static_cast<unsigned char>(lByte));
+    }
+  }
+  mText += '\n';
+}
+
+void RecordPrinter::appendHex(std::string_view nData) {
+  static const char DIGITS[] = "0123456789abcdef";
+  for (const char lByte : nData) {
+    mText += DIGITS[static_cast<unsigned char>(lByte) >> 4];
+    mText += DIGITS[static_cast<unsigned char>(lByte) & 0xF];
+  }
+}
+
+void RecordPrinter::appendJson(const tool::Record& nRecord, const Timeline& nTimeline) {
+  const int64_t lTime = mClock.timeOf(nRecord);
+  {
+    tool::JsonObject lObject(&mText);
+    if (lTime == NO_TIME) lObject.null("time");
+    if (lTime != NO_TIME) lObject.text("time", timeText(lTime));
+    lObject.number("elapsed_ms", nTimeline.getElapsedMs());
+    lObject.number("tick", nRecord.mTick);
+    lObject.number("id", static_cast<uint64_t>(nRecord.mId));
+    if (nRecord.mKind == tool::SENSOR_RECORD) lObject.number("version", static_cast<uint64_t>(nRecord.mVersion));
+    lObject.text("type", recordType(nRecord));
+    lObject.number("offset", nRecord.mOffset);
+    const std::string_view lData = withoutLineEnd(nRecord.mData);
+    bool lIsText = nRecord.mKind == tool::LOG_RECORD && !mOptions.mHex;
+    for (const char lByte : lData) lIsText = lIsText && lByte >= 0x20 && lByte <= 0x7E;
+    if (lIsText) {
+      lObject.text("text", lData);
+    } else {
+      lObject.key("hex")->push_back('"');
+      appendHex(nRecord.mData);
+      mText += '"';
+    }
+    if (decode(nRecord)) {
+      tool::JsonObject lList(lObject.key("sentences"), '[');
+      for (const std::string& lSentence : mDecoded) tool::JsonObject::quote(lSentence, lList.element());
+    }
+  }
+  mText += '\n';
+}
+
+// True when it is a record of a sensor log that holds sentences.
+bool RecordPrinter::decode(const tool::Record& nRecord) {
+  mDecoded.clear();
+  return nRecord.mKind == tool::SENSOR_RECORD && mSentences.read(nRecord, *this) && !mDecoded.empty();
+}
+
+bool RecordPrinter::onSentence(std::string_view nSentence) {
+  mDecoded.emplace_back(nSentence);
+  return true;
+}
+
+}  // namespace logtool

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Timeline.h"
+#include "WallClock.h"
+
+namespace logtool {
+
+/// A point in a recording, as a user gives it.
+struct Moment {
+  enum Kind { NONE, OFFSET, TIME_OF_DAY, DATE_AND_TIME };
+  Kind mKind = NONE;
+  int64_t mMs = 0;
+};
+
+/// "90", "90s", "250ms", "1.5m", "2h": from the recording's begin. "08:15" and "08:15:30.5": the time of day, of the
+/// first day unless the recording runs past midnight. "2026-01-31 08:15:30", also with "T" or slashes.
+bool parseMoment(const std::string& nText, Moment* npMoment);
+
+/// Which records a command is about; empty lists stand for all.
+struct Selection {
+  std::vector<int> mIds;
+  std::vector<std::string> mTypes;
+  Moment mFrom, mTo;  ///< from the first to before the second
+
+  bool isAll() const {
+    return mIds.empty() && mTypes.empty() && mFrom.mKind == Moment::NONE && mTo.mKind == Moment::NONE;
+  }
+};
+
+/// Judges the records of one recording, all of them in their order.
+class Selector {
+ public:
+  explicit Selector(const Selection& nSelection);
+
+  bool takes(const tool::Record& nRecord);
+  /// No later record can be taken.
+  bool isOver() const { return mIsOver; }
+
+  const Timeline& getTimeline() const { return mTimeline; }
+  int64_t getTime() const { return mTime; }  ///< of the last record's clock, or NO_TIME; only if the selection asks it
+
+ private:
+  bool isInTime(const tool::Record& nRecord);
+  bool isAtOrAfter(const Moment& nMoment) const;
+  bool isListed(const tool::Record& nRecord) const;
+
+  const Selection& mSelection;
+  const bool mAsksClock;
+  Timeline mTimeline;
+  WallClock mClock;
+  int64_t mTime = NO_TIME;
+  int64_t mFirstTime = NO_TIME;
+  bool mIsOver = false;
+};
+
+}  // namespace logtool
