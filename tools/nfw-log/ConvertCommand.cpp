@@ -1,0 +1,64 @@
+#include <fmt/format.h>
+
+#include "OutputFile.h"
+#include "ProblemReport.h"
+#include "Run.h"
+#include "Sentences.h"
+#include "TrackReader.h"
+#include "TrackWriter.h"
+
+namespace logtool {
+
+namespace {
+
+class NmeaWriter : public tool::SentenceSink {
+ public:
+  explicit NmeaWriter(OutputFile& nOutput) : mOutput(nOutput) {}
+  bool onSentence(std::string_view nSentence) override {
+    mOutput.write(nSentence);
+    mOutput.write("\r\n");
+    return true;
+  }
+
+ private:
+  OutputFile& mOutput;
+};
+
+uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
+  Sentences lSentences;
+  NmeaWriter lWriter(nOutput);
+  uint64_t lUndecoded = 0;
+  for (const Recording& lRecording : nRun.getRecordings()) {
+    nRun.readSelected(lRecording, nProblems, [&](const tool::Record& nRecord, const Selector&) {
+      if (!lSentences.read(nRecord, lWriter)) ++lUndecoded;
+      return !nOutput.isClosed();
+    });
+  }
+  return lUndecoded;
+}
+
+uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
+  const std::unique_ptr<TrackWriter> lpWriter = TrackWriter::make(nRun.getOptions().mFormat, nOutput);
+  TrackReader lReader(nRun);
+  lpWriter->begin();
+  lReader.read(nProblems, *lpWriter);
+  lpWriter->end();
+  if (lpWriter->getPoints() == 0) fmt::print(stderr, "nfw-log: no position in what was selected\n");
+  return lReader.getUndecoded();
+}
+
+}  // namespace
+
+int runConvert(Run& nRun) {
+  const Options& lOptions = nRun.getOptions();
+  OutputFile lOutput;
+  ProblemReport lProblems;
+  if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
+  const auto lConvert = lOptions.mFormat == "nmea" ? convertToNmea : convertToTrack;
+  const uint64_t lUndecoded = lConvert(nRun, lProblems, lOutput);
+  if (lUndecoded > 0) fmt::print(stderr, "nfw-log: {} records of sentences could not be decoded\n", lUndecoded);
+  if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
+  return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
+}
+
+}  // namespace logtool

@@ -1,0 +1,156 @@
+#include "EpochBuilder.h"
+
+#include <algorithm>
+
+#include "RecordText.h"
+#include "SentenceTime.h"
+
+namespace logtool {
+
+namespace {
+
+const double KMH_PER_KNOT = 1.852;
+
+void setIfMissing(double nValue, double* npMember) {
+  if (std::isnan(*npMember)) *npMember = nValue;
+}
+
+Fix fixOfQuality(char nQuality) {
+  static const Fix FIXES[] = {FIX_NONE,         FIX_2D,           FIX_DIFFERENTIAL, FIX_2D,
+                              FIX_DIFFERENTIAL, FIX_DIFFERENTIAL, FIX_ESTIMATED};
+  return nQuality >= '0' && nQuality <= '6' ? FIXES[nQuality - '0'] : FIX_NONE;
+}
+
+Fix fixOfMode(char nMode) {
+  if (nMode == 'E') return FIX_ESTIMATED;
+  return nMode == 'D' || nMode == 'R' || nMode == 'F' ? FIX_DIFFERENTIAL : FIX_2D;
+}
+
+Fix fixOfStatus(std::string_view nStatus, bool nIsReckoning) {
+  if (nStatus == "DR" || (nStatus == "RK" && nIsReckoning)) return FIX_ESTIMATED;
+  if (nStatus == "D2" || nStatus == "D3") return FIX_DIFFERENTIAL;
+  if (nStatus == "G3" || nStatus == "RK") return FIX_3D;
+  return nStatus == "G2" ? FIX_2D : FIX_NONE;
+}
+
+}  // namespace
+
+bool EpochBuilder::onSentence(std::string_view nSentence) {
+  using Take = void (EpochBuilder::*)(const SentenceFields&);
+  struct Kind {
+    const char* mpName;
+    Take mpTake;
+  };
+  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga}, {"GLL", &EpochBuilder::takeGll},
+                               {"GSA", &EpochBuilder::takeGsa}, {"RMC", &EpochBuilder::takeRmc},
+                               {"VTG", &EpochBuilder::takeVtg}, {"ZDA", &EpochBuilder::takeZda}};
+  const bool lIsPubx = nSentence.substr(0, 9) == "$PUBX,00,";
+  Take lpTake = lIsPubx ? &EpochBuilder::takePubx : nullptr;
+  for (const Kind& lKind : KINDS) {
+    if (nSentence.size() > 6 && nSentence.substr(3, 3) == lKind.mpName && nSentence[6] == ',') lpTake = lKind.mpTake;
+  }
+  if (lpTake == nullptr) return true;
+  const int64_t lTime = tool::sentenceTime(nSentence);
+  if (lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
+  (this->*lpTake)(SentenceFields(nSentence));
+  return true;
+}
+
+/// Gives away the point under way and begins one.
+void EpochBuilder::beginAt(int64_t nTimeOfDay) {
+  if (mPoint.mTimeOfDay >= 0 && mPoint.hasPosition()) {
+    tellTime();
+    mPoint.mIsBreak = !mHasLast || mPoint.mElapsedMs - mLastElapsed > BREAK_MS;
+    mHasLast = true;
+    mLastElapsed = mPoint.mElapsedMs;
+    mSink.onPoint(mPoint);
+  }
+  mPoint = {};
+  mPoint.mTimeOfDay = nTimeOfDay;
+  mPoint.mElapsedMs = mElapsed;
+  mPoint.mId = mId;
+}
+
+void EpochBuilder::tellTime() {
+  if (mDay < 0) return;
+  if (mPoint.mTimeOfDay < mDayTime - tool::MS_PER_DAY / 2) ++mDay;  // midnight has passed since the date was told
+  mDayTime = mPoint.mTimeOfDay;
+  mPoint.mUtcMs = mDay * tool::MS_PER_DAY + mPoint.mTimeOfDay;
+}
+
+void EpochBuilder::setDate(double nYear, double nMonth, double nDay) {
+  if (!(nMonth >= 1.0 && nMonth <= 12.0 && nDay >= 1.0 && nDay <= 31.0 && nYear >= 1970.0 && nYear < 10000.0)) return;
+  mDay = tool::daysSince1970(static_cast<int64_t>(nYear), static_cast<int64_t>(nMonth), static_cast<int64_t>(nDay));
+  mDayTime = mPoint.mTimeOfDay;
+}
+
+void EpochBuilder::setPosition(const SentenceFields& nFields, size_t nLatitudeAt) {
+  const double lLatitude = nFields.degrees(nLatitudeAt);
+  const double lLongitude = nFields.degrees(nLatitudeAt + 2);
+  if (!(std::fabs(lLatitude) <= 90.0 && std::fabs(lLongitude) <= 180.0)) return;
+  setIfMissing(lLatitude, &mPoint.mLatitude);
+  setIfMissing(lLongitude, &mPoint.mLongitude);
+}
+
+// The sentences of an epoch tell of its fix in different words; the one that tells most stays.
+void EpochBuilder::raiseFix(Fix nFix) { mPoint.mFix = std::max(mPoint.mFix, nFix); }
+
+void EpochBuilder::takeGga(const SentenceFields& nFields) {
+  const Fix lFix = fixOfQuality(nFields.letter(6));
+  if (lFix == FIX_NONE) return;
+  raiseFix(lFix);
+  setPosition(nFields, 2);
+  mPoint.mAltitude = nFields.number(9);
+  mPoint.mGeoidSeparation = nFields.number(11);
+  setIfMissing(nFields.number(7), &mPoint.mSatellites);
+  setIfMissing(nFields.number(8), &mPoint.mHdop);
+}
+
+void EpochBuilder::takeGll(const SentenceFields& nFields) {
+  if (nFields.letter(6) != 'A') return;
+  setPosition(nFields, 1);
+  raiseFix(fixOfMode(nFields.letter(7)));
+}
+
+void EpochBuilder::takeGsa(const SentenceFields& nFields) {
+  const char lMode = nFields.letter(2);
+  if (lMode != '2' && lMode != '3') return;
+  raiseFix(lMode == '3' ? FIX_3D : FIX_2D);
+  setIfMissing(nFields.number(15), &mPoint.mPdop);
+  setIfMissing(nFields.number(16), &mPoint.mHdop);
+  setIfMissing(nFields.number(17), &mPoint.mVdop);
+}
+
+void EpochBuilder::takeRmc(const SentenceFields& nFields) {
+  const double lDate = nFields.number(9);  // ddmmyy
+  if (lDate >= 0.0)
+    setDate(2000.0 + std::fmod(lDate, 100.0), std::floor(std::fmod(lDate / 100.0, 100.0)), std::floor(lDate / 10000.0));
+  if (nFields.letter(2) != 'A' && nFields.letter(2) != 'D') return;
+  raiseFix(fixOfMode(nFields.letter(12)));
+  setPosition(nFields, 3);
+  setIfMissing(nFields.number(7) * KMH_PER_KNOT, &mPoint.mSpeedKmh);
+  setIfMissing(nFields.number(8), &mPoint.mCourse);
+}
+
+void EpochBuilder::takeVtg(const SentenceFields& nFields) {
+  setIfMissing(nFields.number(7), &mPoint.mSpeedKmh);
+  setIfMissing(nFields.number(1), &mPoint.mCourse);
+}
+
+void EpochBuilder::takeZda(const SentenceFields& nFields) {
+  setDate(nFields.number(4), nFields.number(3), nFields.number(2));
+}
+
+void EpochBuilder::takePubx(const SentenceFields& nFields) {
+  const Fix lFix = fixOfStatus(nFields.text(8), nFields.letter(20) == '1');
+  if (lFix == FIX_NONE) return;
+  raiseFix(lFix);
+  setPosition(nFields, 3);
+  setIfMissing(nFields.number(11), &mPoint.mSpeedKmh);
+  setIfMissing(nFields.number(12), &mPoint.mCourse);
+  setIfMissing(nFields.number(15), &mPoint.mHdop);
+  setIfMissing(nFields.number(16), &mPoint.mVdop);
+  setIfMissing(nFields.number(18), &mPoint.mSatellites);
+}
+
+}  // namespace logtool

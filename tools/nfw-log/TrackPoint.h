@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cmath>
+#include <cstdint>
+
+namespace logtool {
+
+enum Fix { FIX_NONE, FIX_2D, FIX_3D, FIX_DIFFERENTIAL, FIX_ESTIMATED };
+
+/// "none", "2d", "3d", "dgps", "estimated".
+inline const char* fixName(Fix nFix) {
+  static const char* const NAMES[] = {"none", "2d", "3d", "dgps", "estimated"};
+  return NAMES[nFix];
+}
+
+/// What one epoch of a recording told. A number that it did not tell is NAN, a time -1.
+struct TrackPoint {
+  int64_t mUtcMs = -1;      ///< since 1970; -1 while no sentence has told the date
+  int64_t mTimeOfDay = -1;  ///< UTC, milliseconds
+  uint64_t mElapsedMs = 0;  ///< from the recording's first record
+  int mId = 0;              ///< log type id of its records
+  bool mIsBreak = false;    ///< the track does not go on here: first of its recording, or behind a pause
+  double mLatitude = NAN, mLongitude = NAN;  ///< degrees, positive in the north and east
+  double mAltitude = NAN;                    ///< metres above mean sea level
+  double mGeoidSeparation = NAN;             ///< metres
+  double mSpeedKmh = NAN;
+  double mCourse = NAN;  ///< degrees
+  Fix mFix = FIX_NONE;
+  double mSatellites = NAN;  ///< used
+  double mHdop = NAN, mVdop = NAN, mPdop = NAN;
+
+  bool hasPosition() const { return !std::isnan(mLatitude) && !std::isnan(mLongitude); }
+  bool isDeadReckoned() const { return mFix == FIX_ESTIMATED; }
+};
+
+/// Takes the points of a track in their order.
+class TrackSink {
+ public:
+  virtual ~TrackSink() = default;
+  virtual void onPoint(const TrackPoint& nPoint) = 0;
+};
+
+}  // namespace logtool
