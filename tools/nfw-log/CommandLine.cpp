@@ -1,0 +1,169 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+
+#include "Manual.h"
+#include "Run.h"
+
+namespace logtool {
+
+namespace {
+
+/// The texts as they stand on the command line.
+struct Arguments {
+  std::vector<std::string> mIds;
+  std::vector<std::string> mTypes;
+  std::string mFrom, mTo;
+  double mGapSeconds = 5.0;
+};
+
+struct Command {
+  const char* mpName;
+  const char* mpDescription;
+  const char* mpExamples;
+  const char* mpOptions;  // a letter for each group: s selection, o output, O output that must be named, others below
+  int (*mpRun)(Run&);
+};
+
+const Command COMMANDS[] = {
+    {"info", "What a recording holds: records, ids, times, gaps, damage", INFO_EXAMPLES, "jg", runInfo},
+    {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "sojxf", runCat},
+    {"check", "Finds everything that is wrong with a recording; exit status 1 when anything is", CHECK_EXAMPLES, "j",
+     runCheck},
+    {"recover", "Writes all whole records of a damaged recording to a new file", RECOVER_EXAMPLES, "O", runRecover},
+    {"cut", "Writes the records of a time to a new file", CUT_EXAMPLES, "sO", runCut},
+    {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "sO", runCut},
+    {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
+    {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "soc", runConvert},
+};
+
+void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {
+  nApp.add_option("--id", nArguments.mIds, "only these log type ids, as 20,255 or 0x14")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  nApp.add_option("--type", nArguments.mTypes, "only these types, as GGA,RMC; also DR, LOG, DATA")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  nApp.add_option("--from", nArguments.mFrom, "from this moment on")->type_name("MOMENT");
+  nApp.add_option(nHasFormat ? "--until" : "--to,--until", nArguments.mTo, "up to this moment, not including it")
+      ->type_name("MOMENT");
+}
+
+void declareOutput(CLI::App& nApp, bool nIsRequired, Options& nOptions) {
+  CLI::Option* const lpOutput =
+      nApp.add_option("-o,--output", nOptions.mOutput, "the file to write; - is standard output");
+  lpOutput->type_name("FILE")->required(nIsRequired);
+  nApp.add_flag("--force", nOptions.mForce, "replace the file if it exists");
+}
+
+void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
+  const std::string lGroups = nCommand.mpOptions;
+  const auto lHas = [&](char nGroup) { return lGroups.find(nGroup) != std::string::npos; };
+  nApp.footer(std::string("Examples:\n") + nCommand.mpExamples);
+  nApp.add_option("INPUT", nOptions.mInputs, "recordings: files, directories, - for standard input")
+      ->type_name("FILE|DIR")
+      ->required();
+  if (lHas('s')) declareSelection(nApp, lHas('c'), nArguments);
+  if (lHas('o') || lHas('O')) declareOutput(nApp, lHas('O'), nOptions);
+  if (lHas('j')) nApp.add_flag("--json", nOptions.mJson, "JSON instead of text");
+  if (lHas('x')) nApp.add_flag("--hex", nOptions.mHex, "data in hexadecimal");
+  if (lHas('f')) nApp.add_flag("--follow", nOptions.mFollow, "wait for more at the end of a recording under way");
+  if (lHas('g')) {
+    nApp.add_option("--gap", nArguments.mGapSeconds, "tell of pauses of so many seconds or more, 5 unless given")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(0.001, 1e6).description(""));
+  }
+  if (lHas('m')) nApp.add_flag("--by-time", nOptions.mByTime, "order by the clock even if the ticks agree");
+  if (lHas('c')) {
+    nApp.add_option("--to", nOptions.mFormat, "nmea, gpx, kml, geojson or csv")
+        ->type_name("FORMAT")
+        ->required()
+        ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv"}).description(""));
+  }
+  if (lHas('p')) {
+    nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
+    nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
+        ->type_name("speed|fix")
+        ->check(CLI::IsMember({"speed", "fix"}).description(""));
+  }
+}
+
+int idOf(const std::string& nText) {
+  size_t lEnd = 0;
+  unsigned long lId = 0;
+  try {
+    lId = std::stoul(nText, &lEnd, 0);
+  } catch (const std::exception&) {
+    lEnd = 0;
+  }
+  if (lEnd == 0 || lEnd != nText.size() || lId > 0x7FFFFFFF)
+    throw CLI::ValidationError("--id", "\"" + nText + "\" is no log type id");
+  return static_cast<int>(lId);
+}
+
+Moment momentOf(const char* npOption, const std::string& nText) {
+  Moment lMoment;
+  if (nText.empty() || parseMoment(nText, &lMoment)) return lMoment;
+  throw CLI::ValidationError(
+      npOption, "\"" + nText + "\" is no moment: expected 90, 90s, 1.5m, 2h, 08:15:30 or \"2026-01-31 08:15:30\"");
+}
+
+void complete(const Arguments& nArguments, Options& nOptions) {
+  for (const std::string& lId : nArguments.mIds) nOptions.mSelection.mIds.push_back(idOf(lId));
+  for (std::string lType : nArguments.mTypes) {
+    std::transform(lType.begin(), lType.end(), lType.begin(),
+                   [](unsigned char c) { return static_cast<char>(toupper(c)); });
+    nOptions.mSelection.mTypes.push_back(lType);
+  }
+  nOptions.mSelection.mFrom = momentOf("--from", nArguments.mFrom);
+  nOptions.mSelection.mTo = momentOf("--to", nArguments.mTo);
+  nOptions.mGapMs = static_cast<uint64_t>(nArguments.mGapSeconds * 1000.0 + 0.5);
+  if (nOptions.mFollow && (nOptions.mInputs.size() != 1 || nOptions.mInputs.front() == "-")) {
+    throw CLI::ValidationError("--follow", "takes one file or directory");
+  }
+}
+
+int run(const Command& nCommand, const Options& nOptions) {
+  std::vector<Recording> lRecordings;
+  std::string lReason;
+  if (!findRecordings(nOptions.mInputs, &lRecordings, &lReason)) {
+    fprintf(stderr, "nfw-log: %s\n", lReason.c_str());
+    return EXIT_TROUBLE;
+  }
+  Run lRun(nOptions, lRecordings);
+  return nCommand.mpRun(lRun);
+}
+
+}  // namespace
+
+int runProgram(int nArgc, const char* const* npArgv) {
+  CLI::App lApp("Looks into recordings of both kinds, log and sensor log, mends them and takes them elsewhere.",
+                "nfw-log");
+  lApp.set_version_flag("--version", "nfw-log " NFW_VERSION);
+  lApp.require_subcommand(1);
+  lApp.footer(MANUAL);
+  lApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
+    return "nfw-log: " + std::string(nError.what()) + "\nTry nfw-log --help.\n";
+  });
+  Arguments lArguments;
+  Options lOptions;
+  for (const Command& lCommand : COMMANDS) {
+    declare(lCommand, *lApp.add_subcommand(lCommand.mpName, lCommand.mpDescription), lArguments, lOptions);
+  }
+  try {
+    lApp.parse(nArgc, npArgv);
+    complete(lArguments, lOptions);
+  } catch (const CLI::ParseError& lError) {
+    return lApp.exit(lError) == 0 ? EXIT_DONE : EXIT_TROUBLE;
+  }
+  for (const Command& lCommand : COMMANDS) {
+    if (lApp.got_subcommand(lCommand.mpName)) return run(lCommand, lOptions);
+  }
+  return EXIT_TROUBLE;
+}
+
+}  // namespace logtool

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "Selection.h"
+
+namespace logtool {
+
+enum ExitCode {
+  EXIT_DONE = 0,
+  EXIT_FOUND = 1,    ///< check found something wrong, or the output could not be written
+  EXIT_TROUBLE = 2,  ///< a wrong command line, or an input that cannot be read
+};
+
+/// What the command line asks for.
+struct Options {
+  std::vector<std::string> mInputs;
+  std::string mOutput = "-";
+  bool mForce = false;
+  bool mJson = false;
+  bool mHex = false;
+  bool mFollow = false;
+  bool mHtml = false;
+  bool mByTime = false;           ///< merge: by the clock instead of the ticks
+  std::string mFormat;            ///< of convert
+  std::string mColour = "speed";  ///< of the plot's track: speed or fix
+  uint64_t mGapMs = 5000;         ///< a pause from which on info tells of it
+  Selection mSelection;
+};
+
+}  // namespace logtool

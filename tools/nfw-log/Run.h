@@ -1,0 +1,59 @@
+#pragma once
+
+#include <functional>
+
+#include "Inputs.h"
+#include "Options.h"
+#include "Problems.h"
+#include "Progress.h"
+#include "RecordingReader.h"
+
+namespace logtool {
+
+/// One run of a command: its options, what it reads, and how far it is.
+class Run {
+ public:
+  /// @param nOptions not owned, outlives the run
+  Run(const Options& nOptions, std::vector<Recording> nRecordings)
+      : mOptions(nOptions), mRecordings(std::move(nRecordings)), mProgress(totalSize(mRecordings)) {}
+
+  const Options& getOptions() const { return mOptions; }
+  const std::vector<Recording>& getRecordings() const { return mRecordings; }
+  Progress& getProgress() { return mProgress; }
+
+  /// Goes through the records of a recording; ends early when `nUse` returns false.
+  template <class Use>
+  void read(const Recording& nRecording, Problems& nProblems, Use nUse) {
+    RecordingReader lReader(nRecording, nProblems);
+    tool::Record lRecord;
+    while (lReader.next(&lRecord) && nUse(lReader, lRecord)) mProgress.update(mDone + lReader.getRead());
+    mDone += lReader.getRead();
+  }
+
+  /// As above, only what the command line selects. `nUse` is given the record and the selector.
+  template <class Use>
+  void readSelected(const Recording& nRecording, Problems& nProblems, Use nUse) {
+    Selector lSelector(mOptions.mSelection);
+    read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
+      return lSelector.takes(nRecord) ? nUse(nRecord, lSelector) : !lSelector.isOver();
+    });
+  }
+
+ private:
+  const Options& mOptions;
+  const std::vector<Recording> mRecordings;
+  Progress mProgress;
+  uint64_t mDone = 0;  // bytes of the recordings before
+};
+
+// The commands; each returns its exit code.
+int runInfo(Run& nRun);
+int runCat(Run& nRun);
+int runCheck(Run& nRun);
+int runRecover(Run& nRun);
+int runCut(Run& nRun);  ///< cut and filter: they differ in the options they take
+int runMerge(Run& nRun);
+int runConvert(Run& nRun);
+int runPlot(Run& nRun);
+
+}  // namespace logtool

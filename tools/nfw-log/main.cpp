@@ -1,0 +1,3 @@
+#include "CommandLine.h"
+
+int main(int nArgc, char** npArgv) { return logtool::runProgram(nArgc, npArgv); }
