@@ -37,6 +37,7 @@ const Command COMMANDS[] = {
     {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "sO", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
     {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "soc", runConvert},
+    {"plot", "Draws the track, and speed, altitude, satellites and HDOP over time", PLOT_EXAMPLES, "sop", runPlot},
 };
 
 void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {

@@ -60,15 +60,21 @@ bool EpochBuilder::onSentence(std::string_view nSentence) {
 void EpochBuilder::beginAt(int64_t nTimeOfDay) {
   if (mPoint.mTimeOfDay >= 0 && mPoint.hasPosition()) {
     tellTime();
-    mPoint.mIsBreak = !mHasLast || mPoint.mElapsedMs - mLastElapsed > BREAK_MS;
-    mHasLast = true;
-    mLastElapsed = mPoint.mElapsedMs;
+    mPoint.mIsBreak = isBreak();
+    mLast = mPoint;
     mSink.onPoint(mPoint);
   }
   mPoint = {};
   mPoint.mTimeOfDay = nTimeOfDay;
   mPoint.mElapsedMs = mElapsed;
   mPoint.mId = mId;
+}
+
+// By the receiver's time where it is known: a recording may have been made slower or faster than that.
+bool EpochBuilder::isBreak() const {
+  if (!mLast.hasPosition()) return true;
+  if (mLast.mUtcMs < 0 || mPoint.mUtcMs < 0) return mPoint.mElapsedMs - mLast.mElapsedMs > BREAK_MS;
+  return mPoint.mUtcMs < mLast.mUtcMs || mPoint.mUtcMs - mLast.mUtcMs > static_cast<int64_t>(BREAK_MS);
 }
 
 void EpochBuilder::tellTime() {

@@ -28,6 +28,7 @@ class EpochBuilder : public tool::SentenceSink {
 
  private:
   void beginAt(int64_t nTimeOfDay);
+  bool isBreak() const;
   void tellTime();
   void setDate(double nYear, double nMonth, double nDay);
   void setPosition(const SentenceFields& nFields, size_t nLatitudeAt);
@@ -46,8 +47,7 @@ class EpochBuilder : public tool::SentenceSink {
   TrackPoint mPoint;
   int64_t mDay = -1;      // since 1970, of the last date that was told
   int64_t mDayTime = -1;  // the time of day then
-  bool mHasLast = false;
-  uint64_t mLastElapsed = 0;  // of the last point given away
+  TrackPoint mLast;       // given away; without a position before the first
 };
 
 }  // namespace logtool

@@ -36,6 +36,7 @@ Examples:
   nfw-log recover broken.log -o whole.log
   nfw-log cut --from 08:15 --to 08:20 /data/log -o part.log
   nfw-log convert --to gpx /data/log -o drive.gpx
+  nfw-log plot --html /data/log -o drive.html
 )";
 
 inline const char* const INFO_EXAMPLES = R"(  nfw-log info drive.log

@@ -1,0 +1,72 @@
+#include "TrackThinner.h"
+
+#include <cmath>
+
+namespace logtool {
+
+namespace {
+
+const double METRES_PER_DEGREE = 111194.9;  // of a sphere of 6371 km
+const double FIRST_DISTANCE = 0.5;          // metres
+const double RADIANS = 3.14159265358979323846 / 180.0;
+
+double distance(const GroundPoint& a, const GroundPoint& b) {
+  return std::hypot(a.mEast - b.mEast, a.mNorth - b.mNorth);
+}
+
+}  // namespace
+
+void TrackThinner::add(const TrackPoint& nPoint) {
+  const bool lIsFirst = !mHasFirst;
+  const TrackPlace lPlace = {placeOf(nPoint), static_cast<float>(nPoint.mSpeedKmh), nPoint.mFix, nPoint.mIsBreak};
+  if (!lIsFirst && !nPoint.mIsBreak) mLength += distance(lPlace.mPlace, mLast);
+  mLast = lPlace.mPlace;
+  if (mIsLastLoose) {
+    const TrackPlace lLoose = mPlaces.back();
+    mPlaces.pop_back();
+    // The end of a stretch, and the last place of a kind of fix, are where the drawing changes.
+    if (lPlace.mIsBreak || lPlace.mFix != lLoose.mFix) mPlaces.push_back(lLoose);
+  }
+  mIsLastLoose = !mPlaces.empty() && !isKept(lPlace, mPlaces.back(), mDistance);
+  mPlaces.push_back(lPlace);
+  while (mPlaces.size() > MAX_POINTS) thinOut();
+}
+
+GroundPoint TrackThinner::placeOf(const TrackPoint& nPoint) {
+  if (!mHasFirst) {
+    mHasFirst = true;
+    mLatitude = nPoint.mLatitude;
+    mLongitude = nPoint.mLongitude;
+  }
+  const double lEast = std::remainder(nPoint.mLongitude - mLongitude, 360.0);  // also across the date line
+  return {lEast * METRES_PER_DEGREE * std::cos(mLatitude * RADIANS),
+          (nPoint.mLatitude - mLatitude) * METRES_PER_DEGREE};
+}
+
+double TrackThinner::latitudeOf(double nNorth) const { return mLatitude + nNorth / METRES_PER_DEGREE; }
+
+double TrackThinner::longitudeOf(double nEast) const {
+  return mLongitude + nEast / (METRES_PER_DEGREE * std::cos(mLatitude * RADIANS));
+}
+
+bool TrackThinner::isKept(const TrackPlace& nPlace, const TrackPlace& nLast, double nDistance) {
+  return nPlace.mIsBreak || nPlace.mFix != nLast.mFix || distance(nPlace.mPlace, nLast.mPlace) >= nDistance;
+}
+
+void TrackThinner::thinOut() {
+  mDistance = mDistance == 0.0 ? FIRST_DISTANCE : mDistance * 2.0;
+  std::vector<TrackPlace> lKept;
+  for (size_t i = 0; i < mPlaces.size(); ++i) {
+    const bool lIsEnd = i + 1 == mPlaces.size() || mPlaces[i + 1].mIsBreak || mPlaces[i + 1].mFix != mPlaces[i].mFix;
+    if (lKept.empty() || lIsEnd || isKept(mPlaces[i], lKept.back(), mDistance)) lKept.push_back(mPlaces[i]);
+  }
+  // Breaks and changes alone are too many: half of them has to do.
+  if (lKept.size() > MAX_POINTS / 2 && mDistance > 1e7) {
+    for (size_t i = 1; i * 2 < lKept.size(); ++i) lKept[i] = lKept[i * 2];
+    lKept.resize(lKept.size() / 2);
+  }
+  mPlaces.swap(lKept);
+  mIsLastLoose = false;
+}
+
+}  // namespace logtool

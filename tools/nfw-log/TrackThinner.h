@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "TrackPoint.h"
+
+namespace logtool {
+
+/// A place on the ground in metres east and north of the track's first point.
+struct GroundPoint {
+  double mEast, mNorth;
+};
+
+/// What is kept of a point of the track.
+struct TrackPlace {
+  GroundPoint mPlace;
+  float mSpeedKmh;
+  Fix mFix;
+  bool mIsBreak;
+};
+
+/// Keeps the shape of a track of any length in bounded memory: points nearer to the last one kept than some distance
+/// are left out, and the distance grows as it must. Ends, breaks and changes between reckoned and measured stay.
+class TrackThinner {
+ public:
+  static constexpr size_t MAX_POINTS = 20000;
+
+  void add(const TrackPoint& nPoint);
+  const std::vector<TrackPlace>& getPlaces() const { return mPlaces; }
+  double getLengthM() const { return mLength; }     ///< of the whole track
+  double getLatitude() const { return mLatitude; }  ///< of the first point, degrees
+  double getLongitude() const { return mLongitude; }
+  /// Degrees of a place.
+  double latitudeOf(double nNorth) const;
+  double longitudeOf(double nEast) const;
+
+ private:
+  GroundPoint placeOf(const TrackPoint& nPoint);
+  static bool isKept(const TrackPlace& nPlace, const TrackPlace& nLast, double nDistance);
+  void thinOut();
+
+  std::vector<TrackPlace> mPlaces;
+  bool mHasFirst = false;
+  bool mIsLastLoose = false;  // the last place is there as the end only
+  double mLatitude = 0.0, mLongitude = 0.0;
+  double mDistance = 0.0;
+  double mLength = 0.0;
+  GroundPoint mLast = {};
+};
+
+}  // namespace logtool
