@@ -24,7 +24,7 @@ int runCat(Run& nRun) {
     Selector lSelector(lOptions.mSelection);
     Follower lFollower(lRecording, lOptions.mInputs.front(), lProblems);
     tool::Record lRecord;
-    while (lFollower.next(&lRecord, [&] { lOutput.flush(); }) && !lSelector.isOver()) {
+    while (!lSelector.isOver() && lFollower.next(&lRecord, [&] { lOutput.flush(); })) {
       if (lSelector.takes(lRecord) && !lPrint(lRecord, lSelector)) break;
     }
   }

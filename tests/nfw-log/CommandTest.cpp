@@ -1,0 +1,174 @@
+// What the commands say and refuse.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "LogBytes.h"
+#include "LogToolRun.h"
+#include "TempDir.h"
+
+namespace {
+
+using logtest::logRecord;
+using logtest::runTool;
+using nfwtest::readFile;
+using nfwtest::writeFile;
+using nlohmann::json;
+
+const char* const FIRST = "2026/01/31 23:59:59.000";
+const char* const LATER = "2026/02/01 00:00:07.500";
+
+class Command : public testing::Test {
+ protected:
+  /// Two recordings, one of three files; something else lies about.
+  Command() {
+    writeFile(mDir / "b_20260131-235959_00.log", logRecord(20, 1000, "$GPGGA,1\r\n", FIRST));
+    writeFile(mDir / "b_20260131-235959_01.log", logRecord(20, 2000, "$GPRMC,2\r\n", FIRST));
+    writeFile(mDir / "b_20260201-000000_00.log", logRecord(255, 9500, "last\x01", LATER));
+    writeFile(mDir / "a_20260301-000000_00.log", logRecord(7, 5, "other", LATER));
+    writeFile(mDir / "notes.txt", "nothing of ours\n");
+  }
+  nfwtest::TempDir mDir;
+  std::string mOutput, mErrors;
+};
+
+TEST_F(Command, catShowsADirectoryInTheOrderOfItsFiles) {
+  EXPECT_EQ(runTool({"cat", mDir.path()}, &mOutput), 0);
+  EXPECT_EQ(mOutput,
+            "2026/02/01 00:00:07.500 7 other\n2026/01/31 23:59:59.000 20 $GPGGA,1\n"
+            "2026/01/31 23:59:59.000 20 $GPRMC,2\n2026/02/01 00:00:07.500 255 last\\x01\n");
+}
+
+TEST_F(Command, momentsSelect) {
+  struct Case {
+    std::vector<std::string> mOptions;
+    std::string mIds;
+  };
+  const Case CASES[] = {
+      {{"--from", "1"}, "20 255 "},
+      {{"--from", "1000ms", "--to", "8.5"}, "20 "},
+      {{"--to", "0.1m"}, "20 20 "},
+      {{"--from", "00:00"}, "255 "},
+      {{"--from", "23:59:59", "--until", "00:00:07.5"}, "20 20 "},
+      {{"--from", "2026-02-01 00:00:07.5"}, "255 "},
+      {{"--to", "2026/02/01T00:00"}, "20 20 "},
+      {{"--from", "1h"}, ""},
+  };
+  for (const Case& lCase : CASES) {
+    std::vector<std::string> lArguments = {"cat", "--json", mDir / "b_20260131-235959_00.log"};
+    writeFile(mDir / "b", readFile(mDir / "b_20260131-235959_00.log") + readFile(mDir / "b_20260131-235959_01.log") +
+                              readFile(mDir / "b_20260201-000000_00.log"));
+    lArguments.back() = mDir / "b";
+    lArguments.insert(lArguments.end(), lCase.mOptions.begin(), lCase.mOptions.end());
+    EXPECT_EQ(runTool(lArguments, &mOutput), 0);
+    std::string lIds;
+    std::istringstream lLines(mOutput);
+    for (std::string lLine; std::getline(lLines, lLine);) lIds += json::parse(lLine)["id"].dump() + " ";
+    EXPECT_EQ(lIds, lCase.mIds) << lCase.mOptions[1];
+  }
+}
+
+TEST_F(Command, infoCounts) {
+  EXPECT_EQ(runTool({"info", "--json", "--gap", "5", mDir.path()}, &mOutput), 0);
+  const json lInfo = json::parse(mOutput)["recordings"][1];
+  EXPECT_EQ(lInfo["files"].size(), 3u);
+  EXPECT_EQ(lInfo["records"], 3);
+  EXPECT_EQ(lInfo["duration_ms"], 8500);
+  EXPECT_EQ(lInfo["first"]["time"], "2026-01-31 23:59:59.000");
+  EXPECT_EQ(lInfo["ids"][0]["types"], json({{"GGA", 1}, {"RMC", 1}}));
+  EXPECT_EQ(lInfo["gaps"][0]["length_ms"], 7500);
+  EXPECT_EQ(lInfo["backward_count"], 0);
+  EXPECT_EQ(lInfo["damage_count"], 0);
+  EXPECT_EQ(runTool({"info", mDir.path()}, &mOutput), 0);
+  EXPECT_NE(mOutput.find("Duration    0:00:08.500\n"), std::string::npos);
+}
+
+TEST_F(Command, checkFindsWhatIsWrong) {
+  EXPECT_EQ(runTool({"check", mDir.path()}), 0);
+  const std::string lFile = mDir / "wrong.log";
+  writeFile(lFile, logRecord(20, 90000000, "a") + logRecord(20, 1000, "b") + "noise" + logRecord(20, 1001, "c"));
+  EXPECT_EQ(runTool({"check", "--json", lFile}, &mOutput), 1);
+  const json lResult = json::parse(mOutput);
+  EXPECT_EQ(lResult["records"], 3);
+  ASSERT_EQ(lResult["finding_count"], 2);
+  EXPECT_EQ(lResult["findings"][0]["expected"], "a tick of 90000000 or more");
+  EXPECT_EQ(lResult["findings"][0]["offset"], 50);
+  EXPECT_EQ(lResult["findings"][1]["offset"], 100);
+  EXPECT_EQ(lResult["findings"][1]["length"], 5);
+  writeFile(lFile, logtest::sensorRecord(0, 1, 5, "no sentence") + logtest::sensorRecord(2, 1, 6, "x"));
+  EXPECT_EQ(runTool({"check", lFile}, &mOutput), 1);
+  EXPECT_NE(mOutput.find("wrong.log: offset 0, 18 bytes: expected a sentence in version 1"), std::string::npos);
+}
+
+TEST_F(Command, refusesWhatItMust) {
+  const std::string lLog = mDir / "a_20260301-000000_00.log", lOut = mDir / "out", lSensor = mDir / "sensor";
+  writeFile(lOut, "mine");
+  writeFile(lSensor, logtest::sensorRecord(3, 0, 1, "abc") + logtest::sensorRecord(3, 0, 2, ""));
+  struct Case {
+    std::vector<std::string> mArguments;
+    int mExit;
+    const char* mpSaid;
+  };
+  const Case CASES[] = {
+      {{}, 2, "Try nfw-log --help"},
+      {{"info"}, 2, "INPUT is required"},
+      {{"info", mDir / "none"}, 2, "none: No such file"},
+      {{"info", mDir / "notes.txt"}, 2, "notes.txt: no recording"},
+      {{"cut", lLog}, 2, "--output is required"},
+      {{"cut", lLog, "-o", lOut}, 2, "out: exists; --force replaces it"},
+      {{"cut", lLog, "-o", lLog, "--force"}, 2, "is an input and stays"},
+      {{"cut", lLog, "-o", mDir / "no/such"}, 2, "cannot be made: No such file"},
+      {{"cut", lLog, "-o", lOut, "--from", "soon"}, 2, "\"soon\" is no moment"},
+      {{"filter", lLog, "-o", lOut, "--id", "-1"}, 2, "--id"},
+      {{"merge", lLog, lSensor, "-o", lOut, "--force"}, 2, "of both kinds"},
+      {{"cut", lLog, lSensor, "-o", lOut, "--force"}, 2, "of both kinds"},
+      {{"cut", mDir / "notes.txt", "-o", lOut, "--force"}, 2, "no recording"},
+      {{"convert", lLog}, 2, "--to is required"},
+      {{"convert", "--to", "doc", lLog}, 2, "doc"},
+      {{"plot", lLog, "-o", lOut, "--force"}, 1, "no position"},
+      {{"cat", "--follow", "-"}, 2, "--follow"},
+  };
+  const size_t lFiles = mDir.files().size();
+  for (const Case& lCase : CASES) {
+    EXPECT_EQ(runTool(lCase.mArguments, nullptr, &mErrors), lCase.mExit) << lCase.mpSaid;
+    EXPECT_NE(mErrors.find(lCase.mpSaid), std::string::npos) << mErrors;
+    EXPECT_EQ(readFile(lOut), "mine");
+    EXPECT_EQ(mDir.files().size(), lFiles);  // nothing half-done stays
+  }
+  EXPECT_EQ(runTool({"cut", lLog, "-o", lOut, "--force"}), 0);
+  EXPECT_EQ(readFile(lOut), readFile(lLog));
+  EXPECT_EQ(mDir.files().size(), lFiles);
+}
+
+TEST_F(Command, mergeBringsOtherStartsOfTheSystemOntoOneClock) {
+  const std::string lFirst = mDir / "first", lSecond = mDir / "second", lOut = mDir / "out";
+  writeFile(lFirst,
+            logRecord(1, 70000, "a", "2026/01/31 10:00:00.000") + logRecord(1, 80000, "c", "2026/01/31 10:00:10.000"));
+  writeFile(lSecond,
+            logRecord(2, 1000, "b", "2026/01/31 10:00:05.000") + logRecord(2, 2000, "d", "2026/01/31 10:00:06.000"));
+  EXPECT_EQ(runTool({"merge", lFirst, lSecond, "-o", lOut}, nullptr, &mErrors), 0);
+  EXPECT_NE(mErrors.find("second: of another start of the system: 74000 ms added"), std::string::npos) << mErrors;
+  EXPECT_EQ(readFile(lOut), logRecord(1, 70000, "a", "2026/01/31 10:00:00.000") +
+                                logRecord(2, 75000, "b", "2026/01/31 10:00:05.000") +
+                                logRecord(2, 76000, "d", "2026/01/31 10:00:06.000") +
+                                logRecord(1, 80000, "c", "2026/01/31 10:00:10.000"));
+}
+
+TEST_F(Command, followsARecorderIntoItsNextFile) {
+  const nfwtest::TempDir lDir;
+  const std::string lFirst = lDir / "d_20260131-000000_00.log";
+  const std::string lRecord = logRecord(1, 1000, "two");
+  writeFile(lFirst, logRecord(1, 1000, "one") + lRecord.substr(0, 20));
+  std::thread lRecorder([&] {
+    std::ofstream(lFirst, std::ios::app | std::ios::binary) << lRecord.substr(20);
+    writeFile(lDir / "d_20260131-000000_01.log", logRecord(1, 3000, "three") + logRecord(1, 99000, "end"));
+  });
+  EXPECT_EQ(runTool({"cat", "--follow", "--to", "60", lDir.path()}, &mOutput, &mErrors), 0);
+  lRecorder.join();
+  EXPECT_EQ(mOutput, "2024/05/06 07:08:09.010 1 one\n2024/05/06 07:08:09.010 1 two\n2024/05/06 07:08:09.010 1 three\n");
+  EXPECT_EQ(mErrors, "");
+}
+
+}  // namespace
