@@ -286,7 +286,7 @@ TEST_F(LogWriterTest, CutsAShortWriteBackAndGoesOnWhenThereIsRoomAgain) {
   for (int i = 0; i < 40; ++i) lResults.push_back(write(lData));
   EXPECT_EQ(FAILED, lResults.back());
   EXPECT_LE(1u, mLog.count("LogWriter::write(): Can't write base data to buffer: Ret=4294967294 Id=0x00000014"));
-  EXPECT_EQ(5000u, fileSize());  // what finds room stays
+  EXPECT_EQ(5000u, fileSize());                      // what finds room stays
   EXPECT_EQ(FAILED, write(std::string(4000, 'L')));  // too large for the buffer: may not stand in another record
   EXPECT_EQ(1u, mLog.count("LogWriter::write(): Can't write base data to file: Ret=4294967295 Id=0x00000014"));
   ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &lOld));

@@ -25,7 +25,8 @@ int64_t number(std::string_view nText, size_t nAt, size_t nCount) {
 
 std::string quoteBytes(std::string_view nBytes) {
   const std::string_view lShown = nBytes.substr(0, SHOWN);
-  const bool lIsText = std::all_of(lShown.begin(), lShown.end(), [](char nByte) { return nByte >= 0x20 && nByte <= 0x7E; });
+  const bool lIsText =
+      std::all_of(lShown.begin(), lShown.end(), [](char nByte) { return nByte >= 0x20 && nByte <= 0x7E; });
   if (lIsText) return fmt::format("\"{}\"", lShown);
   std::string lHex;
   for (const char lByte : lShown) lHex += fmt::format("{:02X} ", static_cast<unsigned char>(lByte));
