@@ -9,7 +9,8 @@
 
 namespace logtool {
 
-enum Series { SERIES_SPEED, SERIES_ALTITUDE, SERIES_SATELLITES, SERIES_HDOP, SERIES_NUM };
+enum Series { SERIES_SPEED, SERIES_ALTITUDE, SERIES_SATELLITES, SERIES_HDOP };
+const int SERIES_NUM = SERIES_HDOP + 1;
 
 /// The least and the greatest value of a stretch of time, and their mean; nothing told when there are none.
 struct Range {
@@ -44,7 +45,7 @@ struct TimeBin {
   void add(const TimeBin& nBin) {
     mTo = nBin.mTo;
     mIsReckoned = mIsReckoned && nBin.mIsReckoned;
-    for (size_t i = 0; i < SERIES_NUM; ++i) mRanges[i].add(nBin.mRanges[i]);
+    for (int i = 0; i < SERIES_NUM; ++i) mRanges[i].add(nBin.mRanges[i]);
   }
 };
 

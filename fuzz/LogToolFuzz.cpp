@@ -1,0 +1,78 @@
+// Any bytes as a recording: every byte is of one record or of one damage, and what is whole can be shown and converted.
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+#include "EpochBuilder.h"
+#include "RecordPrinter.h"
+#include "RecordStream.h"
+#include "SensorContent.h"
+
+namespace {
+
+void require(bool nHolds) {
+  if (!nHolds) std::abort();
+}
+
+class Track : public logtool::TrackSink {
+ public:
+  void onPoint(const logtool::TrackPoint& nPoint) override { require(nPoint.hasPosition()); }
+};
+
+class Reading : public tool::RecordDamageListener {
+ public:
+  Reading(const char* npData, size_t nSize) : mFd(::memfd_create("bytes", MFD_CLOEXEC)) {
+    require(::write(mFd, npData, nSize) == static_cast<ssize_t>(nSize) && ::lseek(mFd, 0, SEEK_SET) == 0);
+    tool::RecordStream lStream(mFd, this);
+    tool::Record lRecord;
+    while (lStream.next(&lRecord)) take(lRecord);
+    require(lStream.getError() == 0);
+    require(lStream.isForeign() ? mEnd == 0 : mEnd == nSize);
+    mKind = lStream.getKind();
+    mBuilder.finish();
+  }
+  ~Reading() override { ::close(mFd); }
+
+  void onDamage(const tool::RecordDamage& nDamage) override {
+    require(nDamage.mOffset == mEnd && nDamage.mLength > 0 && !nDamage.mExpected.empty() && !nDamage.mFound.empty());
+    mEnd += nDamage.mLength;
+    ++mDamages;
+  }
+
+  std::string mWhole;  // the bytes of all whole records
+  size_t mDamages = 0;
+  tool::RecordKind mKind = tool::UNKNOWN_RECORD;
+
+ private:
+  void take(const tool::Record& nRecord) {
+    require(nRecord.mOffset == mEnd && nRecord.mWholeSize == nRecord.mBytes.size());
+    mEnd += nRecord.mWholeSize;
+    mWhole += nRecord.mBytes;
+    mTimeline.step(nRecord.mTick);
+    require(!mPrinter.print(nRecord, mTimeline).empty() && mPrinter.print(nRecord, mTimeline).back() == '\n');
+    mBuilder.setPlace(nRecord.mId, mTimeline.getElapsedMs());
+    mSentences.read(nRecord, mBuilder);
+  }
+
+  const int mFd;
+  uint64_t mEnd = 0;
+  const logtool::Options mOptions;
+  logtool::RecordPrinter mPrinter{mOptions};
+  logtool::Timeline mTimeline;
+  logtool::Sentences mSentences;
+  Track mTrack;
+  logtool::EpochBuilder mBuilder{mTrack};
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* npData, size_t nSize) {
+  const Reading lReading(reinterpret_cast<const char*>(npData), nSize);
+  if (lReading.mKind != tool::LOG_RECORD) return 0;
+  const Reading lAgain(lReading.mWhole.data(), lReading.mWhole.size());  // what recover writes is fine
+  require(lAgain.mDamages == 0 && lAgain.mWhole == lReading.mWhole);
+  return 0;
+}
