@@ -17,7 +17,7 @@ const double LINE = 20.0;  // pixels
 
 }  // namespace
 
-ColourScale::ColourScale(bool nByFix, const Range& nSpeed) : mByFix(nByFix), mMaxSpeed(1.0) {
+ColourScale::ColourScale(bool nByFix, const Range& nSpeed) : mByFix(nByFix) {
   if (!nSpeed.isEmpty() && nSpeed.mHigh > 0.0) {
     const Ticks lTicks = roundTicks(0.0, nSpeed.mHigh, 5);
     mMaxSpeed = std::ceil(nSpeed.mHigh / lTicks.mStep - 0.03) * lTicks.mStep;

@@ -26,7 +26,7 @@ class ColourScale {
   void drawFixes(const Box& nBox, Svg* npSvg) const;
 
   const bool mByFix;
-  double mMaxSpeed;
+  double mMaxSpeed = 1.0;
 };
 
 }  // namespace logtool

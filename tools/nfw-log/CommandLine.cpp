@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "Manual.h"
@@ -117,12 +118,12 @@ void complete(const Arguments& nArguments, Options& nOptions) {
   for (const std::string& lId : nArguments.mIds) nOptions.mSelection.mIds.push_back(idOf(lId));
   for (std::string lType : nArguments.mTypes) {
     std::transform(lType.begin(), lType.end(), lType.begin(),
-                   [](unsigned char c) { return static_cast<char>(toupper(c)); });
+                   [](unsigned char nByte) { return static_cast<char>(toupper(nByte)); });
     nOptions.mSelection.mTypes.push_back(lType);
   }
   nOptions.mSelection.mFrom = momentOf("--from", nArguments.mFrom);
   nOptions.mSelection.mTo = momentOf("--to", nArguments.mTo);
-  nOptions.mGapMs = static_cast<uint64_t>(nArguments.mGapSeconds * 1000.0 + 0.5);
+  nOptions.mGapMs = static_cast<uint64_t>(std::llround(nArguments.mGapSeconds * 1000.0));
   if (nOptions.mFollow && (nOptions.mInputs.size() != 1 || nOptions.mInputs.front() == "-")) {
     throw CLI::ValidationError("--follow", "takes one file or directory");
   }

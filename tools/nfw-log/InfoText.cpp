@@ -42,7 +42,7 @@ double rate(uint64_t nRecords, const RecordingStats& nStats) {
 std::vector<IdStats::Type> typesOf(const IdStats& nId) {
   std::vector<IdStats::Type> lTypes = nId.getTypes();
   std::stable_sort(lTypes.begin(), lTypes.end(),
-                   [](const IdStats::Type& a, const IdStats::Type& b) { return a.mCount > b.mCount; });
+                   [](const IdStats::Type& nOne, const IdStats::Type& nOther) { return nOne.mCount > nOther.mCount; });
   return lTypes;
 }
 

@@ -23,7 +23,7 @@ std::string titleOf(const std::vector<Recording>& nRecordings) {
     lTitle += std::filesystem::path(lRecording.mName).filename().string();
   }
   std::replace_if(
-      lTitle.begin(), lTitle.end(), [](char c) { return c < 0x20 || c > 0x7E; }, '?');
+      lTitle.begin(), lTitle.end(), [](char nByte) { return nByte < 0x20 || nByte > 0x7E; }, '?');
   return lTitle.size() > MAX_TITLE ? lTitle.substr(0, MAX_TITLE) + "..." : lTitle;
 }
 

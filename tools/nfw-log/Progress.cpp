@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 
 namespace logtool {
@@ -10,7 +11,7 @@ namespace logtool {
 Progress::Progress(uint64_t nTotal) : mTotal(nTotal), mIsShown(::isatty(STDERR_FILENO) == 1) {}
 
 Progress::~Progress() {
-  if (mHasLine) fmt::print(stderr, "\r\033[K");
+  if (mHasLine) std::fputs("\r\033[K", stderr);
 }
 
 void Progress::show(uint64_t nDone) {
@@ -22,7 +23,7 @@ void Progress::show(uint64_t nDone) {
   const double lRate = static_cast<double>(nDone) / lSeconds;
   fmt::print(stderr, "\r\033[K{}  {}/s", sizeText(nDone), sizeText(static_cast<uint64_t>(lRate)));
   if (mTotal == 0 || nDone > mTotal || lRate <= 0.0) return;
-  const auto lLeft = static_cast<uint64_t>(static_cast<double>(mTotal - nDone) / lRate + 0.5);
+  const auto lLeft = static_cast<uint64_t>(std::llround(static_cast<double>(mTotal - nDone) / lRate));
   fmt::print(stderr, "  {} %  {}:{:02} left", nDone * 100 / mTotal, lLeft / 60, lLeft % 60);
 }
 

@@ -19,7 +19,7 @@ std::string_view sentenceType(std::string_view nSentence) {
 std::string_view sensorType(const tool::Record& nRecord) {
   if (nRecord.mId == tool::SENSOR_DEAD_RECKONING_ID) return "DR";
   if (nRecord.mId != tool::SENSOR_GNSS_ID || nRecord.mData.empty()) return "DATA";
-  const int lKind = nRecord.mData[0];
+  const int lKind = static_cast<unsigned char>(nRecord.mData[0]);
   return lKind >= nfw::NMEA_GGA && lKind < tool::KIND_NUM ? tool::kindName(lKind) : "DATA";
 }
 

@@ -1,6 +1,7 @@
 #include "Selection.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "RecordText.h"
@@ -23,7 +24,7 @@ bool parseOffset(const std::string& nText, Moment* npMoment) {
   if (lEnd == 0 || lEnd > 12 || sscanf(nText.substr(0, lEnd).c_str(), "%lf", &lNumber) != 1) return false;
   for (const Unit& lUnit : UNITS) {
     if (nText.substr(lEnd) != lUnit.mpName) continue;
-    *npMoment = {Moment::OFFSET, static_cast<int64_t>(lNumber * lUnit.mMs + 0.5)};
+    *npMoment = {Moment::OFFSET, std::llround(lNumber * lUnit.mMs)};
     return true;
   }
   return false;
@@ -38,7 +39,7 @@ int64_t timeOfDay(const std::string& nText) {
   const size_t lUsed = static_cast<size_t>(lCount == 3 ? lEnd : lMinuteEnd);
   const bool lIsRight = lCount >= 2 && lUsed == nText.size() && lHour < 24 && lMinute < 60 && lSecond >= 0.0;
   if (!lIsRight || lSecond >= 60.0) return -1;
-  return (lHour * 60 + lMinute) * 60000 + static_cast<int64_t>(lSecond * 1000.0 + 0.5);
+  return (lHour * 60 + lMinute) * 60000 + std::llround(lSecond * 1000.0);
 }
 
 }  // namespace

@@ -10,7 +10,7 @@ class TimePanels {
  public:
   static constexpr double PANEL_HEIGHT = 96.0;
   static constexpr double PANEL_DISTANCE = 30.0;  ///< from panel to panel: room for the title
-  static constexpr double HEIGHT = SERIES_NUM * (PANEL_HEIGHT + PANEL_DISTANCE) + 34.0;
+  static constexpr double HEIGHT = static_cast<double>(SERIES_NUM) * (PANEL_HEIGHT + PANEL_DISTANCE) + 34.0;
 
   explicit TimePanels(const TimeBins& nBins);
 
