@@ -46,20 +46,7 @@ bool copy(Run& nRun, ProblemReport& nProblems, OutputFile& nOutput, Copied* npCo
   return true;
 }
 
-}  // namespace
-
-int runCut(Run& nRun) {
-  OutputFile lOutput;
-  ProblemReport lProblems;
-  Copied lCopied;
-  const Options& lOptions = nRun.getOptions();
-  if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
-  if (!copy(nRun, lProblems, lOutput, &lCopied)) return EXIT_TROUBLE;
-  if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
-  return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
-}
-
-int runRecover(Run& nRun) {
+int write(Run& nRun, bool nTells) {
   OutputFile lOutput;
   ProblemReport lProblems;
   Copied lCopied;
@@ -68,9 +55,16 @@ int runRecover(Run& nRun) {
   if (!copy(nRun, lProblems, lOutput, &lCopied)) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   if (!lOutput.commit()) return EXIT_FOUND;
+  if (!nTells) return EXIT_DONE;
   fmt::print(stderr, "nfw-log: {} records of {} bytes written, {} bytes lost at {} places\n", lCopied.mRecords,
              lCopied.mBytes, lProblems.getLostBytes(), lProblems.getDamages());
   return EXIT_DONE;
 }
+
+}  // namespace
+
+int runCut(Run& nRun) { return write(nRun, false); }
+
+int runRecover(Run& nRun) { return write(nRun, true); }
 
 }  // namespace logtool

@@ -112,8 +112,26 @@ void MapPanel::drawEnds(Svg* npSvg) const {
   npSvg->raw(fmt::format("<circle class=\"mark\" cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"5\"/>\n", lX, lY));
   npSvg->rectangle({lEndX - 5.0, lEndY - 5.0, 10.0, 10.0}, "mark");
   const bool lAreNear = std::fabs(lX - lEndX) < 60.0 && std::fabs(lY - lEndY) < 18.0;
-  npSvg->text(lX + 9.0, lY - 8.0, Svg::START, "halo", lAreNear ? "start, end" : "start");
-  if (!lAreNear) npSvg->text(lEndX + 9.0, lEndY - 8.0, Svg::START, "halo", "end");
+  drawName(lX, lY, lAreNear ? "start, end" : "start", npSvg);
+  if (!lAreNear) drawName(lEndX, lEndY, "end", npSvg);
+}
+
+// On the side of the mark where it hides least of the track.
+void MapPanel::drawName(double nX, double nY, const std::string& nText, Svg* npSvg) const {
+  const double lWidth = 8.0 * static_cast<double>(nText.size()), lHeight = 16.0;
+  const Box lPlaces[] = {{nX + 8.0, nY - 20.0, lWidth, lHeight},
+                         {nX + 8.0, nY + 6.0, lWidth, lHeight},
+                         {nX - 8.0 - lWidth, nY - 20.0, lWidth, lHeight},
+                         {nX - 8.0 - lWidth, nY + 6.0, lWidth, lHeight}};
+  const auto lHidden = [this](const Box& nPlace) {
+    return std::count_if(mTrack.getPlaces().begin(), mTrack.getPlaces().end(), [&](const TrackPlace& nPoint) {
+      const double lX = xOf(nPoint.mPlace.mEast), lY = yOf(nPoint.mPlace.mNorth);
+      return lX > nPlace.mX && lX < nPlace.right() && lY > nPlace.mY && lY < nPlace.bottom();
+    });
+  };
+  const Box* const lpBest = std::min_element(std::begin(lPlaces), std::end(lPlaces),
+                                             [&](const Box& a, const Box& b) { return lHidden(a) < lHidden(b); });
+  npSvg->text(lpBest->mX + lWidth / 2.0, lpBest->mY + 12.0, Svg::MIDDLE, "halo", nText);
 }
 
 void MapPanel::drawScale(const Box& nBox, Svg* npSvg) const {

@@ -21,6 +21,7 @@ class MapPanel {
   void drawGrid(const Box& nBox, Svg* npSvg) const;
   void drawTrack(Svg* npSvg) const;
   void drawEnds(Svg* npSvg) const;
+  void drawName(double nX, double nY, const std::string& nText, Svg* npSvg) const;
   void drawScale(const Box& nBox, Svg* npSvg) const;
   static void drawNorth(const Box& nBox, Svg* npSvg);
 

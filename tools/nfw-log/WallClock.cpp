@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "CivilTime.h"
 #include "RecordText.h"
 #include "SensorContent.h"
 
@@ -12,29 +13,6 @@ namespace logtool {
 namespace {
 
 const size_t MINUTE_SIZE = 16;  // of "YYYY/MM/DD hh:mm"
-
-struct Civil {
-  int64_t mYear, mMonth, mDay, mHour, mMinute, mSecond, mMs;
-};
-
-Civil civil(int64_t nMs) {
-  // Years begin in March here, so that the leap day is the last of its year; 400 years are 146097 days.
-  const int64_t lShifted = nMs / 86400000 + 719468;
-  const int64_t lDayOfEra = lShifted % 146097;
-  const int64_t lYearOfEra = (lDayOfEra - lDayOfEra / 1460 + lDayOfEra / 36524 - lDayOfEra / 146096) / 365;
-  const int64_t lDayOfYear = lDayOfEra - (365 * lYearOfEra + lYearOfEra / 4 - lYearOfEra / 100);
-  const int64_t lMarchMonth = (5 * lDayOfYear + 2) / 153;
-  const int64_t lMonth = lMarchMonth < 10 ? lMarchMonth + 3 : lMarchMonth - 9;
-  const int64_t lYear = lYearOfEra + lShifted / 146097 * 400 + (lMonth <= 2 ? 1 : 0);
-  const int64_t lOfDay = nMs % 86400000;
-  return {lYear,
-          lMonth,
-          lDayOfYear - (153 * lMarchMonth + 2) / 5 + 1,
-          lOfDay / 3600000,
-          lOfDay / 60000 % 60,
-          lOfDay / 1000 % 60,
-          lOfDay % 1000};
-}
 
 }  // namespace
 
@@ -67,9 +45,9 @@ int64_t WallClock::utcOf(const tool::Record& nRecord) {
 
 std::string timeText(int64_t nMs) {
   if (nMs < 0) return "-";
-  const Civil lTime = civil(nMs);
+  const tool::CivilTime lTime = tool::civilTime(nMs);
   return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}.{:03}", lTime.mYear, lTime.mMonth, lTime.mDay, lTime.mHour,
-                     lTime.mMinute, lTime.mSecond, lTime.mMs);
+                     lTime.mMinute, lTime.mSecond, lTime.mMillisecond);
 }
 
 std::string utcText(int64_t nMs) {
