@@ -41,8 +41,9 @@ double rate(uint64_t nRecords, const RecordingStats& nStats) {
 // The kinds that come most, first.
 std::vector<IdStats::Type> typesOf(const IdStats& nId) {
   std::vector<IdStats::Type> lTypes = nId.getTypes();
-  std::stable_sort(lTypes.begin(), lTypes.end(),
-                   [](const IdStats::Type& nOne, const IdStats::Type& nOther) { return nOne.mCount > nOther.mCount; });
+  std::stable_sort(lTypes.begin(), lTypes.end(), [](const IdStats::Type& nLeft, const IdStats::Type& nRight) {
+    return nLeft.mCount > nRight.mCount;
+  });
   return lTypes;
 }
 

@@ -129,8 +129,9 @@ void MapPanel::drawName(double nX, double nY, const std::string& nText, Svg* npS
       return lX > nPlace.mX && lX < nPlace.right() && lY > nPlace.mY && lY < nPlace.bottom();
     });
   };
-  const Box* const lpBest = std::min_element(std::begin(lPlaces), std::end(lPlaces),
-                                             [&](const Box& a, const Box& b) { return lHidden(a) < lHidden(b); });
+  const Box* const lpBest =
+      std::min_element(std::begin(lPlaces), std::end(lPlaces),
+                       [&](const Box& nLeft, const Box& nRight) { return lHidden(nLeft) < lHidden(nRight); });
   npSvg->text(lpBest->mX + lWidth / 2.0, lpBest->mY + 12.0, Svg::MIDDLE, "halo", nText);
 }
 
