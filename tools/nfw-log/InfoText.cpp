@@ -27,12 +27,6 @@ uint64_t sizeOf(const std::string& nPath) {
   return ::stat(nPath.c_str(), &lStat) == 0 ? static_cast<uint64_t>(lStat.st_size) : 0;
 }
 
-uint64_t sizeOf(const Recording& nRecording) {
-  uint64_t lTotal = 0;
-  for (const std::string& lPath : nRecording.mPaths) lTotal += sizeOf(lPath);
-  return lTotal;
-}
-
 double rate(uint64_t nRecords, const RecordingStats& nStats) {
   const uint64_t lMs = nStats.mTimeline.getElapsedMs();
   return lMs == 0 ? 0.0 : static_cast<double>(nRecords) * 1000.0 / static_cast<double>(lMs);
@@ -114,8 +108,9 @@ void addBreaks(const char* npKey, const std::vector<RecordingStats::Break>& nBre
 }  // namespace
 
 std::string infoText(const Recording& nRecording, const RecordingStats& nStats) {
-  std::string lText = fmt::format("{:<12}{}\n{:<12}{}, {} files, {}\n", "Recording", nRecording.mName, "Kind",
-                                  kindText(nStats.mKind), nRecording.mPaths.size(), sizeText(sizeOf(nRecording)));
+  std::string lText =
+      fmt::format("{:<12}{}\n{:<12}{}, {} files, {}\n", "Recording", nRecording.mName, "Kind", kindText(nStats.mKind),
+                  nRecording.mPaths.size(), sizeText(nStats.mBytes + nStats.mLostBytes));
   lText += fmt::format("{:<12}{}, {:.1f} a second\n", "Records", nStats.mRecords, rate(nStats.mRecords, nStats));
   const char* const lpClock = nStats.mKind == tool::SENSOR_RECORD ? "UTC" : "local time";
   lText += fmt::format("{:<12}{} {}, tick {}\n", "First", timeText(nStats.mFirstTime), lpClock, nStats.mFirstTick);

@@ -8,6 +8,7 @@ void RecordingStats::add(const RecordingReader& nReader, const tool::Record& nRe
   noteTime(nReader, nRecord);
   mKind = nRecord.mKind;
   ++mRecords;
+  mBytes += nRecord.mWholeSize;
   statsOf(nRecord.mId).add(recordType(nRecord), nRecord.mData.size());
 }
 

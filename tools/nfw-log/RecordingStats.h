@@ -36,6 +36,7 @@ class RecordingStats : public Problems {
 
   tool::RecordKind mKind = tool::UNKNOWN_RECORD;
   uint64_t mRecords = 0;
+  uint64_t mBytes = 0;  ///< of the records, whole
   std::map<int, IdStats> mIds;
   IdStats mOtherIds;  ///< beyond MAX_IDS
   Timeline mTimeline;
