@@ -282,10 +282,10 @@ TEST(Simulator, datesRollOver) {
 }
 
 TEST(CivilTime, everyDayFollowsTheOneBefore) {
-  CivilTime lBefore = civilTime(0);
+  tool::CivilTime lBefore = tool::civilTime(0);
   EXPECT_EQ(lBefore.mYear, 1970);
   for (int64_t i = 1; i < 365 * 200; ++i) {
-    const CivilTime lDay = civilTime(i * tool::MS_PER_DAY);
+    const tool::CivilTime lDay = tool::civilTime(i * tool::MS_PER_DAY);
     const bool lIsNextDay = lDay.mDay == lBefore.mDay + 1 && lDay.mMonth == lBefore.mMonth;
     const bool lIsNextMonth = lDay.mDay == 1 && lBefore.mDay >= 28 && lDay.mMonth == lBefore.mMonth % 12 + 1;
     ASSERT_TRUE(lIsNextDay || lIsNextMonth) << i;

@@ -36,7 +36,7 @@ SentenceWriter::SentenceWriter(const Epoch& nEpoch, std::string* npText)
       mDops(mHasFix ? nEpoch.mSky.getDops() : DopSum().result()),
       mpText(npText),
       mTalker(combinedTalker(nEpoch.mSky)) {
-  const CivilTime lTime = civilTime(nEpoch.mTimeMs);
+  const tool::CivilTime lTime = tool::civilTime(nEpoch.mTimeMs);
   *fmt::format_to_n(mTime, sizeof(mTime) - 1, "{:02}{:02}{:02}.{:03}", lTime.mHour, lTime.mMinute, lTime.mSecond,
                     lTime.mMillisecond)
        .out = '\0';
@@ -72,7 +72,7 @@ void SentenceWriter::appendPosition() {
 }
 
 void SentenceWriter::appendDate() {
-  const CivilTime lTime = civilTime(mEpoch.mTimeMs);
+  const tool::CivilTime lTime = tool::civilTime(mEpoch.mTimeMs);
   append(",{:02}{:02}{:02}", lTime.mDay, lTime.mMonth, lTime.mYear % 100);
 }
 
@@ -179,7 +179,7 @@ void SentenceWriter::writeGll() {
 
 // $GNZDA,080000.000,31,01,2026,00,00*hh
 void SentenceWriter::writeZda() {
-  const CivilTime lTime = civilTime(mEpoch.mTimeMs);
+  const tool::CivilTime lTime = tool::civilTime(mEpoch.mTimeMs);
   begin("ZDA");
   append(",{},{:02},{:02},{:04},00,00", std::string_view(mTime), lTime.mDay, lTime.mMonth, lTime.mYear);
   end();
