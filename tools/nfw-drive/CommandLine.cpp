@@ -36,7 +36,7 @@ Sentences:
 Recordings:
   --record makes DIR/PREFIX_YYYYMMDD-hhmmss_NN.log with the sentences (id 20), those of dead
   reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log. While
-  recording, --speed max is two sentences a millisecond, which a replay can follow.
+  recording, --speed max is a sentence a millisecond, which a replay can follow.
   --replay and --sys-replay play a recording at the pace it was made, to the same listeners;
   of two at once the first is heard first, then the other. Without a SOURCE the run ends with
   the replay. The summary compares what listeners received with the recording, and with the
