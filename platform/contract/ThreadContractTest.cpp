@@ -417,6 +417,21 @@ TEST_F(SharedContract, AbortDropsMessagesAndTimersAndWaitsForTheRunningHandler) 
   EXPECT_EQ(mSecond.ids(), (Ids{2, 4}));
 }
 
+TEST_F(SharedContract, AbortDropsAlsoWhatTheRunningHandlerPosts) {
+  for (int i = 0; i < 200; ++i) {
+    std::atomic<bool> lIsGone{false};
+    mFirst.mOnMsg = [&](int, utl::ThreadRawMsg&) {
+      EXPECT_FALSE(lIsGone);
+      mThread.postMsg(&mFirst, 1);
+    };
+    EXPECT_TRUE(mThread.postMsg(&mFirst, 1));
+    mThread.abortMsg(&mFirst);
+    lIsGone = true;
+    EXPECT_TRUE(mThread.sendMsgSync(&mSecond, 2));
+    mFirst.mOnMsg = nullptr;
+  }
+}
+
 TEST_F(SharedContract, AbortFromTheHandlerItselfDoesNotWait) {
   mFirst.mOnMsg = [&](int nId, utl::ThreadRawMsg&) {
     if (nId != 1) return;

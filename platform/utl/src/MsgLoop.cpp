@@ -215,15 +215,17 @@ unsigned int MsgLoop::eraseJudged(const ThreadMsgListener* npListener,
   return lErased;
 }
 
+// A handler under way may post to its listener again, and that may be handled before this is awake: until neither is
+// left.
 void MsgLoop::abort(ThreadMsgListener* npListener) {
   MutexLock lLock(mMutex);
-  if (!awaitJudgementLocked()) return;
-  dropLocked([=](const MsgSlot& nSlot) { return nSlot.mpListener == npListener; });
-  mTimers.removeOf(npListener);
-  sweepTimersLocked();
-  if (isOwnThread()) return;
-  const unsigned int lHandling = mHandlings;
-  while (mpHandling == npListener && mHandlings == lHandling) mChanged.wait(mMutex);
+  while (awaitJudgementLocked()) {
+    dropLocked([=](const MsgSlot& nSlot) { return nSlot.mpListener == npListener; });
+    mTimers.removeOf(npListener);
+    sweepTimersLocked();
+    if (isOwnThread() || mpHandling != npListener) return;
+    mChanged.wait(mMutex);
+  }
 }
 
 }  // namespace utl

@@ -114,7 +114,6 @@ class MsgLoop : public std::enable_shared_from_this<MsgLoop> {
   State mState GUARDED = STOPPED;
   unsigned int mMsgNum GUARDED = 0;  // slots in the queues or set aside for them
   SlotStack mFree GUARDED{mSlots.num()};
-  unsigned int mHandlings GUARDED = 0;              // handlers that have begun
   bool mIsWaiting GUARDED = false;                  // the thread waits, and nobody has signalled it yet
   ThreadMsgListener* mpHandling GUARDED = nullptr;  // its handler runs
   IndexRing mQueue GUARDED;                         // slots, and timers as their complement

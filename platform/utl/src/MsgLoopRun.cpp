@@ -116,7 +116,6 @@ bool MsgLoop::takeLocked(Delivery* npDelivery) {
   }
   if (npDelivery->mpListener == nullptr) npDelivery->mpListener = mpListener;
   mpHandling = npDelivery->mpListener;
-  ++mHandlings;
   return true;
 }
 
