@@ -90,15 +90,19 @@ class SourcesTest : public testing::Test {
       return heard(nSource) >= nCount;
     });
   }
-  /// All sources bring data: which of them arrives, once the one that is expected does?
+  /// All sources bring data: which of them arrives, once what was on its way at the switch has arrived?
   std::string sources(char nExpected) {
     EXPECT_TRUE(pumpTo(nExpected, 1)) << nExpected;
-    mNotes.clear();
-    EXPECT_TRUE(pumpTo(nExpected, 5)) << nExpected;
-    std::set<char> lSources;
-    for (const std::string& lNote : mNotes.all()) lSources.insert(Facade::sourceOf(lNote));
-    lSources.erase('?');
-    return {lSources.begin(), lSources.end()};
+    std::string lHeard;
+    for (int i = 0; i < 10 && lHeard != std::string(1, nExpected); ++i) {
+      mNotes.clear();
+      EXPECT_TRUE(pumpTo(nExpected, 5)) << nExpected;
+      std::set<char> lSources;
+      for (const std::string& lNote : mNotes.all()) lSources.insert(Facade::sourceOf(lNote));
+      lSources.erase('?');
+      lHeard = {lSources.begin(), lSources.end()};
+    }
+    return lHeard;
   }
   std::string line(const char* npText) const { return std::string(Facade::NAME) + "::initialize(): Can't " + npText; }
   static std::string sourceName(const char* npSource) { return std::string(Facade::NAME) + npSource + "::initialize"; }
