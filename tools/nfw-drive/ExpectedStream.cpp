@@ -1,7 +1,7 @@
 #include "ExpectedStream.h"
 
-#include "LineReader.h"
 #include "NfwNmeaDataParser.h"
+#include "SentenceText.h"
 
 namespace drive {
 
@@ -16,11 +16,9 @@ const unsigned int COMBINED = bit(nfw::NMEA_GGA) | bit(nfw::NMEA_GLL) | bit(nfw:
 
 ExpectedStream::Fate ExpectedStream::onSentence(std::string_view nSentence) {
   mTally.mSentences.add(nSentence);
-  char lText[tool::LineReader::MAX_SENTENCE + 1];  // the parser wants a terminator
-  lText[nSentence.copy(lText, sizeof(lText) - 1)] = '\0';
-  const auto lSize = static_cast<unsigned int>(nSentence.size());
-  const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText, lSize);
-  return {lKind, judge(lKind, lText, lSize)};
+  const tool::TerminatedSentence lText(nSentence);
+  const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText.mText, lText.mSize);
+  return {lKind, judge(lKind, lText.mText, lText.mSize)};
 }
 
 void ExpectedStream::onDeadReckoning(std::string_view nSentence) {

@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include "JsonRecord.h"
-#include "LineReader.h"
 #include "NfwNmeaDataParser.h"
+#include "SentenceText.h"
 #include "SentenceTime.h"
 
 namespace drive {
@@ -32,14 +32,14 @@ void FixState::take(const nfw::GsvSentence& nRecord) {
 }
 
 void FixState::takeReckoned(std::string_view nSentence) {
-  char lText[tool::LineReader::MAX_SENTENCE + 1];  // the parser wants a terminator
-  const auto lSize = static_cast<unsigned int>(nSentence.copy(lText, sizeof(lText) - 1));
-  lText[lSize] = '\0';
-  const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText, lSize);
+  const tool::TerminatedSentence lText(nSentence);
+  const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText.mText, lText.mSize);
   nfw::GgaSentence lGga;
   nfw::RmcSentence lRmc;
-  if (lKind == nfw::NMEA_GGA && nfw::NmeaDataParser::parseGgaSentence(lText, lSize, &lGga)) mReckonedGga = lGga;
-  if (lKind == nfw::NMEA_RMC && nfw::NmeaDataParser::parseRmcSentence(lText, lSize, &lRmc)) mReckonedRmc = lRmc;
+  if (lKind == nfw::NMEA_GGA && nfw::NmeaDataParser::parseGgaSentence(lText.mText, lText.mSize, &lGga))
+    mReckonedGga = lGga;
+  if (lKind == nfw::NMEA_RMC && nfw::NmeaDataParser::parseRmcSentence(lText.mText, lText.mSize, &lRmc))
+    mReckonedRmc = lRmc;
 }
 
 bool FixState::isReckoned() const {

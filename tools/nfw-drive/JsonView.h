@@ -2,6 +2,7 @@
 
 #include "JsonObject.h"
 #include "JsonRecord.h"
+#include "SentenceText.h"
 #include "View.h"
 
 namespace drive {
@@ -27,7 +28,7 @@ class JsonView : public View {
     {
       tool::JsonObject lObject(&mText);
       lObject.text("type", "dead reckoning");
-      lObject.text("sentence", nSentence.substr(0, nSentence.find_last_not_of("\r\n") + 1));
+      lObject.text("sentence", tool::withoutLineEnd(nSentence));
     }
     write("\n");
   }

@@ -7,37 +7,26 @@
 #include <cstring>
 
 #include "LogIds.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
 #include "RunNote.h"
+#include "SensorContent.h"
 
 namespace drive {
 
 namespace {
 
-const int SENSOR_ID_GNSS = 0;
-const int SENSOR_ID_DEAD_RECKONING = 1;
-
-const unsigned char* bytes(std::string_view nData) { return reinterpret_cast<const unsigned char*>(nData.data()); }
-
-// The converter for a record's version, null when there is none.
-nfw::NmeaBinaryLogData* converter(int nVersion) {
-  static nfw::NmeaBinaryLogDataVersion0 lVersion0;
-  static nfw::NmeaBinaryLogDataVersion1 lVersion1;
-  return nVersion == 0 ? &lVersion0 : nVersion == 1 ? &lVersion1 : nullptr;
-}
-
-std::string_view text(const nfw::NmeaSentenceData& nSlot) {
-  return {reinterpret_cast<const char*>(nSlot.mText), nSlot.mLength};
-}
-
-void addReport(const nfw::DeadReckoningNmeaSentence& nReport, ExpectedStream* npStream) {
-  for (const nfw::NmeaSentenceData* const lpSlot : {&nReport.mRmc, &nReport.mVtg, &nReport.mGga}) {
-    npStream->onDeadReckoning(text(*lpSlot));
+/// Hands on what a function wants to have.
+template <class Take>
+class TakingSink : public tool::SentenceSink {
+ public:
+  explicit TakingSink(const Take& nTake) : mTake(nTake) {}
+  bool onSentence(std::string_view nSentence) override {
+    mTake(nSentence);
+    return true;
   }
-  for (uint32_t i = 0; i < nReport.mGsaCount; ++i) npStream->onDeadReckoning(text(nReport.mGsa[i]));
-  for (uint32_t i = 0; i < nReport.mGsvCount; ++i) npStream->onDeadReckoning(text(nReport.mGsv[i]));
-  npStream->onDeadReckoning(text(nReport.mPubx));
-}
+
+ private:
+  const Take& mTake;
+};
 
 /// Closes what it holds.
 struct Descriptor {
@@ -87,22 +76,12 @@ void RecordingContents::take(const tool::Record& nRecord) {
 }
 
 void RecordingContents::takeSensor(const tool::Record& nRecord) {
-  const auto lSize = static_cast<unsigned int>(nRecord.mData.size());
   if (nRecord.mId == SENSOR_ID_RUN_NOTE) return takeNote(nRecord.mData);
-  nfw::NmeaBinaryLogData* const lpConverter = converter(nRecord.mVersion);
-  if (lpConverter == nullptr) return;
-  if (nRecord.mId == SENSOR_ID_GNSS) {
-    unsigned char lText[256];
-    const int lLength = lpConverter->convertToNmeaSentence(bytes(nRecord.mData), lSize, lText, sizeof(lText));
-    if (lLength > 0) {
-      takeSentence({reinterpret_cast<const char*>(lText), static_cast<size_t>(lLength)}, nRecord.mTick);
-    }
-  }
-  nfw::DeadReckoningNmeaSentence lReport;
-  if (nRecord.mId == SENSOR_ID_DEAD_RECKONING &&
-      lpConverter->convertToDeadReckoningNmeaSentence(bytes(nRecord.mData), lSize, &lReport)) {
-    addReport(lReport, &mStream);
-  }
+  const auto lTake = [&](std::string_view nSentence) {
+    nRecord.mId == tool::SENSOR_GNSS_ID ? takeSentence(nSentence, nRecord.mTick) : mStream.onDeadReckoning(nSentence);
+  };
+  TakingSink<decltype(lTake)> lSink(lTake);
+  mSentences.read(nRecord, lSink);
 }
 
 void RecordingContents::takeNote(std::string_view nNote) {

@@ -5,6 +5,7 @@
 
 #include "ExpectedStream.h"
 #include "RecordStream.h"
+#include "SensorSentences.h"
 
 namespace drive {
 
@@ -31,6 +32,7 @@ class RecordingContents : private tool::RecordDamageListener {
   void takeNote(std::string_view nNote);
   void takeSentence(std::string_view nSentence, uint32_t nTick);
 
+  tool::SensorSentences mSentences;
   ExpectedStream mStream;
   bool mHasBegin = false;
   std::optional<StreamTally> mLive;

@@ -4,15 +4,11 @@
 
 #include <numeric>
 
+#include "SentenceText.h"
+
 namespace drive {
 
 namespace {
-
-// The line end does not count: the sensor log adds one.
-std::string_view withoutLineEnd(std::string_view nText) {
-  const size_t lEnd = nText.find_last_not_of("\r\n");
-  return nText.substr(0, lEnd == std::string_view::npos ? 0 : lEnd + 1);
-}
 
 std::string describe(uint64_t nCount, uint64_t nOther, const char* npWhat, const char* npOther) {
   return nCount == nOther ? std::string() : fmt::format("{} {}, {} {}", npWhat, nCount, npOther, nOther);
@@ -28,7 +24,9 @@ std::string describe(const TextTally& nTally, const TextTally& nOther, const cha
 
 void TextTally::add(std::string_view nText) {
   ++mCount;
-  for (const char lByte : withoutLineEnd(nText)) mSum = (mSum ^ static_cast<unsigned char>(lByte)) * 0x100000001B3u;
+  // The line end does not count: the sensor log adds one.
+  for (const char lByte : tool::withoutLineEnd(nText))
+    mSum = (mSum ^ static_cast<unsigned char>(lByte)) * 0x100000001B3u;
   mSum = (mSum ^ '\n') * 0x100000001B3u;
 }
 

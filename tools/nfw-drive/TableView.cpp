@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "SentenceText.h"
+
 namespace drive {
 
 namespace {
@@ -38,7 +40,7 @@ void TableView::begin() {
 void TableView::showDeadReckoning(std::string_view nSentence) {
   FixView::showDeadReckoning(nSentence);
   const std::string_view lKind = nSentence.substr(0, 6).substr(std::min<size_t>(nSentence.size(), 3));
-  const std::string_view lText = nSentence.substr(0, nSentence.find_last_not_of("\r\n") + 1);
+  const std::string_view lText = tool::withoutLineEnd(nSentence);
   if (lKind == "RMC") mReckoned[0] = lText;
   if (lKind == "GGA") mReckoned[1] = lText;
 }

@@ -1,10 +1,6 @@
 #pragma once
 
-#include "NfwDeadReckoningNmeaSentence.h"
-#include "NfwNmeaBinaryLogDataVersion0.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
-#include "Record.h"
-#include "SentenceSink.h"
+#include "SensorSentences.h"
 
 namespace logtool {
 
@@ -18,13 +14,9 @@ class Sentences {
   bool read(const tool::Record& nRecord, tool::SentenceSink& nSink);
 
  private:
-  static bool readText(std::string_view nData, tool::SentenceSink& nSink);
-  bool readReport(nfw::NmeaBinaryLogData& nConverter, std::string_view nData, tool::SentenceSink& nSink);
-  nfw::NmeaBinaryLogData* converterFor(int nVersion);
+  static void readText(std::string_view nData, tool::SentenceSink& nSink);
 
-  nfw::NmeaBinaryLogDataVersion0 mVersion0;
-  nfw::NmeaBinaryLogDataVersion1 mVersion1;
-  nfw::DeadReckoningNmeaSentence mReport;
+  tool::SensorSentences mSensor;
 };
 
 }  // namespace logtool
