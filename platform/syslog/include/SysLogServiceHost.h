@@ -19,9 +19,30 @@ Sink* setSink(Sink* npSink);
 /// Colours by level on standard error: by default only when that is a terminal.
 void setColoured(bool nColoured);
 
-/// Where BinaryLogWrite appends. Null or empty closes the file: writes then fail.
-/// False when the file cannot be opened; the one before then stays.
+/// Where BinaryLogWrite appends. A thread writes what it was given, at most a tenth of a second later; up to 1 MiB
+/// waits while the file system does not take it. Null or empty closes the file: writes then fail.
+///
+/// The file before is closed when it holds all that was given for it, when it cannot be written, or after 10 s.
+/// False, with errno, when the file cannot be opened, or no thread be made: the one before then stays; and when what
+/// was given for the one before did not all get into it. Any thread may call, no sink.
 bool setBinaryLogFile(const char* npPath);
+
+/// Waits until the file holds all that BinaryLogWrite was given so far. False when it cannot be written now, or
+/// `nTimeoutMs` are over. Any thread may call.
+bool flushBinaryLog(unsigned int nTimeoutMs);
+
+/// What became of the records given to BinaryLogWrite since the file was set.
+struct BinaryLogCounts {
+  unsigned long long mRecorded = 0;  ///< whole in the file
+  unsigned long long mBytes = 0;     ///< of these
+  unsigned long long mWaiting = 0;   ///< taken, and not in the file yet
+  unsigned long long mRefused = 0;   ///< not taken: BinaryLogWrite gave -1
+  unsigned long long mFailed = 0;    ///< taken, and given up when the file was closed
+  int mError = 0;                    ///< errno of the file's last write; 0: it took what it was given
+};
+
+/// Of the file that is set; after it was closed, what became of all of them in the end. Any thread may call.
+BinaryLogCounts binaryLogCounts();
 
 /// Lines that standard error did not take since the start (a pipe that nobody reads, for instance).
 unsigned long long droppedLines();

@@ -26,17 +26,29 @@ bool BinaryLog::setFile(const char* npPath) {
   std::lock_guard<std::mutex> lLock(mMutex);
   if (mFile >= 0) ::close(mFile);
   mFile = lFile;
+  if (lIsWanted) mCounts = {};
   return true;
 }
 
 bool BinaryLog::append(const void* npData, unsigned int nSize) {
   std::lock_guard<std::mutex> lLock(mMutex);
+  ++mCounts.mRefused;
   if (mFile < 0) return false;
   ssize_t lDone = ::write(mFile, npData, nSize);
   while (lDone < 0 && errno == EINTR) lDone = ::write(mFile, npData, nSize);
-  if (lDone == static_cast<ssize_t>(nSize)) return true;
-  if (lDone > 0) cutBack(mFile, lDone);
-  return false;
+  const bool lIsWhole = lDone == static_cast<ssize_t>(nSize);
+  mCounts.mError = lIsWhole ? 0 : lDone < 0 ? errno : ENOSPC;
+  if (!lIsWhole && lDone > 0) cutBack(mFile, lDone);
+  if (!lIsWhole) return false;
+  --mCounts.mRefused;
+  ++mCounts.mRecorded;
+  mCounts.mBytes += nSize;
+  return true;
+}
+
+BinaryLogCounts BinaryLog::counts() {
+  std::lock_guard<std::mutex> lLock(mMutex);
+  return mCounts;
 }
 
 }  // namespace syslogservice
