@@ -19,16 +19,19 @@ Sink* setSink(Sink* npSink);
 /// Colours by level on standard error: by default only when that is a terminal.
 void setColoured(bool nColoured);
 
-/// Where BinaryLogWrite appends. A thread writes what it was given, at most a tenth of a second later; up to 1 MiB
-/// waits while the file system does not take it. Null or empty closes the file: writes then fail.
+/// Where BinaryLogWrite appends. A thread of its own writes, a tenth of a second later at most: that is what a killed
+/// process loses. While the file system does not answer, or is full, 1 MiB or 32768 records wait, and are tried again;
+/// what finds no room is refused. The file holds whole records only. An application that ends without closing loses
+/// what waits.
 ///
-/// The file before is closed when it holds all that was given for it, when it cannot be written, or after 10 s.
-/// False, with errno, when the file cannot be opened, or no thread be made: the one before then stays; and when what
-/// was given for the one before did not all get into it. Any thread may call, no sink.
+/// False, with errno, when the file cannot be opened within 10 s, or memory or a thread are not to be had: the one
+/// before then stays. Otherwise that one is closed first.
+/// Null or empty closes the file: writes then fail. False, with errno, when it cannot take, or does not take within
+/// 10 s, all that waits; that is given up.
 bool setBinaryLogFile(const char* npPath);
 
-/// Waits until the file holds all that BinaryLogWrite was given so far. False when it cannot be written now, or
-/// `nTimeoutMs` are over. Any thread may call.
+/// Waits until the file holds what BinaryLogWrite was given so far. False when it cannot be written now, or
+/// `nTimeoutMs` are over. Any thread may call, as the above; none of them from a sink.
 bool flushBinaryLog(unsigned int nTimeoutMs);
 
 /// What became of the records given to BinaryLogWrite since the file was set.
