@@ -3,6 +3,7 @@
 
 #include <climits>
 
+#include "FullQueues.h"
 #include "SeamState.h"
 #include "SlotWriter.h"
 #include "ThreadId.h"
@@ -70,7 +71,11 @@ bool MsgLoop::queue(ThreadMsgListener* npListener, const Msg& nMsg, SyncWait* np
 }
 
 int MsgLoop::takeSlotLocked(bool nIsSync) {
-  if (mMsgNum >= mMaxMsgNum + (nIsSync ? SYNC_PLACES : 0)) return mSpareSlot.exchange(-1, std::memory_order_acquire);
+  if (mMsgNum >= mMaxMsgNum + (nIsSync ? SYNC_PLACES : 0)) {
+    const int lSpare = mSpareSlot.exchange(-1, std::memory_order_acquire);
+    if (lSpare < 0) FullQueues::note();
+    return lSpare;
+  }
   ++mMsgNum;
   return mFree.pop();
 }
