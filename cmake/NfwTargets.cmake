@@ -18,6 +18,14 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
 check_pie_supported(LANGUAGES CXX)
+# Files are named from the top of the project on, wherever that lies: the watchdog's notices and the failures of tests
+# read alike everywhere, and builds of one commit in two folders have the same bytes. Only the debugger of a Debug build
+# is told where the files are. A compiler cache may give a compiler the path from the folder of the build.
+file(RELATIVE_PATH lToTop ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}/)
+foreach(lMapping ${PROJECT_BINARY_DIR}=build ${lToTop}= ${PROJECT_SOURCE_DIR}/=)
+  add_compile_options($<IF:$<CONFIG:Debug>,-fmacro-prefix-map,-ffile-prefix-map>=${lMapping})
+endforeach()
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)  # files beyond 2 GiB, dates beyond 2038
 if(NFW_SANITIZE)
   add_compile_options(-fsanitize=${NFW_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -1,5 +1,4 @@
 // The stand-in of the system log service: where lines and records go, and what becomes of those that cannot.
-#include <sys/resource.h>
 
 #include <atomic>
 #include <cerrno>
@@ -174,83 +173,6 @@ TEST(SysLogStandIn, ASinkIsLeftBeforeItIsReplaced) {
   }
   lIsOver = true;
   for (std::thread& lThread : lThreads) lThread.join();
-}
-
-class BinaryLogStandIn : public testing::Test {
- protected:
-  void SetUp() override { ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str())); }
-  void TearDown() override { syslogservice::setBinaryLogFile(nullptr); }
-  std::string content() const { return readFile(mDir.file("log")); }
-
-  contract::TempDir mDir;
-};
-
-TEST_F(BinaryLogStandIn, AppendsExactlyTheBytes) {
-  EXPECT_EQ(0, BinaryLogWrite(0, "a\0\n\xFF", 4));
-  EXPECT_EQ(0, BinaryLogWrite(0, nullptr, 0));
-  EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.path().c_str()));
-  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str()));
-  EXPECT_EQ(0, BinaryLogWrite(0, "bc", 2));
-  EXPECT_EQ(std::string("a\0\n\xFF"
-                        "bc",
-                        6),
-            content());
-}
-
-TEST_F(BinaryLogStandIn, TellsOfAFailure) {
-  EXPECT_EQ(-1, BinaryLogWrite(1, "a", 1));
-  EXPECT_EQ(-1, BinaryLogWrite(0, nullptr, 1));
-  ASSERT_TRUE(syslogservice::setBinaryLogFile("/dev/full"));
-  EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
-  ASSERT_TRUE(syslogservice::setBinaryLogFile(""));
-  EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
-  EXPECT_EQ("", content());
-}
-
-// While it lives, files of this process end at a size.
-class FileLimit {
- public:
-  explicit FileLimit(rlim_t nSize) : mpHandler(signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &mBefore);
-    const rlimit lLimit = {nSize, mBefore.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &lLimit);
-  }
-  ~FileLimit() {
-    setrlimit(RLIMIT_FSIZE, &mBefore);
-    signal(SIGXFSZ, mpHandler);
-  }
-
- private:
-  void (*mpHandler)(int);
-  rlimit mBefore;
-};
-
-TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
-  EXPECT_EQ(0, BinaryLogWrite(0, "12345678", 8));
-  int lResult = 0;
-  {
-    FileLimit lLimit(13);
-    lResult = BinaryLogWrite(0, "abcdefgh", 8);
-  }
-  EXPECT_EQ(-1, lResult);
-  EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
-  EXPECT_EQ("12345678ABCDEFGH", content());
-}
-
-TEST_F(BinaryLogStandIn, KeepsRecordsOfSeveralThreadsApart) {
-  std::vector<std::thread> lThreads;
-  for (char lLetter = 'a'; lLetter < 'e'; ++lLetter) {
-    lThreads.emplace_back([lLetter] {
-      const std::string lRecord = std::string(99, lLetter) + "\n";
-      for (int i = 0; i < 100; ++i) EXPECT_EQ(0, BinaryLogWrite(0, lRecord.data(), 100));
-    });
-  }
-  for (std::thread& lThread : lThreads) lThread.join();
-  const std::string lContent = content();
-  ASSERT_EQ(40000u, lContent.size());
-  for (size_t i = 0; i < lContent.size(); i += 100) {
-    ASSERT_EQ(std::string(99, lContent[i]) + "\n", lContent.substr(i, 100));
-  }
 }
 
 }  // namespace

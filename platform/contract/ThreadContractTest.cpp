@@ -296,6 +296,28 @@ TYPED_TEST(ThreadContract, AKilledTimerLeavesNoMessageBehind) {
   EXPECT_EQ(this->drain(), Ids{1});
 }
 
+TYPED_TEST(ThreadContract, ExpiredTimersAreFoundAndErasedAsMessagesAre) {
+  const int TIMER_MSG = utl::TimerMsg::MSG_ID;
+  this->hold();
+  EXPECT_FALSE(this->mpThread->has(TIMER_MSG));
+  for (unsigned int i = 1; i <= 3; ++i) EXPECT_NE(this->mpThread->timer(0, 1, i), -1);
+  EXPECT_EQ(this->mpThread->mThread.getFirstMsgId(), TIMER_MSG);
+  EXPECT_TRUE(this->mpThread->post(1));
+  JudgeBy lSecond([](int nId, utl::ThreadRawMsg& nMsg) {
+    utl::TimerMsg lTimer;
+    return nId == utl::TimerMsg::MSG_ID && lTimer.restoreFrom(nMsg) && lTimer.getParam() == 2;
+  });
+  EXPECT_EQ(this->mpThread->erase(&lSecond), 1u);
+  EXPECT_EQ(this->mpThread->erase(&lSecond), 0u);
+  EXPECT_EQ(this->mpThread->erase(TIMER_MSG), 2u);
+  EXPECT_FALSE(this->mpThread->has(TIMER_MSG));
+  const int lEndless = this->mpThread->timer(1, 0, 4);
+  EXPECT_TRUE(eventually([&] { return this->mpThread->erase(TIMER_MSG) == 1; }));
+  EXPECT_TRUE(eventually([&] { return this->mpThread->has(TIMER_MSG); })) << "that expiry was erased, not the timer";
+  EXPECT_TRUE(this->mpThread->mThread.killTimer(lEndless, 1));
+  EXPECT_EQ(this->drain(), Ids{1});
+}
+
 TYPED_TEST(ThreadContract, AFloodOfTimersDoesNotStarveMessages) {
   this->start();
   for (unsigned int i = 0; i < 20; ++i) EXPECT_NE(this->mpThread->timer(0, 0, i), -1);

@@ -64,6 +64,7 @@ class LogServices {
   void stopRecord() {
     EXPECT_TRUE(nfw::Logger::get()->stopRecord());
     EXPECT_TRUE(nfw::SensorSysLoggerManager::get()->stopRecord());
+    EXPECT_TRUE(syslogservice::flushBinaryLog(20000));
   }
   std::string textFile() const { return mDir.files().at(0); }
   std::string sensorFile() const { return mSensorDir / "sensor"; }

@@ -20,6 +20,7 @@
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 #include "ZTSMountHost.h"
+#include "utl/Event.h"
 
 namespace {
 
@@ -231,6 +232,24 @@ TEST_F(MountManagerTest, ListsMoreDevicesThanItReserves) {
   feed("new", 3);
   mDiary.takeTo("A:new 4");
   EXPECT_EQ(lLast + 1, idOf("new"));
+}
+
+TEST_F(MountManagerTest, IsToldAgainWhatItsQueueHadNoRoomFor) {
+  start();
+  utl::Event lMayGoOn{false};
+  mA.mOnEvent = [&](const MountEventMsg&) { EXPECT_TRUE(lMayGoOn.waitToOn(20000)); };
+  Texts lExpected;
+  for (int i = 0; i < 200; ++i) {
+    feed("d" + std::to_string(i), 3);
+    if (i != 150) lExpected.push_back("A:d" + std::to_string(i) + " 4");
+  }
+  EXPECT_TRUE(mLog.has("MountManager::onNotifyDeviceInfo(): Can't post thread"));
+  feed("d150", 1);  // instead of what it was told in vain
+  lExpected.push_back("A:d150 3");
+  EXPECT_FALSE(mounthost::tellUndelivered());
+  lMayGoOn.on();
+  for (int i = 0; i < 1000000 && !mounthost::tellUndelivered(); ++i) std::this_thread::yield();
+  EXPECT_EQ(lExpected, mDiary.takeTo("A:d150 3"));
 }
 
 TEST_F(MountManagerTest, TellsALateListenerEachDeviceAndTheNewestLast) {

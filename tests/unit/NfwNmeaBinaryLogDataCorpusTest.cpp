@@ -40,8 +40,7 @@ const char* const OWN_SENTENCES[] = {
 
 std::vector<std::string> readCorpus() {
   const char* const lpSetting = std::getenv("NFW_CORPUS");
-  const std::filesystem::path lRoot = std::filesystem::path(__FILE__).parent_path() / "../..";
-  const std::filesystem::path lFolder = lpSetting != nullptr ? lpSetting : lRoot / "../shared/nmea";
+  const std::filesystem::path lFolder = lpSetting != nullptr ? lpSetting : NFW_SOURCE_DIR "/../shared/nmea";
   std::vector<std::filesystem::path> lFiles;
   std::error_code lError;
   for (const auto& lEntry : std::filesystem::directory_iterator(lFolder, lError)) {

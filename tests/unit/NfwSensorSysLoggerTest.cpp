@@ -29,6 +29,10 @@ class SensorSysLoggerTest : public testing::Test {
     nfw::SensorSysLogger::destroy();
     syslogservice::setBinaryLogFile(nullptr);
   }
+  std::string written() const {
+    EXPECT_TRUE(syslogservice::flushBinaryLog(20000));
+    return nfwtest::readFile(mPath);
+  }
 
   nfwtest::TempDir mDir;
   const std::string mPath = mDir / "sensor";
@@ -49,8 +53,7 @@ TEST_F(SensorSysLoggerTest, TheWriterPacksRecords) {
   EXPECT_FALSE(lWriter.start());
   EXPECT_EQ(0, lWriter.write(15, 15, lData.data(), 1200));
   EXPECT_EQ(0, lWriter.write(1, 0, lData.data(), 0));
-  EXPECT_EQ(sensorRecord(15, 15, 100000, std::string(1200, 'd')) + sensorRecord(1, 0, 100000, ""),
-            nfwtest::readFile(mPath));
+  EXPECT_EQ(sensorRecord(15, 15, 100000, std::string(1200, 'd')) + sensorRecord(1, 0, 100000, ""), written());
 
   EXPECT_EQ(1, lWriter.write(16, 16, nullptr, 1201));
   EXPECT_EQ(1, lWriter.write(-1, 0, lData.data(), 1));
@@ -95,7 +98,7 @@ TEST_F(SensorSysLoggerTest, TheManagerTakesLessThanTheFile) {
   SensorSysLoggerManager::write(1, 2, lData.data(), 1121);
   SensorSysLoggerManager::write(1, 2, lData.data(), 1122);
   SensorSysLoggerManager::write(16, 2, lData.data(), 1);
-  EXPECT_EQ(sensorRecord(1, 2, 100000, std::string(1121, 'd')), nfwtest::readFile(mPath));
+  EXPECT_EQ(sensorRecord(1, 2, 100000, std::string(1121, 'd')), written());
   EXPECT_EQ(
       (Strings{"SensorSysLoggerManager::writeImp(): Invalid log data size: DataSize=1122 Byte Id=0x01 Version=0x02",
                "SensorSysLogWriter::write(): Invalid LogTypeId: 0x10",

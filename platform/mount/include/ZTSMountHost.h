@@ -16,6 +16,10 @@ void feedReady();
 /// Keeps the record as what getDeviceInfo tells of its type, with result 0, then hands it to the listeners.
 void feedDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo);
 
+/// A listener whose queue is full loses what it is told. That is kept, of each drive the newest, and told again in the
+/// order of its events by this, by every feed, and by a watch five times a second. True when all is told.
+bool tellUndelivered();
+
 /// What getDeviceInfo tells of a type from now on, without telling the listeners: the record is stored for the caller
 /// whatever the result. 1, the result of a type that was never set, is "not connected".
 void setDeviceInfo(int nSdkType, int nResult, ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo);

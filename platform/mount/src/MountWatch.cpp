@@ -19,6 +19,8 @@ namespace {
 
 // How soon it is seen that a device was pulled out while it was mounted.
 const int CHECK_MS = 1000;
+// How soon a listener that could not take an event is told again.
+const int TELL_AGAIN_MS = 200;
 
 class Descriptor {
  public:
@@ -88,7 +90,8 @@ class Watch : private mountservice::Greeter {
   /// False when the watch is to end.
   bool waitForChange() {
     pollfd lFiles[] = {{mTable.get(), POLLPRI, 0}, {mWake.get(), POLLIN, 0}};
-    const int lReady = ::poll(lFiles, 2, mSource.hasDevices() ? CHECK_MS : -1);
+    const int lTimeoutMs = !tellUndelivered() ? TELL_AGAIN_MS : mSource.hasDevices() ? CHECK_MS : -1;
+    const int lReady = ::poll(lFiles, 2, lTimeoutMs);
     if (lReady == 0) mSource.checkDevices();
     if (lReady <= 0) return lReady == 0 || errno == EINTR;
     if (lFiles[0].revents != 0) readTable();

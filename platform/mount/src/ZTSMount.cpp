@@ -1,10 +1,13 @@
 #include "ZTSMount.h"
 
+#include <atomic>
 #include <mutex>
 
+#include "FullQueues.h"
 #include "MountService.h"
 #include "MountTypes.h"
 #include "SdkListeners.h"
+#include "Undelivered.h"
 #include "ZTSMountHost.h"
 #include "utl/Map.h"
 
@@ -26,12 +29,28 @@ struct Service {
   utl::Map<int, Device> mDevices{8, true};
   std::mutex mGreeterMutex;  // guards mpGreeter, and is held while it is called
   mountservice::Greeter* mpGreeter = nullptr;
+  mountservice::Undelivered mUndelivered;
+  std::atomic<bool> mIsTellingAgain{false};
 };
 
 // Never destroyed: a watching thread may feed while the process ends.
 Service& service() {
   static Service& lService = *new Service;
   return lService;
+}
+
+/// False when the listener lost it to a full queue.
+bool isTold(ZTSMountListener& nListener, const ST_MNT_MOUNT_INFO& nInfo) {
+  const unsigned int lMet = utl::FullQueues::met();
+  nListener.onNotifyDeviceInfo(nInfo);
+  return utl::FullQueues::met() == lMet;
+}
+
+/// What a listener has not got yet goes first.
+void deliver(ZTSMountListener& nListener, const ST_MNT_MOUNT_INFO& nInfo) {
+  const bool lMustWait = service().mUndelivered.has(&nListener);
+  if (lMustWait || !isTold(nListener, nInfo)) service().mUndelivered.add(&nListener, nInfo);
+  if (lMustWait) mounthost::tellUndelivered();
 }
 
 }  // namespace
@@ -47,7 +66,11 @@ bool ZTSMount::addListener(ZTSMountListener* npListener) {
   if (service().mpGreeter != nullptr) service().mpGreeter->greet(npListener);
   return true;
 }
-bool ZTSMount::removeListener(ZTSMountListener* npListener) { return service().mListeners.remove(npListener); }
+bool ZTSMount::removeListener(ZTSMountListener* npListener) {
+  const bool lIsFound = service().mListeners.remove(npListener);
+  service().mUndelivered.forget(npListener);
+  return lIsFound;
+}
 
 int ZTSMount::getDeviceInfo(int nSdkType, ST_MNT_MOUNT_INFO* npInfo) {
   if (npInfo == nullptr) return FAILURE;
@@ -67,7 +90,7 @@ void setGreeter(Greeter* npGreeter) {
 
 void tell(const ST_MNT_MOUNT_INFO& nInfo) {
   mounthost::setDeviceInfo(nInfo.type, nInfo.event == SDK_DISCONNECTED ? NOT_CONNECTED : 0, nInfo);
-  service().mListeners.each(0, [&](ZTSMountListener& nListener) { nListener.onNotifyDeviceInfo(nInfo); });
+  service().mListeners.each(0, [&](ZTSMountListener& nListener) { deliver(nListener, nInfo); });
 }
 
 void tellReady(const ZTSMountListener* npListener) {
@@ -78,7 +101,7 @@ void tellReady(const ZTSMountListener* npListener) {
 
 void tell(const ZTSMountListener* npListener, const ST_MNT_MOUNT_INFO& nInfo) {
   service().mListeners.each(0, [&](ZTSMountListener& nListener) {
-    if (&nListener == npListener) nListener.onNotifyDeviceInfo(nInfo);
+    if (&nListener == npListener) deliver(nListener, nInfo);
   });
 }
 
@@ -92,7 +115,22 @@ void feedReady() {
 
 void feedDeviceInfo(ST_MNT_MOUNT_INFO const& nInfo) {
   setDeviceInfo(nInfo.type, 0, nInfo);
-  service().mListeners.each(0, [&](ZTSMountListener& nListener) { nListener.onNotifyDeviceInfo(nInfo); });
+  service().mListeners.each(0, [&](ZTSMountListener& nListener) { deliver(nListener, nInfo); });
+}
+
+bool tellUndelivered() {
+  mountservice::Undelivered& lUndelivered = service().mUndelivered;
+  mountservice::Undelivered::Event lEvent;
+  if (service().mIsTellingAgain.exchange(true)) return false;  // another thread does it, or a callback asks
+  bool lIsTold = true;
+  while (lIsTold && lUndelivered.copyFirst(&lEvent)) {
+    service().mListeners.each(0, [&](ZTSMountListener& nListener) {
+      if (&nListener == lEvent.mpListener) lIsTold = isTold(nListener, lEvent.mInfo);
+    });
+    if (lIsTold) lUndelivered.remove(lEvent.mNumber);  // also when the listener has left
+  }
+  service().mIsTellingAgain = false;
+  return lUndelivered.isEmpty();
 }
 
 void setDeviceInfo(int nSdkType, int nResult, ST_MNT_MOUNT_INFO const& nInfo) {

@@ -19,9 +19,33 @@ Sink* setSink(Sink* npSink);
 /// Colours by level on standard error: by default only when that is a terminal.
 void setColoured(bool nColoured);
 
-/// Where BinaryLogWrite appends. Null or empty closes the file: writes then fail.
-/// False when the file cannot be opened; the one before then stays.
+/// Where BinaryLogWrite appends. A thread of its own writes, a tenth of a second later at most: that is what a killed
+/// process loses. While the file system does not answer, or is full, 1 MiB or 32768 records wait, and are tried again;
+/// what finds no room is refused. The file holds whole records only. An application that ends without closing loses
+/// what waits.
+///
+/// False, with errno, when the file cannot be opened within 10 s, or memory or a thread are not to be had: the one
+/// before then stays. Otherwise that one is closed first.
+/// Null or empty closes the file: writes then fail. False, with errno, when it cannot take, or does not take within
+/// 10 s, all that waits; that is given up.
 bool setBinaryLogFile(const char* npPath);
+
+/// Waits until the file holds what BinaryLogWrite was given so far. False when it cannot be written now, or
+/// `nTimeoutMs` are over. Any thread may call, as the above; none of them from a sink.
+bool flushBinaryLog(unsigned int nTimeoutMs);
+
+/// What became of the records given to BinaryLogWrite since the file was set.
+struct BinaryLogCounts {
+  unsigned long long mRecorded = 0;  ///< whole in the file
+  unsigned long long mBytes = 0;     ///< of these
+  unsigned long long mWaiting = 0;   ///< taken, and not in the file yet
+  unsigned long long mRefused = 0;   ///< not taken: BinaryLogWrite gave -1
+  unsigned long long mFailed = 0;    ///< taken, and given up when the file was closed
+  int mError = 0;                    ///< errno of the file's last write; 0: it took what it was given
+};
+
+/// Of the file that is set; after it was closed, what became of all of them in the end. Any thread may call.
+BinaryLogCounts binaryLogCounts();
 
 /// Lines that standard error did not take since the start (a pipe that nobody reads, for instance).
 unsigned long long droppedLines();

@@ -1,42 +1,58 @@
 #include "BinaryLog.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 
 namespace syslogservice {
 
 namespace {
 
-// Takes the last bytes off a file again; a full disk does not hinder that.
-void cutBack(int nFile, off_t nSize) {
-  const off_t lEnd = lseek(nFile, 0, SEEK_END);
-  while (lEnd >= nSize && ftruncate(nFile, lEnd - nSize) == -1 && errno == EINTR) {
-  }
-}
+const unsigned int LIMIT_MS = 10000;  // of waits for a file system
 
 }  // namespace
 
+// The new file takes records while the one before is still written, and is written itself when that is over: it may be
+// the same file.
 bool BinaryLog::setFile(const char* npPath) {
-  const int lFlags = O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+  const std::lock_guard<std::mutex> lChange(mChange);
   const bool lIsWanted = npPath != nullptr && npPath[0] != '\0';
-  const int lFile = lIsWanted ? ::open(npPath, lFlags, mode_t{0666}) : -1;
-  if (lIsWanted && lFile < 0) return false;
-  std::lock_guard<std::mutex> lLock(mMutex);
-  if (mFile >= 0) ::close(mFile);
-  mFile = lFile;
-  return true;
+  BinaryLogFile* const lpNew = lIsWanted ? BinaryLogFile::open(npPath, LIMIT_MS) : nullptr;
+  if (lIsWanted && lpNew == nullptr) return false;
+  BinaryLogFile* lpBefore = nullptr;
+  {
+    const std::lock_guard<std::mutex> lLock(mMutex);
+    lpBefore = mpFile;
+    if (lIsWanted) mpFile = lpNew;
+  }
+  const bool lIsWhole = lpBefore == nullptr || end(lpBefore);
+  if (lpNew != nullptr) lpNew->begin();
+  return lIsWanted || lIsWhole;
+}
+
+bool BinaryLog::end(BinaryLogFile* npFile) {
+  const BinaryLogCounts lCounts = npFile->finish(LIMIT_MS);
+  {
+    const std::lock_guard<std::mutex> lLock(mMutex);
+    mLast = lCounts;
+    if (mpFile == npFile) mpFile = nullptr;
+  }
+  BinaryLogFile::release(npFile);
+  errno = lCounts.mError;
+  return lCounts.mFailed == 0;
 }
 
 bool BinaryLog::append(const void* npData, unsigned int nSize) {
-  std::lock_guard<std::mutex> lLock(mMutex);
-  if (mFile < 0) return false;
-  ssize_t lDone = ::write(mFile, npData, nSize);
-  while (lDone < 0 && errno == EINTR) lDone = ::write(mFile, npData, nSize);
-  if (lDone == static_cast<ssize_t>(nSize)) return true;
-  if (lDone > 0) cutBack(mFile, lDone);
-  return false;
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  return mpFile != nullptr && mpFile->append(npData, nSize);
+}
+
+bool BinaryLog::flush(unsigned int nTimeoutMs) {
+  const std::lock_guard<std::mutex> lChange(mChange);
+  return mpFile == nullptr || mpFile->flush(nTimeoutMs);
+}
+
+BinaryLogCounts BinaryLog::counts() {
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  return mpFile != nullptr ? mpFile->counts() : mLast;
 }
 
 }  // namespace syslogservice

@@ -1,19 +1,27 @@
-// The file of BinaryLogWrite.
+// The place of the file of BinaryLogWrite.
 #pragma once
 
 #include <mutex>
 
+#include "BinaryLogFile.h"
+
 namespace syslogservice {
 
-/// A sequence of whole records: one that the file system takes in part only is cut off again. Any thread may call.
+/// One file at a time, or none. Any thread may call; nobody who appends or counts waits for the file system.
 class BinaryLog {
  public:
   bool setFile(const char* npPath);
   bool append(const void* npData, unsigned int nSize);
+  bool flush(unsigned int nTimeoutMs);
+  BinaryLogCounts counts();
 
  private:
-  std::mutex mMutex;  // guards mFile
-  int mFile = -1;
+  bool end(BinaryLogFile* npFile);
+
+  std::mutex mChange;  // held while the file is exchanged or waited for
+  std::mutex mMutex;   // guards what follows
+  BinaryLogFile* mpFile = nullptr;
+  BinaryLogCounts mLast;  // of the file that was closed
 };
 
 }  // namespace syslogservice

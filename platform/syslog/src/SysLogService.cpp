@@ -65,6 +65,8 @@ namespace syslogservice {
 Sink* setSink(Sink* npSink) { return gSink.exchange(npSink); }
 void setColoured(bool nColoured) { gStandardError.setColoured(nColoured); }
 bool setBinaryLogFile(const char* npPath) { return gBinaryLog.setFile(npPath); }
+bool flushBinaryLog(unsigned int nTimeoutMs) { return gBinaryLog.flush(nTimeoutMs); }
+BinaryLogCounts binaryLogCounts() { return gBinaryLog.counts(); }
 unsigned long long droppedLines() { return gStandardError.dropped(); }
 
 int registeredLevel(int nType) {

@@ -3,6 +3,8 @@
 
 #include <climits>
 
+#include "ExpiredTimer.h"
+#include "FullQueues.h"
 #include "SeamState.h"
 #include "SlotWriter.h"
 #include "ThreadId.h"
@@ -70,7 +72,11 @@ bool MsgLoop::queue(ThreadMsgListener* npListener, const Msg& nMsg, SyncWait* np
 }
 
 int MsgLoop::takeSlotLocked(bool nIsSync) {
-  if (mMsgNum >= mMaxMsgNum + (nIsSync ? SYNC_PLACES : 0)) return mSpareSlot.exchange(-1, std::memory_order_acquire);
+  if (mMsgNum >= mMaxMsgNum + (nIsSync ? SYNC_PLACES : 0)) {
+    const int lSpare = mSpareSlot.exchange(-1, std::memory_order_acquire);
+    if (lSpare < 0) FullQueues::note();
+    return lSpare;
+  }
   ++mMsgNum;
   return mFree.pop();
 }
@@ -129,48 +135,63 @@ void MsgLoop::queueExpiredLocked() {
   for (int lIndex = mTimers.expire(lNowMs); lIndex >= 0; lIndex = mTimers.expire(lNowMs)) mQueue.push(~lIndex);
 }
 
+/// What is queued, without its bytes; a timer's expiry too.
+MsgSlot MsgLoop::entryLocked(int nEntry) const {
+  if (nEntry >= 0) return mSlots[nEntry];
+  return {nullptr, 0, TimerMsg::MSG_ID, mTimers.expiry(~nEntry).mpListener, nullptr, false};
+}
+
 template <class Found>
-int MsgLoop::findLocked(Found nFound) const {
+bool MsgLoop::findLocked(Found nFound) const {
   for (const IndexRing* lpRing : {&mInterrupts, &mQueue}) {
     for (unsigned int i = 0; i < lpRing->size(); ++i) {
-      if (lpRing->at(i) >= 0 && nFound(lpRing->at(i))) return lpRing->at(i);
+      if (nFound(lpRing->at(i), entryLocked(lpRing->at(i)))) return true;
     }
   }
-  return -1;
+  return false;
 }
 
 template <class Chosen>
 unsigned int MsgLoop::dropLocked(Chosen nChosen) {
-  const unsigned int lBefore = mInterrupts.size() + mQueue.size();
-  SlotStack* const lpFree = &mFree;
-  const auto lDrop = [this, nChosen, lpFree](int nEntry) {
-    if (nEntry < 0 || !nChosen(mSlots[nEntry])) return false;
-    if (mSlots[nEntry].mpWait != nullptr) mSlots[nEntry].mpWait->finish(SyncWait::DISCARDED);
-    lpFree->push(nEntry);
-    return true;
+  unsigned int lSlots = 0, lTimers = 0;
+  const auto lDrop = [this, nChosen, &lSlots, &lTimers](int nEntry) ZTS_ANNOTATION(no_thread_safety_analysis) {
+    const MsgSlot lEntry = entryLocked(nEntry);
+    if (!nChosen(lEntry)) return false;
+    if (nEntry < 0) {
+      mTimers.take(~nEntry, Clock::nowMs());
+      return ++lTimers != 0;
+    }
+    if (lEntry.mpWait != nullptr) lEntry.mpWait->finish(SyncWait::DISCARDED);
+    mFree.push(nEntry);
+    return ++lSlots != 0;
   };
   mInterrupts.removeIf(lDrop);
   mQueue.removeIf(lDrop);
-  const unsigned int lDropped = lBefore - mInterrupts.size() - mQueue.size();
-  mMsgNum -= lDropped;
-  return lDropped;
+  mMsgNum -= lSlots;
+  return lSlots + lTimers;
 }
 
-bool MsgLoop::hasMsg(const ThreadMsgListener* npListener, int nMsgId) const {
+bool MsgLoop::hasMsg(const ThreadMsgListener* npListener, int nMsgId) {
   MutexLock lLock(mMutex);
-  return findLocked([=](int nIndex) { return mSlots[nIndex].isOf(npListener) && mSlots[nIndex].mMsgId == nMsgId; }) >=
-         0;
+  queueExpiredLocked();
+  return findLocked([=](int, const MsgSlot& nMsg) { return nMsg.isOf(npListener) && nMsg.mMsgId == nMsgId; });
 }
 
-int MsgLoop::firstMsgId() const {
+int MsgLoop::firstMsgId() {
   MutexLock lLock(mMutex);
-  const int lIndex = findLocked([](int) { return true; });
-  return lIndex >= 0 ? mSlots[lIndex].mMsgId : 0;
+  queueExpiredLocked();
+  int lMsgId = 0;
+  findLocked([&lMsgId](int, const MsgSlot& nMsg) {
+    lMsgId = nMsg.mMsgId;
+    return true;
+  });
+  return lMsgId;
 }
 
 unsigned int MsgLoop::eraseMsg(const ThreadMsgListener* npListener, int nMsgId) {
   MutexLock lLock(mMutex);
   if (!awaitJudgementLocked()) return 0;
+  queueExpiredLocked();
   return dropLocked([=](const MsgSlot& nSlot) { return nSlot.isOf(npListener) && nSlot.mMsgId == nMsgId; });
 }
 
@@ -196,23 +217,56 @@ unsigned int MsgLoop::eraseJudged(const ThreadMsgListener* npListener,
     MutexLock lLock(mMutex);
     if (!awaitJudgementLocked()) return 0;
     mJudgingThread = ThreadId::current();
+    queueExpiredLocked();
     mJudged.clear();
-    findLocked([=](int nIndex) {
-      if (mSlots[nIndex].isOf(npListener)) mJudged.push_back(nIndex);
+    findLocked([=](int nEntry, const MsgSlot& nMsg) ZTS_ANNOTATION(no_thread_safety_analysis) {
+      if (nEntry >= 0 && nMsg.isOf(npListener)) mJudged.push_back(nEntry);
       return false;
     });
   }
-  for (const int lIndex : mJudged) {
-    MsgSlot& lSlot = mSlots[lIndex];
-    RawMsg lMsg(lSlot.mMsgId, lSlot.mpData, lSlot.mSize);
-    lSlot.mIsChosen = npJudgement->judge(lMsg);
-  }
+  judgeMsgs(npJudgement);
+  const unsigned int lTimers = dropJudgedTimers(npListener, npJudgement);
   MutexLock lLock(mMutex);
   const unsigned int lErased = dropLocked([](const MsgSlot& nSlot) { return nSlot.mIsChosen; });
   mJudgingThread = 0;
   mChanged.broadcast();
   Condition::sendSignal(wakeLocked());
+  return lErased + lTimers;
+}
+
+void MsgLoop::judgeMsgs(MsgDrivenThread::MsgJudgementInterface* npJudgement) {
+  for (const int lIndex : mJudged) {
+    MsgSlot& lSlot = mSlots[lIndex];
+    RawMsg lMsg(lSlot.mMsgId, lSlot.mpData, lSlot.mSize);
+    lSlot.mIsChosen = npJudgement->judge(lMsg);
+  }
+}
+
+// Timers may be killed and set while one of them is judged: each is looked up again by its id.
+unsigned int MsgLoop::dropJudgedTimers(const ThreadMsgListener* npListener,
+                                       MsgDrivenThread::MsgJudgementInterface* npJudgement) {
+  unsigned int lErased = 0;
+  MutexLock lLock(mMutex);
+  for (int lIndex = mTimers.nextQueued(npListener, 0), lId = 0; lIndex >= 0;
+       lIndex = mTimers.nextQueued(npListener, lId)) {
+    const TimerTable::Expiry lExpiry = mTimers.expiry(lIndex);
+    lId = lExpiry.mId;
+    mMutex.unlock();
+    const ExpiredTimer lTimer(lExpiry);
+    RawMsg lMsg = lTimer.msg();
+    const bool lIsChosen = npJudgement->judge(lMsg);
+    mMutex.lock();
+    if (lIsChosen && dropExpiryLocked(lId)) ++lErased;
+  }
   return lErased;
+}
+
+bool MsgLoop::dropExpiryLocked(int nTimerId) {
+  const int lIndex = mTimers.nextQueued(nullptr, nTimerId - 1);
+  if (lIndex < 0 || mTimers.expiry(lIndex).mId != nTimerId) return false;
+  mQueue.removeIf([lIndex](int nEntry) { return nEntry == ~lIndex; });
+  mTimers.take(lIndex, Clock::nowMs());
+  return true;
 }
 
 // A handler under way may post to its listener again, and that may be handled before this is awake: until neither is

@@ -44,11 +44,12 @@ class MsgLoop : public std::enable_shared_from_this<MsgLoop> {
   int setTimer(ThreadMsgListener* npListener, unsigned int nTimeMs, int nCount, unsigned int nParam);
   bool killTimer(int nTimerId);
 
-  /// A null listener means all messages. Messages of timers are not looked at.
-  bool hasMsg(const ThreadMsgListener* npListener, int nMsgId) const;
+  /// A null listener means all messages. A timer that has expired is a message like any other: erased, that expiry is
+  /// lost.
+  bool hasMsg(const ThreadMsgListener* npListener, int nMsgId);
   unsigned int eraseMsg(const ThreadMsgListener* npListener, int nMsgId);
   unsigned int eraseJudged(const ThreadMsgListener* npListener, MsgDrivenThread::MsgJudgementInterface* npJudgement);
-  int firstMsgId() const;
+  int firstMsgId();
   void abort(ThreadMsgListener* npListener);
 
   bool isRunning() const;
@@ -98,10 +99,15 @@ class MsgLoop : public std::enable_shared_from_this<MsgLoop> {
   }
   void sweepTimersLocked() REQUIRES_LOCK;
   bool awaitJudgementLocked() const REQUIRES_LOCK;
+  MsgSlot entryLocked(int nEntry) const REQUIRES_LOCK;
   template <class Found>
-  int findLocked(Found nFound) const REQUIRES_LOCK;
+  bool findLocked(Found nFound) const REQUIRES_LOCK;
   template <class Chosen>
   unsigned int dropLocked(Chosen nChosen) REQUIRES_LOCK;
+  void judgeMsgs(MsgDrivenThread::MsgJudgementInterface* npJudgement);
+  unsigned int dropJudgedTimers(const ThreadMsgListener* npListener,
+                                MsgDrivenThread::MsgJudgementInterface* npJudgement);
+  bool dropExpiryLocked(int nTimerId) REQUIRES_LOCK;
 
   const std::string mName;
   const unsigned int mMaxMsgNum;

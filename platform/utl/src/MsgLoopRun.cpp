@@ -1,4 +1,5 @@
 // The thread of a MsgLoop: how it begins, hands messages to their listeners, and ends.
+#include "ExpiredTimer.h"
 #include "KernelName.h"
 #include "MsgLoop.h"
 #include "RawMsg.h"
@@ -12,11 +13,6 @@ namespace {
 
 const size_t STACK_SIZE = 512 * 1024;  // handlers pass records of 10 KB by value, several calls deep
 const unsigned int LEAVE_TIMEOUT_MS = 30000;
-
-class ExpiredTimerMsg : public TimerMsg {
- public:
-  explicit ExpiredTimerMsg(const TimerTable::Expiry& nExpiry) : TimerMsg(nExpiry.mId, nExpiry.mParam) {}
-};
 
 }  // namespace
 
@@ -121,10 +117,8 @@ bool MsgLoop::takeLocked(Delivery* npDelivery) {
 
 void MsgLoop::deliver(const Delivery& nDelivery) {
   if (nDelivery.mSlot < 0) {
-    unsigned char lData[sizeof(int32_t) + sizeof(uint32_t)];
-    MsgWriter lWriter(lData, sizeof lData);
-    lWriter.store(ExpiredTimerMsg(nDelivery.mExpiry));
-    RawMsg lMsg(TimerMsg::MSG_ID, lData, lWriter.size());
+    const ExpiredTimer lTimer(nDelivery.mExpiry);
+    RawMsg lMsg = lTimer.msg();
     nDelivery.mpListener->receiveMsg(id(), lMsg);
   } else {
     const MsgSlot& lSlot = mSlots[nDelivery.mSlot];

@@ -60,9 +60,20 @@ int TimerTable::expire(int64_t nNowMs) {
   return lIndex;
 }
 
+int TimerTable::nextQueued(const ThreadMsgListener* npListener, int nAboveId) const {
+  int lFound = -1;
+  for (int i = 0; i < static_cast<int>(mTimers.size()); ++i) {
+    const Timer& lTimer = timer(i);
+    const bool lIsMeant = npListener == nullptr || lTimer.mpListener == npListener;
+    if (lTimer.mState != QUEUED || !lIsMeant || lTimer.mId <= nAboveId) continue;
+    if (lFound < 0 || lTimer.mId < timer(lFound).mId) lFound = i;
+  }
+  return lFound;
+}
+
 TimerTable::Expiry TimerTable::take(int nIndex, int64_t nNowMs) {
   Timer& lTimer = timer(nIndex);
-  const Expiry lExpiry = {lTimer.mId, lTimer.mParam, lTimer.mpListener};
+  const Expiry lExpiry = expiry(nIndex);
   if (lTimer.mLeft == 1) {
     release(&lTimer);
     return lExpiry;

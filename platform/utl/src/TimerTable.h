@@ -32,8 +32,13 @@ class TimerTable {
 
   /// The index of the timer that is due first, from now on queued; -1 when none is due.
   int expire(int64_t nNowMs);
+  /// The queued timer with the least id above this one; a null listener stands for any. -1: none.
+  int nextQueued(const ThreadMsgListener* npListener, int nAboveId) const;
   bool isQueued(int nIndex) const { return timer(nIndex).mState == QUEUED; }
-  Expiry take(int nIndex, int64_t nNowMs);  ///< of a queued timer
+  Expiry expiry(int nIndex) const {  ///< of a queued timer, as the next
+    return {timer(nIndex).mId, timer(nIndex).mParam, timer(nIndex).mpListener};
+  }
+  Expiry take(int nIndex, int64_t nNowMs);
 
   bool remove(int nId);
   void removeOf(const ThreadMsgListener* npListener);

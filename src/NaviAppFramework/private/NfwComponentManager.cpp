@@ -269,7 +269,7 @@ void ComponentManager::onAllFinalized() {
   stopThread(*mpWatchThread);
   {
     const WatchedLock lLock(mSync);
-    mpThread->abortMsg(this);
+    watched([&] { mpThread->abortMsg(this); });
     mpThread = nullptr;
   }
   releaseComponents();

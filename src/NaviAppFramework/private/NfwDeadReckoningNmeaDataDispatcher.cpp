@@ -37,10 +37,20 @@ const ThreadMsgProfile<DispatchMsg> gProfile(THREAD_MSG_DEAD_RECKONING);
 
 DeadReckoningNmeaDataDispatcher::DeadReckoningNmeaDataDispatcher(unsigned int nListenerCapacity,
                                                                  utl::MsgDrivenSharedThread* npThread)
-    : DispatcherCore("nfw::DeadReckoningNmeaDataDispatcher", nListenerCapacity, npThread, Here::now()) {}
+    : DispatcherCore("nfw::DeadReckoningNmeaDataDispatcher", nListenerCapacity, npThread) {}
+
+bool DeadReckoningNmeaDataDispatcher::attachListener(DeadReckoningNmeaDataListener* npListener) {
+  return attach(npListener, Here::now());
+}
+bool DeadReckoningNmeaDataDispatcher::detachListener(DeadReckoningNmeaDataListener* npListener) {
+  return detach(npListener, Here::now());
+}
+void DeadReckoningNmeaDataDispatcher::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) {
+  receive(nMsg, Here::now());
+}
 
 void DeadReckoningNmeaDataDispatcher::dispatch(const DeadReckoningNmeaSentence& nSet) {
-  post(DispatchMsg(DISPATCHER_DISPATCH, nSet));
+  post(DispatchMsg(DISPATCHER_DISPATCH, nSet), Here::now());
 }
 
 void DeadReckoningNmeaDataDispatcher::onDispatch(utl::ThreadRawMsg& nMsg) {

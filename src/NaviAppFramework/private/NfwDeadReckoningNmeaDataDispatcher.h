@@ -12,10 +12,11 @@ class DeadReckoningNmeaDataDispatcher : public DispatcherCore {
  public:
   DeadReckoningNmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread);
 
-  bool attachListener(DeadReckoningNmeaDataListener* npListener) { return attach(npListener); }
-  bool detachListener(DeadReckoningNmeaDataListener* npListener) { return detach(npListener); }
+  bool attachListener(DeadReckoningNmeaDataListener* npListener);
+  bool detachListener(DeadReckoningNmeaDataListener* npListener);
   /// Queues a copy; the caller does not wait.
   void dispatch(const DeadReckoningNmeaSentence& nSet);
+  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
 
  private:
   void onDispatch(utl::ThreadRawMsg& nMsg) override;

@@ -19,50 +19,49 @@ const ThreadMsgProfile<ListenerMsg> gDeadReckoningProfile(THREAD_MSG_DEAD_RECKON
 
 }  // namespace
 
-DispatcherCore::DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread,
-                               const Here& nHere)
-    : mListeners(nCapacity, true), mpName(npName), mHere(nHere), mSync(npName), mpThread(npThread) {}
+DispatcherCore::DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread)
+    : mListeners(nCapacity, true), mpName(npName), mSync(npName), mpThread(npThread) {}
 
-bool DispatcherCore::attach(void* npListener) {
+bool DispatcherCore::attach(void* npListener, const Here& nHere) {
   if (npListener == nullptr) return true;
   if (isOwnThread()) return mListeners.attach(npListener);
-  return request(DISPATCHER_ATTACH, npListener, "attachListener");
+  return request(DISPATCHER_ATTACH, npListener, nHere);
 }
 
-bool DispatcherCore::detach(void* npListener) {
+bool DispatcherCore::detach(void* npListener, const Here& nHere) {
   if (npListener == nullptr) return true;
   if (isOwnThread()) {
     mListeners.detach(npListener);
     return true;
   }
-  return request(DISPATCHER_DETACH, npListener, "detachListener");
+  return request(DISPATCHER_DETACH, npListener, nHere);
 }
 
-bool DispatcherCore::request(int nMsgId, void* npListener, const char* npOperation) {
-  const WatchedLock lLock(mSync, at(npOperation));
+bool DispatcherCore::request(int nMsgId, void* npListener, const Here& nHere) {
+  const WatchedLock lLock(mSync, nHere);
   mResult = false;
   const ListenerMsg lMsg(nMsgId, npListener);
-  if (!watched([&] { return mpThread->sendMsgInterrupt(this, lMsg); }, at(npOperation))) {
-    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::%s(): Can't send thread", mpName, npOperation);
+  if (!watched([&] { return mpThread->sendMsgInterrupt(this, lMsg); }, nHere)) {
+    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::%s(): Can't send thread", mpName, nHere.mpFunction);
     return false;
   }
   return mResult;
 }
 
-void DispatcherCore::post(const utl::Msg& nMsg) {
-  if (watched([&] { return mpThread->postMsg(this, nMsg); }, at("dispatch"))) return;
+void DispatcherCore::post(const utl::Msg& nMsg, const Here& nHere) {
+  if (watched([&] { return mpThread->postMsg(this, nMsg); }, nHere)) return;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::dispatch(): Can't send thread", mpName);
 }
 
 bool DispatcherCore::isOwnThread() const { return mpThread->getId() == utl::Thread::getCurrentId(); }
 
-void DispatcherCore::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) {
+void DispatcherCore::receive(utl::ThreadRawMsg& nMsg, const Here& nHere) {
   static const MsgRoute<DispatcherCore> ROUTES[] = {
       {DISPATCHER_ATTACH, &DispatcherCore::onAttachListener},
       {DISPATCHER_DETACH, &DispatcherCore::onDetachListener},
       {DISPATCHER_DISPATCH, &DispatcherCore::onDispatch},
   };
-  const WatchedStep lStep(at("receiveMsg"));
+  const WatchedStep lStep(nHere);
   routeMsg(*this, ROUTES, nMsg, mpName);
 }
 

@@ -21,15 +21,15 @@ enum DispatcherMsg : int {
 /// this object goes.
 class DispatcherCore : public utl::ThreadMsgListener {
  public:
-  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
-
  protected:
-  /// `npName` is the class with its namespace, a literal: the lock and the log lines carry it. `nHere` is in its file.
-  DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread, const Here& nHere);
+  /// `npName` is the class with its namespace, a literal: the lock and the log lines carry it.
+  DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread);
 
-  bool attach(void* npListener) NFW_EXCLUDES(mSync);
-  bool detach(void* npListener) NFW_EXCLUDES(mSync);
-  void post(const utl::Msg& nMsg);
+  /// What the class's operations do; `nHere` stands in the operation that was called, whose name the log lines carry.
+  bool attach(void* npListener, const Here& nHere) NFW_EXCLUDES(mSync);
+  bool detach(void* npListener, const Here& nHere) NFW_EXCLUDES(mSync);
+  void post(const utl::Msg& nMsg, const Here& nHere);
+  void receive(utl::ThreadRawMsg& nMsg, const Here& nHere);
 
   /// Restores the dispatch message and hands it to the listeners.
   virtual void onDispatch(utl::ThreadRawMsg& nMsg) = 0;
@@ -37,14 +37,12 @@ class DispatcherCore : public utl::ThreadMsgListener {
   ListenerTable mListeners;  // on the shared thread only
 
  private:
-  bool request(int nMsgId, void* npListener, const char* npOperation) NFW_EXCLUDES(mSync);
-  Here at(const char* npOperation) const { return Here{mHere.mpFile, npOperation, mHere.mLine}; }
+  bool request(int nMsgId, void* npListener, const Here& nHere) NFW_EXCLUDES(mSync);
   bool isOwnThread() const;
   void onAttachListener(utl::ThreadRawMsg& nMsg);
   void onDetachListener(utl::ThreadRawMsg& nMsg);
 
   const char* const mpName;
-  const Here mHere;
   bool mResult = false;  // of the request under way: written by its handler while the requester waits, under mSync
   ZTSync mSync;          // one request at a time
   utl::MsgDrivenSharedThread* const mpThread;

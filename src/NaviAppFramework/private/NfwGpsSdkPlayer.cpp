@@ -51,18 +51,16 @@ bool GpsSdkPlayer::initialize() {
     return false;
   }
   const auto& lSystem = SYSTEMS[mGeodeticSystemType];
-  const WatchedStep lStep(Here::now());
-  return reportRegistration(lpGps->registerGpsNmeaListener(this, lSystem.mSystem), "registerGpsNmeaListener",
-                            lSystem.mpName) &&
-         reportRegistration(lpGps->registerGpsParseNmeaListener(this, lSystem.mSystem), "registerGpsParseNmeaListener",
-                            lSystem.mpName);
+  const bool lIsRegistered = watched([&] { return lpGps->registerGpsNmeaListener(this, lSystem.mSystem); });
+  if (!reportRegistration(lIsRegistered, "registerGpsNmeaListener", lSystem.mpName)) return false;
+  const bool lIsParseRegistered = watched([&] { return lpGps->registerGpsParseNmeaListener(this, lSystem.mSystem); });
+  return reportRegistration(lIsParseRegistered, "registerGpsParseNmeaListener", lSystem.mpName);
 }
 
 void GpsSdkPlayer::finalize() {
-  const WatchedStep lStep(Here::now());
   Gps* const lpGps = Gps::GetInstance();
-  lpGps->unRegisterGpsNmeaListener(this);
-  lpGps->unRegisterGpsParseNmeaListener(this);
+  watched([&] { return lpGps->unRegisterGpsNmeaListener(this); });
+  watched([&] { return lpGps->unRegisterGpsParseNmeaListener(this); });
 }
 
 void GpsSdkPlayer::notifyReceiveNmeaSentence(char const* npSentence, unsigned int nSize) {

@@ -17,11 +17,15 @@ const ThreadMsgProfile<DispatchMsg> gProfile(THREAD_MSG_GNSS);
 }  // namespace
 
 NmeaDataDispatcher::NmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread)
-    : DispatcherCore("nfw::NmeaDataDispatcher", nListenerCapacity, npThread, Here::now()) {}
+    : DispatcherCore("nfw::NmeaDataDispatcher", nListenerCapacity, npThread) {}
+
+bool NmeaDataDispatcher::attachListener(NmeaDataListener* npListener) { return attach(npListener, Here::now()); }
+bool NmeaDataDispatcher::detachListener(NmeaDataListener* npListener) { return detach(npListener, Here::now()); }
+void NmeaDataDispatcher::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) { receive(nMsg, Here::now()); }
 
 void NmeaDataDispatcher::dispatch(unsigned char const* npData, unsigned int nSize) {
   if (nSize > DispatchMsg::DATA_MAX || (npData == nullptr && nSize > 0)) return;
-  post(DispatchMsg(DISPATCHER_DISPATCH, npData, nSize));
+  post(DispatchMsg(DISPATCHER_DISPATCH, npData, nSize), Here::now());
 }
 
 void NmeaDataDispatcher::onDispatch(utl::ThreadRawMsg& nMsg) {

@@ -10,10 +10,11 @@ class NmeaDataDispatcher : public DispatcherCore {
  public:
   NmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread);
 
-  bool attachListener(NmeaDataListener* npListener) { return attach(npListener); }
-  bool detachListener(NmeaDataListener* npListener) { return detach(npListener); }
+  bool attachListener(NmeaDataListener* npListener);
+  bool detachListener(NmeaDataListener* npListener);
   /// Queues a copy; the caller does not wait. More than 256 bytes are dropped.
   void dispatch(unsigned char const* npData, unsigned int nSize);
+  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
 
  private:
   void onDispatch(utl::ThreadRawMsg& nMsg) override;

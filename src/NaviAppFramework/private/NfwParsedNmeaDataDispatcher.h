@@ -10,6 +10,11 @@ class ParsedNmeaDataDispatcher
     : public RecordDispatcher<NmeaSentence, ParsedNmeaDataListener, &ParsedNmeaDataListener::onNotifyParsedNmeaData> {
  public:
   ParsedNmeaDataDispatcher(unsigned int nListenerCapacity, utl::MsgDrivenSharedThread* npThread);
+
+  bool attachListener(ParsedNmeaDataListener* npListener);
+  bool detachListener(ParsedNmeaDataListener* npListener);
+  void dispatch(const NmeaSentence& nRecord);
+  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
 };
 
 }  // namespace nfw

@@ -23,19 +23,19 @@ class DispatchMsg : public FieldMsg<DispatchMsg<Record>> {
 };
 
 /// Hands records to listeners by their one operation, NOTIFY. Only what needs the types stands here: the rest is in the
-/// core, once for every kind.
+/// core, once for every kind. Each class of a kind says in its own file where its operations stand:
+///
+/// attachListener() is true also for a null listener and one that is attached already, and false when the thread does
+/// not take the request; detachListener() is true when the listener is absent afterwards: after it no callback of it
+/// begins; dispatch() queues a copy, and the caller does not wait.
 template <class Record, class Listener, void (Listener::*NOTIFY)(const Record&)>
 class RecordDispatcher : public DispatcherCore {
- public:
-  /// True also for a null listener and one that is attached already; false when the thread does not take the request.
-  bool attachListener(Listener* npListener) { return attach(npListener); }
-  /// True when the listener is absent afterwards: after it no callback of it begins.
-  bool detachListener(Listener* npListener) { return detach(npListener); }
-  /// Queues a copy; the caller does not wait.
-  void dispatch(const Record& nRecord) { post(DispatchMsg<Record>(DISPATCHER_DISPATCH, nRecord)); }
-
  protected:
   using DispatcherCore::DispatcherCore;
+
+  void queue(const Record& nRecord, const Here& nHere) {
+    post(DispatchMsg<Record>(DISPATCHER_DISPATCH, nRecord), nHere);
+  }
 
  private:
   void onDispatch(utl::ThreadRawMsg& nMsg) override {

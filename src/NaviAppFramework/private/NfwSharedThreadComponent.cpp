@@ -1,13 +1,14 @@
 #include "NfwSharedThreadComponent.h"
 
 #include "NfwAppLog.h"
+#include "NfwWatched.h"
 
 namespace nfw {
 
 SharedThreadComponent::SharedThreadComponent(const char* npName) : Component(npName) {}
 
 SharedThreadComponent::~SharedThreadComponent() {
-  if (mpThread != nullptr) mpThread->abortMsg(this);
+  if (mpThread != nullptr) watched([this] { mpThread->abortMsg(this); });
 }
 
 bool SharedThreadComponent::initializeThread(utl::MsgDrivenSharedThread* npThread) {
@@ -24,25 +25,27 @@ bool SharedThreadComponent::initializeThread(utl::MsgDrivenSharedThread* npThrea
 utl::MsgDrivenSharedThread* SharedThreadComponent::getThread() const { return mpThread; }
 
 bool SharedThreadComponent::postMsg(const utl::Msg& nMsg) {
-  return mpThread != nullptr && mpThread->postMsg(this, nMsg);
+  return mpThread != nullptr && watched([&] { return mpThread->postMsg(this, nMsg); });
 }
 
-bool SharedThreadComponent::postMsg(int nMsgId) { return mpThread != nullptr && mpThread->postMsg(this, nMsgId); }
+bool SharedThreadComponent::postMsg(int nMsgId) {
+  return mpThread != nullptr && watched([&] { return mpThread->postMsg(this, nMsgId); });
+}
 
 bool SharedThreadComponent::sendMsgSync(const utl::Msg& nMsg) {
-  return mpThread != nullptr && mpThread->sendMsgSync(this, nMsg);
+  return mpThread != nullptr && watched([&] { return mpThread->sendMsgSync(this, nMsg); });
 }
 
 bool SharedThreadComponent::sendMsgSync(int nMsgId) {
-  return mpThread != nullptr && mpThread->sendMsgSync(this, nMsgId);
+  return mpThread != nullptr && watched([&] { return mpThread->sendMsgSync(this, nMsgId); });
 }
 
 bool SharedThreadComponent::sendMsgInterrupt(const utl::Msg& nMsg) {
-  return mpThread != nullptr && mpThread->sendMsgInterrupt(this, nMsg);
+  return mpThread != nullptr && watched([&] { return mpThread->sendMsgInterrupt(this, nMsg); });
 }
 
 bool SharedThreadComponent::sendMsgInterrupt(int nMsgId) {
-  return mpThread != nullptr && mpThread->sendMsgInterrupt(this, nMsgId);
+  return mpThread != nullptr && watched([&] { return mpThread->sendMsgInterrupt(this, nMsgId); });
 }
 
 int SharedThreadComponent::setTimer(unsigned int nTimeMs, int nCount, unsigned int nParam, int nKind) {

@@ -61,6 +61,7 @@ class MsgDrivenThread : public Thread {
   /// Cancels a timer and removes its message from the queue. True when there was one.
   bool killTimer(int nTimerId, int nFlag);
 
+  /// These see the messages of expired timers too. Erased, an expiry is lost; the timer's later ones come.
   bool hasMsg(int nMsgId) const;
   unsigned int eraseMsg(int nMsgId);  ///< the number of messages removed; their senders are released with false
   unsigned int eraseMsgInternal(MsgJudgementInterface* npJudgement);  ///< erases those judged true

@@ -1,0 +1,188 @@
+// The stand-in's binary log: what stands in its file, and what becomes of records that the file system does not take.
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <csignal>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "../../syslog/src/BinaryLogFile.h"
+#include "ContractSupport.h"
+#include "PlatformSeams.h"
+#include "SysLogService.h"
+#include "SysLogServiceHost.h"
+#include "ThreadSupport.h"
+
+namespace {
+
+using contract::readFile;
+
+using Counts = std::vector<unsigned long long>;  // recorded, bytes, waiting, refused, failed, error
+
+class BinaryLogStandIn : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str())); }
+  void TearDown() override { syslogservice::setBinaryLogFile(nullptr); }
+  std::string content() const {
+    EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
+    return readFile(mDir.file("log"));
+  }
+  static Counts counts() {
+    const syslogservice::BinaryLogCounts l = syslogservice::binaryLogCounts();
+    return {l.mRecorded, l.mBytes, l.mWaiting, l.mRefused, l.mFailed, static_cast<unsigned long long>(l.mError)};
+  }
+
+  static constexpr unsigned int LIMIT_MS = 20000;
+  contract::TempDir mDir;
+};
+
+TEST_F(BinaryLogStandIn, AppendsExactlyTheBytes) {
+  EXPECT_EQ(0, BinaryLogWrite(0, "a\0\n\xFF", 4));
+  EXPECT_EQ(0, BinaryLogWrite(0, nullptr, 0));
+  EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.path().c_str()));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str()));
+  EXPECT_EQ((Counts{0, 0, 0, 0, 0, 0}), counts());
+  EXPECT_EQ(0, BinaryLogWrite(0, "bc", 2));
+  EXPECT_EQ(std::string("a\0\n\xFF"
+                        "bc",
+                        6),
+            content());
+}
+
+TEST_F(BinaryLogStandIn, TellsOfAFailure) {
+  EXPECT_EQ(-1, BinaryLogWrite(1, "a", 1));
+  EXPECT_EQ(-1, BinaryLogWrite(0, nullptr, 1));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile("/dev/full"));
+  EXPECT_EQ(0, BinaryLogWrite(0, "a", 1));
+  EXPECT_FALSE(syslogservice::flushBinaryLog(LIMIT_MS));
+  EXPECT_EQ((Counts{0, 0, 1, 0, 0, ENOSPC}), counts());
+  EXPECT_EQ(-1, BinaryLogWrite(0, std::string(2000000, 'a').data(), 2000000));
+  EXPECT_FALSE(syslogservice::setBinaryLogFile(""));
+  EXPECT_EQ(ENOSPC, errno);
+  EXPECT_EQ((Counts{0, 0, 0, 1, 1, ENOSPC}), counts());
+  EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
+  EXPECT_EQ("", content());
+}
+
+TEST_F(BinaryLogStandIn, KeepsItsFileWhenNoThreadCanBeMadeForAnother) {
+  {
+    const seams::Failing lFailing(seams::THREAD_START);
+    EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.file("other").c_str()));
+    EXPECT_EQ(EAGAIN, errno);
+  }
+  EXPECT_EQ(0, BinaryLogWrite(0, "a", 1));
+  EXPECT_EQ("a", content());
+}
+
+// A file system that does not answer, as far as a writer can tell: a pipe that nobody empties.
+class StuckFile {
+ public:
+  explicit StuckFile(const std::string& nPath) {
+    EXPECT_EQ(0, mkfifo(nPath.c_str(), 0600));
+    mFile = ::open(nPath.c_str(), O_RDONLY | O_NONBLOCK);
+  }
+  ~StuckFile() { ::close(mFile); }
+  StuckFile(const StuckFile&) = delete;
+  StuckFile& operator=(const StuckFile&) = delete;
+
+  std::string read(size_t nSize) {
+    std::string lContent(nSize, '\0');
+    size_t lSize = 0;
+    const auto lReadOn = [&] {
+      const ssize_t lPart = ::read(mFile, &lContent[lSize], nSize - lSize);
+      if (lPart > 0) lSize += static_cast<size_t>(lPart);
+      return lSize == nSize;
+    };
+    EXPECT_TRUE(contract::eventually(lReadOn)) << lSize << " of " << nSize;
+    return lContent;
+  }
+
+ private:
+  int mFile;
+};
+
+TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
+  StuckFile lFile(mDir.file("stuck"));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("stuck").c_str()));
+  std::string lTaken;
+  for (unsigned int i = 0; i < 3000; ++i) {
+    const std::string lRecord(1000, static_cast<char>('a' + i % 26));
+    if (BinaryLogWrite(0, lRecord.data(), 1000) == 0) lTaken += lRecord;
+  }
+  const syslogservice::BinaryLogCounts lStuck = syslogservice::binaryLogCounts();
+  EXPECT_EQ(3000U, lStuck.mRecorded + lStuck.mWaiting + lStuck.mRefused);
+  EXPECT_GE(lStuck.mWaiting, 900U);
+  EXPECT_GE(lStuck.mRefused, 900U);
+  EXPECT_FALSE(syslogservice::flushBinaryLog(1));
+  EXPECT_EQ(lTaken, lFile.read(lTaken.size()));
+  EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
+  EXPECT_EQ((Counts{lTaken.size() / 1000, lTaken.size(), 0, lStuck.mRefused, 0, 0}), counts());
+}
+
+TEST_F(BinaryLogStandIn, LeavesAFileThatIsStuckBehind) {
+  auto lpFile = std::make_unique<StuckFile>(mDir.file("stuck"));
+  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open(mDir.file("stuck").c_str(), LIMIT_MS);
+  ASSERT_NE(nullptr, lpLog);
+  lpLog->begin();
+  for (int i = 0; i < 200; ++i) EXPECT_TRUE(lpLog->append(std::string(1000, 'a').data(), 1000));
+  EXPECT_FALSE(lpLog->flush(1));
+  const syslogservice::BinaryLogCounts lCounts = lpLog->finish(1);
+  EXPECT_EQ(200U, lCounts.mRecorded + lCounts.mFailed);
+  EXPECT_GE(lCounts.mFailed, 100U);
+  EXPECT_EQ(ETIMEDOUT, lCounts.mError);
+  syslogservice::BinaryLogFile::release(lpLog);
+  lpFile.reset();  // the thread gets an error now, and no signal
+}
+
+// While it lives, files of this process end at a size.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t nSize) : mpHandler(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &mBefore);
+    const rlimit lLimit = {nSize, mBefore.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &lLimit);
+  }
+  ~FileLimit() {
+    setrlimit(RLIMIT_FSIZE, &mBefore);
+    signal(SIGXFSZ, mpHandler);
+  }
+
+ private:
+  void (*mpHandler)(int);
+  rlimit mBefore;
+};
+
+TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
+  EXPECT_EQ(0, BinaryLogWrite(0, "12345678", 8));
+  EXPECT_EQ("12345678", content());
+  {
+    FileLimit lLimit(13);
+    EXPECT_EQ(0, BinaryLogWrite(0, "abcdefgh", 8));
+    EXPECT_FALSE(syslogservice::flushBinaryLog(LIMIT_MS));
+    EXPECT_EQ("12345678", readFile(mDir.file("log")));
+    EXPECT_EQ((Counts{1, 8, 1, 0, 0, EFBIG}), counts());
+  }
+  EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
+  EXPECT_EQ("12345678abcdefghABCDEFGH", content());
+  EXPECT_EQ((Counts{3, 24, 0, 0, 0, 0}), counts());
+}
+
+TEST_F(BinaryLogStandIn, KeepsRecordsOfSeveralThreadsApart) {
+  std::vector<std::thread> lThreads;
+  for (char lLetter = 'a'; lLetter < 'e'; ++lLetter) {
+    lThreads.emplace_back([lLetter] {
+      const std::string lRecord = std::string(99, lLetter) + "\n";
+      for (int i = 0; i < 100; ++i) EXPECT_EQ(0, BinaryLogWrite(0, lRecord.data(), 100));
+    });
+  }
+  for (std::thread& lThread : lThreads) lThread.join();
+  const std::string lContent = content();
+  ASSERT_EQ(40000u, lContent.size());
+  for (size_t i = 0; i < lContent.size(); i += 100) {
+    ASSERT_EQ(std::string(99, lContent[i]) + "\n", lContent.substr(i, 100));
+  }
+}
+
+}  // namespace

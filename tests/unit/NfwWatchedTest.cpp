@@ -1,0 +1,127 @@
+// Each step that may block tells the watchdog where it stands.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <functional>
+#include <set>
+
+#include "NfwComponentManager.h"
+#include "NfwDeadReckoningNmeaDataDispatcher.h"
+#include "NfwGnssDataDispatcher.h"
+#include "NfwGpsSdkPlayer.h"
+#include "NfwNmeaDataDispatcher.h"
+#include "NfwParsedGgaDataDispatcher.h"
+#include "NfwParsedZdaDataDispatcher.h"
+#include "NfwSharedThreadComponent.h"
+#include "Notices.h"
+#include "PlatformSeams.h"
+#include "SharedThread.h"
+
+namespace {
+
+const int HANDLED = 7;
+
+class Component : public nfw::SharedThreadComponent {
+ public:
+  Component() : nfw::SharedThreadComponent("watched") {}
+  int initializeBeforeQuickBootImp() override { return nfw::PHASE_DONE; }
+  int initializeAfterQuickBootImp() override { return nfw::PHASE_DONE; }
+  int startImp() override { return nfw::PHASE_DONE; }
+  int stopImp() override { return nfw::PHASE_DONE; }
+  int shutdownImp() override { return nfw::PHASE_DONE; }
+  void receiveMsg(int, utl::ThreadRawMsg&) override {}
+};
+
+struct NoListener : nfw::NmeaDataListener,
+                    nfw::ParsedGgaDataListener,
+                    nfw::ParsedZdaDataListener,
+                    nfw::DeadReckoningNmeaDataListener {
+  void onNotifyNmeaData(unsigned char const*, unsigned int) override {}
+  void onNotifyParsedGgaData(const nfw::GgaSentence&) override {}
+  void onNotifyParsedZdaData(const nfw::ZdaSentence&) override {}
+  void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
+};
+
+/// The function that a line of the project stands in: the nearest line above it that begins at the margin.
+std::string functionAt(const std::string& nFile, int nLine) {
+  std::ifstream lStream(NFW_SOURCE_DIR "/" + nFile);
+  std::string lHead, lLine;
+  for (int i = 0; i < nLine && std::getline(lStream, lLine); ++i) {
+    if (lLine.find('(') != std::string::npos && lLine[0] != ' ' && lLine[0] != '/') lHead = lLine;
+  }
+  return lHead;
+}
+
+class WatchedTest : public testing::Test {
+ protected:
+  /// The call makes `nSteps` steps in the operation `nName` ("X::operation") of the file NfwX.cpp, each at a line of
+  /// its own unless a helper of the framework makes them.
+  void expect(const std::string& nName, size_t nSteps, const std::function<void()>& nCall, bool nHasOwnLines = true) {
+    SCOPED_TRACE(nName);
+    mNotices.take();
+    nCall();
+    const std::vector<nfwtest::Notice> lNotices = mNotices.take();
+    ASSERT_EQ(2 * nSteps, lNotices.size());
+    std::set<int> lLines;
+    int lDepth = 0;
+    for (const nfwtest::Notice& lNotice : lNotices) {
+      const size_t lColons = nName.find("::");
+      EXPECT_EQ("src/NaviAppFramework/private/Nfw" + nName.substr(0, lColons) + ".cpp", lNotice.mFile);
+      EXPECT_EQ(nName.substr(lColons + 2), lNotice.mFunction);
+      EXPECT_NE(std::string::npos, functionAt(lNotice.mFile, lNotice.mLine).find(nName + "(")) << lNotice.mLine;
+      lDepth += lNotice.mPhase == 1 ? 1 : -1;
+      lLines.insert(lNotice.mLine);
+      EXPECT_TRUE(lDepth == 0 || lDepth == 1);
+    }
+    EXPECT_EQ(nHasOwnLines ? nSteps : 1, lLines.size());
+  }
+  template <class Dispatcher>
+  void expectOf(const std::string& nClass, Dispatcher& nDispatcher, const std::function<void()>& nDispatch) {
+    expect(
+        nClass + "::attachListener", 2, [&] { EXPECT_TRUE(nDispatcher.attachListener(&mListener)); }, false);
+    expect(nClass + "::dispatch", 1, nDispatch);
+    expect(
+        nClass + "::detachListener", 2, [&] { EXPECT_TRUE(nDispatcher.detachListener(&mListener)); }, false);
+    nfwtest::RawMsg lMsg(nfw::DISPATCHER_DISPATCH);
+    expect(nClass + "::receiveMsg", 1, [&] { nDispatcher.receiveMsg(0, lMsg); });
+  }
+
+  seams::CapturedLog mLog;
+  NoListener mListener;
+  nfwtest::SharedThread mThread{20000, 16};
+  nfwtest::Notices mNotices;
+};
+
+TEST_F(WatchedTest, ASharedThreadComponentIsNamedByItsOperation) {
+  auto lpComponent = std::make_unique<Component>();
+  Component& lComponent = *lpComponent;
+  ASSERT_TRUE(lComponent.initializeThread(mThread.get()));
+  const utl::Msg lMsg(HANDLED);
+  expect("SharedThreadComponent::postMsg", 2, [&] { lComponent.postMsg(HANDLED), lComponent.postMsg(lMsg); });
+  expect("SharedThreadComponent::sendMsgSync", 2,
+         [&] { lComponent.sendMsgSync(HANDLED), lComponent.sendMsgSync(lMsg); });
+  expect("SharedThreadComponent::sendMsgInterrupt", 2,
+         [&] { lComponent.sendMsgInterrupt(HANDLED), lComponent.sendMsgInterrupt(lMsg); });
+  expect("SharedThreadComponent::~SharedThreadComponent", 1, [&] { lpComponent.reset(); });
+}
+
+TEST_F(WatchedTest, ADispatcherIsNamedByItsOperation) {
+  nfw::NmeaDataDispatcher lRaw(1, mThread.get());
+  nfw::ParsedGgaDataDispatcher lGga(1, mThread.get());
+  nfw::ParsedZdaDataDispatcher lZda(1, mThread.get());
+  nfw::DeadReckoningNmeaDataDispatcher lSets(1, mThread.get());
+  expectOf("NmeaDataDispatcher", lRaw, [&] { lRaw.dispatch(nullptr, 0); });
+  expectOf("ParsedGgaDataDispatcher", lGga, [&] { lGga.dispatch(nfw::GgaSentence()); });
+  expectOf("ParsedZdaDataDispatcher", lZda, [&] { lZda.dispatch(nfw::ZdaSentence()); });
+  expectOf("DeadReckoningNmeaDataDispatcher", lSets, [&] { lSets.dispatch(nfw::DeadReckoningNmeaSentence()); });
+  mThread.stop();
+}
+
+TEST_F(WatchedTest, EachCallOfTheGpsSdkIsAStepOfItsOwn) {
+  nfw::GnssDataDispatcher lDispatcher(mThread.get(), 1, 1, 1, 1, 1, 1, 1, 1, 1, 1);
+  nfw::GpsSdkPlayer lPlayer(&lDispatcher, mThread.get(), 0, 0);
+  expect("GpsSdkPlayer::initialize", 2, [&] { EXPECT_TRUE(lPlayer.initialize()); });
+  expect("GpsSdkPlayer::finalize", 2, [&] { lPlayer.finalize(); });
+}
+
+}  // namespace
