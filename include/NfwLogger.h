@@ -117,7 +117,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
 
   /// Records `nSize` bytes (at most mMaxLogFieldSize) under a log type id of 0 or more. The data is copied; the caller
   /// waits for the disk only when the buffer or the file is full. What is offered while there is no logger, while it
-  /// does not record, or while a backup runs, is lost without a word.
+  /// does not record, or while a backup runs, is lost without a word; so are lines of the application log (id 255) as
+  /// long as nothing can be written to the file, which leaves the buffer to data.
   static void write(int nLogTypeId, const void* npData, unsigned int nSize);
   void writeImp(int nLogTypeId, const void* npData, unsigned int nSize);
 

@@ -89,6 +89,29 @@ TEST_F(LoggerTest, RecordsDataAndLogLinesInTheirOrder) {
   nfw::finalizeAppLog();
 }
 
+TEST_F(LoggerTest, LinesLeaveTheRoomToDataWhileTheFileTakesNothing) {
+  nfwtest::TempDir lDir;
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  const auto lWrite = [](const char* npData) { Logger::write(20, npData, 1); };
+  {
+    const seams::Failing lFull(seams::FILE_WRITE);
+    lWrite("1");
+    APPLOG(77, nfw::LOG_LEVEL_ERROR, "before");
+    mpLogger->flush();
+    for (int i = 0; i < 3; ++i) APPLOG(77, nfw::LOG_LEVEL_ERROR, "full");
+    LOGGERLOG(21, "data");
+    lWrite("2");
+  }
+  APPLOG(77, nfw::LOG_LEVEL_ERROR, "not tried yet");
+  lWrite("3");
+  mClock.advance(1000);
+  APPLOG(77, nfw::LOG_LEVEL_ERROR, "room again");
+  mpLogger->stopRecord();
+  EXPECT_EQ((Strings{"1", "ERR: before", "data", "2", "3", "ERR: room again"}), dataOf(lDir.path()));
+  EXPECT_EQ(3u, mLog.count("full"));
+  EXPECT_TRUE(mLog.has("not tried yet"));
+}
+
 TEST_F(LoggerTest, TellsRecordEventListeners) {
   nfwtest::TempDir lDir;
   nfwtest::RecordListener lOne(mNotes, "one"), lTwo(mNotes, "two"), lThree(mNotes, "three");
