@@ -238,19 +238,18 @@ bool LogWriter::rotate(const Record& nRecord) {
 }
 
 /// Another file, when nothing goes into this one any more: a stick that was pulled and is back under the same path
-/// takes new files, while what was open on it fails for ever. Kept only when `nFill(file)` could write into it: a full
-/// disk keeps what it has, and is left no empty files.
-template <class Fill>
-bool LogWriter::replaceFile(Fill nFill) {
-  LogFile lFile;
-  if (!mReplacing.take() || !createFile(lFile)) return false;
-  if (!nFill(lFile)) {
-    lFile.remove();
+/// takes new files, while what was open on it fails for ever.
+bool LogWriter::beginReplacement(LogFile& nFile) { return mReplacing.take() && createFile(nFile); }
+
+/// Kept only when something could be written into it: a full disk keeps the file it has, and is left no empty ones.
+bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
+  if (!nIsWritten) {
+    nFile.remove();
     return false;
   }
   logClosed(mFile);
   mFile.close();
-  mFile = std::move(lFile);
+  mFile = std::move(nFile);
   logCreated(mFile);
   logNewFile(mFile);
   return true;
@@ -332,7 +331,8 @@ void LogWriter::flushForRoom(const Record& nRecord) {
       mBuffer.getFreeSpace());
   const uint64_t lBefore = mFile.size();
   const bool lIsStuck = !flushLocked() && mFile.size() <= lBefore && !mBuffer.isEmpty();
-  if (lIsStuck && replaceFile([this](LogFile& nFile) { return moveTop(nFile); })) flushLocked();
+  LogFile lFile;
+  if (lIsStuck && beginReplacement(lFile) && endReplacement(lFile, moveTop(lFile))) flushLocked();
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "LogWriter::write(): Flushed File");
 }
 
@@ -409,7 +409,10 @@ int LogWriter::writeDirectly(const Record& nRecord) {
   const RecordParts::Part* lpFailed = mBuffer.isEmpty() ? writeParts(mFile, lParts) : &lParts.mParts[0];
   if (lpFailed != nullptr) mFile.cutBack(mBuffer);
   const bool lIsStuck = lpFailed != nullptr && mHasDirectFailed && mBuffer.isEmpty();
-  if (lIsStuck && replaceFile([&](LogFile& nFile) { return writeParts(nFile, lParts) == nullptr; })) lpFailed = nullptr;
+  LogFile lFile;
+  if (lIsStuck && beginReplacement(lFile) && endReplacement(lFile, writeParts(lFile, lParts) == nullptr)) {
+    lpFailed = nullptr;
+  }
   mHasDirectFailed = lpFailed != nullptr;
   if (lpFailed != nullptr) return failPart(lpFailed->mpName, "file", utl::File::RESULT_ERROR, nRecord.id());
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "LogWriter::write(): Written File Directory");

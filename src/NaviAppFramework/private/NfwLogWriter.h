@@ -79,8 +79,8 @@ class LogWriter : public utl::ThreadMsgListener {
 
   bool openLocked() NFW_REQUIRES(mFileSync, mSync);
   bool createFile(LogFile& nFile) NFW_REQUIRES(mSync);
-  template <class Fill>
-  bool replaceFile(Fill nFill) NFW_REQUIRES(mFileSync, mSync);
+  bool beginReplacement(LogFile& nFile) NFW_REQUIRES(mSync);
+  bool endReplacement(LogFile& nFile, bool nIsWritten) NFW_REQUIRES(mFileSync, mSync);
   void closeLocked() NFW_REQUIRES(mFileSync, mSync);
   bool rotate(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
 
