@@ -247,6 +247,59 @@ TEST_F(ReaderTest, ReadsBeyondFourGigabytes) {
   EXPECT_EQ(END, next().mResult);
 }
 
+// What is gone is not delivered, though it was read together with what came before; what comes back is read on.
+TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
+  const std::string lOwn = logRecord(20, 1, "data"), lSensor = sensorRecord(4, 0, 1, "data");
+  const struct {
+    size_t mWhole, mBytes;  // of the file: records, and bytes of the next
+    int mResult;
+    const char *mpLine, *mpSensorLine;
+  } CASES[] = {
+      {0, 0, END, nullptr, nullptr},
+      {2, 0, END, nullptr, nullptr},
+      {30, 0, END, nullptr, nullptr},
+      {30, 4, ERROR, "LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
+       "SysLogReader::next(): Can't read time: Ret=3 Id=0x04 LogPos=330"},
+      {30, 10, ERROR, "LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
+       "SysLogReader::next(): Can't read data: Ret=3 Id=0x04 LogPos=330"},
+  };
+  for (const auto& lCase : CASES) {
+    for (const bool lIsSensor : {false, true}) {
+      const std::string& lRecord = lIsSensor ? lSensor : lOwn;
+      std::string lFile;
+      for (int i = 0; i < 40; ++i) lFile += lRecord;
+      ASSERT_TRUE(open(lIsSensor ? 4 : 20, lFile));
+      const auto lNext = [&] { return lIsSensor ? nextSensor().mResult : next().mResult; };
+      for (int i = 0; i < 30; ++i) ASSERT_EQ(4, lNext());
+      mLog.clear();
+      std::filesystem::resize_file(mPath, lCase.mWhole * lRecord.size() + lCase.mBytes);
+      EXPECT_EQ(lCase.mResult, lNext());
+      EXPECT_EQ(lCase.mResult, lNext());
+      const char* const lpLine = lIsSensor ? lCase.mpSensorLine : lCase.mpLine;
+      EXPECT_EQ(lpLine != nullptr ? std::vector<std::string>{lpLine} : std::vector<std::string>{}, mLog.texts());
+      if (lCase.mResult != END) continue;
+      std::filesystem::resize_file(mPath, 30 * lRecord.size());
+      nfwtest::writeFile(mPath, nfwtest::readFile(mPath) + lRecord);
+      EXPECT_EQ(4, lNext());
+      std::filesystem::resize_file(mPath, 0);
+      EXPECT_FALSE(lIsSensor ? mSysReader.getFirstLogTime(nullptr) : mReader.getFirstLogTime(nullptr));
+    }
+  }
+}
+
+TEST_F(ReaderTest, AFastReaderMeetsTheNewEndWhenItReadsOn) {
+  std::string lFile;
+  for (int i = 0; i < 5000; ++i) lFile += logRecord(20, 1, "data");
+  ASSERT_TRUE(open(20, lFile));
+  int lCount = 0;
+  for (; lCount < 1000; ++lCount) ASSERT_EQ(4, next().mResult);
+  std::filesystem::resize_file(mPath, lFile.size() / 2);
+  int lResult = 0;
+  while ((lResult = next().mResult) == 4) ++lCount;
+  EXPECT_EQ(END, lResult);
+  EXPECT_EQ(2500, lCount);
+}
+
 TEST_F(ReaderTest, ReadsRecordsThatStraddleWhatIsReadAtOnce) {
   std::string lFile;
   for (unsigned int i = 0; i < 3000; ++i) lFile += logRecord(static_cast<int>(i % 3), i, std::string(i % 97, 'x'));

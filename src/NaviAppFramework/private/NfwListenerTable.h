@@ -1,6 +1,8 @@
 // The listeners of a service, called last attached first, which may come and go while they are called.
 #pragma once
 
+#include <atomic>
+
 #include "utl/Array.h"
 
 namespace nfw {
@@ -13,10 +15,14 @@ class ListenerTable {
   ListenerTable(const ListenerTable&) = delete;
   ListenerTable& operator=(const ListenerTable&) = delete;
 
-  /// Appends; one that is there already stays where it is. False when there is no room.
+  /// Appends; one that is there already stays where it is, and counts as attached anew. False when there is no room.
   bool attach(void* npListener);
   /// Removes; walks under way neither skip nor repeat another listener.
   void detach(const void* npListener);
+  /// The same, unless it was attached behind the attachment of this number: for a request that was on its way.
+  void detach(const void* npListener, unsigned int nLastNumber);
+  unsigned int getLastNumber() const { return mLastNumber; }  ///< of the attachments so far; any thread
+  static bool isLater(unsigned int nNumber, unsigned int nOther) { return static_cast<int>(nNumber - nOther) > 0; }
   unsigned int size() const { return mEntries.size(); }
 
   /// From the last attached to the first. One attached meanwhile is not met. A walk may be made inside another's call.
@@ -37,9 +43,16 @@ class ListenerTable {
   };
 
  private:
-  int indexOf(const void* npListener) const;
+  struct Entry {
+    void* mpListener = nullptr;
+    unsigned int mNumber = 0;
+  };
 
-  utl::Array<void*> mEntries;
+  int indexOf(const void* npListener) const;
+  void removeAt(unsigned int nIndex);
+
+  utl::Array<Entry> mEntries;
+  std::atomic<unsigned int> mLastNumber{0};
   Walk* mpWalk = nullptr;  // the innermost walk under way
 };
 
@@ -51,6 +64,8 @@ class ListenerList {
 
   bool attach(Listener* npListener) { return mTable.attach(npListener); }
   void detach(const Listener* npListener) { mTable.detach(npListener); }
+  void detach(const Listener* npListener, unsigned int nLastNumber) { mTable.detach(npListener, nLastNumber); }
+  unsigned int getLastNumber() const { return mTable.getLastNumber(); }
   unsigned int size() const { return mTable.size(); }
 
   /// Calls `nCall(listener)` for each, last attached first.

@@ -31,6 +31,11 @@ bool ReadWindow::seek(uint64_t nPosition) {
     mAt = static_cast<unsigned int>(nPosition - mStart);
     return true;
   }
+  return moveTo(nPosition);
+}
+
+/// With nothing in memory.
+bool ReadWindow::moveTo(uint64_t nPosition) {
   if (!mpFile->seek(static_cast<long long>(nPosition), utl::File::ORIGIN_BEGIN)) return false;
   mStart = nPosition;
   mSize = mAt = 0;

@@ -19,6 +19,8 @@ class ReadWindow {
 
   /// False when the file cannot tell; it is asked only while the window is empty.
   bool getPosition(uint64_t* npPosition) const;
+  /// Forgets what it has in memory when the file ends inside it. False when the file cannot be read on from here.
+  bool limit(uint64_t nFileSize) { return mSize == 0 || nFileSize >= mStart + mSize || moveTo(position()); }
   /// Beyond the end is allowed. The file is asked only for a position outside the window.
   bool seek(uint64_t nPosition);
   bool skip(uint64_t nSize) {
@@ -43,6 +45,7 @@ class ReadWindow {
   int readOn(void* npBuffer, unsigned int nSize);
   unsigned int take(void* npBuffer, unsigned int nSize);
   int fill();
+  bool moveTo(uint64_t nPosition);
 
   utl::File* mpFile = nullptr;
   std::unique_ptr<unsigned char[]> mpBytes;

@@ -44,6 +44,8 @@ bool RecordReader::getFirstLogTime(unsigned int* npTime) {
   static const char* const OPERATION = "getFirstLogTime";
   const WatchedLock lLock(mSync, mHere);
   if (mpFile == nullptr || mHasFailed) return false;
+  unsigned long long lSize = 0;
+  if (mpFile->getSize(&lSize)) mWindow.limit(lSize);
   uint64_t lReturnPosition = 0;
   if (!mWindow.getPosition(&lReturnPosition)) {
     fail(OPERATION, "Can't get return pos:");
@@ -65,8 +67,9 @@ int RecordReader::nextRecord(RecordHeader* npHeader, void* npBuffer, unsigned in
   const WatchedLock lLock(mSync, mHere);
   if (mpFile == nullptr || mHasFailed) return ERROR;
   if (mIsCanceled) return CANCELED;
-  if (mFileSize == 0 && !getSize()) return ERROR;
+  if (mAskBudget.take() && !getSize()) return ERROR;
   while (!mIsCanceled) {
+    if (mWindow.view(headerSize()) == nullptr && !getSize()) return ERROR;
     if (!mWindow.getPosition(&npHeader->mPosition)) return fail("next", "Can't get log pos:");
     if (isAtEnd(npHeader->mPosition)) return mHasFailed ? ERROR : END_OF_FILE;
     if (!readHeader(npHeader)) return ERROR;
@@ -85,7 +88,9 @@ bool RecordReader::getSize() {
     return false;
   }
   mFileSize = lSize;
-  return true;
+  if (mWindow.limit(lSize)) return true;
+  fail("next", "Can't get log pos:");
+  return false;
 }
 
 /// The file may have grown since it was asked for its size. True also when it cannot be asked.
@@ -95,7 +100,7 @@ bool RecordReader::isAtEnd(uint64_t nPosition) {
 
 // Most headers lie in the window whole. The others are read step by step, each with its own line when it fails.
 bool RecordReader::readHeader(RecordHeader* npHeader) {
-  const unsigned int lSize = mFormat.mTextSize + mFormat.mFieldsSize;
+  const unsigned int lSize = headerSize();
   if (const unsigned char* const lpBytes = mWindow.view(lSize)) {
     mFormat.mpDecode(lpBytes + mFormat.mTextSize, npHeader);
     mWindow.skip(lSize);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "NfwAskBudget.h"
 #include "NfwExport.h"
 #include "NfwReadWindow.h"
 #include "NfwThreadSafety.h"
@@ -47,6 +48,10 @@ struct RecordFormat {
 
 /// The engine of both readers, which differ in their formats. Any failure of reading is final until the file is opened
 /// again. Every operation but requestCancelNext() holds the reader's lock.
+///
+/// The file may grow and shrink meanwhile: its size is asked at every call, before anything is read from the file, and
+/// before its end is told. Only who reads more than 64 records in a few milliseconds may still get, for that long, the
+/// records of a file that has shrunk which were read together with those before.
 class RecordReader {
  public:
   static constexpr int ERROR = -1;
@@ -77,6 +82,7 @@ class RecordReader {
   RecordReader(const RecordFormat& nFormat, const Here& nHere);
 
  private:
+  unsigned int headerSize() const { return mFormat.mTextSize + mFormat.mFieldsSize; }
   bool getSize() NFW_REQUIRES(mSync);
   bool isAtEnd(uint64_t nPosition) NFW_REQUIRES(mSync);
   bool readHeader(RecordHeader* npHeader) NFW_REQUIRES(mSync);
@@ -91,6 +97,7 @@ class RecordReader {
   std::unique_ptr<utl::File> mpFile NFW_GUARDED_BY(mSync);
   ReadWindow mWindow NFW_GUARDED_BY(mSync);
   uint64_t mFileSize NFW_GUARDED_BY(mSync) = 0;  // when last asked
+  AskBudget mAskBudget NFW_GUARDED_BY(mSync);
   int mLogTypeId NFW_GUARDED_BY(mSync) = -1;
   bool mHasFailed NFW_GUARDED_BY(mSync) = false;
   std::atomic<bool> mIsCanceled{false};
