@@ -23,6 +23,9 @@ class DispatcherCore : public utl::ThreadMsgListener {
  public:
   void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
 
+  /// From any thread: listeners are not called any more. For a thread that has outlasted its service.
+  void mute() { mListeners.mute(); }
+
  protected:
   /// `npName` is the class with its namespace, a literal: the lock and the log lines carry it. `nHere` is in its file.
   DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread, const Here& nHere);

@@ -28,6 +28,6 @@ ListenerTable::Walk::Walk(ListenerTable& nTable)
 
 ListenerTable::Walk::~Walk() { mTable.mpWalk = mpOuter; }
 
-void* ListenerTable::Walk::next() { return mCursor > 0 ? mTable.mEntries[--mCursor] : nullptr; }
+void* ListenerTable::Walk::next() { return mCursor > 0 && !mTable.mIsMuted ? mTable.mEntries[--mCursor] : nullptr; }
 
 }  // namespace nfw

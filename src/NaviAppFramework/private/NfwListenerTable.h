@@ -1,6 +1,8 @@
 // The listeners of a service, called last attached first, which may come and go while they are called.
 #pragma once
 
+#include <atomic>
+
 #include "utl/Array.h"
 
 namespace nfw {
@@ -18,6 +20,8 @@ class ListenerTable {
   /// Removes; walks under way neither skip nor repeat another listener.
   void detach(const void* npListener);
   unsigned int size() const { return mEntries.size(); }
+  /// From any thread and for good: no call of a listener begins any more, not in walks under way either.
+  void mute() { mIsMuted = true; }
 
   /// From the last attached to the first. One attached meanwhile is not met. A walk may be made inside another's call.
   class Walk {
@@ -40,6 +44,7 @@ class ListenerTable {
   int indexOf(const void* npListener) const;
 
   utl::Array<void*> mEntries;
+  std::atomic<bool> mIsMuted{false};
   Walk* mpWalk = nullptr;  // the innermost walk under way
 };
 
@@ -52,6 +57,7 @@ class ListenerList {
   bool attach(Listener* npListener) { return mTable.attach(npListener); }
   void detach(const Listener* npListener) { mTable.detach(npListener); }
   unsigned int size() const { return mTable.size(); }
+  void mute() { mTable.mute(); }
 
   /// Calls `nCall(listener)` for each, last attached first.
   template <class Call>

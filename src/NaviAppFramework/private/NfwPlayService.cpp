@@ -81,11 +81,18 @@ bool PlayService::closeGate() {
 }
 
 void PlayService::stopServiceThread() {
-  stopThread(mThread, "Timeout", mHere);
+  mThreadEnd.stop(mThread, "Timeout", mHere);
   if (mIsReplayStopLeft) stopReplays();
   if (mPlayers.size() == 0) return;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "%s::shutdown(): LogPlayer remain: Count=%u", mFormat.mpClass,
          mPlayers.size());
+}
+
+bool PlayService::hasEnded() {
+  if (mThreadEnd.isOver(mThread, "Timeout", mHere)) return true;
+  mIsLeftBehind = true;
+  mPlayers.mute();
+  return false;
 }
 
 void PlayService::onShutdown(utl::ThreadRawMsg& /*nMsg*/) { stopReplays(); }
@@ -173,7 +180,9 @@ bool PlayService::attachPlayListenerInternal(int nLogTypeId, void* npListener) {
            nLogTypeId);
     return false;
   }
-  return mReplays.add(utl::SmartPointer<TimedReplay>(createReplay(nLogTypeId, npListener)));
+  const utl::SmartPointer<TimedReplay> lpReplay(createReplay(nLogTypeId, npListener));
+  lpReplay->muteWith(mIsLeftBehind);
+  return mReplays.add(lpReplay);
 }
 
 void PlayService::detachPlayListenerInternal(const void* npListener) {
