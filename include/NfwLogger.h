@@ -72,8 +72,9 @@ class NFW_API Logger : public utl::ThreadMsgListener {
 
   /// Starts the threads. @return false when they cannot be started, or this was called before
   bool initialize();
-  /// Ends recording and playing and stops the threads; final. What is still attached is named in the log. Not from a
-  /// callback.
+  /// Ends recording and playing and stops the threads; final. What is buffered is written out first. What is still
+  /// attached is named in the log. A player or a play listener that does not return is waited for 30 s, with a line.
+  /// Not from a callback.
   void shutdown();
 
   /// Attaching null, or what is attached already, is a success.
@@ -106,7 +107,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   /// Plays a file to the attached play listeners; its first record is due 1000 ms from now.
   /// @return false while playing
   bool startPlay(const char* npPath);
-  /// Ends playback. When it returns no play listener is in a call any more - unless it is called from inside one.
+  /// Ends playback. When it returns no play listener is in a call any more - unless it is called from inside one: then
+  /// it takes effect behind that call, on this playback only and not on a later one.
   bool stopPlay();
   /// The directory of the file being played. @return false, with a log line, while not playing
   bool getPlayingDir(char* npBuffer, unsigned int nSize);
@@ -117,7 +119,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
 
   /// Records `nSize` bytes (at most mMaxLogFieldSize) under a log type id of 0 or more. The data is copied; the caller
   /// waits for the disk only when the buffer or the file is full. What is offered while there is no logger, while it
-  /// does not record, or while a backup runs, is lost without a word.
+  /// does not record, or while a backup runs, is lost without a word; so are lines of the application log (id 255) as
+  /// long as nothing can be written to the file, which leaves the buffer to data.
   static void write(int nLogTypeId, const void* npData, unsigned int nSize);
   void writeImp(int nLogTypeId, const void* npData, unsigned int nSize);
 

@@ -47,7 +47,8 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
 
   /// @return false when the thread cannot be started, or this was called before
   bool initialize();
-  /// Ends recording and playing and stops the thread; final. Not from a callback.
+  /// Ends recording and playing and stops the thread; final. A player or a play listener that does not return is waited
+  /// for 30 s, with a line. Not from a callback.
   void shutdown();
 
   bool startRecord();  ///< false while recording
@@ -66,7 +67,8 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
   /// Plays a file to the attached play listeners; its first record is due 1000 ms from now.
   /// @return false while playing
   bool startPlay(const char* npPath);
-  /// Ends playback. When it returns no play listener is in a call any more - unless it is called from inside one.
+  /// Ends playback. When it returns no play listener is in a call any more - unless it is called from inside one: then
+  /// it takes effect behind that call, on this playback only and not on a later one.
   bool stopPlay();
   bool isPlaying() const;  ///< from startPlay() to stopPlay(), also when nothing is left to play
 

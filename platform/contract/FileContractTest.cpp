@@ -96,6 +96,20 @@ TEST_F(FileContract, WritesAtOnceAndTruncates) {
   EXPECT_EQ("aBcline\n\n", readFile(lPath));
 }
 
+TEST_F(FileContract, TruncatesTheOpenFileAndNotTheOneOfItsName) {
+  const std::string lPath = mDir.file("a"), lMoved = mDir.file("moved");
+  File lFile(lPath.c_str());
+  ASSERT_TRUE(lFile.open(2, 1));
+  EXPECT_EQ(10, lFile.write("0123456789", 10));
+  ASSERT_EQ(0, rename(lPath.c_str(), lMoved.c_str()));
+  writeFile(lPath, "another one");
+  EXPECT_TRUE(lFile.truncate(4));
+  EXPECT_EQ(4u, positionOf(lFile));
+  EXPECT_EQ(1, lFile.write("x", 1));
+  EXPECT_EQ("0123x", readFile(lMoved));
+  EXPECT_EQ("another one", readFile(lPath));
+}
+
 TEST_F(FileContract, RefusesWhatItIsNotOpenFor) {
   char lBuffer[4];
   unsigned long long lNumber = 0;
@@ -105,12 +119,14 @@ TEST_F(FileContract, RefusesWhatItIsNotOpenFor) {
   EXPECT_EQ(-1, lFile.write("x", 1));
   EXPECT_FALSE(lFile.writeLine("x"));
   EXPECT_FALSE(lFile.flush());
+  EXPECT_FALSE(lFile.truncate(0));
   EXPECT_FALSE(lFile.seek(0, File::ORIGIN_BEGIN));
   EXPECT_FALSE(lFile.getPosition(&lNumber));
   EXPECT_FALSE(lFile.getSize(&lNumber));
   ASSERT_TRUE(lFile.open(0, 0));
   EXPECT_EQ(-1, lFile.write("x", 1));
   EXPECT_FALSE(lFile.writeLine("x"));
+  EXPECT_FALSE(lFile.truncate(0));
   lFile.close();
   ASSERT_TRUE(lFile.open(2, 1));
   EXPECT_EQ(-1, lFile.read(lBuffer, 1));

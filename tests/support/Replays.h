@@ -50,12 +50,12 @@ class Notes {
   std::vector<std::string> mNotes;
 };
 
-/// Moves the clock by milliseconds until the condition holds. False when it does not within a minute of real time.
-inline bool pump(seams::ManualClock& nClock, const std::function<bool()>& nCondition) {
+/// Moves the clock by steps until the condition holds. False when it does not within a minute of real time.
+inline bool pump(seams::ManualClock& nClock, const std::function<bool()>& nCondition, unsigned int nStepMs = 1) {
   const auto lEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
   while (!nCondition()) {
     if (std::chrono::steady_clock::now() > lEnd) return false;
-    nClock.advance(1);
+    nClock.advance(nStepMs);
     std::this_thread::yield();
   }
   return true;

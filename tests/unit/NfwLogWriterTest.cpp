@@ -1,7 +1,9 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <optional>
@@ -309,6 +311,78 @@ TEST_F(LogWriterTest, DirectWritesAreWholeOrCutOff) {
     mpWriter->stop();
   }
   EXPECT_EQ(3u, records().size());
+}
+
+/// Whatever is written to the open file of this path fails from now on, as on a stick that was pulled.
+void breakOpenFile(const std::string& nPath) {
+  const int lFull = ::open("/dev/full", O_WRONLY);
+  for (const auto& lEntry : std::filesystem::directory_iterator("/proc/self/fd")) {
+    std::error_code lIgnored;
+    if (std::filesystem::read_symlink(lEntry, lIgnored) != nPath) continue;
+    dup2(lFull, std::stoi(lEntry.path().filename()));
+  }
+  ::close(lFull);
+}
+
+TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSeconds) {
+  seams::ManualClock lClock;
+  for (const unsigned int lBufferSize : {4000u, 0u}) {  // without a buffer, each record by itself
+    record(lBufferSize);
+    mLog.clear();
+    std::vector<std::string> lAccepted;
+    for (int i = 0; i < 60; ++i) {
+      if (i == 40) lClock.advance(10000);
+      if (i == 10 || i == 20) breakOpenFile(mDir.files().back());
+      if (write(std::to_string(i) + std::string(449, 'x')) == ACCEPTED) lAccepted.push_back(std::to_string(i));
+    }
+    mpWriter->stop();
+    EXPECT_EQ(3u, mDir.files().size());
+    EXPECT_EQ(1u, mLog.count("##### Close Log Record File: File=" + mDir.files()[1]));
+    EXPECT_EQ(1u, mLog.count("LogWriter::write(): New File was created: " + mDir.files()[2]));
+    std::vector<std::string> lData;
+    for (const std::string& lText : data()) lData.push_back(lText.substr(0, lText.find('x')));
+    EXPECT_EQ(lAccepted, lData);
+    EXPECT_EQ(lBufferSize > 0 ? 44u : 39u, lAccepted.size());  // until the second breaks, and from its replacement on
+    for (const std::string& lFile : mDir.files()) std::filesystem::remove(lFile);
+  }
+}
+
+TEST_F(LogWriterTest, AFullDiskGetsNoTrailOfEmptyFiles) {
+  seams::ManualClock lClock;
+  for (const unsigned int lBufferSize : {4000u, 0u}) {
+    record(lBufferSize);
+    const std::vector<std::string> lFiles = mDir.files();
+    const seams::Failing lFull(seams::FILE_WRITE);
+    std::optional<seams::Failing> lNoFile;
+    for (int i = 0; i < 600; ++i) {
+      if (i == 300) lNoFile.emplace(seams::FILE_OPEN);
+      write(std::string(451, 'x'));
+      EXPECT_EQ(lFiles, mDir.files());
+      lClock.advance(100);
+    }
+    EXPECT_EQ(3u, lNoFile->hits());  // in thirty seconds
+    mpWriter->stop();
+  }
+}
+
+// The name is another's meanwhile.
+TEST_F(LogWriterTest, CutsItsOwnFileBackAndNotTheOneOfItsName) {
+  record(40000);
+  const std::string lPath = mDir.files()[0];
+  for (int i = 0; i < 30; ++i) write(std::string(1000 - 49, 'x'));
+  nfwtest::RawMsg lMsg;
+  while (fileSize() < 20480) mpWriter->onWriteFile(lMsg);  // ends inside a record
+  std::filesystem::rename(lPath, mDir / "moved");
+  nfwtest::writeFile(lPath, std::string(50000, 'o'));
+  {
+    const seams::Failing lFailing(seams::FILE_WRITE);
+    mpWriter->flush();
+  }
+  mpWriter->stop();
+  EXPECT_EQ(50000u, readFile(lPath).size());
+  size_t lRest = 1;
+  EXPECT_EQ(29u, parseLogRecords(readFile(mDir / "moved"), &lRest).size());
+  EXPECT_EQ(0u, lRest);
 }
 
 TEST_F(LogWriterTest, GoesOnWhenAVanishedDirectoryComesBack) {

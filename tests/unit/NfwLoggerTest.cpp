@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <thread>
 
 #include "LogRecords.h"
 #include "NfwAppLog.h"
@@ -85,6 +87,29 @@ TEST_F(LoggerTest, RecordsDataAndLogLinesInTheirOrder) {
   EXPECT_FALSE(mpLogger->getRecordingDir(lPath, 3));
   EXPECT_TRUE(mLog.has("Logger::getRecordingDir(): Can't copy path: Dir=" + lDir.path()));
   nfw::finalizeAppLog();
+}
+
+TEST_F(LoggerTest, LinesLeaveTheRoomToDataWhileTheFileTakesNothing) {
+  nfwtest::TempDir lDir;
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  const auto lWrite = [](const char* npData) { Logger::write(20, npData, 1); };
+  {
+    const seams::Failing lFull(seams::FILE_WRITE);
+    lWrite("1");
+    APPLOG(77, nfw::LOG_LEVEL_ERROR, "before");
+    mpLogger->flush();
+    for (int i = 0; i < 3; ++i) APPLOG(77, nfw::LOG_LEVEL_ERROR, "full");
+    LOGGERLOG(21, "data");
+    lWrite("2");
+  }
+  APPLOG(77, nfw::LOG_LEVEL_ERROR, "not tried yet");
+  lWrite("3");
+  mClock.advance(1000);
+  APPLOG(77, nfw::LOG_LEVEL_ERROR, "room again");
+  mpLogger->stopRecord();
+  EXPECT_EQ((Strings{"1", "ERR: before", "data", "2", "3", "ERR: room again"}), dataOf(lDir.path()));
+  EXPECT_EQ(3u, mLog.count("full"));
+  EXPECT_TRUE(mLog.has("not tried yet"));
 }
 
 TEST_F(LoggerTest, TellsRecordEventListeners) {
@@ -288,6 +313,87 @@ TEST_F(LoggerTest, PlayListenersMayStopAndDetachFromInsideTheirCalls) {
   EXPECT_EQ((Strings{"first start", "c", "first stop"}), mNotes.all());
   EXPECT_TRUE(mpLogger->stopPlay());  // behind everything posted before
   EXPECT_FALSE(mpLogger->isPlaying());
+}
+
+// What was posted before waits here until the logger's thread has stopped, attached and started anew.
+TEST_F(LoggerTest, WhatIsAskedForInsideAPlayListenerDoesNothingToWhatCameAfterwards) {
+  nfwtest::TempDir lDir;
+  nfwtest::RecordListener lRecordListener(mNotes, "record");
+  mpLogger->attachPlayer(&mFirst);
+  mpLogger->attachPlayListener(20, &mListener);
+  mpLogger->attachRecordEventListener(&lRecordListener);
+  mListener.mOnData = [&] {
+    EXPECT_TRUE(mpLogger->stopPlay() && mpLogger->detachPlayListener(&mListener) && mpLogger->detachPlayer(&mFirst) &&
+                mpLogger->detachRecordEventListener(&lRecordListener));
+    mNotes.add("asked");
+  };
+  lRecordListener.mOnStart = [&] {
+    EXPECT_TRUE(pumpTo(4));
+    EXPECT_TRUE(mpLogger->stopPlay() && mpLogger->detachPlayListener(&mListener));
+    mListener.mOnData = [] {};
+    EXPECT_TRUE(mpLogger->attachPlayListener(20, &mListener) && mpLogger->attachPlayer(&mFirst));
+    EXPECT_TRUE(mpLogger->attachRecordEventListener(&lRecordListener) && mpLogger->startPlay(mPath.c_str()));
+  };
+  ASSERT_TRUE(play(logRecord(20, 0, "a")));
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  ASSERT_TRUE(pumpTo(8));
+  mpLogger->stopRecord();
+  ASSERT_TRUE(mNotes.waitFor(9));
+  EXPECT_EQ((Strings{"first start", "record start", "a", "asked", "first stop", "first start", "a", "first end 0",
+                     "record stop"}),
+            mNotes.all());
+}
+
+TEST_F(LoggerTest, AStopInsideAPlayListenerNeverMeetsTheNextPlayback) {
+  std::atomic<int> lHeard{0}, lStopped{0};
+  mpLogger->attachPlayListener(20, &mListener);
+  mListener.mOnData = [&] {  // beside the stop of the outside
+    for (++lHeard; lStopped < lHeard;) std::this_thread::yield();
+    mpLogger->stopPlay();
+    mpLogger->startPlay(mPath.c_str());
+  };
+  ASSERT_TRUE(play(logRecord(20, 0, "a")));
+  for (int i = 1; i <= 2000; ++i) {
+    ASSERT_TRUE(nfwtest::pump(
+        mClock, [&] { return lHeard == i; }, 500))
+        << i;
+    lStopped = i;
+    mpLogger->stopPlay();
+    ASSERT_TRUE(mpLogger->startPlay(mPath.c_str()));
+  }
+}
+
+TEST_F(LoggerTest, TheEndOfEveryReplayFindsItsPlaceInTheQueue) {
+  Logger::destroy();
+  Logger::initializeMaxLogTypeNum(70);
+  mpLogger = Logger::get();
+  ASSERT_TRUE(mpLogger->initialize() && mpLogger->attachPlayer(&mFirst));
+  for (int i = 0; i < 70; ++i) EXPECT_TRUE(mpLogger->attachPlayListener(100 + i, &mListener));
+  mFirst.mOnStart = [&] {  // nothing of this is handled before all replays are started
+    for (int i = 0; i < 64; ++i) mpLogger->setLogDispatchEnd(nullptr);
+  };
+  ASSERT_TRUE(play(logRecord(20, 0, "for nobody")));
+  EXPECT_TRUE(mNotes.waitFor(2));
+  EXPECT_EQ((Strings{"first start", "first end 0"}), mNotes.all());
+  EXPECT_TRUE(mLog.texts().empty());
+}
+
+TEST_F(LoggerTest, AShutdownSavesWhatIsBufferedWhileAPlayerStaysInItsCall) {
+  nfwtest::TempDir lDir;
+  Notes lGo;
+  mFirst.mOnStart = [&] { EXPECT_TRUE(lGo.waitFor(1)); };
+  ASSERT_TRUE(mpLogger->attachPlayer(&mFirst) && mpLogger->attachPlayListener(20, &mListener));
+  ASSERT_TRUE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
+  Logger::write(20, "kept", 4);
+  ASSERT_TRUE(play(logRecord(20, 0, "a")) && mNotes.waitFor(1));
+  std::thread lStop([&] { mpLogger->stopPlay(); });  // waits for the player
+  std::thread lShutdown([&] { mpLogger->shutdown(); });
+  EXPECT_TRUE(nfwtest::pump(mClock, [&] { return dataOf(lDir.path()) == Strings{"kept"}; }));
+  lGo.add("on");
+  lStop.join();
+  lShutdown.join();
+  EXPECT_TRUE(mLog.has("Logger::shutdown(): LogPlayDataDispatcher remain: Count=1"));
+  EXPECT_TRUE(mLog.has("Logger::shutdown(): LogPlayer remain: Count=1"));
 }
 
 TEST_F(LoggerTest, DetachingTheLastReplayEndsPlayback) {

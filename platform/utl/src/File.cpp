@@ -94,6 +94,8 @@ int File::write(const void* npBuffer, unsigned int nSize) {
 // Nothing is held back: all there is to tell is whether a write has failed since the file was opened.
 bool File::flush() { return isOpened() && !mpState->mHasFailed && !seams::fails(seams::FILE_FLUSH); }
 
+bool File::truncate(unsigned long long nSize) { return mpState->isWriting() && mpState->cutAt(nSize); }
+
 bool File::getPosition(unsigned long long* npPosition) {
   if (!isOpened() || npPosition == nullptr || seams::fails(seams::FILE_POSITION)) return false;
   *npPosition = mpState->mPosition;

@@ -126,4 +126,9 @@ bool File::State::moveTo(long long nPosition) {
   return true;
 }
 
+bool File::State::cutAt(unsigned long long nSize) {
+  const off_t lSize = static_cast<off_t>(nSize);
+  return lSize >= 0 && retried([&] { return ftruncate(mFile, lSize); }) == 0 && moveTo(lSize);
+}
+
 }  // namespace utl

@@ -32,6 +32,7 @@ struct File::State {
   /// All bytes of the parts, which it uses up.
   bool writeAll(iovec* npParts, int nCount);
   bool moveTo(long long nPosition);
+  bool cutAt(unsigned long long nSize);
 
   const std::string mPath;
   int mFile = -1;

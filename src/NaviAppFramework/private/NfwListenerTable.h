@@ -15,10 +15,14 @@ class ListenerTable {
   ListenerTable(const ListenerTable&) = delete;
   ListenerTable& operator=(const ListenerTable&) = delete;
 
-  /// Appends; one that is there already stays where it is. False when there is no room.
+  /// Appends; one that is there already stays where it is, and counts as attached anew. False when there is no room.
   bool attach(void* npListener);
   /// Removes; walks under way neither skip nor repeat another listener.
   void detach(const void* npListener);
+  /// The same, unless it was attached behind the attachment of this number: for a request that was on its way.
+  void detach(const void* npListener, unsigned int nLastNumber);
+  unsigned int getLastNumber() const { return mLastNumber; }  ///< of the attachments so far; any thread
+  static bool isLater(unsigned int nNumber, unsigned int nOther) { return static_cast<int>(nNumber - nOther) > 0; }
   unsigned int size() const { return mEntries.size(); }
   /// From any thread and for good: no call of a listener begins any more, not in walks under way either.
   void mute() { mIsMuted = true; }
@@ -41,9 +45,16 @@ class ListenerTable {
   };
 
  private:
-  int indexOf(const void* npListener) const;
+  struct Entry {
+    void* mpListener = nullptr;
+    unsigned int mNumber = 0;
+  };
 
-  utl::Array<void*> mEntries;
+  int indexOf(const void* npListener) const;
+  void removeAt(unsigned int nIndex);
+
+  utl::Array<Entry> mEntries;
+  std::atomic<unsigned int> mLastNumber{0};
   std::atomic<bool> mIsMuted{false};
   Walk* mpWalk = nullptr;  // the innermost walk under way
 };
@@ -56,6 +67,8 @@ class ListenerList {
 
   bool attach(Listener* npListener) { return mTable.attach(npListener); }
   void detach(const Listener* npListener) { mTable.detach(npListener); }
+  void detach(const Listener* npListener, unsigned int nLastNumber) { mTable.detach(npListener, nLastNumber); }
+  unsigned int getLastNumber() const { return mTable.getLastNumber(); }
   unsigned int size() const { return mTable.size(); }
   void mute() { mTable.mute(); }
 

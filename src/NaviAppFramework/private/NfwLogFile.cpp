@@ -35,6 +35,11 @@ void LogFile::close() {
   mSize = mOpenSize = mLeftSize = 0;
 }
 
+void LogFile::remove() {
+  ::unlink(mpFile->getPath());
+  close();
+}
+
 void LogFile::accept(StreamBuffer& nBuffer, unsigned int nSize) {
   for (unsigned int lOffset = 0; lOffset < nSize;) {
     if (mLeftSize == 0) mLeftSize = recordSizeAt(nBuffer, lOffset);
@@ -60,14 +65,12 @@ void LogFile::acceptWhole(StreamBuffer& nBuffer, unsigned int nSize) {
   accept(nBuffer, static_cast<unsigned int>(lWhole));
 }
 
-// By path and by position, both: where the name is gone the position alone still keeps later records in order.
+// Where the file cannot be cut, the position alone still keeps later records in order.
 void LogFile::cutBack(StreamBuffer& nBuffer) {
   mSize -= mOpenSize;
   nBuffer.eraseTop(static_cast<unsigned int>(mLeftSize));
   mOpenSize = mLeftSize = 0;
-  const int lIsCut = ::truncate(mpFile->getPath(), static_cast<off_t>(mSize));
-  static_cast<void>(lIsCut);
-  mpFile->seek(static_cast<long long>(mSize), utl::File::ORIGIN_BEGIN);
+  if (!mpFile->truncate(mSize)) mpFile->seek(static_cast<long long>(mSize), utl::File::ORIGIN_BEGIN);
 }
 
 int LogFile::writePart(const void* npBytes, unsigned int nSize) {

@@ -17,6 +17,7 @@ class LogFile {
  public:
   bool open(const char* npPath);  ///< creates or truncates; false when it cannot be opened
   void close();
+  void remove();  ///< closes, and takes the name away: nothing came of the file
   bool isOpen() const { return mpFile != nullptr; }
   const char* getPath() const { return mpFile->getPath(); }
   bool flush() { return mpFile->flush(); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "NfwAppLog.h"
 #include "NfwFieldMsg.h"
@@ -25,6 +26,9 @@ const int WRITER_PRIORITY = 6;  // above the services: a full ring makes their c
 const unsigned int BATCH_SIZE = 10240;  // the thread leaves less to the next request, or to a flush
 const uint64_t EVERYTHING = ~uint64_t{0};
 
+const uint32_t REPLACE_INTERVAL_MS = 10000;
+const uint32_t LINE_FLUSH_INTERVAL_MS = 1000;
+
 class BackupMsg : public FieldMsg<BackupMsg> {
  public:
   static constexpr const char* NAME = "BackupMsg";
@@ -41,6 +45,18 @@ const ThreadMsgProfile<BackupMsg> gProfile(THREAD_MSG_LOG_WRITER);
 
 bool isGiven(const char* npText) { return npText != nullptr && npText[0] != '\0'; }
 
+void logCreated(const LogFile& nFile) {
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "##### Create Log Record File: File=%s", nFile.getPath());
+}
+
+void logClosed(const LogFile& nFile) {
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "##### Close Log Record File: File=%s", nFile.getPath());
+}
+
+void logNewFile(const LogFile& nFile) {
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_INFO, "LogWriter::write(): New File was created: %s", nFile.getPath());
+}
+
 int failBase(const char* npText, unsigned int nId) {
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::write(): %s: Id=0x%08X", npText, nId);
   return LogWriter::FAILURE;
@@ -51,6 +67,8 @@ int failBase(const char* npText, unsigned int nId) {
 LogWriter::LogWriter(unsigned int nBufferSize, unsigned int nMaxLogFileSize)
     : mThread(profiledSize(THREAD_MSG_LOG_WRITER), QUEUE_LENGTH, "nfw::LogWriter_Thread", 0),
       mBuffer(nBufferSize),
+      mReplacing(REPLACE_INTERVAL_MS),
+      mFlushingForLines(LINE_FLUSH_INTERVAL_MS),
       mMaxLogFileSize(nMaxLogFileSize) {}
 
 LogWriter::~LogWriter() {
@@ -173,20 +191,22 @@ bool LogWriter::openLocked() {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): MaxLogFileSize == 0");
     return false;
   }
-  if (mFile.isOpen()) return false;
+  if (mFile.isOpen() || !createFile(mFile)) return false;
+  mBuffer.clear();
+  logCreated(mFile);
+  return true;
+}
+
+bool LogWriter::createFile(LogFile& nFile) {
   char lPath[LOG_PATH_SIZE];
   if (!createLogFilePath(mDirectory, mFilePrefix, lPath)) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): Can't create path: Dir=%s FilePrifix=%s", mDirectory,
            mFilePrefix);
     return false;
   }
-  if (!mFile.open(lPath)) {
-    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): Can't open %s", lPath);
-    return false;
-  }
-  mBuffer.clear();
-  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "##### Create Log Record File: File=%s", lPath);
-  return true;
+  if (nFile.open(lPath)) return true;
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): Can't open %s", lPath);
+  return false;
 }
 
 void LogWriter::close() {
@@ -199,10 +219,11 @@ void LogWriter::close() {
 void LogWriter::closeLocked() {
   if (mFile.isOpen()) {
     flushLocked();
-    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "##### Close Log Record File: File=%s", mFile.getPath());
+    logClosed(mFile);
     mFile.close();
   }
   mBuffer.clear();
+  mHasFlushFailed = mHasDirectFailed = false;
 }
 
 // Also when there is no file: a directory that vanished, or a disk that was full, may be back.
@@ -212,7 +233,25 @@ bool LogWriter::rotate(const Record& nRecord) {
     failBase("Can't open new file", nRecord.id());
     return false;
   }
-  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_INFO, "LogWriter::write(): New File was created: %s", mFile.getPath());
+  logNewFile(mFile);
+  return true;
+}
+
+/// Another file, when nothing goes into this one any more: a stick that was pulled and is back under the same path
+/// takes new files, while what was open on it fails for ever.
+bool LogWriter::beginReplacement(LogFile& nFile) { return mReplacing.take() && createFile(nFile); }
+
+/// Kept only when something could be written into it: a full disk keeps the file it has, and is left no empty ones.
+bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
+  if (!nIsWritten) {
+    nFile.remove();
+    return false;
+  }
+  logClosed(mFile);
+  mFile.close();
+  mFile = std::move(nFile);
+  logCreated(mFile);
+  logNewFile(mFile);
   return true;
 }
 
@@ -230,7 +269,7 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
   bool lIsDone = false;
   {
     const WatchedLock lLock(mSync);
-    if (!isAccepting()) return NOT_ACCEPTED;
+    if (!isAccepting() || (isHeldBack(lRecord) && !mFlushingForLines.take())) return NOT_ACCEPTED;
     if (isSimple(lRecord)) {
       lIsDone = true;
       lResult = buffer(lRecord);
@@ -248,10 +287,16 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
   return lResult;
 }
 
+/// Lines of the log leave the room in the ring to data while the file takes nothing; they still reach the log service.
+/// One a second brings a flush about first, so that lines alone find out when the file takes something again.
+bool LogWriter::isHeldBack(const Record& nRecord) const {
+  return nRecord.mId == APPLOG_LOGGER_ID && mHasFlushFailed.load(std::memory_order_relaxed);
+}
+
 /// Nothing has to be done to the file, and nothing is wrong.
 bool LogWriter::isSimple(const Record& nRecord) const {
-  return nRecord.mId >= 0 && nRecord.mpData != nullptr && nRecord.mSize <= LogRecord::MAX_DATA_SIZE &&
-         fitsFile(nRecord) && nRecord.size() <= mBuffer.getFreeSpace();
+  return nRecord.mId >= 0 && !isHeldBack(nRecord) && nRecord.mpData != nullptr &&
+         nRecord.mSize <= LogRecord::MAX_DATA_SIZE && fitsFile(nRecord) && nRecord.size() <= mBuffer.getFreeSpace();
 }
 
 bool LogWriter::isValid(const Record& nRecord) const {
@@ -272,6 +317,7 @@ int LogWriter::writeWithFile(const Record& nRecord) {
   if (!isValid(nRecord)) return FAILURE;
   if (!fitsFile(nRecord) && !rotate(nRecord)) return FAILURE;
   if (!mFile.isOpen()) return failBase("mpFile == 0", nRecord.id());
+  if (isHeldBack(nRecord) && !flushLocked()) return NOT_ACCEPTED;
   flushForRoom(nRecord);
   return nRecord.size() > mBuffer.getBufferSize() ? writeDirectly(nRecord) : buffer(nRecord);
 }
@@ -283,8 +329,19 @@ void LogWriter::flushForRoom(const Record& nRecord) {
       "LogWriter::write(): Log Buffer is not Enough: Id=0x%08X Record=%u Byte Base=%u Byte Data=%u Byte Free=%u Byte",
       nRecord.id(), static_cast<unsigned int>(nRecord.size()), LogRecord::BASE_SIZE, nRecord.mSize,
       mBuffer.getFreeSpace());
-  flushLocked();
+  const uint64_t lBefore = mFile.size();
+  const bool lIsStuck = !flushLocked() && mFile.size() <= lBefore && !mBuffer.isEmpty();
+  LogFile lFile;
+  if (lIsStuck && beginReplacement(lFile) && endReplacement(lFile, moveTop(lFile))) flushLocked();
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "LogWriter::write(): Flushed File");
+}
+
+bool LogWriter::moveTop(LogFile& nFile) {
+  const unsigned char* lpBytes = nullptr;
+  const int lSize = mBuffer.top(&lpBytes);
+  if (lSize <= 0 || !nFile.write(lpBytes, static_cast<unsigned int>(lSize))) return false;
+  nFile.accept(mBuffer, static_cast<unsigned int>(lSize));
+  return true;
 }
 
 namespace {
@@ -303,6 +360,15 @@ struct RecordParts {
 
   const Part mParts[3];
 };
+
+/// Writes a record's parts one after the other. The part that failed, or null.
+const RecordParts::Part* writeParts(LogFile& nFile, const RecordParts& nParts) {
+  for (const RecordParts::Part& lPart : nParts.mParts) {
+    if (nFile.writePart(lPart.mpBytes, lPart.mSize) < 0) return &lPart;
+  }
+  nFile.endRecord();
+  return nullptr;
+}
 
 int failPart(const char* npPart, const char* npTarget, int nResult, unsigned int nId) {
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::write(): Can't write %s to %s: Ret=%u Id=0x%08X", npPart, npTarget,
@@ -330,7 +396,8 @@ int LogWriter::buffer(const Record& nRecord) {
   return SUCCESS;
 }
 
-// A ring that could not be flushed is ahead of this record: it would stand in the middle of another one.
+// A ring that could not be flushed is ahead of this record: it would stand in the middle of another one. Without a ring
+// to be flushed for room, the second failure in a row tells that the file takes nothing.
 int LogWriter::writeDirectly(const Record& nRecord) {
   if (!mBase.build(nRecord.mId, nRecord.mSize)) return FAILURE;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING,
@@ -339,13 +406,15 @@ int LogWriter::writeDirectly(const Record& nRecord) {
          mBuffer.getBufferSize());
   if (!mFile.isOpen()) return failBase("File is not opened", nRecord.id());
   const RecordParts lParts(mBase, nRecord.mpData, nRecord.mSize);
-  for (const RecordParts::Part& lPart : lParts.mParts) {
-    const int lResult = mBuffer.isEmpty() ? mFile.writePart(lPart.mpBytes, lPart.mSize) : utl::File::RESULT_ERROR;
-    if (lResult >= 0) continue;
-    mFile.cutBack(mBuffer);
-    return failPart(lPart.mpName, "file", lResult, nRecord.id());
+  const RecordParts::Part* lpFailed = mBuffer.isEmpty() ? writeParts(mFile, lParts) : &lParts.mParts[0];
+  if (lpFailed != nullptr) mFile.cutBack(mBuffer);
+  const bool lIsStuck = lpFailed != nullptr && mHasDirectFailed && mBuffer.isEmpty();
+  LogFile lFile;
+  if (lIsStuck && beginReplacement(lFile) && endReplacement(lFile, writeParts(lFile, lParts) == nullptr)) {
+    lpFailed = nullptr;
   }
-  mFile.endRecord();
+  mHasDirectFailed = lpFailed != nullptr;
+  if (lpFailed != nullptr) return failPart(lpFailed->mpName, "file", utl::File::RESULT_ERROR, nRecord.id());
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "LogWriter::write(): Written File Directory");
   return SUCCESS;
 }
@@ -374,14 +443,17 @@ void LogWriter::flush() {
 }
 
 // The same with mSync held: nobody may add to the ring until the caller has done what it needs the room or the end for.
-void LogWriter::flushLocked() {
-  if (!mFile.isOpen()) return;
+bool LogWriter::flushLocked() {
+  if (!mFile.isOpen()) return false;
   const unsigned char* lpBytes = nullptr;
   int lSize = 0;
   while ((lSize = topPiece(EVERYTHING, &lpBytes, "flush")) > 0) {
-    if (!endPiece(mFile.write(lpBytes, static_cast<unsigned int>(lSize)), lSize, "flush")) return;
+    if (!endPiece(mFile.write(lpBytes, static_cast<unsigned int>(lSize)), lSize, "flush")) return false;
   }
-  if (lSize == 0) mFile.flush();
+  if (lSize < 0) return false;
+  mHasFlushFailed = false;
+  mFile.flush();
+  return true;
 }
 
 /// Writes what is buffered now, at most `nLimit` bytes. False when it failed; what is not written stays buffered.
@@ -397,6 +469,7 @@ bool LogWriter::drain(uint64_t nLimit, const char* npOperation) {
       const WatchedLock lLock(mSync);
       lSize = topPiece(nLimit, &lpBytes, npOperation);
     }
+    if (lSize == 0) mHasFlushFailed = false;
     if (lSize <= 0) return lSize == 0;
     const bool lIsWritten = mFile.write(lpBytes, static_cast<unsigned int>(lSize));
     const WatchedLock lLock(mSync);
@@ -415,6 +488,7 @@ int LogWriter::topPiece(uint64_t nLimit, const unsigned char** nppBytes, const c
 }
 
 bool LogWriter::endPiece(bool nIsWritten, int nSize, const char* npOperation) {
+  mHasFlushFailed = !nIsWritten;
   if (nIsWritten) {
     mFile.accept(mBuffer, static_cast<unsigned int>(nSize));
     return true;

@@ -8,6 +8,7 @@
 #include "NfwLogFilePath.h"
 #include "NfwLogRecordBase.h"
 #include "NfwOperationControl.h"
+#include "NfwRetryInterval.h"
 #include "NfwServiceThread.h"
 #include "NfwStreamBuffer.h"
 #include "NfwThreadSafety.h"
@@ -29,7 +30,7 @@ class LogWriter : public utl::ThreadMsgListener {
  public:
   static constexpr int SUCCESS = 0;
   static constexpr int FAILURE = 1;
-  static constexpr int NOT_ACCEPTED = 2;  ///< not recording, or a backup runs
+  static constexpr int NOT_ACCEPTED = 2;  ///< not recording, a backup runs, or a log line while the file takes nothing
 
   /// In bytes: the ring and the largest file (a larger record gets a file of its own).
   LogWriter(unsigned int nBufferSize, unsigned int nMaxLogFileSize);
@@ -79,21 +80,26 @@ class LogWriter : public utl::ThreadMsgListener {
   bool makeBackupPath(const char* npSource, char (&nPath)[LOG_PATH_SIZE]);
 
   bool openLocked() NFW_REQUIRES(mFileSync, mSync);
+  bool createFile(LogFile& nFile) NFW_REQUIRES(mSync);
+  bool beginReplacement(LogFile& nFile) NFW_REQUIRES(mSync);
+  bool endReplacement(LogFile& nFile, bool nIsWritten) NFW_REQUIRES(mFileSync, mSync);
   void closeLocked() NFW_REQUIRES(mFileSync, mSync);
   bool rotate(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
 
+  bool isHeldBack(const Record& nRecord) const;
   bool isSimple(const Record& nRecord) const NFW_REQUIRES(mSync);
   bool isValid(const Record& nRecord) const;
   int writeWithFile(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
   int buffer(const Record& nRecord) NFW_REQUIRES(mSync);
   int writeDirectly(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
+  bool moveTop(LogFile& nFile) NFW_REQUIRES(mSync);
   void flushForRoom(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
   bool takeWake() NFW_REQUIRES(mSync);
   bool postWriteFile();
 
   int topPiece(uint64_t nLimit, const unsigned char** nppBytes, const char* npOperation) NFW_REQUIRES(mSync);
   bool endPiece(bool nIsWritten, int nSize, const char* npOperation) NFW_REQUIRES(mFileSync, mSync);
-  void flushLocked() NFW_REQUIRES(mFileSync, mSync);
+  bool flushLocked() NFW_REQUIRES(mFileSync, mSync);
   bool drain(uint64_t nLimit, const char* npOperation) NFW_REQUIRES(mFileSync) NFW_EXCLUDES(mSync);
 
   enum State { CREATED, INITIALIZED, SHUT_DOWN };
@@ -110,7 +116,11 @@ class LogWriter : public utl::ThreadMsgListener {
   std::atomic<bool> mIsRecording{false};
   std::atomic<bool> mIsBackingUp{false};  // goes with mBackupIdle, for those who only ask
   std::atomic<bool> mIsWakePosted{false};
+  std::atomic<bool> mHasFlushFailed{false};  // the last one; of the open file
   std::atomic<bool> mIsShuttingDown{false};
+  bool mHasDirectFailed NFW_GUARDED_BY(mSync) = false;  // the last record that did not go through the ring
+  RetryInterval mReplacing NFW_GUARDED_BY(mSync);
+  RetryInterval mFlushingForLines NFW_GUARDED_BY(mSync);
   unsigned int mStoppingCount NFW_GUARDED_BY(mSync) = 0;  // stop() calls under way
   const unsigned int mMaxLogFileSize;
   char mDirectory[LOG_PATH_SIZE] NFW_GUARDED_BY(mSync) = {};  // both empty when not recording

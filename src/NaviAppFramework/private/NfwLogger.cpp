@@ -23,14 +23,14 @@ const int DETACH_RECORD_EVENT_LISTENER_MSG = ownMsgId(0x03);
 const int NOTIFY_RECORD_START_MSG = ownMsgId(0x08);
 const int NOTIFY_RECORD_STOP_MSG = ownMsgId(0x09);
 
-class LogRecordEventListenerMsg : public PointerMsg<LogRecordEventListener> {
+class LogRecordEventListenerMsg : public AttachmentMsg<LogRecordEventListener> {
  public:
   static constexpr const char* NAME = "LogRecordEventListenerMsg";
-  using PointerMsg<LogRecordEventListener>::PointerMsg;
+  using AttachmentMsg<LogRecordEventListener>::AttachmentMsg;
 };
 
 const ThreadMsgProfile<LogRecordEventListenerMsg, LogPlayerMsg, AttachLogPlayListenerMsg, DetachLogPlayListenerMsg,
-                       LogPathMsg, LogPlayDataDispatcherMsg>
+                       LogPathMsg, StopPlayMsg, LogPlayDataDispatcherMsg>
     gProfile(THREAD_MSG_LOGGER);
 
 const PlayFormat FORMAT = {"Logger",
@@ -225,7 +225,8 @@ bool Logger::attachRecordEventListener(LogRecordEventListener* npListener) {
 bool Logger::detachRecordEventListener(LogRecordEventListener* npListener) {
   ServiceRequests& lRequests = mpInside->mPlay.requests();
   if (!lRequests.isOwnThread()) {
-    return lRequests.detach(LogRecordEventListenerMsg(DETACH_RECORD_EVENT_LISTENER_MSG, npListener),
+    const unsigned int lLastNumber = mpInside->mListeners.getLastNumber();
+    return lRequests.detach(LogRecordEventListenerMsg(DETACH_RECORD_EVENT_LISTENER_MSG, npListener, lLastNumber),
                             "detachRecordEventListener");
   }
   mpInside->mListeners.detach(npListener);
@@ -239,7 +240,7 @@ void Logger::Inside::onAttachRecordEventListener(utl::ThreadRawMsg& nMsg) {
 
 void Logger::Inside::onDetachRecordEventListener(utl::ThreadRawMsg& nMsg) {
   LogRecordEventListenerMsg lMsg;
-  if (lMsg.restoreFrom(nMsg)) mListeners.detach(lMsg.mpObject);
+  if (lMsg.restoreFrom(nMsg)) mListeners.detach(lMsg.mpObject, lMsg.mLastNumber);
 }
 
 void Logger::Inside::onNotifyRecordStart(utl::ThreadRawMsg& /*nMsg*/) {

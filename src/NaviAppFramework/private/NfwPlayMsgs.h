@@ -8,11 +8,28 @@ namespace nfw {
 
 class TimedReplay;
 
+/// Something to be attached or detached. A request to detach may be posted: it tells the last attachment that it means,
+/// and does nothing to a later one.
+template <class T>
+class AttachmentMsg : public FieldMsg<AttachmentMsg<T>> {
+ public:
+  static constexpr const char* NAME = "AttachmentMsg";
+  explicit AttachmentMsg(int nMsgId = RESTORE_MSG_ID, T* npObject = nullptr, unsigned int nLastNumber = 0)
+      : FieldMsg<AttachmentMsg<T>>(nMsgId), mpObject(npObject), mLastNumber(nLastNumber) {}
+  template <class Self, class Visit>
+  static bool fields(Self& nSelf, Visit nVisit) {
+    return nVisit(nSelf.mpObject) && nVisit(nSelf.mLastNumber);
+  }
+
+  T* mpObject;
+  unsigned int mLastNumber;
+};
+
 /// A player.
-class LogPlayerMsg : public PointerMsg<void> {
+class LogPlayerMsg : public AttachmentMsg<void> {
  public:
   static constexpr const char* NAME = "LogPlayerMsg";
-  using PointerMsg<void>::PointerMsg;
+  using AttachmentMsg<void>::AttachmentMsg;
 };
 
 /// A log type id and its play listener.
@@ -31,10 +48,10 @@ class AttachLogPlayListenerMsg : public FieldMsg<AttachLogPlayListenerMsg> {
 };
 
 /// A play listener.
-class DetachLogPlayListenerMsg : public PointerMsg<void> {
+class DetachLogPlayListenerMsg : public AttachmentMsg<void> {
  public:
   static constexpr const char* NAME = "DetachLogPlayListenerMsg";
-  using PointerMsg<void>::PointerMsg;
+  using AttachmentMsg<void>::AttachmentMsg;
 };
 
 /// A file to play.
@@ -48,6 +65,20 @@ class LogPathMsg : public FieldMsg<LogPathMsg> {
   }
 
   char mPath[LOG_PATH_SIZE] = {};
+};
+
+/// A playback to be stopped. The next one may have begun when the request arrives.
+class StopPlayMsg : public FieldMsg<StopPlayMsg> {
+ public:
+  static constexpr const char* NAME = "StopPlayMsg";
+  explicit StopPlayMsg(int nMsgId = RESTORE_MSG_ID, unsigned int nPlayNumber = 0)
+      : FieldMsg(nMsgId), mPlayNumber(nPlayNumber) {}
+  template <class Self, class Visit>
+  static bool fields(Self& nSelf, Visit nVisit) {
+    return nVisit(nSelf.mPlayNumber);
+  }
+
+  unsigned int mPlayNumber;
 };
 
 /// A replay that has nothing more to play, or null: the end of playback is to be judged.

@@ -1,5 +1,6 @@
 #include "NfwPlayService.h"
 
+#include <algorithm>
 #include <new>
 
 #include "NfwAppLog.h"
@@ -16,7 +17,11 @@ namespace nfw {
 namespace {
 
 const unsigned int QUEUE_LENGTH = 64;
-const unsigned int LEAD_MS = 1000;  // from the start of a playback to its first record: time to read ahead
+const unsigned int MAX_END_NUM = 4096;  // more replays than a process has threads for: a limit may mean "any number"
+const unsigned int LEAD_MS = 1000;      // from the start of a playback to its first record: time to read ahead
+
+// All replays may end while a player holds the thread up: the end of each has a place of its own.
+unsigned int queueLength(unsigned int nMaxReplayNum) { return QUEUE_LENGTH + std::min(nMaxReplayNum, MAX_END_NUM); }
 
 }  // namespace
 
@@ -48,7 +53,7 @@ PlayService::PlayService(const PlayFormat& nFormat, unsigned int nMaxPlayerNum, 
                          const Here& nHere)
     : mFormat(nFormat),
       mHere(nHere),
-      mThread(profiledSize(nFormat.mThreadMsgKind), QUEUE_LENGTH, nFormat.mpThreadName, 0),
+      mThread(profiledSize(nFormat.mThreadMsgKind), queueLength(nMaxReplayNum), nFormat.mpThreadName, 0),
       mRequests(nFormat.mpClass, mThread, nHere),
       mPlayers(nMaxPlayerNum, false),
       mReplays(nMaxReplayNum, false),
@@ -69,23 +74,24 @@ bool PlayService::startServiceThread(utl::ThreadMsgListener* npListener) {
   return startThread(mThread, npListener, THREAD_PRIORITY, mHere);
 }
 
-// The replays are stopped behind everything queued, a start of playback included. Where the thread does not run,
-// nothing else touches them; where it takes no message any more, they wait for its end.
 bool PlayService::closeGate() {
   if (mState.exchange(SHUT_DOWN) == SHUT_DOWN) return false;
   watched([this] { return mControl.prohibit(); }, mHere);
-  if (watched([this] { return mThread.sendMsgSync(mFormat.mShutdownMsg); }, mHere)) return true;
-  mIsReplayStopLeft = mThread.isRunning();
-  if (!mIsReplayStopLeft) stopReplays();
   return true;
 }
 
-void PlayService::stopServiceThread() {
+// The replays are stopped behind everything queued, a start of playback included. Only posted: the thread may be in a
+// player, or wait for a play listener. What it could not be told is done when it has ended: nothing else touches the
+// replays then. Of a thread that did not end in time nothing is asked.
+bool PlayService::stopServiceThread() {
+  const bool lIsPosted = watched([this] { return mThread.postMsg(mFormat.mShutdownMsg); }, mHere);
   mThreadEnd.stop(mThread, "Timeout", mHere);
-  if (mIsReplayStopLeft) stopReplays();
-  if (mPlayers.size() == 0) return;
+  if (mThread.isRunning()) return false;
+  if (!lIsPosted) stopReplays();
+  if (mPlayers.size() == 0) return true;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "%s::shutdown(): LogPlayer remain: Count=%u", mFormat.mpClass,
          mPlayers.size());
+  return true;
 }
 
 bool PlayService::hasEnded() {
@@ -115,7 +121,7 @@ bool PlayService::attachPlayer(void* npPlayer) {
 
 bool PlayService::detachPlayer(void* npPlayer) {
   if (!mRequests.isOwnThread()) {
-    return mRequests.detach(LogPlayerMsg(mFormat.mDetachPlayerMsg, npPlayer), "detachPlayer");
+    return mRequests.detach(LogPlayerMsg(mFormat.mDetachPlayerMsg, npPlayer, mPlayers.getLastNumber()), "detachPlayer");
   }
   mPlayers.detach(npPlayer);
   return true;
@@ -130,7 +136,7 @@ void PlayService::onAttachPlayer(utl::ThreadRawMsg& nMsg) {
 
 void PlayService::onDetachPlayer(utl::ThreadRawMsg& nMsg) {
   LogPlayerMsg lMsg;
-  if (lMsg.restoreFrom(nMsg)) mPlayers.detach(lMsg.mpObject);
+  if (lMsg.restoreFrom(nMsg)) mPlayers.detach(lMsg.mpObject, lMsg.mLastNumber);
 }
 
 // A player may detach itself or others, stop and start playback, and so begin a second walk inside this one.
@@ -151,10 +157,10 @@ bool PlayService::attachPlayListener(int nLogTypeId, void* npListener) {
 
 bool PlayService::detachPlayListener(void* npListener) {
   if (mRequests.isOwnThread()) {
-    detachPlayListenerInternal(npListener);
+    detachPlayListenerInternal(npListener, mLastReplayNumber);
     return true;
   }
-  const DetachLogPlayListenerMsg lMsg(mFormat.mDetachPlayListenerMsg, npListener);
+  const DetachLogPlayListenerMsg lMsg(mFormat.mDetachPlayListenerMsg, npListener, mLastReplayNumber);
   if (!mRequests.detach(lMsg, "detachPlayListener")) return false;
   TimedReplay* const lpReplay = TimedReplay::delivering();
   if (lpReplay != nullptr && lpReplay->getListenerAddress() == npListener) lpReplay->mute();
@@ -168,7 +174,7 @@ void PlayService::onAttachPlayListener(utl::ThreadRawMsg& nMsg) {
 
 void PlayService::onDetachPlayListener(utl::ThreadRawMsg& nMsg) {
   DetachLogPlayListenerMsg lMsg;
-  if (lMsg.restoreFrom(nMsg)) detachPlayListenerInternal(lMsg.mpObject);
+  if (lMsg.restoreFrom(nMsg)) detachPlayListenerInternal(lMsg.mpObject, lMsg.mLastNumber);
 }
 
 bool PlayService::attachPlayListenerInternal(int nLogTypeId, void* npListener) {
@@ -181,14 +187,16 @@ bool PlayService::attachPlayListenerInternal(int nLogTypeId, void* npListener) {
     return false;
   }
   const utl::SmartPointer<TimedReplay> lpReplay(createReplay(nLogTypeId, npListener));
+  lpReplay->setNumber(++mLastReplayNumber);
   lpReplay->muteWith(mIsLeftBehind);
   return mReplays.add(lpReplay);
 }
 
-void PlayService::detachPlayListenerInternal(const void* npListener) {
+void PlayService::detachPlayListenerInternal(const void* npListener, unsigned int nLastNumber) {
   for (unsigned int i = mReplays.size(); i > 0; --i) {
     const utl::SmartPointer<TimedReplay> lpReplay = mReplays[i - 1];
     if (lpReplay->getListenerAddress() != npListener) continue;
+    if (ListenerTable::isLater(lpReplay->getNumber(), nLastNumber)) continue;
     lpReplay->stop();
     JudgeDispacherMsg lJudge(mFormat.mPlayEndMsg, lpReplay.get());
     mThread.eraseMsgInternal(&lJudge);
@@ -234,6 +242,7 @@ bool PlayService::beginPlay(const char* npPath) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::startPlay(): Can't copy playing file: File=%s", mFormat.mpClass, npPath);
     return false;
   }
+  ++mPlayNumber;
   mIsEnded = false;
   mIsStarted = false;
   mIsPlaying = true;
@@ -271,26 +280,30 @@ void PlayService::notifyLogPlayEnd(int nReason) {
   if (claimEnd()) tellPlayers(PLAY_END, nReason);
 }
 
+// In any state: there may be nothing to send to. The gate is asked but not held over the wait, or a shutdown would wait
+// as long as a player holds the thread up.
 bool PlayService::stopPlay() {
-  const Operation lOperation(*this);
-  if (!lOperation.isStarted()) return false;  // in any state: there may be nothing to send to
+  if (!Operation(*this).isStarted()) return false;
+  const StopPlayMsg lMsg(mFormat.mStopPlayMsg, playNumber());
   if (mRequests.isOwnThread()) {
-    stopPlayInternal();
+    stopPlayInternal(lMsg.mPlayNumber);
     return true;
   }
-  const int lMsgId = mFormat.mStopPlayMsg;
-  if (watched([&] { return ServiceRequests::isInListener() ? mThread.postMsg(lMsgId) : mThread.sendMsgSync(lMsgId); },
+  if (watched([&] { return ServiceRequests::isInListener() ? mThread.postMsg(lMsg) : mThread.sendMsgSync(lMsg); },
               mHere)) {
     return true;
   }
   return logFailure("stopPlay", "Can't send thread");
 }
 
-void PlayService::onStopPlay(utl::ThreadRawMsg& /*nMsg*/) { stopPlayInternal(); }
+void PlayService::onStopPlay(utl::ThreadRawMsg& nMsg) {
+  StopPlayMsg lMsg;
+  if (lMsg.restoreFrom(nMsg)) stopPlayInternal(lMsg.mPlayNumber);
+}
 
 // A player told of the stop may ask for it once more.
-void PlayService::stopPlayInternal() {
-  if (mIsStopping || !claimStop()) return;
+void PlayService::stopPlayInternal(unsigned int nPlayNumber) {
+  if (mIsStopping || !claimStop(nPlayNumber)) return;
   mIsStopping = true;
   for (unsigned int i = 0; i < mReplays.size(); ++i) mReplays[i]->stop();
   tellPlayers(PLAY_STOP, 0);
@@ -327,10 +340,17 @@ bool PlayService::claimEnd() {
   return true;
 }
 
-bool PlayService::claimStop() {
+/// False for another playback than the one that was meant.
+bool PlayService::claimStop(unsigned int nPlayNumber) {
   const WatchedLock lLock(mSync, mHere);
+  if (!mIsPlaying || nPlayNumber != mPlayNumber) return false;
   mIsStarted = false;
-  return mIsPlaying;
+  return true;
+}
+
+unsigned int PlayService::playNumber() {
+  const WatchedLock lLock(mSync, mHere);
+  return mPlayNumber;
 }
 
 /// Until here nothing new can have begun, so what is queued belongs to the playback that is over.

@@ -82,15 +82,15 @@ class PlayService {
     mState = INITIALIZED;
     return true;
   }
-  /// Closes the gate, stops the replays, the recorder and the thread; the second call does nothing. True: this call
-  /// did.
+  /// Closes the gate and stops the recorder, the replays and the thread; the second call does nothing. A player or a
+  /// play listener that stays in its call holds up none but the last, which waits THREAD_STOP_TIMEOUT_MS for it. True:
+  /// this call did it, and the thread has ended.
   template <class StopRecorder>
   bool shutdown(StopRecorder nStopRecorder) {
     const WatchedLock lLock(mLifeSync, mHere);
     if (!closeGate()) return false;
     nStopRecorder();
-    stopServiceThread();
-    return true;
+    return stopServiceThread();
   }
   /// After a shutdown, before the service is deleted: false when its thread runs on. Then no player and no play
   /// listener is called any more.
@@ -119,7 +119,7 @@ class PlayService {
 
   bool startServiceThread(utl::ThreadMsgListener* npListener);
   bool closeGate();
-  void stopServiceThread();
+  bool stopServiceThread();
 
   void onAttachPlayer(utl::ThreadRawMsg& nMsg);
   void onDetachPlayer(utl::ThreadRawMsg& nMsg);
@@ -132,8 +132,8 @@ class PlayService {
 
   bool attachPlayerInternal(void* npPlayer);
   bool attachPlayListenerInternal(int nLogTypeId, void* npListener);
-  void detachPlayListenerInternal(const void* npListener);
-  void stopPlayInternal();
+  void detachPlayListenerInternal(const void* npListener, unsigned int nLastNumber);
+  void stopPlayInternal(unsigned int nPlayNumber);
   void stopReplays();
   bool isAnyReplayPlaying() const;
   bool hasReplay(const TimedReplay* npReplay) const;
@@ -144,7 +144,8 @@ class PlayService {
   bool markStarted();
   bool isStarted();
   bool claimEnd();
-  bool claimStop();
+  bool claimStop(unsigned int nPlayNumber);
+  unsigned int playNumber();
   void endPlay();
   bool logFailure(const char* npOperation, const char* npText) const;
 
@@ -161,8 +162,8 @@ class PlayService {
   // On the service's thread only.
   ListenerTable mPlayers;
   utl::Array<utl::SmartPointer<TimedReplay>> mReplays;
-  bool mIsStopping = false;        // stopPlayInternal() runs
-  bool mIsReplayStopLeft = false;  // the shutdown could not be handed to the thread
+  bool mIsStopping = false;                        // stopPlayInternal() runs
+  std::atomic<unsigned int> mLastReplayNumber{0};  // of the attachments so far; asked on any thread
 
   // Written by a handler, read by the caller who waits for it under the lock of its kind.
   ZTSync mAttachPlayerSync;
@@ -174,6 +175,7 @@ class PlayService {
   std::atomic<bool> mIsPlaying{false};
   bool mIsStarted NFW_GUARDED_BY(mSync) = false;
   bool mIsEnded NFW_GUARDED_BY(mSync) = false;
+  unsigned int mPlayNumber NFW_GUARDED_BY(mSync) = 0;  // counts the playbacks
   char mPlayingFile[LOG_PATH_SIZE] NFW_GUARDED_BY(mSync) = {};
 };
 

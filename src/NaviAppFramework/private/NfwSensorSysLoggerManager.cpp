@@ -18,7 +18,7 @@ namespace {
 const unsigned int MAX_DATA_SIZE = 1121;  // tighter than the file's 1200: kept so
 
 const ThreadMsgProfile<SysLogPlayerMsg, AttachLogPlayListenerMsg, DetachSysLogPlayListenerMsg, SysLogPathMsg,
-                       SysLogPlayDataDispatcherMsg>
+                       StopPlayMsg, SysLogPlayDataDispatcherMsg>
     gProfile(THREAD_MSG_SENSOR_SYS_LOGGER);
 
 const PlayFormat FORMAT = {"SensorSysLoggerManager",

@@ -64,6 +64,8 @@ class TimedReplay : public utl::ThreadMsgListener {
   int getLogTypeId() const { return mLogTypeId; }
   const char* getIdText() const { return mIdText; }
   const void* getListenerAddress() const { return mpListener; }
+  void setNumber(unsigned int nNumber) { mNumber = nNumber; }  ///< the service's, of this attachment; on its thread
+  unsigned int getNumber() const { return mNumber; }
 
   /// The replay whose listener the calling thread is in, null elsewhere. There, waiting for the service would be
   /// waiting for oneself: the service waits for this callback when it stops the replay.
@@ -108,6 +110,7 @@ class TimedReplay : public utl::ThreadMsgListener {
   const unsigned int mMaxDataSize;
   const Here mHere;
   char mIdText[ReplayFormat::ID_TEXT_SIZE];
+  unsigned int mNumber = 0;
   mutable ZTSync mSync;
   std::unique_ptr<utl::MsgDrivenThread> mpThread NFW_GUARDED_BY(mSync);  // while playing
   std::atomic<bool> mHasThread{false};                                   // goes with it, for those who only ask

@@ -30,6 +30,8 @@ class File {
   int read(void* npBuffer, unsigned int nSize);         ///< bytes read, fewer only at the end; -1 error
   int write(const void* npBuffer, unsigned int nSize);  ///< all bytes, or -1
   bool flush();                                         ///< to the kernel
+  /// Ends the file that is open for writing at `nSize`, whatever its name means by now; the position is there.
+  bool truncate(unsigned long long nSize);
 
   bool getPosition(unsigned long long* npPosition);
   bool seek(long long nOffset, int nOrigin);  ///< beyond the end is allowed
