@@ -1,6 +1,9 @@
 #include "NfwSharedThreadComponent.h"
 
+#include <utility>
+
 #include "NfwAppLog.h"
+#include "NfwWatched.h"
 
 namespace nfw {
 
@@ -17,7 +20,8 @@ bool SharedThreadComponent::initializeThread(utl::MsgDrivenSharedThread* npThrea
            getComponentName());
     return false;
   }
-  mpThread = npThread;
+  utl::MsgDrivenSharedThread* const lpBefore = std::exchange(mpThread, npThread);
+  if (lpBefore != nullptr && lpBefore != npThread) watched([&] { lpBefore->abortMsg(this); });
   return true;
 }
 
