@@ -27,6 +27,10 @@ namespace nfw {
 /// lManager.initializeBeforeQuickBoot();                     // and, after each callback, the next phase
 /// @endcode
 ///
+/// The shared thread's queue must be longer than the number of components, since all of them may complete a phase while
+/// the phase is still being run: with 16 components a queue of 16 loses a completion, with a line, and the phase never
+/// ends. The same goes for a component that is added twice: it completes a phase once, and the phase waits for two.
+///
 /// A phase is started by its driver and complete when every component has completed it; then the listener is told. All
 /// phases call the components in the order in which they were added. A component that takes more than 30000 ms is
 /// named in the log; a phase is never aborted.
@@ -38,7 +42,8 @@ class NFW_API ComponentManager : public utl::ThreadMsgListener {
  public:
   /// @param nMaxComponentNum the most components that the application adds
   explicit ComponentManager(unsigned int nMaxComponentNum);
-  /// Not from the watch's thread. What is still queued for the manager is dropped.
+  /// Not from the watch's thread. What is still queued for the manager is dropped; a phase that runs on the shared
+  /// thread is waited for, unless it is that thread which calls.
   ~ComponentManager() override;
   ComponentManager(const ComponentManager&) = delete;
   ComponentManager& operator=(const ComponentManager&) = delete;

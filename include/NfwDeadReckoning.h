@@ -79,6 +79,7 @@ class NFW_API DeadReckoning : public SysLogPlaySwitch, public LogPlaySwitch {
   ~DeadReckoning() override;
   friend class OneInstance<DeadReckoning>;
   static OneInstance<DeadReckoning>& instance();
+  bool end();
 
   const std::unique_ptr<utl::MsgDrivenSharedThread> mpThread;
   const std::unique_ptr<DeadReckoningDataDispatcher> mpDispatcher;
@@ -86,7 +87,6 @@ class NFW_API DeadReckoning : public SysLogPlaySwitch, public LogPlaySwitch {
   const std::unique_ptr<DeadReckoningLoggerPlayer> mpLogPlayer;
   const std::unique_ptr<DeadReckoningSdkDataReceiver> mpSdkReceiver;
   const std::unique_ptr<SourceSwitch> mpSources;
-  bool mIsInitialized = false;
 };
 
 }  // namespace nfw

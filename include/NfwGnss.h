@@ -129,6 +129,7 @@ class NFW_API Gnss : public SysLogPlaySwitch, public LogPlaySwitch {
   ~Gnss() override;
   friend class OneInstance<Gnss>;
   static OneInstance<Gnss>& instance();
+  bool end();
 
   const std::unique_ptr<utl::MsgDrivenSharedThread> mpThread;
   const std::unique_ptr<GnssDataDispatcher> mpDispatcher;
@@ -136,7 +137,6 @@ class NFW_API Gnss : public SysLogPlaySwitch, public LogPlaySwitch {
   const std::unique_ptr<GnssLoggerPlayer> mpLogPlayer;
   const std::unique_ptr<GpsSdkPlayer> mpSdkPlayer;
   const std::unique_ptr<SourceSwitch> mpSources;
-  bool mIsInitialized = false;
 };
 
 }  // namespace nfw

@@ -85,6 +85,9 @@ class NFW_API GnssDataDispatcher {
   /// A sentence as it came; more than 256 bytes are dropped.
   void dispatch(unsigned char const* npData, unsigned int nSize);
 
+  /// No listener is called any more: for a shared thread that does not end in time and outlasts its owner. Any thread.
+  void mute();
+
  private:
   const std::unique_ptr<ParsedPubxDataDispatcher> mpParsedPubx;
   const std::unique_ptr<ParsedNmeaDataDispatcher> mpParsedNmea;

@@ -9,6 +9,8 @@
 
 namespace nfw {
 
+template <class T>
+class OneInstance;
 class LogPlayDataDispatcher;
 class LogPlayListener;
 class LogPlayer;
@@ -128,6 +130,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   struct Inside;
 
   Logger();
+  friend class OneInstance<Logger>;
+  bool end();
 
   const std::unique_ptr<Inside> mpInside;
 };

@@ -18,7 +18,10 @@ namespace nfw {
 template <class Listener>
 class ListenerList;
 class MountDeviceList;
+template <class T>
+class OneInstance;
 class OperationControl;
+class ServiceThreadEnd;
 
 /// The process-wide list of storage devices, kept from what the mount SDK tells, and its listeners.
 ///
@@ -94,6 +97,8 @@ class NFW_API MountManager : public ZTSMountListener, public utl::ThreadMsgListe
 
  private:
   explicit MountManager(unsigned int nMaxListenerNum);
+  friend class OneInstance<MountManager>;
+  bool end();
 
   bool isOwnThread() const;
   bool request(int nMsgId, MountEventListener* npListener, bool* npResult);
@@ -112,6 +117,7 @@ class NFW_API MountManager : public ZTSMountListener, public utl::ThreadMsgListe
   const std::unique_ptr<ListenerList<MountEventListener>> mpListeners;  // changed and walked on the manager's thread
   ZTSMount* const mpMount;
   const std::unique_ptr<utl::MsgDrivenThread> mpThread;
+  const std::unique_ptr<ServiceThreadEnd> mpThreadEnd;
   std::atomic<bool> mIsStarted{false};
   const std::unique_ptr<MountDeviceList> mpDevices;   // with a lock of its own; changed on the manager's thread
   const std::unique_ptr<OperationControl> mpControl;  // of initialize()

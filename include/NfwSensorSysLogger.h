@@ -6,6 +6,9 @@
 
 namespace nfw {
 
+template <class T>
+class OneInstance;
+
 /// Starts and stops the SensorSysLoggerManager; every operation is the manager's of the same name.
 class NFW_API SensorSysLogger {
  public:
@@ -27,6 +30,8 @@ class NFW_API SensorSysLogger {
 
  private:
   SensorSysLogger() = default;
+  friend class OneInstance<SensorSysLogger>;
+  bool end() { return true; }  // it has no thread
 };
 
 }  // namespace nfw

@@ -9,6 +9,8 @@
 
 namespace nfw {
 
+template <class T>
+class OneInstance;
 class SysLogPlayDataDispatcher;
 class SysLogPlayListener;
 class SysLogPlayer;
@@ -84,6 +86,8 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
   struct Inside;
 
   SensorSysLoggerManager();
+  friend class OneInstance<SensorSysLoggerManager>;
+  bool end();
 
   const std::unique_ptr<Inside> mpInside;
 };

@@ -17,16 +17,18 @@ namespace nfw {
 /// @endcode
 ///
 /// The operations mean what the thread's operations of the same name mean; each returns 0 (false) while no thread is
-/// bound. The thread must outlive the component. The destructor of this class drops what is still queued there, but by
-/// then the class that implements receiveMsg() is gone: a component that may be deleted on another thread while
-/// messages are under way calls getThread()->abortMsg(this) first in its own destructor, which drops what is queued and
-/// waits for a handler under way.
+/// bound. The thread must outlive the component, or its binding to another one. The destructor of this class drops what
+/// is still queued there, but by then the class that implements receiveMsg() is gone: a component that may be deleted
+/// on another thread while messages are under way calls getThread()->abortMsg(this) first in its own destructor, which
+/// drops what is queued and waits for a handler under way.
 class NFW_API SharedThreadComponent : public Component, public utl::ThreadMsgListener {
  public:
   explicit SharedThreadComponent(const char* npName);
   ~SharedThreadComponent() override;
 
-  /// Binds the thread; a later call replaces it.
+  /// Binds the thread; a later call replaces it. Messages and timers that are still on the thread before are dropped,
+  /// and unless it is that thread which calls, a handler under way there is waited for. Timer ids of that thread are
+  /// void.
   /// @return false for a null thread, and for one that does not run
   bool initializeThread(utl::MsgDrivenSharedThread* npThread);
   utl::MsgDrivenSharedThread* getThread() const;

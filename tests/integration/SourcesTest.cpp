@@ -4,6 +4,7 @@
 
 #include "LogRecords.h"
 #include "Positioning.h"
+#include "StuckCall.h"
 
 namespace {
 
@@ -303,6 +304,35 @@ TYPED_TEST(SourcesTest, AThreadDoesNotStopItself) {
   this->mLog.clear();
   TypeParam::Service::destroy();  // the thread stops first
   EXPECT_EQ(Strings{}, errors(this->mLog));
+}
+
+// The thread is in the callback of the listener that is called first. When it comes back nobody is called any more.
+TYPED_TEST(SourcesTest, AServiceThatIsStuckInAListenerIsLeftBehindWhole) {
+  using Service = typename TypeParam::Service;
+  for (const bool lIsShutDown : {true, false}) {
+    StuckCall lStuck;
+    TypeParam lFirst(this->mNotes);
+    lFirst.mListener.mOnCall = [&] { lStuck.enter(); };
+    this->begin();
+    ASSERT_TRUE(lFirst.attach());
+    Service* const lpService = Service::get();
+    TypeParam::feed();
+    lStuck.awaitEntry();
+    {
+      const seams::Failing lNoTime(seams::THREAD_STOP);
+      if (lIsShutDown) TypeParam::shutdown();
+      Service::destroy();
+      EXPECT_EQ(1U, lNoTime.hits()) << "waited for once";
+    }
+    EXPECT_NE(lpService, Service::get());
+    this->begin();
+    EXPECT_TRUE(lStuck.leave());
+    EXPECT_EQ(1U, this->mNotes.count());
+    EXPECT_EQ("l", this->sources('l'));
+    EXPECT_EQ(Strings{std::string("Thread Stop TIMEOUT [") + TypeParam::THREAD + "]"}, errors(this->mLog));
+    Service::destroy();
+    this->mNotes.clear(), this->mLog.clear();
+  }
 }
 
 // Data waits for a listener that blocks, recording with it; what the queue has no room for is named, and both go on

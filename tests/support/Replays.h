@@ -102,9 +102,11 @@ class Player : public nfw::LogPlayer {
 class SysPlayer : public nfw::SysLogPlayer {
  public:
   explicit SysPlayer(Notes& nNotes) : mNotes(nNotes) {}
-  void notifyPlayStart() override { mNotes.add("start"); }
+  void notifyPlayStart() override { mNotes.add("start"), mOnStart(); }
   void notifyPlayStop() override { mNotes.add("stop"); }
   void notifyPlayEnd() override { mNotes.add("end"); }
+
+  std::function<void()> mOnStart = [] {};
 
  private:
   Notes& mNotes;

@@ -252,11 +252,15 @@ TEST_F(ComponentManagerTest, MayBeDeletedInItsLastCallback) {
 }
 
 TEST_F(ComponentManagerTest, MayBeDeletedWithMessagesUnderWay) {
-  add("A");
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  mpManager->initializeBeforeQuickBoot();
-  mpManager.reset();
+  for (int i = 0; i < 200; ++i) {
+    mpManager.reset(new nfw::ComponentManager(1));
+    add("A");
+    ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+    mpManager->initializeBeforeQuickBoot();
+    mpManager.reset();
+  }
   mThread.settle();
+  EXPECT_EQ(Notes{}, mLog.texts()) << "a phase is run under its watch or not at all";
 }
 
 }  // namespace

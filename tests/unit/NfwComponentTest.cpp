@@ -119,6 +119,39 @@ TEST(SharedThreadComponentTest, SendsAndTimesMessagesToItself) {
   EXPECT_EQ(utl::TimerMsg::MSG_ID, lComponent.mLastMsgId);
 }
 
+// It binds anew in a handler, with messages and a timer behind it on the first thread.
+TEST(SharedThreadComponentTest, LeavesNothingBehindOnTheThreadBefore) {
+  class MovingComponent : public TestComponent {
+   public:
+    MovingComponent(const char* npName, nfwtest::SharedThread& nNext) : TestComponent(npName), mNext(nNext) {}
+    void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override {
+      TestComponent::receiveMsg(nThreadId, nMsg);
+      mThreadIds.push_back(nThreadId);
+      if (mLastMsgId != 5) return;
+      EXPECT_TRUE(postMsg(6));
+      EXPECT_GT(setTimer(50, 0, 0, 0), 0);
+      EXPECT_TRUE(initializeThread(getThread()));  // the same one: everything stays
+      EXPECT_TRUE(getThread()->hasMsg(this, 6));
+      EXPECT_TRUE(initializeThread(mNext.get()));
+      EXPECT_TRUE(postMsg(7));
+    }
+    std::vector<int> mThreadIds;
+
+   private:
+    nfwtest::SharedThread& mNext;
+  };
+  seams::ManualClock lClock;
+  nfwtest::SharedThread lFirst(16), lSecond(16);
+  MovingComponent lComponent("Map", lSecond);
+  ASSERT_TRUE(lComponent.initializeThread(lFirst.get()));
+  EXPECT_TRUE(lComponent.postMsg(5));
+  lFirst.settle();
+  lClock.advance(100);
+  lFirst.settle();
+  lSecond.settle();
+  EXPECT_EQ((std::vector<int>{lFirst->getId(), lSecond->getId()}), lComponent.mThreadIds);
+}
+
 TEST(SharedThreadComponentTest, NothingIsDeliveredToADestroyedComponent) {
   class DroppingComponent : public TestComponent {
    public:

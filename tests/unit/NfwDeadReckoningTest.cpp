@@ -175,6 +175,9 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
   EXPECT_EQ(4U + 32, lPlay(lMany).size());
   lPlayer.receiveLogPlayData(20, reinterpret_cast<const unsigned char*>(r.data()), 8);
   EXPECT_EQ(Strings{}, lPlay({p}));
+  lPlay({r, v});
+  lPlayer.off(), lPlayer.on();
+  EXPECT_EQ(Strings{}, lPlay({g, p})) << "a set of the replay before";
   EXPECT_EQ(Strings{}, errors(mLog));
   refuses(lPlayer, "nfw::DeadReckoningLoggerPlayer");
   const seams::Failing lFailing(seams::POST);

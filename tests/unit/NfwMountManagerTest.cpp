@@ -19,6 +19,7 @@
 #include "NfwThreadMsgSizeCalculator.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
+#include "StuckCall.h"
 #include "ZTSMountHost.h"
 #include "utl/Event.h"
 
@@ -394,6 +395,27 @@ TEST_F(MountManagerTest, EndsForGood) {
   feed("a", 1);  // nobody listens
   EXPECT_EQ(0u, mLog.lines().size());
   EXPECT_EQ(4, mpManager->getDeviceStatus(idOf("a")));
+}
+
+TEST_F(MountManagerTest, IsLeftBehindWholeWhenItIsStuckInAListener) {
+  nfwtest::StuckCall lStuck;
+  mB.mOnEvent = [&lStuck](const MountEventMsg&) { lStuck.enter(); };
+  start();
+  EXPECT_TRUE(mpManager->attachListener(&mB));
+  feed("a", 3), feed("a", 1);
+  lStuck.awaitEntry();
+  {
+    const seams::Failing lNoTime(seams::THREAD_STOP);
+    mpManager->shutdown();
+    MountManager::destroy();
+    EXPECT_EQ(1u, lNoTime.hits()) << "waited for once";
+  }
+  EXPECT_EQ(1u, mLog.count("Thread Stop Timeout [nfw::MountManager_Thread]"));
+  EXPECT_NE(mpManager, MountManager::get());
+  mpManager = MountManager::get();
+  start();
+  EXPECT_TRUE(lStuck.leave());
+  EXPECT_EQ((Texts{"B:a 4"}), told()) << "A is not called any more, and B no second time";
 }
 
 TEST_F(MountManagerTest, AsksTheSdkForTheExternalDatabase) {

@@ -171,6 +171,32 @@ TEST_F(GnssLoggerPlayerTest, PlaysTextsOfItsIdWhileItIsOn) {
   lNone.finalize();
 }
 
+// Switched to while it is on it goes on; five kinds of an epoch, then the sixth.
+TEST_F(GnssLoggerPlayerTest, GathersAnewWhenItIsSwitchedOn) {
+  nfw::GnssLoggerPlayer lPlayer(&mDispatcher, mThread.get(), 20);
+  nfw::GnssSensorSysLoggerPlayer lSensorPlayer(&mDispatcher, mThread.get());
+  const auto lPlay = [&](const Strings& nTexts) {
+    std::string lKinds, lSensorKinds;
+    for (const std::string& lText : nTexts) {
+      lKinds += played(lPlayer, 20, lText);
+      lSensorKinds += played(lSensorPlayer, 0, 1, sensorData(lText));
+    }
+    EXPECT_EQ(lKinds, lSensorKinds);
+    return lKinds;
+  };
+  const std::string lOneGsv = gsv(1, 1, 1);
+  const auto lSwitch = [&](bool nIsOn) {
+    nIsOn ? (lPlayer.on(), lSensorPlayer.on()) : (lPlayer.off(), lSensorPlayer.off());
+  };
+  lSwitch(true);
+  EXPECT_EQ("$RMC $VTG $GGA $GSA $", lPlay({RMC_TEXT, VTG_TEXT, GGA_TEXT, GSA_TEXT, GSV_TEXT_1}));
+  lSwitch(false);
+  lSwitch(true);
+  EXPECT_EQ("$GLL $GSV $GSA $GGA $VTG ", lPlay({GLL_TEXT, lOneGsv, GSA_TEXT, GGA_TEXT, VTG_TEXT}));
+  lSwitch(true);
+  EXPECT_EQ("$RMC NMEA ", lPlay({RMC_TEXT}));
+}
+
 TEST_F(GnssLoggerPlayerTest, PlaysBinaryRecordsOfKnownVersionsWhileItIsOn) {
   const std::string lClass = "nfw::GnssSensorSysLoggerPlayer";
   nfw::GnssSensorSysLoggerPlayer lPlayer(&mDispatcher, mThread.get());

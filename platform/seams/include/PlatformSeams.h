@@ -37,6 +37,7 @@ enum Point {
   POST,               ///< postMsg and the sends refuse
   TIMER,              ///< setTimer gives -1
   THREAD_START,       ///< start gives non-zero
+  THREAD_STOP,        ///< stop has no time to wait: -2 at once while a handler runs
   LOCAL_TIME,         ///< getLocalTime is false
   LOCAL_TIME_FIELDS,  ///< Time::get is false
   TICK,               ///< getTickTime gives all ones

@@ -137,6 +137,7 @@ void MsgLoop::finishedLocked(const Delivery& nDelivery) {
 
 int MsgLoop::stop(bool nWait, unsigned int nTimeoutMs) {
   if (isOwnThread()) return -1;
+  if (seams::fails(seams::THREAD_STOP)) nTimeoutMs = 0;
   bool lHasEnded = false, lIsMine = false;
   pthread_t lThread = {};
   {

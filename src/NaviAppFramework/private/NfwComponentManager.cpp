@@ -101,9 +101,10 @@ ComponentManager::ComponentManager(unsigned int nMaxComponentNum)
   addComponent(utl::SmartPointer<Component>(new DummyComponent));
 }
 
+// A phase that begins meanwhile runs under its watch to the end: the watch goes last.
 ComponentManager::~ComponentManager() {
+  if (utl::MsgDrivenSharedThread* const lpThread = getThread()) watched([&] { lpThread->abortMsg(this); });
   stopThread(*mpWatchThread);
-  if (utl::MsgDrivenSharedThread* const lpThread = getThread()) lpThread->abortMsg(this);
 }
 
 unsigned int ComponentManager::getMaxMsgDataSize() {

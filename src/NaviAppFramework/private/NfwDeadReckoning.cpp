@@ -6,7 +6,6 @@
 #include "NfwDeadReckoningSensorSysLoggerPlayer.h"
 #include "NfwLogger.h"
 #include "NfwOneInstance.h"
-#include "NfwServiceThread.h"
 #include "NfwSourceSwitch.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "utl/MsgDrivenSharedThread.h"
@@ -49,20 +48,16 @@ DeadReckoning::DeadReckoning()
           "DeadReckoning", "nfw::DeadReckoning_SyncObject", *mpThread, {*mpSdkReceiver, "DeadReckoningSdkDataReceiver"},
           {*mpSysLogPlayer, "DeadReckoningSysLogPlayer"}, {*mpLogPlayer, "DeadReckoningLogPlayer"})) {}
 
-DeadReckoning::~DeadReckoning() {
-  if (mIsInitialized) finalize();
-  stopThread(*mpThread, "TIMEOUT");  // a shutdown on the thread itself could not
+DeadReckoning::~DeadReckoning() = default;
+
+bool DeadReckoning::end() {
+  if (mpSources->end(this, this)) return true;
+  mpDispatcher->mute();
+  return false;
 }
 
-bool DeadReckoning::initialize() {
-  mIsInitialized = true;
-  return mpSources->initialize(this, this);
-}
-
-void DeadReckoning::finalize() {
-  mIsInitialized = false;
-  mpSources->shutdown(this, this);
-}
+bool DeadReckoning::initialize() { return mpSources->initialize(this, this); }
+void DeadReckoning::finalize() { mpSources->shutdown(this, this); }
 
 bool DeadReckoning::attachDeadReckoningNmeaDataListener(DeadReckoningNmeaDataListener* npListener) {
   return mpDispatcher->attachDeadReckoningNmeaDataListener(npListener);

@@ -13,6 +13,7 @@ class DeadReckoningDataDispatcher {
   bool attachDeadReckoningNmeaDataListener(DeadReckoningNmeaDataListener* npListener);
   bool detachDeadReckoningNmeaDataListener(DeadReckoningNmeaDataListener* npListener);
   void dispatch(const DeadReckoningNmeaSentence& nSet);
+  void mute() { mDispatcher.mute(); }  ///< no listener is called any more; any thread
 
  private:
   DeadReckoningNmeaDataDispatcher mDispatcher;

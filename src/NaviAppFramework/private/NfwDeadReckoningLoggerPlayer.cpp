@@ -2,6 +2,7 @@
 
 #include "NfwAppLog.h"
 #include "NfwBytesMsg.h"
+#include "NfwGatheredMsg.h"
 #include "NfwLogger.h"
 #include "NfwMsgRoute.h"
 #include "NfwNmeaDataParser.h"
@@ -13,10 +14,10 @@ namespace {
 
 const int NMEA_DATA_RECEIVE_MSG = ownMsgId(0x02);
 
-class NmeaDataReceiveMsg : public BytesMsg<NmeaSentenceData::MAX_TEXT> {
+class NmeaDataReceiveMsg : public GatheredMsg<BytesMsg<NmeaSentenceData::MAX_TEXT>> {
  public:
   static constexpr const char* NAME = "NmeaDataReceiveMsg";
-  using BytesMsg<NmeaSentenceData::MAX_TEXT>::BytesMsg;
+  using GatheredMsg<BytesMsg<NmeaSentenceData::MAX_TEXT>>::GatheredMsg;
 };
 
 const ThreadMsgProfile<NmeaDataReceiveMsg> gProfile(THREAD_MSG_DEAD_RECKONING);
@@ -39,7 +40,7 @@ void DeadReckoningLoggerPlayer::finalize() {
 
 void DeadReckoningLoggerPlayer::receiveLogPlayData(int nLogTypeId, const unsigned char* npData, unsigned int nSize) {
   if (nLogTypeId != mLoggerId || !isOn || !mpThread->isRunning() || nSize > NmeaDataReceiveMsg::DATA_MAX) return;
-  const NmeaDataReceiveMsg lMsg(NMEA_DATA_RECEIVE_MSG, npData, nSize);
+  const NmeaDataReceiveMsg lMsg(mGeneration, NMEA_DATA_RECEIVE_MSG, npData, nSize);
   postRecord(*mpThread, this, lMsg, "nfw::DeadReckoningLoggerPlayer::receiveLogPlayData()");
 }
 
@@ -52,6 +53,7 @@ void DeadReckoningLoggerPlayer::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg&
 void DeadReckoningLoggerPlayer::onReceiveDeadReckoningNmeaData(utl::ThreadRawMsg& nMsg) {
   NmeaDataReceiveMsg lMsg;
   if (!lMsg.restoreFrom(nMsg) || lMsg.mSize > NmeaDataReceiveMsg::DATA_MAX) return;
+  if (isFirstOf(lMsg.mGeneration)) clearSentenceData();
   const int lType = NmeaDataParser::analyzeNmeaSentenceType(reinterpret_cast<const char*>(lMsg.mData), lMsg.mSize);
   NmeaSentenceData* const lpSlot = slotFor(lType);
   if (lpSlot == nullptr) return;
@@ -60,6 +62,11 @@ void DeadReckoningLoggerPlayer::onReceiveDeadReckoningNmeaData(utl::ThreadRawMsg
   if (lType != NMEA_PUBX) return;
   mIsOpen = false;
   mpDispatcher->dispatch(mSet);
+}
+
+void DeadReckoningLoggerPlayer::clearSentenceData() {
+  mSet.clear();
+  mIsOpen = false;
 }
 
 /// The place of a sentence in the set under way; null when there is none for it.

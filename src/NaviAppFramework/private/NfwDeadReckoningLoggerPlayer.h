@@ -18,6 +18,7 @@ class DeadReckoningLoggerPlayer : public utl::ThreadMsgListener, public LogPlayL
 
   bool initialize() override;
   void finalize() override;
+  void clearSentenceData();  ///< forgets the set being gathered
 
   void receiveLogPlayData(int nLogTypeId, const unsigned char* npData, unsigned int nSize) override;
   void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;

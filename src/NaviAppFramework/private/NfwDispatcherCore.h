@@ -21,6 +21,9 @@ enum DispatcherMsg : int {
 /// this object goes.
 class DispatcherCore : public utl::ThreadMsgListener {
  public:
+  /// From any thread: listeners are not called any more. For a thread that has outlasted its service.
+  void mute() { mListeners.mute(); }
+
  protected:
   /// `npName` is the class with its namespace, a literal: the lock and the log lines carry it.
   DispatcherCore(const char* npName, unsigned int nCapacity, utl::MsgDrivenSharedThread* npThread);

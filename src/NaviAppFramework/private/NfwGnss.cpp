@@ -6,7 +6,6 @@
 #include "NfwGpsSdkPlayer.h"
 #include "NfwLogger.h"
 #include "NfwOneInstance.h"
-#include "NfwServiceThread.h"
 #include "NfwSourceSwitch.h"
 #include "utl/MsgDrivenSharedThread.h"
 
@@ -69,20 +68,16 @@ Gnss::Gnss()
       mpSources(new SourceSwitch("Gnss", "nfw::Gnss_SyncObject", *mpThread, {*mpSdkPlayer, "GpsSdkPlayer"},
                                  {*mpSysLogPlayer, "GnssSysLogPlayer"}, {*mpLogPlayer, "GnssLogPlayer"})) {}
 
-Gnss::~Gnss() {
-  if (mIsInitialized) shutdown();
-  stopThread(*mpThread, "TIMEOUT");  // a shutdown on the thread itself could not
+Gnss::~Gnss() = default;
+
+bool Gnss::end() {
+  if (mpSources->end(this, this)) return true;
+  mpDispatcher->mute();
+  return false;
 }
 
-bool Gnss::initialize() {
-  mIsInitialized = true;
-  return mpSources->initialize(this, this);
-}
-
-void Gnss::shutdown() {
-  mIsInitialized = false;
-  mpSources->shutdown(this, this);
-}
+bool Gnss::initialize() { return mpSources->initialize(this, this); }
+void Gnss::shutdown() { mpSources->shutdown(this, this); }
 
 void Gnss::startSysLogPlay() { mpSources->startSysLogPlay(); }
 void Gnss::stopSysLogPlay() { mpSources->stopSysLogPlay(); }

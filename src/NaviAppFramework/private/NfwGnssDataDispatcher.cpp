@@ -114,6 +114,13 @@ bool GnssDataDispatcher::detachNmeaDataListener(NmeaDataListener* npListener) {
   return mpNmea->detachListener(npListener);
 }
 
+void GnssDataDispatcher::mute() {
+  DispatcherCore* const DISPATCHERS[] = {mpParsedPubx.get(), mpParsedNmea.get(), mpNmea.get(),      mpParsedGga.get(),
+                                         mpParsedGll.get(),  mpParsedGsa.get(),  mpParsedGsv.get(), mpParsedVtg.get(),
+                                         mpParsedZda.get(),  mpParsedRmc.get()};
+  for (DispatcherCore* const lpDispatcher : DISPATCHERS) lpDispatcher->mute();
+}
+
 void GnssDataDispatcher::dispatch(GgaSentence nRecord) { mpParsedGga->dispatch(nRecord); }
 void GnssDataDispatcher::dispatch(GllSentence nRecord) { mpParsedGll->dispatch(nRecord); }
 void GnssDataDispatcher::dispatch(GsaSentence nRecord) { mpParsedGsa->dispatch(nRecord); }

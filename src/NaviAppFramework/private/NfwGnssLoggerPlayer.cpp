@@ -2,6 +2,7 @@
 
 #include "NfwAppLog.h"
 #include "NfwBytesMsg.h"
+#include "NfwGatheredMsg.h"
 #include "NfwLogger.h"
 #include "NfwMsgRoute.h"
 #include "NfwPostRecord.h"
@@ -12,10 +13,10 @@ namespace {
 
 const int NMEA_DATA_RECEIVE_MSG = ownMsgId(0x02);
 
-class NmeaDataReceiveMsg : public BytesMsg<130> {
+class NmeaDataReceiveMsg : public GatheredMsg<BytesMsg<130>> {
  public:
   static constexpr const char* NAME = "NmeaDataReceiveMsg";
-  using BytesMsg<130>::BytesMsg;
+  using GatheredMsg<BytesMsg<130>>::GatheredMsg;
 };
 
 const ThreadMsgProfile<NmeaDataReceiveMsg> gProfile(THREAD_MSG_GNSS);
@@ -38,7 +39,7 @@ void GnssLoggerPlayer::finalize() {
 
 void GnssLoggerPlayer::receiveLogPlayData(int nLogTypeId, const unsigned char* npData, unsigned int nSize) {
   if (nLogTypeId != mLoggerId || !isOn || !mpThread->isRunning() || nSize > NmeaDataReceiveMsg::DATA_MAX) return;
-  const NmeaDataReceiveMsg lMsg(NMEA_DATA_RECEIVE_MSG, npData, nSize);
+  const NmeaDataReceiveMsg lMsg(mGeneration, NMEA_DATA_RECEIVE_MSG, npData, nSize);
   postRecord(*mpThread, this, lMsg, "nfw::GnssLoggerPlayer::receiveLogPlayData()");
 }
 
@@ -50,6 +51,7 @@ void GnssLoggerPlayer::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) {
 void GnssLoggerPlayer::onReceiveNmeaData(utl::ThreadRawMsg& nMsg) {
   NmeaDataReceiveMsg lMsg;
   if (!lMsg.restoreFrom(nMsg) || lMsg.mSize > NmeaDataReceiveMsg::DATA_MAX) return;
+  if (isFirstOf(lMsg.mGeneration)) clearSentenceData();
   unsigned char lText[NmeaDataReceiveMsg::DATA_MAX + 1] = {};  // terminated, also when it is full
   memcpy(lText, lMsg.mData, lMsg.mSize);
   mReplay.play(lText, lMsg.mSize);

@@ -1,6 +1,7 @@
 #include "NfwGnssSensorSysLoggerPlayer.h"
 
 #include "NfwAppLog.h"
+#include "NfwGatheredMsg.h"
 #include "NfwMsgRoute.h"
 #include "NfwPostRecord.h"
 #include "NfwSensorSysLoggerManager.h"
@@ -14,10 +15,10 @@ const int NMEA_DATA_RECEIVE_MSG = ownMsgId(0x02);
 const int SENSOR_LOG_GNSS = 0;
 const unsigned int MAX_NMEA_SENTENCE_SIZE = 256;
 
-class NmeaDataReceiveMsg : public VersionedBytesMsg<60> {
+class NmeaDataReceiveMsg : public GatheredMsg<VersionedBytesMsg<60>> {
  public:
   static constexpr const char* NAME = "NmeaDataReceiveMsg";
-  using VersionedBytesMsg<60>::VersionedBytesMsg;
+  using GatheredMsg<VersionedBytesMsg<60>>::GatheredMsg;
 };
 
 const ThreadMsgProfile<NmeaDataReceiveMsg> gProfile(THREAD_MSG_GNSS);
@@ -39,7 +40,7 @@ void GnssSensorSysLoggerPlayer::finalize() { SensorSysLoggerManager::get()->deta
 void GnssSensorSysLoggerPlayer::receiveSysLogPlayData(int nLogTypeId, int nLogVersion, const unsigned char* npData,
                                                       unsigned int nSize) {
   if (nLogTypeId != SENSOR_LOG_GNSS || !isOn || nSize > NmeaDataReceiveMsg::DATA_MAX || !mpThread->isRunning()) return;
-  const NmeaDataReceiveMsg lMsg(NMEA_DATA_RECEIVE_MSG, nLogVersion, npData, nSize);
+  const NmeaDataReceiveMsg lMsg(mGeneration, NMEA_DATA_RECEIVE_MSG, nLogVersion, npData, nSize);
   postRecord(*mpThread, this, lMsg, "nfw::GnssSensorSysLoggerPlayer::receiveSysLogPlayData()");
 }
 
@@ -52,6 +53,7 @@ void GnssSensorSysLoggerPlayer::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg&
 void GnssSensorSysLoggerPlayer::onReceiveNmeaData(utl::ThreadRawMsg& nMsg) {
   NmeaDataReceiveMsg lMsg;
   if (!lMsg.restoreFrom(nMsg) || lMsg.mSize > NmeaDataReceiveMsg::DATA_MAX) return;
+  if (isFirstOf(lMsg.mGeneration)) clearSentenceData();
   const unsigned int lVersion = static_cast<unsigned int>(lMsg.mVersion);
   NmeaBinaryLogData* const lpConverter = getConverter(lVersion);
   if (lpConverter == nullptr) {

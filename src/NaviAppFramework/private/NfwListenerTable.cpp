@@ -44,6 +44,8 @@ ListenerTable::Walk::Walk(ListenerTable& nTable)
 
 ListenerTable::Walk::~Walk() { mTable.mpWalk = mpOuter; }
 
-void* ListenerTable::Walk::next() { return mCursor > 0 ? mTable.mEntries[--mCursor].mpListener : nullptr; }
+void* ListenerTable::Walk::next() {
+  return mCursor > 0 && !mTable.mIsMuted ? mTable.mEntries[--mCursor].mpListener : nullptr;
+}
 
 }  // namespace nfw

@@ -24,6 +24,8 @@ class ListenerTable {
   unsigned int getLastNumber() const { return mLastNumber; }  ///< of the attachments so far; any thread
   static bool isLater(unsigned int nNumber, unsigned int nOther) { return static_cast<int>(nNumber - nOther) > 0; }
   unsigned int size() const { return mEntries.size(); }
+  /// From any thread and for good: no call of a listener begins any more, not in walks under way either.
+  void mute() { mIsMuted = true; }
 
   /// From the last attached to the first. One attached meanwhile is not met. A walk may be made inside another's call.
   class Walk {
@@ -53,6 +55,7 @@ class ListenerTable {
 
   utl::Array<Entry> mEntries;
   std::atomic<unsigned int> mLastNumber{0};
+  std::atomic<bool> mIsMuted{false};
   Walk* mpWalk = nullptr;  // the innermost walk under way
 };
 
@@ -67,6 +70,7 @@ class ListenerList {
   void detach(const Listener* npListener, unsigned int nLastNumber) { mTable.detach(npListener, nLastNumber); }
   unsigned int getLastNumber() const { return mTable.getLastNumber(); }
   unsigned int size() const { return mTable.size(); }
+  void mute() { mTable.mute(); }
 
   /// Calls `nCall(listener)` for each, last attached first.
   template <class Call>

@@ -173,7 +173,7 @@ void LogWriter::shutdown() {
   if (mState.exchange(SHUT_DOWN) == SHUT_DOWN) return;
   setBackupIdle(true);
   stop();
-  stopThread(mThread);
+  mThreadEnd.stop(mThread);
   setBackupIdle(true);
 }
 

@@ -9,6 +9,7 @@
 #include "NfwLogRecordBase.h"
 #include "NfwOperationControl.h"
 #include "NfwRetryInterval.h"
+#include "NfwServiceThread.h"
 #include "NfwStreamBuffer.h"
 #include "NfwThreadSafety.h"
 #include "NfwZtFileCopy.h"
@@ -45,6 +46,7 @@ class LogWriter : public utl::ThreadMsgListener {
   void flush();  ///< what is buffered goes to the file
   void stop();   ///< cancels a backup and waits for its end
   void shutdown();
+  bool hasEnded() { return mThreadEnd.isOver(mThread); }  ///< after shutdown(): false when the thread runs on
   bool isRecording() const { return mIsRecording; }
 
   bool open();
@@ -103,6 +105,7 @@ class LogWriter : public utl::ThreadMsgListener {
   enum State { CREATED, INITIALIZED, SHUT_DOWN };
 
   utl::MsgDrivenThread mThread;
+  ServiceThreadEnd mThreadEnd;
   ZTSync mFileSync{"nfw::LogWriter_File"};  // before mSync: over the file and the front of the ring
   ZTSync mSync{"nfw::LogWriter"};
   LogFile mFile;  // changed under both locks, written to under mFileSync, asked under either

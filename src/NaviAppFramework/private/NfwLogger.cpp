@@ -128,7 +128,15 @@ void Logger::destroy() { instance().destroy(); }
 
 Logger::Logger() : mpInside(new Inside(this)) {}
 
-Logger::~Logger() { shutdown(); }
+Logger::~Logger() = default;
+
+bool Logger::end() {
+  shutdown();
+  const bool lHasWriterEnded = mpInside->mWriter.hasEnded();
+  if (mpInside->mPlay.hasEnded()) return lHasWriterEnded;
+  mpInside->mListeners.mute();
+  return false;
+}
 
 bool Logger::initialize() {
   return mpInside->mPlay.initialize(this, [this] {

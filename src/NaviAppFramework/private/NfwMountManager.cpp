@@ -45,11 +45,17 @@ MountManager::MountManager(unsigned int nMaxListenerNum)
     : mpListeners(new ListenerList<MountEventListener>(nMaxListenerNum, false)),
       mpMount(ZTSMount::GetInstance()),
       mpThread(new utl::MsgDrivenThread(maxMsgDataSize(), QUEUE_LENGTH, "nfw::MountManager_Thread", 0)),
+      mpThreadEnd(new ServiceThreadEnd),
       mpDevices(new MountDeviceList),
       mpControl(new OperationControl) {}
 
-MountManager::~MountManager() {
+MountManager::~MountManager() = default;
+
+bool MountManager::end() {
   if (mIsStarted) shutdown();
+  if (mpThreadEnd->isOver(*mpThread)) return true;
+  mpListeners->mute();
+  return false;
 }
 
 bool MountManager::initialize() {
@@ -68,7 +74,7 @@ bool MountManager::initialize() {
 void MountManager::shutdown() {
   mpControl->prohibit();
   watched([this] { return mpMount->removeListener(this); });
-  stopThread(*mpThread);
+  mpThreadEnd->stop(*mpThread);
   mIsStarted = false;
   unsigned int lCount = 0;
   {

@@ -14,7 +14,7 @@ namespace nfw {
 /// normally by an AutoCompleteOperation. A shutdown calls prohibit(), never from inside an operation of the same gate:
 /// it would wait for itself. An operation does not ask its own gate again either: it would be refused half-way.
 ///
-/// Both counts lie in one atomic, so that while the gate is open an operation costs two exchanges and no lock.
+/// While the gate is open and nobody waits in prohibit(), an operation costs two exchanges and no lock.
 class OperationControl {
  public:
   OperationControl() = default;
@@ -27,11 +27,16 @@ class OperationControl {
   void permit();    ///< takes one prohibit() back
 
  private:
-  void completeClosed() NFW_EXCLUDES(mSync);
+  void completeWatched() NFW_EXCLUDES(mSync);
+  bool close() NFW_EXCLUDES(mSync);
+  bool isIdle() NFW_EXCLUDES(mSync);
+  void setFlags() NFW_REQUIRES(mSync);
 
-  std::atomic<uint64_t> mCounts{0};       // high half: prohibit() calls outstanding; low half: operations under way
-  ZTSync mSync{"nfw::OperationControl"};  // held where the gate is closed or a closing one is told
-  utl::Event mIdleEvent{true};            // on when nobody has to wait in prohibit()
+  std::atomic<uint64_t> mStartCount{0};  // low half: operations under way; above it whether they are watched, and why
+  uint32_t mStopRequestedCount NFW_GUARDED_BY(mSync) = 0;  // prohibit() calls outstanding
+  uint32_t mWaiterNum NFW_GUARDED_BY(mSync) = 0;           // prohibit() calls that have not returned
+  ZTSync mSync{"nfw::OperationControl"};                   // held by whoever changes a watched gate
+  utl::Event mIdleEvent{true};                             // on when nobody has to wait in prohibit()
 };
 
 /// Completes the operation that start() admitted, on every way out.

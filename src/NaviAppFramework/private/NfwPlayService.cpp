@@ -86,13 +86,20 @@ bool PlayService::closeGate() {
 // replays then. Of a thread that did not end in time nothing is asked.
 bool PlayService::stopServiceThread() {
   const bool lIsPosted = watched([this] { return mThread.postMsg(mFormat.mShutdownMsg); }, mHere);
-  stopThread(mThread, "Timeout", mHere);
+  mThreadEnd.stop(mThread, "Timeout", mHere);
   if (mThread.isRunning()) return false;
   if (!lIsPosted) stopReplays();
   if (mPlayers.size() == 0) return true;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "%s::shutdown(): LogPlayer remain: Count=%u", mFormat.mpClass,
          mPlayers.size());
   return true;
+}
+
+bool PlayService::hasEnded() {
+  if (mThreadEnd.isOver(mThread, "Timeout", mHere)) return true;
+  mIsLeftBehind = true;
+  mPlayers.mute();
+  return false;
 }
 
 void PlayService::onShutdown(utl::ThreadRawMsg& /*nMsg*/) { stopReplays(); }
@@ -182,6 +189,7 @@ bool PlayService::attachPlayListenerInternal(int nLogTypeId, void* npListener) {
   }
   const utl::SmartPointer<TimedReplay> lpReplay(createReplay(nLogTypeId, npListener));
   lpReplay->setNumber(++mLastReplayNumber);
+  lpReplay->muteWith(mIsLeftBehind);
   return mReplays.add(lpReplay);
 }
 

@@ -7,6 +7,7 @@
 #include "NfwLogFilePath.h"
 #include "NfwOperationControl.h"
 #include "NfwServiceRequests.h"
+#include "NfwServiceThread.h"
 #include "NfwThreadSafety.h"
 #include "ZTSync.h"
 #include "utl/Array.h"
@@ -91,6 +92,9 @@ class PlayService {
     nStopRecorder();
     return stopServiceThread();
   }
+  /// After a shutdown, before the service is deleted: false when its thread runs on. Then no player and no play
+  /// listener is called any more.
+  bool hasEnded();
 
   // Any thread.
   bool attachPlayer(void* npPlayer);
@@ -148,9 +152,11 @@ class PlayService {
   const PlayFormat& mFormat;
   const Here mHere;
   utl::MsgDrivenThread mThread;
+  ServiceThreadEnd mThreadEnd;
   ServiceRequests mRequests;
   OperationControl mControl;
   std::atomic<State> mState{CREATED};
+  std::atomic<bool> mIsLeftBehind{false};
   ZTSync mLifeSync{"nfw::PlayService_Life"};  // one initialize() or shutdown() at a time
 
   // On the service's thread only.

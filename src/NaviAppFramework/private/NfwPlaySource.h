@@ -2,11 +2,15 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
+#include <utility>
 
 namespace nfw {
 
 /// One of the three sources of a facade. Switched by the facade, on any thread; a source looks at its switch when data
-/// comes in, on the thread that brings it: what was queued before a source went off is still handed on.
+/// comes in, on the thread that brings it: what was queued before a source went off is still handed on. What a source
+/// gathers of several messages begins anew each time it is switched on. The messages tell that by their generation:
+/// what is gathered belongs to the thread that handles them.
 class PlaySource {
  public:
   virtual ~PlaySource() = default;
@@ -14,11 +18,23 @@ class PlaySource {
   virtual bool initialize() = 0;
   virtual void finalize() = 0;
 
-  void on() { isOn = true; }
+  /// Under the facade's lock. A source that is on already goes on as it is.
+  void on() {
+    if (isOn) return;
+    ++mGeneration;  // first: what comes in from here on belongs to it
+    isOn = true;
+  }
   void off() { isOn = false; }
 
  protected:
   std::atomic<bool> isOn{false};
+  /// On the thread that gathers, for each message: it is the first since the source was switched on.
+  bool isFirstOf(uint32_t nGeneration) { return std::exchange(mGathered, nGeneration) != nGeneration; }
+
+  std::atomic<uint32_t> mGeneration{0};  // counts the times it was switched on; goes with what comes in
+
+ private:
+  uint32_t mGathered = 0;
 };
 
 }  // namespace nfw

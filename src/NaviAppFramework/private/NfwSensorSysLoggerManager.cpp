@@ -79,7 +79,12 @@ void SensorSysLoggerManager::destroy() { instance().destroy(); }
 
 SensorSysLoggerManager::SensorSysLoggerManager() : mpInside(new Inside(this)) {}
 
-SensorSysLoggerManager::~SensorSysLoggerManager() { shutdown(); }
+SensorSysLoggerManager::~SensorSysLoggerManager() = default;
+
+bool SensorSysLoggerManager::end() {
+  shutdown();
+  return mpInside->mPlay.hasEnded();
+}
 
 bool SensorSysLoggerManager::initialize() {
   return mpInside->mPlay.initialize(this, [this] { return mpInside->mWriter.initialize(); });

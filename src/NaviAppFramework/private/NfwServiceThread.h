@@ -1,6 +1,8 @@
 // Starting and stopping the thread of a service, with the lines that every service writes.
 #pragma once
 
+#include <atomic>
+
 #include "NfwAppLog.h"
 #include "NfwWatched.h"
 #include "utl/MsgDrivenSharedThread.h"
@@ -33,13 +35,35 @@ inline bool startThread(utl::MsgDrivenSharedThread& nThread, const Here& nHere =
       nThread.getName());
 }
 
-/// Stops a running thread of either class. `npTimeoutWord` is "Timeout" or "TIMEOUT": services differ in it.
+/// Stops a running thread of either class. `npTimeoutWord` is "Timeout" or "TIMEOUT": services differ in it. False when
+/// the time was not enough: what the thread uses has to stay.
 template <class Thread>
-void stopThread(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
-  if (!nThread.isRunning()) return;
+bool stopThread(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
+  if (!nThread.isRunning()) return true;
   const int lResult = watched([&nThread] { return nThread.stop(1, THREAD_STOP_TIMEOUT_MS); }, nHere);
   if (lResult == -1) APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "Thread Stop NG [%s]", nThread.getName());
   if (lResult == -2) APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "Thread Stop %s [%s]", npTimeoutWord, nThread.getName());
+  return lResult != -2;
 }
+
+/// How a service's thread ends. One that is stuck in a callback is waited for once: after that its service is left
+/// behind rather than deleted under it.
+class ServiceThreadEnd {
+ public:
+  /// What a shutdown does.
+  template <class Thread>
+  void stop(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
+    mIsLate = !stopThread(nThread, npTimeoutWord, nHere);
+  }
+  /// Before the service is deleted: stops the thread where a shutdown has not, as from within. False when it runs on.
+  template <class Thread>
+  bool isOver(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
+    if (!mIsLate) stop(nThread, npTimeoutWord, nHere);
+    return !nThread.isRunning();
+  }
+
+ private:
+  std::atomic<bool> mIsLate{false};
+};
 
 }  // namespace nfw

@@ -1,5 +1,7 @@
 #include "NfwSharedThreadComponent.h"
 
+#include <utility>
+
 #include "NfwAppLog.h"
 #include "NfwWatched.h"
 
@@ -18,7 +20,8 @@ bool SharedThreadComponent::initializeThread(utl::MsgDrivenSharedThread* npThrea
            getComponentName());
     return false;
   }
-  mpThread = npThread;
+  utl::MsgDrivenSharedThread* const lpBefore = std::exchange(mpThread, npThread);
+  if (lpBefore != nullptr && lpBefore != npThread) watched([&] { lpBefore->abortMsg(this); });
   return true;
 }
 

@@ -3,7 +3,6 @@
 #include "NfwAppLog.h"
 #include "NfwLogger.h"
 #include "NfwSensorSysLoggerManager.h"
-#include "NfwServiceThread.h"
 #include "NfwWatched.h"
 
 namespace nfw {
@@ -13,6 +12,7 @@ SourceSwitch::SourceSwitch(const char* npFacade, const char* npLockName, utl::Ms
     : mpFacade(npFacade), mThread(nThread), mLive(nLive), mSysLog(nSysLog), mLog(nLog), mSync(npLockName, 1) {}
 
 bool SourceSwitch::initialize(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
+  mIsInitialized = true;
   if (!startThread(mThread)) return false;
   forgetPlaying();
   if (!initializeSource(mLive) || !initializeSource(mSysLog) || !initializeSource(mLog)) return false;
@@ -25,11 +25,17 @@ bool SourceSwitch::initialize(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlay
 
 // The lock is not held while the facade is detached: the services' threads may be in one of its switches.
 void SourceSwitch::shutdown(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
+  mIsInitialized = false;
   for (const Source* lpSource : mAll) lpSource->mSource.off();
   for (const Source* lpSource : mAll) lpSource->mSource.finalize();
   SensorSysLoggerManager::get()->detachPlayer(npSysLogPlayer);
   Logger::get()->detachPlayer(npLogPlayer);
-  stopThread(mThread, "TIMEOUT");
+  mThreadEnd.stop(mThread, "TIMEOUT");
+}
+
+bool SourceSwitch::end(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
+  if (mIsInitialized) shutdown(npLogPlayer, npSysLogPlayer);
+  return mThreadEnd.isOver(mThread, "TIMEOUT");
 }
 
 /// What an earlier life was told: nothing plays now, or the sources could not attach.

@@ -3,6 +3,7 @@
 
 #include "NfwLogPlayer.h"
 #include "NfwPlaySource.h"
+#include "NfwServiceThread.h"
 #include "NfwSysLogPlayer.h"
 #include "NfwThreadSafety.h"
 #include "ZTSync.h"
@@ -27,6 +28,8 @@ class SourceSwitch {
   /// done before a failing step stays done: shutdown() is the way back.
   bool initialize(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer);
   void shutdown(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer);
+  /// Before the facade is deleted: shuts down where that was left out. False when the thread runs on.
+  bool end(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer);
 
   void startLogPlay() { setPlaying(&SourceSwitch::isLogPlaying, true); }
   void stopLogPlay() { setPlaying(&SourceSwitch::isLogPlaying, false); }
@@ -46,6 +49,8 @@ class SourceSwitch {
   const Source mSysLog;
   const Source mLog;
   const Source* const mAll[3] = {&mLive, &mSysLog, &mLog};
+  ServiceThreadEnd mThreadEnd;
+  bool mIsInitialized = false;  // or on the way there: a shutdown is due
   ZTSync mSync;
   bool isLogPlaying NFW_GUARDED_BY(mSync) = false;
   bool isSysLogPlaying NFW_GUARDED_BY(mSync) = false;

@@ -290,7 +290,7 @@ bool TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
 }
 
 void TimedReplay::callListener(const LogInfo& nInfo) {
-  if (mIsMuted) return;
+  if (mIsMuted || *mpIsServiceMuted) return;
   const DeliveryMark lMark(this);
   deliver(nInfo);
 }

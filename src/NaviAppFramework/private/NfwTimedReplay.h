@@ -72,6 +72,8 @@ class TimedReplay : public utl::ThreadMsgListener {
   static TimedReplay* delivering();
   /// From inside the callback: it is the last one.
   void mute() { mIsMuted = true; }
+  /// Before the first start: the service's own word that no listener is called any more.
+  void muteWith(const std::atomic<bool>& nIsMuted) { mpIsServiceMuted = &nIsMuted; }
 
   void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
 
@@ -113,6 +115,7 @@ class TimedReplay : public utl::ThreadMsgListener {
   std::unique_ptr<utl::MsgDrivenThread> mpThread NFW_GUARDED_BY(mSync);  // while playing
   std::atomic<bool> mHasThread{false};                                   // goes with it, for those who only ask
   std::atomic<bool> mIsMuted{false};
+  const std::atomic<bool>* mpIsServiceMuted = &mIsMuted;  // not owned
   const std::unique_ptr<RecordReader> mpReader;
   ReplayTiming mTiming NFW_GUARDED_BY(mSync);
   utl::Map<int, LogInfo> mPending NFW_GUARDED_BY(mSync);  // by timer id
