@@ -17,12 +17,13 @@ expect() {  # SCRIPT STATUS TEXT ARGUMENT...: the output has the text
 
 for script in "$ROOT"/scripts/* "$ROOT"/bench/* "$ROOT"/.ci/*; do
   [ -x "$script" ] || continue
-  first=$(sed -n '2s/^# //p' "$script")
-  expect "$script" 0 "${first:?$script does not tell what it is for}" --help
-  expect "$script" 0 "$first" -h
+  purpose=$(sed -n '2s/^[#"]* *//p' "$script")
+  expect "$script" 0 "${purpose:0:20}" --help
+  expect "$script" 0 "${purpose:0:20}" -h
   expect "$script" 2 "--no-such" --no-such
 done
 expect "$ROOT/scripts/fuzz" 2 "NoSuchFuzz" 30 NoSuchFuzz
 expect "$ROOT/scripts/fuzz" 2 "0" 0
+expect "$ROOT/scripts/setup" 2 "nosuch" build nosuch
 expect "$ROOT/scripts/test" 2 "arm" dev arm
 exit "$FAILED"
