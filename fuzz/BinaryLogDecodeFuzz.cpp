@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "BinaryLog.h"
-#include "NfwAppLog.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "BinaryLogFuzz.h"
 
 using binarylog::Converter;
 
@@ -28,22 +26,15 @@ void checkSet(Converter& nVersion, const binarylog::Bytes& nRecord) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* /*npArgCount*/, char*** /*npppArgs*/) {
-  nfw::registerLogType(nfw::LOG_TYPE_NFW, "fuzz", nfw::LOG_LEVEL_NONE);
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize) {
-  static nfw::NmeaBinaryLogDataVersion0 gVersion0;
-  static nfw::NmeaBinaryLogDataVersion1 gVersion1;
   if (nSize == 0) return 0;
   const binarylog::Bytes lRecord(npData + 1, npData + nSize);
-  for (Converter* lpVersion : {&gVersion0, static_cast<Converter*>(&gVersion1)}) {
-    const auto lText = binarylog::run(*lpVersion, &Converter::convertToNmeaSentence, lRecord, 256);
-    const auto lCut = binarylog::run(*lpVersion, &Converter::convertToNmeaSentence, lRecord, npData[0]);
+  forEachVersion([&](Converter& nVersion) {
+    const auto lText = binarylog::run(nVersion, &Converter::convertToNmeaSentence, lRecord, 256);
+    const auto lCut = binarylog::run(nVersion, &Converter::convertToNmeaSentence, lRecord, npData[0]);
     check(lCut.empty() || lCut == lText);
     check(lText.empty() || (lText[0] == '$' && lText.back() == '\n'));
-    checkSet(*lpVersion, lRecord);
-  }
+    checkSet(nVersion, lRecord);
+  });
   return 0;
 }

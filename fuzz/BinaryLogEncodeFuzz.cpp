@@ -3,9 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "BinaryLog.h"
-#include "NfwAppLog.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "BinaryLogFuzz.h"
 
 using binarylog::Converter;
 
@@ -18,22 +16,15 @@ const binarylog::Operation ENCODERS[] = {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* /*npArgCount*/, char*** /*npppArgs*/) {
-  nfw::registerLogType(nfw::LOG_TYPE_NFW, "fuzz", nfw::LOG_LEVEL_NONE);
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize) {
-  static nfw::NmeaBinaryLogDataVersion0 gVersion0;
-  static nfw::NmeaBinaryLogDataVersion1 gVersion1;
   if (nSize == 0) return 0;
   const binarylog::Bytes lSentence(npData + 1, npData + nSize);
-  for (Converter* lpVersion : {&gVersion0, static_cast<Converter*>(&gVersion1)}) {
+  forEachVersion([&](Converter& nVersion) {
     for (const binarylog::Operation lEncoder : ENCODERS) {
       for (const unsigned int lRoom : {60U, npData[0] % 60U}) {
-        if (binarylog::run(*lpVersion, lEncoder, lSentence, lRoom).size() > lRoom) abort();
+        if (binarylog::run(nVersion, lEncoder, lSentence, lRoom).size() > lRoom) abort();
       }
     }
-  }
+  });
   return 0;
 }

@@ -5,9 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "BinaryLog.h"
-#include "NfwAppLog.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
+#include "BinaryLogFuzz.h"
 
 using binarylog::Bytes;
 using binarylog::Converter;
@@ -28,21 +26,14 @@ bool isBound(const Bytes& nRecord) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int* /*npArgCount*/, char*** /*npppArgs*/) {
-  nfw::registerLogType(nfw::LOG_TYPE_NFW, "fuzz", nfw::LOG_LEVEL_NONE);
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize) {
-  static nfw::NmeaBinaryLogDataVersion0 gVersion0;
-  static nfw::NmeaBinaryLogDataVersion1 gVersion1;
   const std::string lSentence(reinterpret_cast<const char*>(npData), nSize);
-  for (Converter* lpVersion : {&gVersion0, static_cast<Converter*>(&gVersion1)}) {
-    const Bytes lRecord = binarylog::encode(*lpVersion, lSentence);
-    if (lRecord.empty()) continue;
-    const std::string lText = binarylog::decode(*lpVersion, lRecord);
+  forEachVersion([&](Converter& nVersion) {
+    const Bytes lRecord = binarylog::encode(nVersion, lSentence);
+    if (lRecord.empty()) return;
+    const std::string lText = binarylog::decode(nVersion, lRecord);
     if (lText.empty()) abort();
-    if (isBound(lRecord) && binarylog::encode(*lpVersion, lText) != lRecord) abort();
-  }
+    if (isBound(lRecord) && binarylog::encode(nVersion, lText) != lRecord) abort();
+  });
   return 0;
 }

@@ -4,6 +4,7 @@
 /// The fields stand in the order of the sentence. docs/formats/binary-nmea.md shows the same as bytes.
 #pragma once
 
+#include "NfwLittleEndian.h"
 #include "NfwNmeaBinaryLogDataVersion0.h"
 
 namespace nfw {
@@ -103,6 +104,41 @@ unsigned int gsvBlockNum(const unsigned char* npRecord);
 /// Size of the GSV record that starts with this header.
 inline unsigned int gsvRecordSize(const unsigned char* npRecord, NmeaBinaryLogDataVersion0& nVersion) {
   return GSV_HEADER_SIZE + gsvBlockNum(npRecord) * (nVersion.getSatelliteNumSize() + GSV_BLOCK_REST);
+}
+
+/// Calls with where each block of a GSV record begins, until a call returns false.
+template <class Byte, class Use>
+bool eachGsvBlock(Byte* npRecord, NmeaBinaryLogDataVersion0& nVersion, Use nUse) {
+  const unsigned int lBlockNum = gsvBlockNum(npRecord);
+  const unsigned int lSize = nVersion.getSatelliteNumSize() + GSV_BLOCK_REST;
+  for (unsigned int i = 0; i < lBlockNum; ++i) {
+    if (!nUse(npRecord + GSV_HEADER_SIZE + i * lSize)) return false;
+  }
+  return true;
+}
+
+/// Stores a number as its field says: in bytes of its own, in a nibble, or a year in one byte.
+inline void putNumber(const BinaryField& nField, unsigned char* npBase, uint32_t nValue) {
+  unsigned char* const lpPlace = npBase + nField.mOffset;
+  switch (nField.mKind) {
+    case BinaryField::YEAR:
+      *lpPlace = static_cast<unsigned char>(nValue % 100);
+      break;
+    case BinaryField::HIGH_NIBBLE:
+      *lpPlace = static_cast<unsigned char>(*lpPlace | nValue << 4);
+      break;
+    case BinaryField::LOW_NIBBLE:
+      *lpPlace = static_cast<unsigned char>(*lpPlace | nValue);
+      break;
+    default:
+      putUint(lpPlace, nField.mWidth, nValue);
+  }
+}
+
+/// Stores a code beside what its byte holds already.
+inline void putCode(const BinaryField& nField, unsigned char* npBase, int nCode) {
+  unsigned char* const lpPlace = npBase + nField.mOffset;
+  *lpPlace = static_cast<unsigned char>(*lpPlace | nCode << nField.mpCode->mShift);
 }
 
 }  // namespace nfw

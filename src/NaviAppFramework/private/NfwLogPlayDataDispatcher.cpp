@@ -17,7 +17,7 @@ class ReplayTimerMsg : public utl::TimerMsg {
 
 const ThreadMsgProfile<ReplayTimerMsg> gProfile(THREAD_MSG_LOG_PLAY);
 
-unsigned int maxMsgDataSize() { return profiledSize(THREAD_MSG_LOG_PLAY); }
+unsigned int maxMsgDataSize() { return ThreadMsgProfilerManager::profiledSize(THREAD_MSG_LOG_PLAY); }
 
 void nameThread(int nLogTypeId, char (&nName)[ReplayFormat::THREAD_NAME_SIZE]) {
   snprintf(nName, sizeof nName, "%08X_%s", static_cast<unsigned int>(nLogTypeId), "nfw::LogPlayDataDispatcher_Thread");

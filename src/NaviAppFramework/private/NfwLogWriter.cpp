@@ -49,7 +49,7 @@ int failBase(const char* npText, unsigned int nId) {
 }  // namespace
 
 LogWriter::LogWriter(unsigned int nBufferSize, unsigned int nMaxLogFileSize)
-    : mThread(profiledSize(THREAD_MSG_LOG_WRITER), QUEUE_LENGTH, "nfw::LogWriter_Thread", 0),
+    : mThread(ThreadMsgProfilerManager::profiledSize(THREAD_MSG_LOG_WRITER), QUEUE_LENGTH, "nfw::LogWriter_Thread", 0),
       mBuffer(nBufferSize),
       mMaxLogFileSize(nMaxLogFileSize) {}
 

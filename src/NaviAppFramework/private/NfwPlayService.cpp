@@ -48,7 +48,7 @@ PlayService::PlayService(const PlayFormat& nFormat, unsigned int nMaxPlayerNum, 
                          const Here& nHere)
     : mFormat(nFormat),
       mHere(nHere),
-      mThread(profiledSize(nFormat.mThreadMsgKind), QUEUE_LENGTH, nFormat.mpThreadName, 0),
+      mThread(ThreadMsgProfilerManager::profiledSize(nFormat.mThreadMsgKind), QUEUE_LENGTH, nFormat.mpThreadName, 0),
       mRequests(nFormat.mpClass, mThread, nHere),
       mPlayers(nMaxPlayerNum, false),
       mReplays(nMaxReplayNum, false),

@@ -28,7 +28,6 @@ int ReportEncoder::encode(const char* npTalker, unsigned char* npOut, unsigned i
 }
 
 bool ReportEncoder::encodeField(const BinaryField& nField) {
-  unsigned char* const lpPlace = mpBase + nField.mOffset;
   switch (nField.mKind) {
     case BinaryField::REAL:
       encodeReal(nField);
@@ -36,21 +35,15 @@ bool ReportEncoder::encodeField(const BinaryField& nField) {
     case BinaryField::UNIT:
       return true;
     case BinaryField::NUMBER:
-      putUint(lpPlace, nField.mWidth, (mpNext++)->mNumber);
-      return true;
     case BinaryField::YEAR:
-      *lpPlace = static_cast<unsigned char>((mpNext++)->mNumber % 100);
-      return true;
     case BinaryField::HIGH_NIBBLE:
-      *lpPlace = static_cast<unsigned char>(*lpPlace | (mpNext++)->mNumber << 4);
-      return true;
     case BinaryField::LOW_NIBBLE:
-      *lpPlace = static_cast<unsigned char>(*lpPlace | (mpNext++)->mNumber);
+      putNumber(nField, mpBase, (mpNext++)->mNumber);
       return true;
     case BinaryField::CODE:
       return encodeCode(nField);
     case BinaryField::DATE:
-      for (unsigned int i = 0; i < 3; ++i) lpPlace[i] = static_cast<unsigned char>((mpNext++)->mNumber);
+      for (unsigned int i = 0; i < 3; ++i) mpBase[nField.mOffset + i] = static_cast<unsigned char>((mpNext++)->mNumber);
       return true;
     case BinaryField::SATELLITES:
       return encodeSatellites(nField);
@@ -87,9 +80,7 @@ bool ReportEncoder::encodeCode(const BinaryField& nField) {
     lKind.mpRefuse(lText);
     return fail(nField.mpFailed);
   }
-  if (lCode < 0) lCode = 0;
-  unsigned char* const lpPlace = mpBase + nField.mOffset;
-  *lpPlace = static_cast<unsigned char>(*lpPlace | lCode << lKind.mShift);
+  putCode(nField, mpBase, lCode < 0 ? 0 : lCode);
   return true;
 }
 
@@ -106,15 +97,11 @@ bool ReportEncoder::encodeSatellites(const BinaryField& nField) {
 
 bool ReportEncoder::encodeBlocks() {
   if (mpRecord[GSV_COUNT_OFFSET + 2] > GSV_MAX_VIEW) return fail("SatelliteView is Over");
-  const unsigned int lBlockNum = gsvBlockNum(mpRecord);
-  for (unsigned int i = 0; i < lBlockNum; ++i) {
-    mpBase = mpRecord + GSV_HEADER_SIZE + i * (mVersion.getSatelliteNumSize() + GSV_BLOCK_REST);
-    if (!encodeBlock()) return false;
-  }
-  return true;
+  return eachGsvBlock(mpRecord, mVersion, [this](unsigned char* npBlock) { return encodeBlock(npBlock); });
 }
 
-bool ReportEncoder::encodeBlock() {
+bool ReportEncoder::encodeBlock(unsigned char* npBlock) {
+  mpBase = npBlock;
   for (const BinaryField& lField : GSV_BLOCK_FIELDS) {
     if (!encodeField(lField)) return false;
   }

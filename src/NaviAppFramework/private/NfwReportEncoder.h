@@ -42,7 +42,7 @@ class ReportEncoder {
   bool encodeCode(const BinaryField& nField);
   bool encodeSatellites(const BinaryField& nField);
   bool encodeBlocks();
-  bool encodeBlock();
+  bool encodeBlock(unsigned char* npBlock);
   bool fail(const char* npWords) const;
 
   const BinaryRecordFormat& mFormat;

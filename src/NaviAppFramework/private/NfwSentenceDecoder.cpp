@@ -174,15 +174,11 @@ bool SentenceDecoder::appendSatellites(const BinaryField& nField) {
 }
 
 bool SentenceDecoder::appendBlocks() {
-  const unsigned int lBlockNum = gsvBlockNum(mpRecord);
-  for (unsigned int i = 0; i < lBlockNum; ++i) {
-    mpBase = mpRecord + GSV_HEADER_SIZE + i * (mVersion.getSatelliteNumSize() + GSV_BLOCK_REST);
-    if (!appendBlock()) return false;
-  }
-  return true;
+  return eachGsvBlock(mpRecord, mVersion, [this](const unsigned char* npBlock) { return appendBlock(npBlock); });
 }
 
-bool SentenceDecoder::appendBlock() {
+bool SentenceDecoder::appendBlock(const unsigned char* npBlock) {
+  mpBase = npBlock;
   mIsBlockWhole = mpBase[mVersion.getSatelliteNumSize() + GSV_VALID_OFFSET] != 0;
   mHasEmpty = false;
   for (const BinaryField& lField : GSV_BLOCK_FIELDS) {

@@ -29,7 +29,7 @@ class SentenceDecoder {
   bool appendDate(const BinaryField& nField);
   bool appendSatellites(const BinaryField& nField);
   bool appendBlocks();
-  bool appendBlock();
+  bool appendBlock(const unsigned char* npBlock);
   bool appendCheckSum();
 
   bool appendRealNearEnd(const BinaryField& nField, int64_t nValue);

@@ -108,7 +108,7 @@ bool SentenceEncoder::encodeCode(const BinaryField& nField) {
   const std::optional<char> lLetter = nField.mpCode->mLength == 1 ? mFields.takeLetter() : std::nullopt;
   if (!lLetter) return encodeCodeWithCare(nField);
   const int lCode = nField.mpCode->find(&*lLetter, *lLetter != '\0' ? 1 : 0);
-  if (lCode >= 0) return putCode(nField, lCode);
+  if (lCode >= 0) return takeCode(nField, lCode);
   const char lText[] = {*lLetter, '\0'};
   return refuseCode(nField, lText);
 }
@@ -118,17 +118,16 @@ bool SentenceEncoder::encodeCodeWithCare(const BinaryField& nField) {
   unsigned int lLength = 0;
   if (!takeText(nField, lText, &lLength)) return false;
   const int lCode = nField.mpCode->find(lText, lLength);
-  return lCode >= 0 ? putCode(nField, lCode) : refuseCode(nField, lText);
+  return lCode >= 0 ? takeCode(nField, lCode) : refuseCode(nField, lText);
 }
 
-inline bool SentenceEncoder::putCode(const BinaryField& nField, int nCode) {
-  unsigned char* const lpPlace = mpBase + nField.mOffset;
-  *lpPlace = static_cast<unsigned char>(*lpPlace | nCode << nField.mpCode->mShift);
+inline bool SentenceEncoder::takeCode(const BinaryField& nField, int nCode) {
+  putCode(nField, mpBase, nCode);
   return true;
 }
 
 bool SentenceEncoder::refuseCode(const BinaryField& nField, const char* npText) {
-  if (nField.mpCode->mpRefuse == nullptr) return putCode(nField, 0);
+  if (nField.mpCode->mpRefuse == nullptr) return takeCode(nField, 0);
   if (!knowStatus()) return false;
   nField.mpCode->mpRefuse(npText);
   return fail(nField.mpFailed);
@@ -176,15 +175,11 @@ bool SentenceEncoder::encodeSatellites(const BinaryField& nField) {
 
 bool SentenceEncoder::encodeBlocks() {
   if (mpRecord[GSV_COUNT_OFFSET + 2] > GSV_MAX_VIEW) return fail("SatelliteView is Over");
-  const unsigned int lBlockNum = gsvBlockNum(mpRecord);
-  for (unsigned int i = 0; i < lBlockNum; ++i) {
-    mpBase = mpRecord + GSV_HEADER_SIZE + i * (mVersion.getSatelliteNumSize() + GSV_BLOCK_REST);
-    if (!encodeBlock()) return false;
-  }
-  return true;
+  return eachGsvBlock(mpRecord, mVersion, [this](unsigned char* npBlock) { return encodeBlock(npBlock); });
 }
 
-bool SentenceEncoder::encodeBlock() {
+bool SentenceEncoder::encodeBlock(unsigned char* npBlock) {
+  mpBase = npBlock;
   mIsBlockWhole = true;
   for (const BinaryField& lField : GSV_BLOCK_FIELDS) {
     if (!encodeField(lField)) return false;
@@ -197,7 +192,7 @@ bool SentenceEncoder::encodeNumber(const BinaryField& nField) {
   const SentenceFields::Unsigned lNumber = mFields.takeUnsigned(maxOf(nField));
   if (!lNumber.mIsTaken) return encodeNumberWithCare(nField);
   mIsBlockWhole = mIsBlockWhole && !lNumber.mIsEmpty;
-  putNumber(nField, lNumber.mValue);
+  putNumber(nField, mpBase, lNumber.mValue);
   return true;
 }
 
@@ -210,25 +205,8 @@ bool SentenceEncoder::encodeNumberWithCare(const BinaryField& nField) {
   } else if (!utl::toUint32(lText, &lValue) || lValue > maxOf(nField)) {
     return fail(nField.mpFailed);
   }
-  putNumber(nField, lValue);
+  putNumber(nField, mpBase, lValue);
   return true;
-}
-
-inline void SentenceEncoder::putNumber(const BinaryField& nField, uint32_t nValue) {
-  unsigned char* const lpPlace = mpBase + nField.mOffset;
-  switch (nField.mKind) {
-    case BinaryField::YEAR:
-      *lpPlace = static_cast<unsigned char>(nValue % 100);
-      break;
-    case BinaryField::HIGH_NIBBLE:
-      *lpPlace = static_cast<unsigned char>(*lpPlace | nValue << 4);
-      break;
-    case BinaryField::LOW_NIBBLE:
-      *lpPlace = static_cast<unsigned char>(*lpPlace | nValue);
-      break;
-    default:
-      putUint(lpPlace, nField.mWidth, nValue);
-  }
 }
 
 bool SentenceEncoder::takeText(const BinaryField& nField, Text& nText, unsigned int* npLength) {

@@ -33,16 +33,15 @@ class SentenceEncoder {
   bool encodeRealWithCare(const BinaryField& nField);
   bool encodeCode(const BinaryField& nField);
   bool encodeCodeWithCare(const BinaryField& nField);
-  bool putCode(const BinaryField& nField, int nCode);
+  bool takeCode(const BinaryField& nField, int nCode);
   bool refuseCode(const BinaryField& nField, const char* npText);
   bool encodeDate(const BinaryField& nField);
   bool encodeDateWithCare(const BinaryField& nField);
   bool encodeSatellites(const BinaryField& nField);
   bool encodeBlocks();
-  bool encodeBlock();
+  bool encodeBlock(unsigned char* npBlock);
   bool encodeNumber(const BinaryField& nField);
   bool encodeNumberWithCare(const BinaryField& nField);
-  void putNumber(const BinaryField& nField, uint32_t nValue);
   bool takeText(const BinaryField& nField, Text& nText, unsigned int* npLength);
   bool extract(const char* npMissing, Text& nText);
   bool knowStatus();

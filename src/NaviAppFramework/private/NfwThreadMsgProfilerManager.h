@@ -59,12 +59,6 @@ class ThreadMsgProfilerManager {
   static unsigned int profiledSize(int nKind);
 };
 
-/// Measures a kind and tells its largest message: what its thread is made with.
-inline unsigned int profiledSize(int nKind) {
-  ThreadMsgProfilerManager::profiling(nKind);
-  return ThreadMsgProfilerManager::getMaxMsgDataSize(nKind);
-}
-
 /// A ThreadMsgProfiler that holds its sample messages, one object of each class, which tells its name by NAME:
 /// `const ThreadMsgProfile<ListenerMsg, DispatchMsg> gProfile(THREAD_MSG_GNSS);` at file scope.
 template <class... Msgs>
