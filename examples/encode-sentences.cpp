@@ -2,6 +2,7 @@
 //   example_encode-sentences FILE [-v]      -v: each sentence as it came back
 #include <NaviAppFramework.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
@@ -27,15 +28,21 @@ struct Total {
   }
 };
 
+int cannotRead(const char* npFile) {
+  std::fprintf(stderr, "%s: %s\n", npFile, std::strerror(errno));
+  return 2;
+}
+
 }  // namespace
 
 int main(int nArgNum, char** nppArgs) {
-  std::ifstream lFile(nArgNum > 1 ? nppArgs[1] : "", std::ios::binary);
-  if (!lFile) {
+  const bool lIsVerbose = nArgNum == 3 && std::strcmp(nppArgs[2], "-v") == 0;
+  if (nArgNum != 2 && !lIsVerbose) {
     std::fprintf(stderr, "usage: %s FILE [-v]\n", nppArgs[0]);
     return 2;
   }
-  const bool lIsVerbose = nArgNum > 2 && std::strcmp(nppArgs[2], "-v") == 0;
+  std::ifstream lFile(nppArgs[1], std::ios::binary);
+  if (!lFile) return cannotRead(nppArgs[1]);
   // What a sentence lacks would be told on standard error; here the count is enough.
   nfw::registerLogType(nfw::LOG_TYPE_NFW, "", nfw::LOG_LEVEL_NONE);
 
@@ -61,6 +68,7 @@ int main(int nArgNum, char** nppArgs) {
     if (lLength < 0) return 1;
     if (lIsVerbose) std::printf("%.*s", lLength, reinterpret_cast<const char*>(lText));
   }
+  if (lFile.bad()) return cannotRead(nppArgs[1]);
   std::printf("%-6s %9s %12s %12s %10s\n", "kind", "sentences", "text bytes", "record bytes", "saved");
   for (size_t i = 0; i < std::size(KINDS); ++i) lByKind[i].print(KINDS[i]);
   lTotal.print("all");

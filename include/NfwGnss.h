@@ -34,9 +34,9 @@ class NmeaDataListener;
 
 /// Hands satellite-positioning data to listeners: raw sentences, the record of each kind of sentence, and once an epoch
 /// the combined record. The data comes from the GPS SDK or from a replay of the data logger or of the sensor log: one
-/// source at a time, and listeners cannot tell which. A replay of the data logger wins over one of the sensor log,
-/// which wins over live data; its end does not switch back to live data, only stopping it does. Live sentences are
-/// recorded in both logs, whatever source is on.
+/// source at a time, and listeners receive the same but for the rows of the table in docs/replay.md. A replay of the
+/// data logger wins over one of the sensor log, which wins over live data; its end does not switch back to live data,
+/// only stopping it does. Live sentences are recorded in both logs, whatever source is on.
 ///
 /// @code
 /// nfw::Logger::get()->initialize();

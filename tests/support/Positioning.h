@@ -84,6 +84,7 @@ inline Strings errors(const seams::CapturedLog& nLog) {
 template <class... Values>
 std::string joined(const char* npKind, const Values&... nValues) {
   std::ostringstream lText;
+  lText.precision(12);
   lText << npKind;
   ((lText << ' ' << nValues), ...);
   return lText.str();
@@ -224,7 +225,7 @@ const GPGSV GSV_RECORD = {1,
                           3,
                           3,
                           10,
-                          8,
+                          10,
                           {{23, 1, 38, 44, 230},
                            {29, 1, 71, 47, 156},
                            {7, 1, 29, 41, 116},
@@ -232,7 +233,9 @@ const GPGSV GSV_RECORD = {1,
                            {10, 0, 7, 0, 189},
                            {5, 0, 5, 0, 220},
                            {9, 1, 34, 42, 274},
-                           {18, 1, 25, 44, 309}}};
+                           {18, 1, 25, 44, 309},
+                           {26, 1, 82, 47, 187},
+                           {28, 1, 43, 46, 56}}};
 const GPGLL GLL_RECORD = {1, {9, 23, 21, 0}, {4717.11364, 47, 17.1136, 1}, {833.91565, 8, 33.9156, 3}, 1, 1};
 const GPZDA ZDA_RECORD = {1, {8, 27, 10, 0}, {2002, 9, 16}, 0, 0};
 const PUBX PUBX_RECORD = {0,

@@ -14,27 +14,34 @@ namespace {
 
 const double UNITS[] = {1, 10, 100, 1000, 10000, 100000};
 
-/// The rule in plain double arithmetic; nothing when it is out of range.
-std::optional<int32_t> byTheRule(const std::string& nText, unsigned int nScale) {
-  const double lScaled = std::strtod(nText.c_str(), nullptr) * UNITS[nScale];
+bool fits(double nValue) { return nValue >= -2147483648.0 && nValue <= 2147483647.0; }
+
+/// The rule in plain double arithmetic; nothing when it is no number, or out of range with either sign.
+std::optional<int32_t> byTheRule(const std::string& nText, unsigned int nScale, bool nIsNegated = false) {
+  char* lpRest = nullptr;
+  const double lScaled = std::strtod(nText.c_str(), &lpRest) * UNITS[nScale];
   const double lRounded = std::trunc(lScaled >= 0 ? lScaled + 0.5 : lScaled - 0.5);
-  if (!(lRounded >= -2147483648.0 && lRounded <= 2147483647.0)) return std::nullopt;
-  return static_cast<int32_t>(lRounded);
+  const double lSigned = nIsNegated ? -lRounded : lRounded;
+  if (*lpRest != '\0' || !fits(lRounded) || !fits(lSigned)) return std::nullopt;
+  return static_cast<int32_t>(lSigned);
 }
 
 /// By the short road where it takes the text, else with care.
-std::optional<int32_t> asStored(const std::string& nText, unsigned int nScale) {
-  const std::string lSentence = "$GPXXX," + nText + "*";
+std::optional<int32_t> asStored(const std::string& nText, unsigned int nScale, bool nIsNegated = false) {
+  const std::string lSentence = "$GPXXX," + nText + (nIsNegated ? ",S*" : ",N*");
   nfw::SentenceFields lFields(reinterpret_cast<const unsigned char*>(lSentence.data()),
                               static_cast<unsigned int>(lSentence.size()));
-  if (const std::optional<int32_t> lTaken = lFields.takeScaled(nScale, nullptr)) return lTaken;
+  if (const std::optional<int32_t> lTaken = lFields.takeScaled(nScale, "NS")) return lTaken;
   int32_t lValue = 0;
-  if (!nfw::convertFloatStrToSint32(nText.c_str(), nScale, false, &lValue)) return std::nullopt;
+  if (!nfw::convertFloatStrToSint32(nText.c_str(), nScale, nIsNegated, &lValue)) return std::nullopt;
   return lValue;
 }
 
 void expectByTheRule(const std::string& nText, unsigned int nScale) {
-  ASSERT_EQ(byTheRule(nText, nScale), asStored(nText, nScale)) << nText << " times 10^" << nScale;
+  for (const bool lIsNegated : {false, true}) {
+    ASSERT_EQ(byTheRule(nText, nScale, lIsNegated), asStored(nText, nScale, lIsNegated))
+        << nText << " times 10^" << nScale << (lIsNegated ? " negated" : "");
+  }
 }
 
 TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
@@ -46,6 +53,14 @@ TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
                                "-0.5",
                                ".5",
                                "5.",
+                               "",
+                               "-",
+                               ".",
+                               "-.",
+                               "-.5",
+                               "-5.",
+                               "--5",
+                               "5..",
                                "0.05",
                                "1.005",
                                "1.015",
@@ -68,6 +83,7 @@ TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
                                "-2147483648.4",
                                "-2147483648.5",
                                "21474.83647",
+                               "21474.83648",
                                "21474.836475",
                                "-21474.83648",
                                "214748.36475",

@@ -151,6 +151,10 @@ TEST_F(NmeaBinaryLogData, WritesRecordsThatNoSentenceGives) {
       {"06 4750 04 fbffffff 05000000 00000080 ffffff7f",
        "$GPVTG,-0.05,T,0.05,M,-2147483.648,N,2147483.647,K,*",
        {in("convertToVtgSentence", "UnknownMode: Mode=4")}},
+      // The mode of VTG has its byte for itself, those of other sentences share theirs.
+      {"06 4750 11 00000000 00000000 00000000 00000000",
+       "$GPVTG,0.00,T,0.00,M,0.000,N,0.000,K,*",
+       {in("convertToVtgSentence", "UnknownMode: Mode=17")}},
       // Of a block that is not valid each 0 is an empty field, and if there is none, the signal strength.
       {"04 4750 01 01 02 0000 0000000000 0500 000a141e00", "$GPGSV,1,1,02,,,,,05,10,030,*", {}},
       {"04 4750 01 01 01 0000 0100000000", "$GPGSV,1,1,01,00,00,000,00*", {}},
@@ -219,6 +223,8 @@ TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
        {in("convertFloatStrToSint32", "lpUnknownStr is [e]"),
         in("parseSentenceFieldToSint32", "convertFloatStrToSint32() lField Error: Gll_UTC lSentenceField=1e")}},
       {"$GPGLL,nan,N,,,,V,A*", {in("convertFloatToSint32", "Overflow lData: nan")}},
+      {"$GPGLL,-.,N,,,,V,A*", {in("convertFloatStrToSint32", "lpUnknownStr is [-.]")}},
+      {"$GPGLL,21474.83648,S,,,,V,A*", {in("convertFloatToSint32", "Overflow lData: 2147483648.000000")}},
   };
   for (const auto& lCase : CASES) {
     mLog.clear();

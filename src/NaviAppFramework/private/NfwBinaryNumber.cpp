@@ -45,7 +45,9 @@ bool convertFloatStrToSint32(const char* npText, unsigned int nScale, bool nIsNe
            "nfw::NmeaBinaryLogDataVersion0::convertFloatStrToSint32(): lpUnknownStr is [%s]", lpUnknownStr);
     return false;
   }
-  return convertFloatToSint32(nIsNegated ? -lData : lData, nScale, npValue);
+  int32_t lWritten = 0;  // the number has to fit as it is written and with the sign that it is given
+  return convertFloatToSint32(lData, nScale, &lWritten) &&
+         convertFloatToSint32(nIsNegated ? -lData : lData, nScale, npValue);
 }
 
 int convertIntToFloatStr(int64_t nValue, unsigned int nDecimals, unsigned int nLeast, char* nBuffer,

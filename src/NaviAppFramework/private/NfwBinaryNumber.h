@@ -12,7 +12,7 @@ bool convertFloatToSint32(double nData, unsigned int nScale, int32_t* npValue);
 
 /// The same from a text; an empty one is 0.
 /// @param nIsNegated the number counts with the opposite sign
-/// @return false, logged, when something follows the number or it does not fit
+/// @return false, logged, when something follows the number or it does not fit, be it before it is negated or after
 bool convertFloatStrToSint32(const char* npText, unsigned int nScale, bool nIsNegated, int32_t* npValue);
 
 /// A scaled integer as decimal text with nDecimals digits behind the point and at least one before it, filled with "0"

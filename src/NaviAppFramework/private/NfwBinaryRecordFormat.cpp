@@ -31,12 +31,15 @@ void refusePubxStatus(const char* npText) {
   }
 }
 
-const BinaryCode MODE = {"NADE", 1, 0, refuseMode, "UnknownMode: Mode"};
-const BinaryCode SELECTION = {" AM", 1, 4, refusePositioningType, "UnknownPositioningType: PositioningType"};
-const BinaryCode GLL_STATUS = {"VA", 1, 4, nullptr, nullptr};
-const BinaryCode RMC_STATUS = {"VADU", 1, 4, nullptr, "UnknownStatus: Status"};
-const BinaryCode PUBX_STATUS = {"NFDRG2G3D2D3RKTT", 2, 0, refusePubxStatus, "UnknownStatus: Status"};
-const BinaryCode DEAD_RECKONING_FLAG = {"01", 1, 4, nullptr, nullptr};
+const unsigned char NIBBLE = 0x0F;
+const unsigned char BYTE = 0xFF;
+const BinaryCode MODE = {"NADE", 1, 0, NIBBLE, refuseMode, "UnknownMode: Mode"};
+const BinaryCode VTG_MODE = {"NADE", 1, 0, BYTE, refuseMode, "UnknownMode: Mode"};
+const BinaryCode SELECTION = {" AM", 1, 4, NIBBLE, refusePositioningType, "UnknownPositioningType: PositioningType"};
+const BinaryCode GLL_STATUS = {"VA", 1, 4, NIBBLE, nullptr, nullptr};
+const BinaryCode RMC_STATUS = {"VADU", 1, 4, NIBBLE, nullptr, "UnknownStatus: Status"};
+const BinaryCode PUBX_STATUS = {"NFDRG2G3D2D3RKTT", 2, 0, NIBBLE, refusePubxStatus, "UnknownStatus: Status"};
+const BinaryCode DEAD_RECKONING_FLAG = {"01", 1, 4, NIBBLE, nullptr, nullptr};
 
 constexpr const char* NORTH_SOUTH = "NS";
 constexpr const char* EAST_WEST = "EW";
@@ -170,7 +173,7 @@ constexpr BinaryField VTG_FIELDS[] = {
     unit("N"),
     real(15, 3, "Vtg_SpeedKmh", "parseSentenceFieldToSint32Buffer SpeedKmh Error"),
     unit("K"),
-    code(MODE, "Extract Mode Error", "Convert Mode Error"),
+    code(VTG_MODE, "Extract Mode Error", "Convert Mode Error"),
 };
 
 // $GPZDA,123519.00,23,03,2024,00,00*6B

@@ -14,6 +14,7 @@ struct BinaryCode {
   const char* mpTexts;    ///< of all codes from 0 on, one behind the other; a blank is the empty field
   unsigned char mLength;  ///< characters of each text
   unsigned char mShift;   ///< 4: in the high nibble of its byte
+  unsigned char mMost;    ///< the greatest number that its place can hold: of a nibble, or of a byte of its own
   /// Logs why a text has no code, which fails the record. Null: such a text is stored as 0.
   void (*mpRefuse)(const char* npText);
   /// What a number without a text is called in the log. Null: it is written as the text of 0.
@@ -23,6 +24,7 @@ struct BinaryCode {
   int find(const char* npText, unsigned int nLength) const;
   /// @return the text of a code, null when it has none
   const char* text(unsigned int nCode) const;
+  unsigned int numberIn(unsigned char nByte) const { return (nByte >> mShift) & mMost; }
 };
 
 /// One field. Offsets behind satellite numbers count as if these had no width: the walk adds it.

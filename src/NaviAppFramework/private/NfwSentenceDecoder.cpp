@@ -135,7 +135,7 @@ inline bool SentenceDecoder::hasRoom() const { return mpTextEnd - mpNext >= stat
 
 bool SentenceDecoder::appendCode(const BinaryField& nField) {
   const BinaryCode& lKind = *nField.mpCode;
-  const unsigned int lCode = (mpBase[nField.mOffset] >> lKind.mShift) & 0x0Fu;
+  const unsigned int lCode = lKind.numberIn(mpBase[nField.mOffset]);
   const char* lpText = lKind.text(lCode);
   if (lpText == nullptr && lKind.mpUnknown == nullptr) lpText = lKind.mpTexts;
   if (lpText == nullptr) {

@@ -44,16 +44,19 @@ std::optional<int32_t> SentenceFields::takeScaled(unsigned int nScale, const cha
   const char* const lpStart = start();
   bool lIsNegative = *lpStart == '-';
   uint64_t lScaled = 0;
-  const char* lpNext = skipDigits(lIsNegative ? lpStart + 1 : lpStart, &lScaled);
+  const char* const lpDigits = lIsNegative ? lpStart + 1 : lpStart;
+  const char* lpNext = skipDigits(lpDigits, &lScaled);
+  std::ptrdiff_t lDigitNum = lpNext - lpDigits;
   std::ptrdiff_t lDropped = -static_cast<std::ptrdiff_t>(nScale);
   if (*lpNext == '.') {
     const char* const lpFraction = lpNext + 1;
     lpNext = skipDigits(lpFraction, &lScaled);
+    lDigitNum += lpNext - lpFraction;
     lDropped += lpNext - lpFraction;
   }
   const std::ptrdiff_t lLength = lpNext - lpStart;
   if (!endsField(lpNext) || lLength > MAX_DIGITS || lDropped > MAX_DROPPED_DIGITS) return std::nullopt;
-  if (lLength == 1 && *lpStart < '0') return std::nullopt;  // a sign or a point alone
+  if (lDigitNum == 0 && lLength != 0) return std::nullopt;  // a sign or a point without a digit
   if (lDropped > 0) {
     const uint32_t lUnit = POWERS_OF_TEN[lDropped];
     const uint64_t lRest = lScaled % lUnit;
