@@ -128,11 +128,39 @@ TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
 TEST_F(RecordReplay, settingsAreKeptAndTheCommandLineGoesBeforeThem) {
   const std::string lSettings = path("settings");
   EXPECT_EQ(run({"sim", "--speed", "max", "--for", "1", "--settings", lSettings}).mExit, 0);
+  EXPECT_EQ(nfwtest::readFile(lSettings), "Source=sim\nSpeed=max\nLogLevel=0\n");
   const Outcome lAgain = run({"--for", "600", "--format", "json", "--settings", lSettings});  // at the kept speed
   EXPECT_EQ(lAgain.mSummary["end"], "the source ended");
-  nfwtest::writeFile(lSettings, "Speed=fast\n");
-  EXPECT_EQ(run({"--for", "1", "--settings", lSettings}).mExit, 2);
-  EXPECT_EQ(run({"--for", "1", "--speed", "max", "--settings", lSettings}).mExit, 0);
+}
+
+// People write in it, too: what they wrote stays, and what cannot be understood is left to them.
+TEST_F(RecordReplay, aFileOfSettingsIsTheUsers) {
+  const struct {
+    const char* mpText;
+    const char* mpFound;  // what the message names; null: it is understood
+    const char* mpAfter;  // null: not written
+  } CASES[] = {
+      {"# mine\n  Speed = max \t\r\n\n Other = 7 # x\nLogLevel=0\nRecordPrefix=a", nullptr, nullptr},
+      {"# mine\n Speed = 7 \r\nLogLevel=\n#\nX", ":5: expected KEY=VALUE or # and a comment, found \"X\"", nullptr},
+      {"#\n Speed = 7 \r\nMine=1\nLogLevel=", nullptr, "#\n Speed = max \r\nMine=1\nLogLevel=0\nRecordPrefix=a\n"},
+      {"Speed=max\nlogLevel=0", ":2: expected KEY=VALUE or # and a comment, found \"logLevel\" for LogLevel", nullptr},
+      {"Mine=1\nMine=2\nSpeed=1\nSpeed=2", "found Speed again, which line 3 gives", nullptr},
+      {"RecordDirectory=\x07", ":1: expected KEY=VALUE or # and a comment, found a control character", nullptr},
+      {"\n\nSource=tcp://h\n", ":3: Source: tcp://h: needs a port", nullptr},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpText);
+    nfwtest::writeFile(path("settings"), lCase.mpText);
+    const std::string lCommand = std::string(NFW_EMULATOR " " NFW_DRIVE_PROGRAM) +
+                                 " --for 1 --format none --speed max" + " --log-level 0 --prefix a --settings " +
+                                 path("settings") + " >/dev/null 2>" + path("errors");
+    EXPECT_EQ(WEXITSTATUS(std::system(lCommand.c_str())), lCase.mpFound != nullptr ? 2 : 0);
+    EXPECT_EQ(nfwtest::readFile(path("settings")), lCase.mpAfter != nullptr ? lCase.mpAfter : lCase.mpText);
+    if (lCase.mpFound != nullptr) {
+      EXPECT_NE(nfwtest::readFile(path("errors")).find(lCase.mpFound), std::string::npos)
+          << nfwtest::readFile(path("errors"));
+    }
+  }
 }
 
 }  // namespace
