@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "LogRecords.h"
 #include "TempDir.h"
 #include "ToolRun.h"
 
@@ -151,15 +152,50 @@ TEST_F(RecordReplay, aFileOfSettingsIsTheUsers) {
   for (const auto& lCase : CASES) {
     SCOPED_TRACE(lCase.mpText);
     nfwtest::writeFile(path("settings"), lCase.mpText);
-    const std::string lCommand = std::string(NFW_EMULATOR " " NFW_DRIVE_PROGRAM) +
-                                 " --for 1 --format none --speed max" + " --log-level 0 --prefix a --settings " +
-                                 path("settings") + " >/dev/null 2>" + path("errors");
-    EXPECT_EQ(WEXITSTATUS(std::system(lCommand.c_str())), lCase.mpFound != nullptr ? 2 : 0);
+    int lExit = -1;
+    const std::string lErrors = ToolRun::errors({"--for", "1", "--format", "none", "--speed", "max", "--log-level", "0",
+                                                 "--prefix", "a", "--settings", path("settings")},
+                                                &lExit);
+    EXPECT_EQ(lExit, lCase.mpFound != nullptr ? 2 : 0);
+    EXPECT_NE(lErrors.find(lCase.mpFound != nullptr ? lCase.mpFound : ""), std::string::npos) << lErrors;
     EXPECT_EQ(nfwtest::readFile(path("settings")), lCase.mpAfter != nullptr ? lCase.mpAfter : lCase.mpText);
-    if (lCase.mpFound != nullptr) {
-      EXPECT_NE(nfwtest::readFile(path("errors")).find(lCase.mpFound), std::string::npos)
-          << nfwtest::readFile(path("errors"));
-    }
+  }
+}
+
+// What gives nothing ends with a reason, and with the way on where there is one.
+TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
+  ASSERT_EQ(record({"sim", "--for", "2"}).mExit, 0);
+  nfwtest::writeFile(path("text"), "hello\n");
+  nfwtest::writeFile(path("text.gz"), "\x1F\x8B\x08");
+  nfwtest::writeFile(path("spoilt"), "$GPGLL,,,,,,V,N*65\n");
+  const std::string lNote = nfwtest::logRecord(200, 0, "a note").replace(26, 8, "000000C8");
+  nfwtest::writeFile(path("notes"), lNote);
+  nfwtest::writeFile(path("late"), lNote + nfwtest::logRecord(20, 60000, "$GPGLL"));
+  nfwtest::writeFile(path("cut"), nfwtest::logRecord(20, 0, "$GPGLL") + "2024/05/06 07:08");
+  const struct {
+    std::vector<std::string> mArguments;
+    int mExit;
+    const char* mpError;
+  } CASES[] = {
+      {{recording()}, 2, "is a recording: use --replay"},
+      {{path("sensor.bin")}, 2, "is a recording of the sensor log: use --sys-replay"},
+      {{path("text.gz")}, 2, "is compressed"},
+      {{"--replay", path("sensor.bin")}, 2, "but of the sensor log: use --sys-replay"},
+      {{"--sys-replay", recording()}, 2, "but of the data logger: use --replay"},
+      {{"/dev/null"}, 1, "no sentence came"},
+      {{path("text")}, 1, "is it NMEA 0183"},
+      {{path("spoilt")}, 1, "no sentence with a right checksum"},
+      {{"--replay", path("notes")}, 1, "holds no sentences"},
+      {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
+      {{"--replay", path("cut")}, 1, "nfw-log recover"},
+      {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
+      {{"--replay", recording(), "--for", "0.001"}, 0, ""},
+  };
+  for (const auto& lCase : CASES) {
+    int lExit = -1;
+    const std::string lErrors = ToolRun::errors(lCase.mArguments, &lExit);
+    EXPECT_EQ(lExit, lCase.mExit) << lCase.mpError;
+    EXPECT_NE(lErrors.find(lCase.mpError), std::string::npos) << lErrors;
   }
 }
 

@@ -60,8 +60,8 @@ Output:
   The log goes to standard error, on a live view under the table. With nmea the summary does, too.
 
 Exit status:
-  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, or listeners did not
-  receive what they should; 2  a wrong command line, or what it names cannot be read or written.
+  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, listeners did not
+  receive what they should, or nothing came that is a sentence; 2  a wrong command line, or what it names cannot be read or written.
   Another Ctrl-C, a second later, ends at once.
 
 Examples:
@@ -136,7 +136,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT");
   nApp.add_option("--speed", nArguments.mSpeed, "times real time, or max: as fast as it goes, losing nothing")
       ->type_name("X|max");
-  nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time")
+  nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
   nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
@@ -201,7 +201,8 @@ void setSpeed(const Arguments& nArguments, Options& nOptions) {
 
 void setLimit(double nSeconds, Options& nOptions) {
   if (nSeconds == 0.0) return;
-  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0));
+  const int64_t lLeadMs = nOptions.mSource.mKind == SourceSpec::NONE ? ReplayOptions::LEAD_MS : 0;
+  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0)) + lLeadMs;
   (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
 }
 

@@ -60,6 +60,10 @@ bool RecordingContents::read(const std::string& nPath, tool::RecordKind nKind, s
   }
   if (mRecords > 0) return true;
   *npReason = nPath + ": offset 0: no record of " + (nKind == tool::LOG_RECORD ? "the data logger" : "the sensor log");
+  if (lStream.getKind() == tool::LOG_RECORD && nKind != tool::LOG_RECORD)
+    *npReason += ", but of the data logger: use --replay";
+  if (lStream.getKind() == tool::SENSOR_RECORD && nKind != tool::SENSOR_RECORD)
+    *npReason += ", but of the sensor log: use --sys-replay";
   return false;
 }
 
@@ -95,9 +99,15 @@ void RecordingContents::takeSentence(std::string_view nSentence, uint32_t nTick)
   mTicks.push_back(nTick);
 }
 
+std::string RecordingContents::explainSilence() const {
+  const bool lIsEmpty = get().mSentences.mCount == 0 && get().mDeadReckoning.mCount == 0;
+  return lIsEmpty ? "holds no sentences of the ids that a replay plays" : "ended before the first sentence";
+}
+
 std::string RecordingContents::compare(const StreamTally& nPlayed, bool* npIsSame) const {
   *npIsSame = false;
-  if (!mDamage.empty()) return "the recording is damaged, and cannot be played to its end: " + mDamage;
+  if (!mDamage.empty())
+    return "the recording is damaged, and cannot be played to its end: " + mDamage + "; nfw-log recover mends it";
   std::string lDifference = nPlayed.difference(mStream.get(), "recorded");
   if (lDifference.empty() && mLive) lDifference = nPlayed.difference(*mLive, "live");
   *npIsSame = lDifference.empty();

@@ -21,6 +21,8 @@ class RecordingContents : private tool::RecordDamageListener {
   uint32_t getFirstTick() const { return mFirstTick; }
   std::vector<uint32_t> takeTicks() { return std::move(mTicks); }  ///< of the receiver's sentences
 
+  /// Why a replay gave nothing.
+  std::string explainSilence() const;
   /// How what a replay gave compares, for people.
   std::string compare(const StreamTally& nPlayed, bool* npIsSame) const;
 

@@ -15,7 +15,7 @@ const size_t MAX_FILE = 1024 * 1024;  // nobody writes as many settings
 const char BLANKS[] = " \t";
 const char LINE_ENDS[] = "\r\n";
 
-bool isControl(char nByte) { return (nByte >= 0 && nByte < 0x20 && nByte != '\t') || nByte == 0x7F; }
+bool isControl(char nByte) { return (static_cast<unsigned char>(nByte) < 0x20 && nByte != '\t') || nByte == 0x7F; }
 bool hasControl(std::string_view nText) { return std::any_of(nText.begin(), nText.end(), isControl); }
 
 std::string_view trimmed(std::string_view nText) {
