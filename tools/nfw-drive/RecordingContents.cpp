@@ -75,7 +75,7 @@ void RecordingContents::onDamage(const tool::RecordDamage& nDamage) {
 
 void RecordingContents::take(const tool::Record& nRecord) {
   if (nRecord.mId == LOG_ID_GNSS) takeSentence(nRecord.mData, nRecord.mTick);
-  if (nRecord.mId == LOG_ID_DEAD_RECKONING) mStream.onDeadReckoning(nRecord.mData);
+  if (nRecord.mId == LOG_ID_DEAD_RECKONING) takeReckoned(nRecord.mData);
   if (nRecord.mId == LOG_ID_RUN_NOTE) takeNote(nRecord.mData);
 }
 
@@ -86,6 +86,14 @@ void RecordingContents::takeSensor(const tool::Record& nRecord) {
   };
   TakingSink<decltype(lTake)> lSink(lTake);
   mSentences.read(nRecord, lSink);
+}
+
+void RecordingContents::takeReckoned(std::string_view nSentence) {
+  const nfw::DeadReckoningNmeaSentence* const lpSet = mReckoned.onSentence(nSentence);
+  if (lpSet == nullptr) return;
+  const auto lTake = [&](std::string_view nText) { mStream.onDeadReckoning(nText); };
+  TakingSink<decltype(lTake)> lSink(lTake);
+  tool::SensorSentences::give(*lpSet, lSink);
 }
 
 void RecordingContents::takeNote(std::string_view nNote) {
@@ -99,11 +107,6 @@ void RecordingContents::takeSentence(std::string_view nSentence, uint32_t nTick)
   mTicks.push_back(nTick);
 }
 
-std::string RecordingContents::explainSilence() const {
-  const bool lIsEmpty = get().mSentences.mCount == 0 && get().mDeadReckoning.mCount == 0;
-  return lIsEmpty ? "holds no sentences of the ids that a replay plays" : "ended before the first sentence";
-}
-
 std::string RecordingContents::compare(const StreamTally& nPlayed, bool* npIsSame) const {
   *npIsSame = false;
   if (!mDamage.empty())
@@ -112,6 +115,7 @@ std::string RecordingContents::compare(const StreamTally& nPlayed, bool* npIsSam
   if (lDifference.empty() && mLive) lDifference = nPlayed.difference(*mLive, "live");
   *npIsSame = lDifference.empty();
   if (!lDifference.empty()) return "different: " + lDifference;
+  if (isEmpty()) return "the recording holds no sentences that a replay gives";
   return mLive ? "the same as the recording, and as the run that made it" : "the same as the recording";
 }
 
