@@ -177,4 +177,18 @@ TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   EXPECT_EQ(lRun.wait(), 0);
 }
 
+// A peer that is gone without a word: the connection stays, and nothing comes.
+TEST(Drive, triesASilentServerAgain) {
+  Server lServer;
+  ToolRun lRun({lServer.source(), "--silence", "0.3", "--log-level", "2"}, STDERR_FILENO);
+  lServer.accept();
+  lServer.send("$GPVTG,,T,,M,,N,,K,N*2C\r\n$GPV");
+  ASSERT_EQ(lRun.readLine(),
+            "WRN <NAVI>DRIVE  source " + lServer.source() + ": nothing received for 0.3 s; trying again in 1 s");
+  lServer.hangUp();
+  lServer.accept();
+  lRun.signal(SIGINT);
+  EXPECT_EQ(lRun.wait(), 0);
+}
+
 }  // namespace

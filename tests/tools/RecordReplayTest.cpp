@@ -76,6 +76,22 @@ TEST_F(RecordReplay, tellsWhereARecordingIsDamaged) {
   EXPECT_EQ(lLog.mSummary["replay"].get<std::string>().find("the recording is damaged, and cannot be played"), 0u);
 }
 
+// Files that begin and end within a report of dead reckoning, or hold chosen kinds only, are no less whole.
+TEST_F(RecordReplay, partsOfARecordingAreTheSameAsTheirReplay) {
+  ASSERT_EQ(record({"sim", "--for", "3"}).mExit, 0);
+  const std::string lBytes = nfwtest::readFile(recording());
+  const size_t lCut = lBytes.find(" ID00000015: ", lBytes.size() / 2) - 23;  // a record in the midst
+  nfwtest::writeFile(path("first"), lBytes.substr(0, lCut));
+  nfwtest::writeFile(path("second"), lBytes.substr(lCut));
+  const std::string lFilter = NFW_EMULATOR " " NFW_LOG_PROGRAM " filter " + recording() + " --type GGA,PUBX -o ";
+  ASSERT_EQ(std::system((lFilter + path("filtered")).c_str()), 0);
+  for (const char* const lpPart : {"first", "second", "filtered"}) {
+    const Outcome lPart = run({"--replay", path(lpPart), "--format", "json"});
+    EXPECT_EQ(lPart.mExit, 0) << lpPart;
+    EXPECT_EQ(lPart.mSummary["replay"], "the same as the recording") << lpPart;
+  }
+}
+
 TEST_F(RecordReplay, nmeaWritesTheSentencesAsTheyCame) {
   const std::string lSource = path("in.nmea");
   nfwtest::writeFile(lSource, run({"sim", "--for", "3", "--speed", "max", "--format", "nmea"}).mOutput);
@@ -185,7 +201,7 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"/dev/null"}, 1, "no sentence came"},
       {{path("text")}, 1, "is it NMEA 0183"},
       {{path("spoilt")}, 1, "no sentence with a right checksum"},
-      {{"--replay", path("notes")}, 1, "holds no sentences"},
+      {{"--replay", path("notes"), "--format", "nmea"}, 0, "holds no sentences"},
       {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
       {{"--replay", path("cut")}, 1, "nfw-log recover"},
       {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},

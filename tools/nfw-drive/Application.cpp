@@ -246,7 +246,8 @@ int Application::judge(bool nIsReplaySame) const {
 std::string Application::silence() const {
   const bool lIsHeard = mProgress.mSentences > 0 || mProgress.mReckonedSentences > 0;
   if (mIsSignalled || mOutput.getState() != tool::Output::OPEN) return {};
-  if (!hasSource()) return lIsHeard ? std::string() : mOptions.getName() + ": " + mRecorded.explainSilence();
+  if (!hasSource())
+    return lIsHeard || mRecorded.isEmpty() ? "" : mOptions.getName() + ": ended before the first sentence";
   if (mProgress.accepted() + mProgress.ignored() > 0) return {};
   return fmt::format("{}: no sentence {}", mOptions.mSource.mName, mProgress.explainSilence());
 }

@@ -24,7 +24,8 @@ const char* const MANUAL = R"(Sources:
   -                   standard input, as it comes; by its own times when --speed is given
   /dev/ttyUSB0:4800   a serial line and its baud rate
   tcp://HOST:PORT     a server of sentences: a plain stream, or gpsd
-  A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s.
+  A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s; a server
+  that sends nothing for 20 s (--silence) counts as broken.
 
 Sentences:
   GGA, GLL, GSA, GSV, RMC, VTG, ZDA and $PUBX,00 are parsed; other kinds are counted.
@@ -81,6 +82,7 @@ struct Arguments {
   std::string mFormat = "table";
   double mForSeconds = 0.0;
   unsigned int mBaud = 9600;
+  double mSilence = 20.0;  // seconds
   bool mIgnoresChecksums = false;
   std::vector<std::string> mSystems;
   std::vector<std::string> mTunnels;
@@ -147,6 +149,10 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->check(CLI::Range(0, 5).description(""));
   nApp.add_flag("--no-checksum", nArguments.mIgnoresChecksums, "accept sentences whatever their checksum says");
   nApp.add_option("--baud", nArguments.mBaud, "of a serial line, 9600 unless given")->type_name("N");
+  nApp.add_option("--silence", nArguments.mSilence,
+                  "of a TCP server until it is tried again, 20 unless given; 0: never")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, 86400.0).description(""));
   nApp.add_option("--seed", nOptions.mSimulator.mSeed, "of the simulated drive")->type_name("N");
   nApp.add_option("--rate", nOptions.mSimulator.mRateHz, "of the simulated drive, 1 to 10")
       ->type_name("HZ")
@@ -231,6 +237,7 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   if (!parseSourceSpec(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
     throw CLI::ValidationError(nArguments.place("SOURCE"), nArguments.mSource + ": " + lReason);
   }
+  nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
   if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceSpec::NONE;
   setSpeed(nArguments, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
