@@ -225,6 +225,48 @@ TEST(DeadReckoner, holdsSpeedAndCourseWithoutASensor) {
   }
 }
 
+std::string sentenceAt(const std::string& nKind, int nSecond) {
+  const std::string lTime = "1200" + std::to_string(10 + nSecond);
+  if (nKind == "RMC") return "$GPRMC," + lTime + ",A,3559.98,S,13900.0,W,36.0,0.0,280226,,,D";
+  if (nKind == "GGA") return "$GPGGA," + lTime + ",3559.98,S,13900.0,W,1,07,1.5,10.0,M,2.0,M,,";
+  return "$GP" + nKind;
+}
+
+// A digit for each report: behind which sentence of its own epoch it came; "-" for one that came with a later one.
+std::string promptness(const std::vector<Texts>& nEpochs) {
+  DeadReckoner lReckoner(nullptr);
+  std::string lText;
+  for (size_t i = 0; i < nEpochs.size(); ++i) {
+    for (size_t j = 0; j < nEpochs[i].size(); ++j) {
+      if (lReckoner.onSentence(sentenceAt(nEpochs[i][j], static_cast<int>(i))) != nullptr) lText += '-';
+      const Report* const lpReport = lReckoner.takeComplete();
+      if (lpReport == nullptr) continue;
+      EXPECT_EQ(lpReport->rmc.time, 120010 + static_cast<int>(i));
+      lText += static_cast<char>('1' + j);
+    }
+  }
+  if (lReckoner.finish() != nullptr) lText += '-';
+  return lText;
+}
+
+std::vector<Texts> repeated(size_t nCount, const std::vector<Texts>& nCycle) {
+  std::vector<Texts> lEpochs;
+  while (lEpochs.size() < nCount) lEpochs.insert(lEpochs.end(), nCycle.begin(), nCycle.end());
+  return lEpochs;
+}
+
+TEST(DeadReckoner, reportsAnEpochWithTheLastSentenceOfTheReceiversCycle) {
+  const Texts LONG = {"RMC", "GSA", "GSV,2,1", "GSV,2,2"}, ODD = {"RMC", "GSA", "GSA", "GSV,1,1"};
+  EXPECT_EQ("--444444", promptness(repeated(8, {LONG})));
+  EXPECT_EQ("--111111", promptness(repeated(8, {{"RMC"}})));
+  EXPECT_EQ("--333333", promptness(repeated(8, {{"RMC", "GSA", "GSA"}})));
+  EXPECT_EQ("--444---4444",
+            promptness({LONG, LONG, LONG, LONG, ODD, {"RMC", "GGA"}, LONG, LONG, LONG, LONG, LONG, LONG}));
+  // More at times: after two tries it is believed no more.
+  EXPECT_EQ("--111----1" + std::string(20, '-'),
+            promptness(repeated(30, {{"RMC"}, {"RMC"}, {"RMC"}, {"RMC"}, {"RMC", "GSA"}})));
+}
+
 TEST(DeadReckoner, makesWhatDidNotComeOfWhatCame) {
   DeadReckoner lReckoner(nullptr);
   EXPECT_EQ(

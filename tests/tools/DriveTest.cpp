@@ -4,9 +4,12 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "LogRecords.h"
+#include "TempDir.h"
 #include "ToolRun.h"
 
 namespace {
@@ -94,6 +97,27 @@ TEST(Drive, tellsUsageFromFailure) {
   }
 }
 
+// What a program opens must not become its standard output, nor its messages part of a file.
+TEST(Drive, bothToolsBearClosedDescriptors) {
+  if (*NFW_EMULATOR != '\0') GTEST_SKIP() << "the emulator opens files of its own";
+  const nfwtest::TempDir lDirectory;
+  nfwtest::writeFile(lDirectory / "bad.log", nfwtest::logRecord(20, 1000, "$GPGLL") + std::string(100, '\xA5'));
+  const struct {
+    std::string mCommand;
+    int mExit;
+  } CASES[] = {
+      {NFW_DRIVE_PROGRAM " - <&-", 2},
+      {NFW_DRIVE_PROGRAM " sim --speed max --for 1 >&-", 1},
+      {NFW_DRIVE_PROGRAM " sim --speed max --for 1 --format none 2>&-", 0},
+      {NFW_LOG_PROGRAM " recover " + lDirectory / "bad.log" + " -o " + lDirectory / "whole.log 2>&-", 0},
+  };
+  for (const auto& lCase : CASES) {
+    const int lStatus = std::system(("timeout -s KILL 20 " + lCase.mCommand).c_str());
+    EXPECT_EQ(WEXITSTATUS(lStatus), lCase.mExit) << lCase.mCommand;
+  }
+  EXPECT_EQ(nfwtest::readFile(lDirectory / "whole.log"), nfwtest::logRecord(20, 1000, "$GPGLL"));
+}
+
 // A server on the loopback with a port of its own.
 class Server {
  public:
@@ -150,6 +174,20 @@ TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   const json lSummary = objects(lRun.readAll()).back();
   EXPECT_EQ(lSummary["lines"], 2);
   EXPECT_EQ(lSummary["accepted"], 2);
+  EXPECT_EQ(lRun.wait(), 0);
+}
+
+// A peer that is gone without a word: the connection stays, and nothing comes.
+TEST(Drive, triesASilentServerAgain) {
+  Server lServer;
+  ToolRun lRun({lServer.source(), "--silence", "0.3", "--log-level", "2"}, STDERR_FILENO);
+  lServer.accept();
+  lServer.send("$GPVTG,,T,,M,,N,,K,N*2C\r\n$GPV");
+  ASSERT_EQ(lRun.readLine(),
+            "WRN <NAVI>DRIVE  source " + lServer.source() + ": nothing received for 0.3 s; trying again in 1 s");
+  lServer.hangUp();
+  lServer.accept();
+  lRun.signal(SIGINT);
   EXPECT_EQ(lRun.wait(), 0);
 }
 

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "LogRecords.h"
 #include "TempDir.h"
 #include "ToolRun.h"
 
@@ -75,6 +76,22 @@ TEST_F(RecordReplay, tellsWhereARecordingIsDamaged) {
   EXPECT_EQ(lLog.mSummary["replay"].get<std::string>().find("the recording is damaged, and cannot be played"), 0u);
 }
 
+// Files that begin and end within a report of dead reckoning, or hold chosen kinds only, are no less whole.
+TEST_F(RecordReplay, partsOfARecordingAreTheSameAsTheirReplay) {
+  ASSERT_EQ(record({"sim", "--for", "3"}).mExit, 0);
+  const std::string lBytes = nfwtest::readFile(recording());
+  const size_t lCut = lBytes.find(" ID00000015: ", lBytes.size() / 2) - 23;  // a record in the midst
+  nfwtest::writeFile(path("first"), lBytes.substr(0, lCut));
+  nfwtest::writeFile(path("second"), lBytes.substr(lCut));
+  const std::string lFilter = NFW_EMULATOR " " NFW_LOG_PROGRAM " filter " + recording() + " --type GGA,PUBX -o ";
+  ASSERT_EQ(std::system((lFilter + path("filtered")).c_str()), 0);
+  for (const char* const lpPart : {"first", "second", "filtered"}) {
+    const Outcome lPart = run({"--replay", path(lpPart), "--format", "json"});
+    EXPECT_EQ(lPart.mExit, 0) << lpPart;
+    EXPECT_EQ(lPart.mSummary["replay"], "the same as the recording") << lpPart;
+  }
+}
+
 TEST_F(RecordReplay, nmeaWritesTheSentencesAsTheyCame) {
   const std::string lSource = path("in.nmea");
   nfwtest::writeFile(lSource, run({"sim", "--for", "3", "--speed", "max", "--format", "nmea"}).mOutput);
@@ -128,11 +145,74 @@ TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
 TEST_F(RecordReplay, settingsAreKeptAndTheCommandLineGoesBeforeThem) {
   const std::string lSettings = path("settings");
   EXPECT_EQ(run({"sim", "--speed", "max", "--for", "1", "--settings", lSettings}).mExit, 0);
+  EXPECT_EQ(nfwtest::readFile(lSettings), "Source=sim\nSpeed=max\nLogLevel=0\n");
   const Outcome lAgain = run({"--for", "600", "--format", "json", "--settings", lSettings});  // at the kept speed
   EXPECT_EQ(lAgain.mSummary["end"], "the source ended");
-  nfwtest::writeFile(lSettings, "Speed=fast\n");
-  EXPECT_EQ(run({"--for", "1", "--settings", lSettings}).mExit, 2);
-  EXPECT_EQ(run({"--for", "1", "--speed", "max", "--settings", lSettings}).mExit, 0);
+}
+
+// People write in it, too: what they wrote stays, and what cannot be understood is left to them.
+TEST_F(RecordReplay, aFileOfSettingsIsTheUsers) {
+  const struct {
+    const char* mpText;
+    const char* mpFound;  // what the message names; null: it is understood
+    const char* mpAfter;  // null: not written
+  } CASES[] = {
+      {"# mine\n  Speed = max \t\r\n\n Other = 7 # x\nLogLevel=0\nRecordPrefix=a", nullptr, nullptr},
+      {"# mine\n Speed = 7 \r\nLogLevel=\n#\nX", ":5: expected KEY=VALUE or # and a comment, found \"X\"", nullptr},
+      {"#\n Speed = 7 \r\nMine=1\nLogLevel=", nullptr, "#\n Speed = max \r\nMine=1\nLogLevel=0\nRecordPrefix=a\n"},
+      {"Speed=max\nlogLevel=0", ":2: expected KEY=VALUE or # and a comment, found \"logLevel\" for LogLevel", nullptr},
+      {"Mine=1\nMine=2\nSpeed=1\nSpeed=2", "found Speed again, which line 3 gives", nullptr},
+      {"RecordDirectory=\x07", ":1: expected KEY=VALUE or # and a comment, found a control character", nullptr},
+      {"\n\nSource=tcp://h\n", ":3: Source: tcp://h: needs a port", nullptr},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpText);
+    nfwtest::writeFile(path("settings"), lCase.mpText);
+    int lExit = -1;
+    const std::string lErrors = ToolRun::errors({"--for", "1", "--format", "none", "--speed", "max", "--log-level", "0",
+                                                 "--prefix", "a", "--settings", path("settings")},
+                                                &lExit);
+    EXPECT_EQ(lExit, lCase.mpFound != nullptr ? 2 : 0);
+    EXPECT_NE(lErrors.find(lCase.mpFound != nullptr ? lCase.mpFound : ""), std::string::npos) << lErrors;
+    EXPECT_EQ(nfwtest::readFile(path("settings")), lCase.mpAfter != nullptr ? lCase.mpAfter : lCase.mpText);
+  }
+}
+
+// What gives nothing ends with a reason, and with the way on where there is one.
+TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
+  ASSERT_EQ(record({"sim", "--for", "2"}).mExit, 0);
+  nfwtest::writeFile(path("text"), "hello\n");
+  nfwtest::writeFile(path("text.gz"), "\x1F\x8B\x08");
+  nfwtest::writeFile(path("spoilt"), "$GPGLL,,,,,,V,N*65\n");
+  const std::string lNote = nfwtest::logRecord(200, 0, "a note").replace(26, 8, "000000C8");
+  nfwtest::writeFile(path("notes"), lNote);
+  nfwtest::writeFile(path("late"), lNote + nfwtest::logRecord(20, 60000, "$GPGLL"));
+  nfwtest::writeFile(path("cut"), nfwtest::logRecord(20, 0, "$GPGLL") + "2024/05/06 07:08");
+  const struct {
+    std::vector<std::string> mArguments;
+    int mExit;
+    const char* mpError;
+  } CASES[] = {
+      {{recording()}, 2, "is a recording: use --replay"},
+      {{path("sensor.bin")}, 2, "is a recording of the sensor log: use --sys-replay"},
+      {{path("text.gz")}, 2, "is compressed"},
+      {{"--replay", path("sensor.bin")}, 2, "but of the sensor log: use --sys-replay"},
+      {{"--sys-replay", recording()}, 2, "but of the data logger: use --replay"},
+      {{"/dev/null"}, 1, "no sentence came"},
+      {{path("text")}, 1, "is it NMEA 0183"},
+      {{path("spoilt")}, 1, "no sentence with a right checksum"},
+      {{"--replay", path("notes"), "--format", "nmea"}, 0, "holds no sentences"},
+      {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
+      {{"--replay", path("cut")}, 1, "nfw-log recover"},
+      {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
+      {{"--replay", recording(), "--for", "0.001"}, 0, ""},
+  };
+  for (const auto& lCase : CASES) {
+    int lExit = -1;
+    const std::string lErrors = ToolRun::errors(lCase.mArguments, &lExit);
+    EXPECT_EQ(lExit, lCase.mExit) << lCase.mpError;
+    EXPECT_NE(lErrors.find(lCase.mpError), std::string::npos) << lErrors;
+  }
 }
 
 }  // namespace

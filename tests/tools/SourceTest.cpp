@@ -42,12 +42,17 @@ TEST(SourceSpec, namesWhatCanBeOpened) {
     EXPECT_EQ(lSpec.mPort, lCase.mpPort);
     EXPECT_EQ(lSpec.mBaud, lCase.mBaud);
   }
-  for (const char* const lpText :
-       {"tcp://host", "tcp://:1", "tcp://host:0", "tcp://host:70000", "tcp://host:x", "/dev/ttyNONE0:123"}) {
+  const char* const REFUSED[][2] = {
+      {"tcp://host", "tcp://HOST:PORT"},          {"tcp://:1", "tcp://HOST:PORT"},
+      {"tcp://host:0", "tcp://HOST:PORT"},        {"tcp://host:70000", "tcp://HOST:PORT"},
+      {"tcp://host:x", "tcp://HOST:PORT"},        {"/dev/ttyNONE0:123", "123 baud"},
+      {"udp://:10110", "tcp://HOST:PORT"},        {"gpsd://localhost:2947", "tcp://localhost:2947"},
+      {"localhost:2947", "tcp://localhost:2947"}, {"[::1]:2947", "tcp://[::1]:2947"}};
+  for (const auto& [lpText, lpReason] : REFUSED) {
     SourceSpec lSpec;
     std::string lReason;
     EXPECT_FALSE(parseSourceSpec(lpText, 4800, &lSpec, &lReason)) << lpText;
-    EXPECT_FALSE(lReason.empty()) << lpText;
+    EXPECT_NE(lReason.find(lpReason), std::string::npos) << lReason;
   }
 }
 

@@ -25,7 +25,7 @@ std::vector<std::string> commandLine(const std::vector<std::string>& nArguments)
 
 }  // namespace
 
-ToolRun::ToolRun(const std::vector<std::string>& nArguments) {
+ToolRun::ToolRun(const std::vector<std::string>& nArguments, int nRead) {
   std::vector<std::string> lWords = commandLine(nArguments);
   std::vector<char*> lArgv;
   for (std::string& lWord : lWords) lArgv.push_back(lWord.data());
@@ -34,7 +34,8 @@ ToolRun::ToolRun(const std::vector<std::string>& nArguments) {
   if (::pipe2(lPipe, O_CLOEXEC) != 0) return;
   posix_spawn_file_actions_t lActions;
   ::posix_spawn_file_actions_init(&lActions);
-  ::posix_spawn_file_actions_adddup2(&lActions, lPipe[1], STDOUT_FILENO);
+  ::posix_spawn_file_actions_addopen(&lActions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  ::posix_spawn_file_actions_adddup2(&lActions, lPipe[1], nRead);
   ::posix_spawnp(&mPid, lArgv[0], &lActions, nullptr, lArgv.data(), environ);
   ::posix_spawn_file_actions_destroy(&lActions);
   ::close(lPipe[1]);
@@ -81,6 +82,13 @@ int ToolRun::wait() {
   ::waitpid(mPid, &lStatus, 0);
   mPid = -1;
   return WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -WTERMSIG(lStatus);
+}
+
+std::string ToolRun::errors(const std::vector<std::string>& nArguments, int* npExit) {
+  ToolRun lRun(nArguments, STDERR_FILENO);
+  const std::string lErrors = lRun.readAll();
+  *npExit = lRun.wait();
+  return lErrors;
 }
 
 std::string ToolRun::output(const std::vector<std::string>& nArguments, int* npExit) {

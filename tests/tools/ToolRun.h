@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <string>
 #include <vector>
@@ -8,8 +9,8 @@
 /// One run of nfw-drive as a process of its own.
 class ToolRun {
  public:
-  /// Starts it. Standard error goes to the test's own.
-  explicit ToolRun(const std::vector<std::string>& nArguments);
+  /// Starts it. What it writes to the one descriptor is read; standard error else goes to the test's own.
+  explicit ToolRun(const std::vector<std::string>& nArguments, int nRead = STDOUT_FILENO);
   ~ToolRun();
   ToolRun(const ToolRun&) = delete;
   ToolRun& operator=(const ToolRun&) = delete;
@@ -22,6 +23,8 @@ class ToolRun {
 
   /// Runs it to its end.
   static std::string output(const std::vector<std::string>& nArguments, int* npExit);
+  /// Likewise: what it says on standard error.
+  static std::string errors(const std::vector<std::string>& nArguments, int* npExit);
 
  private:
   pid_t mPid = -1;

@@ -10,11 +10,13 @@ const unsigned int MAX_TEXT = 256;
 
 const unsigned char* bytesOf(std::string_view nData) { return reinterpret_cast<const unsigned char*>(nData.data()); }
 
-bool give(const unsigned char* npText, uint32_t nLength, SentenceSink& nSink) {
+bool giveText(const unsigned char* npText, uint32_t nLength, SentenceSink& nSink) {
   return nLength == 0 || nSink.onSentence({reinterpret_cast<const char*>(npText), nLength});
 }
 
-bool give(const nfw::NmeaSentenceData& nSlot, SentenceSink& nSink) { return give(nSlot.mText, nSlot.mLength, nSink); }
+bool giveText(const nfw::NmeaSentenceData& nSlot, SentenceSink& nSink) {
+  return giveText(nSlot.mText, nSlot.mLength, nSink);
+}
 
 }  // namespace
 
@@ -26,7 +28,7 @@ bool SensorSentences::read(const Record& nRecord, SentenceSink& nSink) {
   unsigned char lText[MAX_TEXT];
   const int lLength = lpConverter->convertToNmeaSentence(
       bytesOf(nRecord.mData), static_cast<unsigned int>(nRecord.mData.size()), lText, MAX_TEXT);
-  if (lLength > 0) give(lText, static_cast<uint32_t>(lLength), nSink);
+  if (lLength > 0) giveText(lText, static_cast<uint32_t>(lLength), nSink);
   return lLength >= 0;
 }
 
@@ -35,11 +37,15 @@ bool SensorSentences::readReport(nfw::NmeaBinaryLogData& nConverter, std::string
                                                      &mReport)) {
     return false;
   }
-  bool lGoesOn = give(mReport.mRmc, nSink) && give(mReport.mVtg, nSink) && give(mReport.mGga, nSink);
-  for (uint32_t i = 0; lGoesOn && i < mReport.mGsaCount; ++i) lGoesOn = give(mReport.mGsa[i], nSink);
-  for (uint32_t i = 0; lGoesOn && i < mReport.mGsvCount; ++i) lGoesOn = give(mReport.mGsv[i], nSink);
-  if (lGoesOn) give(mReport.mPubx, nSink);
+  give(mReport, nSink);
   return true;
+}
+
+void SensorSentences::give(const nfw::DeadReckoningNmeaSentence& nSet, SentenceSink& nSink) {
+  bool lGoesOn = giveText(nSet.mRmc, nSink) && giveText(nSet.mVtg, nSink) && giveText(nSet.mGga, nSink);
+  for (uint32_t i = 0; lGoesOn && i < nSet.mGsaCount; ++i) lGoesOn = giveText(nSet.mGsa[i], nSink);
+  for (uint32_t i = 0; lGoesOn && i < nSet.mGsvCount; ++i) lGoesOn = giveText(nSet.mGsv[i], nSink);
+  if (lGoesOn) giveText(nSet.mPubx, nSink);
 }
 
 nfw::NmeaBinaryLogData* SensorSentences::converterFor(int nVersion) {

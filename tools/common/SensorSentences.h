@@ -14,6 +14,8 @@ class SensorSentences {
   /// Those of a report in their order, without empty ones. Records of other ids have none. False when a record of
   /// sentences could not be decoded.
   bool read(const Record& nRecord, SentenceSink& nSink);
+  /// Those of a set in the order in which listeners get them, without empty ones.
+  static void give(const nfw::DeadReckoningNmeaSentence& nSet, SentenceSink& nSink);
 
  private:
   bool readReport(nfw::NmeaBinaryLogData& nConverter, std::string_view nData, SentenceSink& nSink);

@@ -4,7 +4,10 @@
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
+#include <cstdint>
 
 namespace tool {
 
@@ -31,13 +34,16 @@ bool Stopper::waitUntil(Clock::time_point nTime) {
   return !mWake.wait_until(lLock, nTime, [this] { return mRequested; });
 }
 
-bool Stopper::waitFor(int nFd, short nEvents) const {
+Stopper::Outcome Stopper::waitFor(int nFd, short nEvents, std::chrono::milliseconds nLimit) const {
+  const Clock::time_point lEnd = Clock::now() + nLimit;
   pollfd lFds[] = {{nFd, nEvents, 0}, {mFd, POLLIN, 0}};
   int lResult = 0;
   do {
-    lResult = ::poll(lFds, 2, -1);
+    const auto lLeft = std::chrono::ceil<std::chrono::milliseconds>(lEnd - Clock::now()).count();
+    lResult = ::poll(lFds, 2, nLimit.count() > 0 ? static_cast<int>(std::clamp<int64_t>(lLeft, 0, INT_MAX)) : -1);
   } while (lResult < 0 && errno == EINTR);
-  return lResult > 0 && lFds[1].revents == 0;
+  if (lResult == 0) return EXPIRED;
+  return lResult > 0 && lFds[1].revents == 0 ? READY : STOPPED;
 }
 
 }  // namespace tool

@@ -23,8 +23,10 @@ class Stopper {
   bool waitUntil(Clock::time_point nTime);
   bool waitFor(Clock::duration nTime) { return waitUntil(Clock::now() + nTime); }
 
-  /// Waits until poll(2) finds `nEvents` on the descriptor: true. False when a stop is requested or the wait fails.
-  bool waitFor(int nFd, short nEvents) const;
+  /// Waits until poll(2) finds `nEvents` on the descriptor. STOPPED also when the wait fails.
+  /// @param nLimit 0: none
+  enum Outcome { READY, STOPPED, EXPIRED };
+  Outcome waitFor(int nFd, short nEvents, std::chrono::milliseconds nLimit) const;
 
  private:
   mutable std::mutex mMutex;

@@ -175,6 +175,7 @@ bool Application::awaitListeners() {
 // A source that ended completes its start all the same; every other end cuts a phase short. A run with a replay and a
 // source of its own goes on until the source ends.
 void Application::noteEnd(unsigned int nEvents) {
+  mIsSignalled = mIsSignalled || (nEvents & Events::SIGNALLED) != 0;
   mIsCutShort = (nEvents & (Events::SIGNALLED | Events::OUTPUT_LOST | Events::TIME_UP)) != 0;
   mIsReplayWhole = mIsReplayWhole || (nEvents & Events::REPLAY_ENDED) != 0;
   if ((nEvents & Events::FAILED) != 0) {
@@ -232,8 +233,23 @@ int Application::judge(bool nIsReplaySame) const {
   if (!isAllDelivered()) {
     complain("not everything was delivered: " + mProgress.delivered().difference(mProgress.expected(), "expected"));
   }
-  if (!nIsReplaySame) complain(mOptions.mReplay.getName() + ": what was played is not what was recorded");
-  return mProgress.addsUp() && isAllDelivered() && nIsReplaySame ? EXIT_DONE : EXIT_RUNTIME;
+  if (!nIsReplaySame) {
+    complain(mOptions.mReplay.getName() + (mRecorded.isDamaged() ? ": is damaged; nfw-log recover FILE -o NEW mends it"
+                                                                 : ": what was played is not what was recorded"));
+  }
+  const std::string lSilence = silence();
+  if (!lSilence.empty()) complain(lSilence);
+  return mProgress.addsUp() && isAllDelivered() && nIsReplaySame && lSilence.empty() ? EXIT_DONE : EXIT_RUNTIME;
+}
+
+// Why nothing was there to be heard; empty when something was, or the user did not wait for it.
+std::string Application::silence() const {
+  const bool lIsHeard = mProgress.mSentences > 0 || mProgress.mReckonedSentences > 0;
+  if (mIsSignalled || mOutput.getState() != tool::Output::OPEN) return {};
+  if (!hasSource())
+    return lIsHeard || mRecorded.isEmpty() ? "" : mOptions.getName() + ": ended before the first sentence";
+  if (mProgress.accepted() + mProgress.ignored() > 0) return {};
+  return fmt::format("{}: no sentence {}", mOptions.mSource.mName, mProgress.explainSilence());
 }
 
 // Listeners that follow a replay hear nothing of the source.

@@ -31,6 +31,7 @@ class Application {
   void writeSummary(const std::string& nVerdict);
   std::string compareReplay(bool* npIsSame) const;
   int judge(bool nIsReplaySame) const;
+  std::string silence() const;
   bool isAllDelivered() const;
   bool hasSource() const { return mOptions.mSource.mKind != SourceSpec::NONE; }
   bool isReplaying() const { return mOptions.mReplay.isWanted(); }
@@ -46,6 +47,7 @@ class Application {
   tool::Output mOutput;
   std::string mEnd;  // why the run ends, empty while it goes on
   bool mIsCutShort = false;
+  bool mIsSignalled = false;
   bool mIsReplayWhole = false;
   std::optional<Events::Clock::time_point> mDeadline;
   Events::Clock::time_point mStopTime;

@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cmath>
 
 #include "Options.h"
@@ -23,7 +24,8 @@ const char* const MANUAL = R"(Sources:
   -                   standard input, as it comes; by its own times when --speed is given
   /dev/ttyUSB0:4800   a serial line and its baud rate
   tcp://HOST:PORT     a server of sentences: a plain stream, or gpsd
-  A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s.
+  A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s; a server
+  that sends nothing for 20 s (--silence) counts as broken.
 
 Sentences:
   GGA, GLL, GSA, GSV, RMC, VTG, ZDA and $PUBX,00 are parsed; other kinds are counted.
@@ -45,8 +47,11 @@ Recordings:
   the device (sda1), or the last name of the mount point of one without a device.
 
 Settings:
-  --settings FILE keeps SOURCE, --speed, --record, --prefix, --backup and --log-level: what the
-  command line does not give is taken from the file, and the file is written anew.
+  --settings FILE keeps SOURCE, --speed, --record, --prefix, --backup and --log-level as lines
+  KEY=VALUE of Source, Speed, RecordDirectory, RecordPrefix, BackupDirectory and LogLevel: what
+  the command line does not give is taken from the file, and what it does give is put there.
+  Comments (#), other keys and the order stay. A line that is none of these ends the program and
+  leaves the file alone. A kept speed does not count for a live source or a replay.
 
 Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
@@ -56,8 +61,8 @@ Output:
   The log goes to standard error, on a live view under the table. With nmea the summary does, too.
 
 Exit status:
-  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, or listeners did not
-  receive what they should; 2  a wrong command line, or what it names cannot be read or written.
+  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, listeners did not
+  receive what they should, or nothing came that is a sentence; 2  a wrong command line, or what it names cannot be read or written.
   Another Ctrl-C, a second later, ends at once.
 
 Examples:
@@ -77,10 +82,18 @@ struct Arguments {
   std::string mFormat = "table";
   double mForSeconds = 0.0;
   unsigned int mBaud = 9600;
+  double mSilence = 20.0;  // seconds
   bool mIgnoresChecksums = false;
   std::vector<std::string> mSystems;
   std::vector<std::string> mTunnels;
   std::string mSettings;
+  std::map<std::string, std::string> mPlaces;  // of what a file of settings gave, by option
+
+  /// What a message about an option names: the option, or the line of the file.
+  std::string place(const std::string& nOption) const {
+    const auto lFound = mPlaces.find(nOption);
+    return lFound == mPlaces.end() ? nOption : lFound->second;
+  }
 };
 
 const std::map<std::string, Format> FORMATS = {
@@ -125,7 +138,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT");
   nApp.add_option("--speed", nArguments.mSpeed, "times real time, or max: as fast as it goes, losing nothing")
       ->type_name("X|max");
-  nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time")
+  nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
   nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
@@ -136,6 +149,10 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->check(CLI::Range(0, 5).description(""));
   nApp.add_flag("--no-checksum", nArguments.mIgnoresChecksums, "accept sentences whatever their checksum says");
   nApp.add_option("--baud", nArguments.mBaud, "of a serial line, 9600 unless given")->type_name("N");
+  nApp.add_option("--silence", nArguments.mSilence,
+                  "of a TCP server until it is tried again, 20 unless given; 0: never")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(0.0, 86400.0).description(""));
   nApp.add_option("--seed", nOptions.mSimulator.mSeed, "of the simulated drive")->type_name("N");
   nApp.add_option("--rate", nOptions.mSimulator.mRateHz, "of the simulated drive, 1 to 10")
       ->type_name("HZ")
@@ -164,21 +181,34 @@ bool isPacedByItself(const SourceSpec& nSource) {
   return nSource.mKind == SourceSpec::SIMULATOR || (nSource.mKind == SourceSpec::FILE && isRegularFile(nSource.mPath));
 }
 
-void setSpeed(const std::string& nText, Options& nOptions) {
-  nOptions.mPlay.mPaced = isPacedByItself(nOptions.mSource) || (!nText.empty() && !nOptions.mSource.isLive());
-  if (nText.empty()) return;
-  nOptions.mPlay.mSpeed = 0.0;
-  if (nText == "max") return;
-  if (!CLI::detail::lexical_cast(nText, nOptions.mPlay.mSpeed) || !std::isfinite(nOptions.mPlay.mSpeed) ||
-      nOptions.mPlay.mSpeed < 0.001) {
-    throw CLI::ValidationError("--speed", "\"" + nText + "\" is neither a number of 0.001 or more nor max");
+double parseSpeed(const std::string& nText, const std::string& nPlace) {
+  double lSpeed = 0.0;
+  if (nText == "max") return lSpeed;
+  if (!CLI::detail::lexical_cast(nText, lSpeed) || !std::isfinite(lSpeed) || lSpeed < 0.001) {
+    throw CLI::ValidationError(nPlace, "\"" + nText + "\" is neither a number of 0.001 or more nor max");
   }
-  if (nOptions.mSource.isLive()) throw CLI::ValidationError("--speed", "a live source comes at its own pace");
+  return lSpeed;
+}
+
+// Live sources come at their own pace and replays at that of the recording. There a kept speed waits for another run.
+void setSpeed(const Arguments& nArguments, Options& nOptions) {
+  const SourceSpec& lSource = nOptions.mSource;
+  nOptions.mPlay.mPaced = isPacedByItself(lSource) || (!nArguments.mSpeed.empty() && !lSource.isLive());
+  if (nArguments.mSpeed.empty()) return;
+  const double lSpeed = parseSpeed(nArguments.mSpeed, nArguments.place("--speed"));
+  const bool lIsReplay = lSource.mKind == SourceSpec::NONE;
+  if (!lSource.isLive() && !lIsReplay) {
+    nOptions.mPlay.mSpeed = lSpeed;
+  } else if (nArguments.mPlaces.count("--speed") == 0) {
+    throw CLI::ValidationError(
+        "--speed", lIsReplay ? "a replay keeps the pace of its recording" : "a live source comes at its own pace");
+  }
 }
 
 void setLimit(double nSeconds, Options& nOptions) {
   if (nSeconds == 0.0) return;
-  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0));
+  const int64_t lLeadMs = nOptions.mSource.mKind == SourceSpec::NONE ? ReplayOptions::LEAD_MS : 0;
+  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0)) + lLeadMs;
   (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
 }
 
@@ -205,10 +235,11 @@ void checkNewFile(const std::string& nPath) {
 void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   std::string lReason;
   if (!parseSourceSpec(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
-    throw CLI::ValidationError(nArguments.mSource, lReason);
+    throw CLI::ValidationError(nArguments.place("SOURCE"), nArguments.mSource + ": " + lReason);
   }
+  nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
   if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceSpec::NONE;
-  setSpeed(nArguments.mSpeed, nOptions);
+  setSpeed(nArguments, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
   nOptions.mFormat = FORMATS.at(nArguments.mFormat);
   nOptions.mJudgesChecksums = !nArguments.mIgnoresChecksums;
@@ -218,27 +249,35 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   checkNewFile(nOptions.mRecord.mSensorFile);
 }
 
-// What the command line does not give is taken from the file.
-void applySettings(CLI::App& nApp, Settings& nSettings, const std::string& nPath) {
-  if (::access(nPath.c_str(), F_OK) == 0) nSettings.load();  // the first run has none
+void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string& nPlace) {
+  nOption.add_result(nValue);
+  try {
+    nOption.run_callback();
+  } catch (const CLI::ParseError& lError) {
+    throw CLI::ValidationError(nPlace, lError.what());
+  }
+}
+
+bool isExcluded(const CLI::Option& nOption) {
+  const auto& lOthers = nOption.get_excludes();
+  return std::any_of(lOthers.begin(), lOthers.end(), [](const CLI::Option* np) { return np->count() > 0; });
+}
+
+// What the command line does not give is taken from the file, and what it gives is to be kept there.
+void applySettings(CLI::App& nApp, Settings& nSettings, Arguments& nArguments) {
+  std::string lReason;
+  if (!nSettings.read(&lReason)) throw CLI::ValidationError("--settings", lReason);
   for (const Settings::Entry& lEntry : Settings::ENTRIES) {
     CLI::Option* const lpOption = nApp.get_option(lEntry.mpOption);
-    char* const lpValue = nSettings.*lEntry.mpValue;
-    if (lpOption->count() == 0 && *lpValue != '\0') {
-      lpOption->add_result(lpValue);
-      try {
-        lpOption->run_callback();
-      } catch (const CLI::ParseError& lError) {
-        throw CLI::ValidationError(nPath, std::string(lEntry.mpKey) + ": " + lError.what());
-      }
+    const std::string lKept = nSettings.get(lEntry.mpKey);
+    if (lpOption->count() > 0) {
+      if (nSettings.set(lEntry.mpKey, lpOption->as<std::string>(), &lReason)) continue;
+      throw CLI::ValidationError(lEntry.mpOption, lReason + ", which a file of settings cannot hold");
     }
-    if (lpOption->count() == 0) continue;
-    const std::string lText = lpOption->as<std::string>();
-    if (lText.size() > Settings::MAX_VALUE) {
-      throw CLI::ValidationError(lEntry.mpOption, "over " + std::to_string(Settings::MAX_VALUE) +
-                                                      " characters, too long for the settings file");
-    }
-    lpValue[lText.copy(lpValue, Settings::MAX_VALUE)] = '\0';
+    if (lKept.empty() || isExcluded(*lpOption)) continue;
+    const std::string lPlace = nSettings.place(lEntry.mpKey);
+    takeKept(*lpOption, lKept, lPlace);
+    nArguments.mPlaces[lEntry.mpOption] = lPlace;
   }
 }
 
@@ -252,10 +291,10 @@ std::optional<Options> parseCommandLine(int nArgc, const char* const* npArgv, in
   try {
     lApp.parse(nArgc, npArgv);
     const bool lHasSource = lApp.get_option("SOURCE")->count() > 0;
-    Settings lSettings(lArguments.mSettings.c_str());
-    if (!lArguments.mSettings.empty()) applySettings(lApp, lSettings, lArguments.mSettings);
+    Settings lSettings(lArguments.mSettings);
+    if (!lArguments.mSettings.empty()) applySettings(lApp, lSettings, lArguments);
     complete(lArguments, lHasSource, lOptions);
-    if (!lArguments.mSettings.empty() && !lSettings.save()) {
+    if (!lSettings.write()) {
       throw CLI::ValidationError(lArguments.mSettings, "cannot be written");
     }
     return lOptions;

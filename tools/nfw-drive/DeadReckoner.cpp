@@ -27,17 +27,26 @@ const DeadReckoner::Report* DeadReckoner::onSentence(std::string_view nSentence)
     beginEpoch(lTimeMs);
   }
   mRecords.take(nSentence);
+  mIsComplete = mCycle.onSentence(nSentence);
   return lpReport;
 }
 
+const DeadReckoner::Report* DeadReckoner::takeComplete() {
+  if (!mIsComplete || mIsReported || mTimeMs < 0) return nullptr;
+  mIsReported = true;
+  return endEpoch();
+}
+
 const DeadReckoner::Report* DeadReckoner::finish() {
-  const Report* const lpReport = mTimeMs >= 0 ? endEpoch() : nullptr;
+  const Report* const lpReport = mTimeMs >= 0 && !mIsReported ? endEpoch() : nullptr;
   mTimeMs = -1;
   return lpReport;
 }
 
 void DeadReckoner::beginEpoch(int64_t nTimeMs) {
   mTimeMs = nTimeMs;
+  mIsReported = false;
+  mCycle.begin();
   mRecords.clear();
   if (mpMotion != nullptr) mMotion = {mpMotion->speed(), mpMotion->course()};
 }

@@ -1,5 +1,6 @@
 #include "FdReader.h"
 
+#include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -14,14 +15,17 @@ void FdReader::reset(int nFd) {
 }
 
 int FdReader::read(char* npBuffer, size_t nSize, std::string* npReason) {
-  while (mStopper.waitFor(mFd, POLLIN)) {
+  tool::Stopper::Outcome lOutcome = tool::Stopper::READY;
+  while ((lOutcome = mStopper.waitFor(mFd, POLLIN, mSilence)) == tool::Stopper::READY) {
     const ssize_t lSize = ::read(mFd, npBuffer, nSize);
     if (lSize >= 0) return static_cast<int>(lSize);
     if (errno == EINTR || errno == EAGAIN) continue;
     *npReason = std::strerror(errno);
     return SentenceSource::BROKEN;
   }
-  return SentenceSource::STOPPED;
+  if (lOutcome == tool::Stopper::STOPPED) return SentenceSource::STOPPED;
+  *npReason = fmt::format("nothing received for {:g} s", static_cast<double>(mSilence.count()) / 1000.0);
+  return SentenceSource::BROKEN;
 }
 
 }  // namespace drive

@@ -9,7 +9,9 @@ namespace drive {
 /// A file descriptor of any kind, read so that a stop ends the wait.
 class FdReader {
  public:
-  explicit FdReader(tool::Stopper& nStopper) : mStopper(nStopper) {}
+  /// @param nSilence when nothing comes for so long, it counts as broken; 0: never
+  explicit FdReader(tool::Stopper& nStopper, std::chrono::milliseconds nSilence = {})
+      : mStopper(nStopper), mSilence(nSilence) {}
   ~FdReader() { reset(-1); }
   FdReader(const FdReader&) = delete;
   FdReader& operator=(const FdReader&) = delete;
@@ -23,6 +25,7 @@ class FdReader {
 
  private:
   tool::Stopper& mStopper;
+  const std::chrono::milliseconds mSilence;
   int mFd = -1;
 };
 

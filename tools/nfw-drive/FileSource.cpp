@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "ForeignContent.h"
+
 namespace drive {
 
 SentenceSource::OpenResult FileSource::open(std::string* npReason) {
@@ -22,6 +24,16 @@ SentenceSource::OpenResult FileSource::open(std::string* npReason) {
   if (!S_ISDIR(lStat.st_mode)) return OPENED;
   *npReason = std::strerror(EISDIR);
   return OPEN_FAILED;
+}
+
+int FileSource::read(char* npBuffer, size_t nSize, std::string* npReason) {
+  const int lSize = mReader.read(npBuffer, nSize, npReason);
+  if (mIsJudged || lSize <= 0) return lSize;
+  mIsJudged = true;
+  const char* const lpForeign = foreignContent({npBuffer, static_cast<size_t>(lSize)});
+  if (lpForeign == nullptr) return lSize;
+  *npReason = lpForeign;
+  return BROKEN;
 }
 
 }  // namespace drive

@@ -20,6 +20,9 @@ std::string positionText(const nfw::GnssSentenceCoordinate& nLatitude, const nfw
   return fmt::format("{:.7f} {:.7f}", tool::decimalDegrees(nLatitude), tool::decimalDegrees(nLongitude));
 }
 
+// A record holds 0 for an empty field.
+std::string dopText(double nDop) { return nDop > 0.0 ? fmt::format("{:.2f}", nDop) : "-"; }
+
 }  // namespace
 
 void FixState::take(const nfw::RmcSentence& nRecord) {
@@ -69,15 +72,28 @@ std::string FixState::position() const {
   return "no position";
 }
 
+std::string FixState::altitude() const {
+  const nfw::GgaSentence& lGga = heightSource();
+  const bool lIsKnown = lGga.quality != nfw::QUALITY_INVALID && hasPosition(lGga.latitude);
+  return lIsKnown ? fmt::format("{:.1f} m", lGga.altitude) : "-";
+}
+
+bool FixState::hasMotion() const { return isReckoned() || mRmc.status || mVtg.mode != nfw::MODE_NOT_VALID; }
+
 std::string FixState::speed() const {
   const nfw::RmcSentence& lRmc = isReckoned() ? mReckonedRmc : mRmc;
   const double lKmh = lRmc.status ? lRmc.speed * 1.852 : mVtg.speedKmh;
-  return fmt::format("{:.1f} km/h", lKmh);
+  return hasMotion() ? fmt::format("{:.1f} km/h", lKmh) : "no speed";
 }
 
 std::string FixState::course() const {
   const nfw::RmcSentence& lRmc = isReckoned() ? mReckonedRmc : mRmc;
-  return fmt::format("{:.1f} deg", lRmc.status ? lRmc.direction : mVtg.directionForTrueNorth);
+  const double lCourse = lRmc.status ? lRmc.direction : mVtg.directionForTrueNorth;
+  return hasMotion() ? fmt::format("{:.1f} deg", lCourse) : "no course";
+}
+
+std::string FixState::dops() const {
+  return fmt::format("PDOP {} HDOP {} VDOP {}", dopText(mGsa.pdop), dopText(mGga.hdop), dopText(mGsa.vdop));
 }
 
 std::string FixState::fix() const {

@@ -25,15 +25,19 @@ class FixState {
   bool isReckoned() const;         ///< the receiver has no position, dead reckoning has
   std::string time() const;        ///< "2026-01-31 08:00:12.300"
   std::string position() const;    ///< "35.6580000 139.7450000", or "no position"
-  std::string speed() const;       ///< "36.4 km/h"
-  std::string course() const;      ///< "123.4 deg"
+  std::string altitude() const;    ///< "42.1 m", "-" when nobody knows
+  std::string speed() const;       ///< "36.4 km/h", or "no speed"
+  std::string course() const;      ///< "123.4 deg", or "no course"
+  std::string dops() const;        ///< "PDOP 1.50 HDOP 0.90 VDOP 1.20", "-" for what nobody knows
   std::string fix() const;         ///< "3D, gps", "no fix, invalid", "no fix, reckoned" ...
   std::string satellites() const;  ///< "GPS 10, GLONASS 8 in view"
 
   const nfw::GgaSentence& getGga() const { return mGga; }
-  const nfw::GsaSentence& getGsa() const { return mGsa; }
 
  private:
+  bool hasMotion() const;
+  const nfw::GgaSentence& heightSource() const { return isReckoned() ? mReckonedGga : mGga; }
+
   static constexpr size_t SYSTEM_TYPES = nfw::SATELLITE_OTHER + 1;
 
   nfw::GgaSentence mGga;

@@ -8,7 +8,7 @@ bool Intake::onSentence(std::string_view nSentence) {
   if (mpWindows != nullptr && !mpWindows->mSentences.acquire(1)) return false;
   count(nSentence);
   return mReceiver.receive(nSentence.data(), static_cast<unsigned int>(nSentence.size())) &&
-         feed(mReckoner.onSentence(nSentence));
+         feed(mReckoner.onSentence(nSentence)) && feed(mReckoner.takeComplete());
 }
 
 void Intake::finish() {

@@ -34,6 +34,7 @@ struct ReplayOptions {
   std::string mFile;        ///< of the data logger
   std::string mSensorFile;  ///< of the sensor log
 
+  static constexpr int64_t LEAD_MS = 1000;  ///< from the start to the first record
   bool isWanted() const { return !mFile.empty() || !mSensorFile.empty(); }
   const std::string& getName() const { return mFile.empty() ? mSensorFile : mFile; }
 };

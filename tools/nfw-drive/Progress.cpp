@@ -1,5 +1,7 @@
 #include "Progress.h"
 
+#include <fmt/format.h>
+
 namespace drive {
 
 StreamTally Progress::delivered() const {
@@ -17,6 +19,13 @@ bool Progress::hasReceived(const StreamTally& nExpected) const {
   }
   return mSentences >= nExpected.mSentences.mCount && mDelivered.get(nfw::NMEA_UNKNOWN) >= nExpected.mCombined &&
          mReckonedSentences >= nExpected.mDeadReckoning.mCount && mDeliveredReports >= mReports;
+}
+
+std::string Progress::explainSilence() const {
+  if (mLines.total() == 0) return "came";
+  if (mUnparsable.total() > 0) return fmt::format("of {} could be parsed", mUnparsable.total());
+  if (mLines.get(tool::LINE_BAD_CHECKSUM) > 0) return "with a right checksum";
+  return "in what came: is it NMEA 0183, and a serial line's baud rate right?";
 }
 
 StreamTally Progress::expected() const {

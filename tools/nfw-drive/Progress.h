@@ -32,6 +32,8 @@ struct Progress {
   /// counts.
   StreamTally expected() const;
   bool areReportsDelivered() const { return mReports == mDeliveredReports; }
+  /// Behind "no sentence": what came instead, and what it may be.
+  std::string explainSilence() const;
   /// Whether listeners have received as much as that. Any thread may ask.
   bool hasReceived(const StreamTally& nExpected) const;
 };

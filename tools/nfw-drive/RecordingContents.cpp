@@ -60,6 +60,10 @@ bool RecordingContents::read(const std::string& nPath, tool::RecordKind nKind, s
   }
   if (mRecords > 0) return true;
   *npReason = nPath + ": offset 0: no record of " + (nKind == tool::LOG_RECORD ? "the data logger" : "the sensor log");
+  if (lStream.getKind() == tool::LOG_RECORD && nKind != tool::LOG_RECORD)
+    *npReason += ", but of the data logger: use --replay";
+  if (lStream.getKind() == tool::SENSOR_RECORD && nKind != tool::SENSOR_RECORD)
+    *npReason += ", but of the sensor log: use --sys-replay";
   return false;
 }
 
@@ -71,7 +75,7 @@ void RecordingContents::onDamage(const tool::RecordDamage& nDamage) {
 
 void RecordingContents::take(const tool::Record& nRecord) {
   if (nRecord.mId == LOG_ID_GNSS) takeSentence(nRecord.mData, nRecord.mTick);
-  if (nRecord.mId == LOG_ID_DEAD_RECKONING) mStream.onDeadReckoning(nRecord.mData);
+  if (nRecord.mId == LOG_ID_DEAD_RECKONING) takeReckoned(nRecord.mData);
   if (nRecord.mId == LOG_ID_RUN_NOTE) takeNote(nRecord.mData);
 }
 
@@ -82,6 +86,14 @@ void RecordingContents::takeSensor(const tool::Record& nRecord) {
   };
   TakingSink<decltype(lTake)> lSink(lTake);
   mSentences.read(nRecord, lSink);
+}
+
+void RecordingContents::takeReckoned(std::string_view nSentence) {
+  const nfw::DeadReckoningNmeaSentence* const lpSet = mReckoned.onSentence(nSentence);
+  if (lpSet == nullptr) return;
+  const auto lTake = [&](std::string_view nText) { mStream.onDeadReckoning(nText); };
+  TakingSink<decltype(lTake)> lSink(lTake);
+  tool::SensorSentences::give(*lpSet, lSink);
 }
 
 void RecordingContents::takeNote(std::string_view nNote) {
@@ -97,11 +109,13 @@ void RecordingContents::takeSentence(std::string_view nSentence, uint32_t nTick)
 
 std::string RecordingContents::compare(const StreamTally& nPlayed, bool* npIsSame) const {
   *npIsSame = false;
-  if (!mDamage.empty()) return "the recording is damaged, and cannot be played to its end: " + mDamage;
+  if (!mDamage.empty())
+    return "the recording is damaged, and cannot be played to its end: " + mDamage + "; nfw-log recover mends it";
   std::string lDifference = nPlayed.difference(mStream.get(), "recorded");
   if (lDifference.empty() && mLive) lDifference = nPlayed.difference(*mLive, "live");
   *npIsSame = lDifference.empty();
   if (!lDifference.empty()) return "different: " + lDifference;
+  if (isEmpty()) return "the recording holds no sentences that a replay gives";
   return mLive ? "the same as the recording, and as the run that made it" : "the same as the recording";
 }
 

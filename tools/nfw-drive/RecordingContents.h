@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "ExpectedStream.h"
+#include "ReckonedSets.h"
 #include "RecordStream.h"
 #include "SensorSentences.h"
 
@@ -21,6 +22,8 @@ class RecordingContents : private tool::RecordDamageListener {
   uint32_t getFirstTick() const { return mFirstTick; }
   std::vector<uint32_t> takeTicks() { return std::move(mTicks); }  ///< of the receiver's sentences
 
+  /// Nothing that a replay gives to listeners, for instance records of other ids only.
+  bool isEmpty() const { return get().mSentences.mCount == 0 && get().mDeadReckoning.mCount == 0; }
   /// How what a replay gave compares, for people.
   std::string compare(const StreamTally& nPlayed, bool* npIsSame) const;
 
@@ -29,10 +32,12 @@ class RecordingContents : private tool::RecordDamageListener {
   void onDamage(const tool::RecordDamage& nDamage) override;
   void take(const tool::Record& nRecord);
   void takeSensor(const tool::Record& nRecord);
+  void takeReckoned(std::string_view nSentence);
   void takeNote(std::string_view nNote);
   void takeSentence(std::string_view nSentence, uint32_t nTick);
 
   tool::SensorSentences mSentences;
+  ReckonedSets mReckoned;
   ExpectedStream mStream;
   bool mHasBegin = false;
   std::optional<StreamTally> mLive;

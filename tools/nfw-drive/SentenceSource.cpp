@@ -19,7 +19,7 @@ std::unique_ptr<SentenceSource> createSource(const SourceSpec& nSpec, const Simu
     case SourceSpec::SERIAL:
       return std::make_unique<SerialSource>(nSpec.mPath, nSpec.mBaud, nStopper);
     case SourceSpec::TCP:
-      return std::make_unique<TcpSource>(nSpec.mHost, nSpec.mPort, nStopper);
+      return std::make_unique<TcpSource>(nSpec, nStopper);
     case SourceSpec::NONE:
       break;
   }

@@ -13,6 +13,8 @@ namespace drive {
 namespace {
 
 const std::string TCP_SCHEME = "tcp://";
+const char SCHEME_BYTES[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-";
+const char* const FORMS = "a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT";
 
 bool toNumber(const std::string& nText, unsigned int* npValue) {
   const char* const lpEnd = nText.data() + nText.size();
@@ -39,6 +41,14 @@ bool looksSerial(const std::string& nPath) {
          nPath.rfind("/dev/pts/", 0) == 0;
 }
 
+bool isThere(const std::string& nPath) { return ::access(nPath.c_str(), F_OK) == 0; }
+
+// "udp://..."
+bool hasScheme(const std::string& nText) {
+  const size_t lEnd = nText.find("://");
+  return lEnd != std::string::npos && lEnd > 0 && nText.find_first_not_of(SCHEME_BYTES) == lEnd;
+}
+
 bool parseTcp(const std::string& nAddress, SourceSpec* npSpec, std::string* npReason) {
   const size_t lColon = nAddress.rfind(':');
   unsigned int lPort = 0;
@@ -56,11 +66,31 @@ bool parseTcp(const std::string& nAddress, SourceSpec* npSpec, std::string* npRe
   return !npSpec->mHost.empty();
 }
 
+// "localhost:2947", which is no path
+bool isHostAndPort(const std::string& nText) {
+  SourceSpec lSpec;
+  std::string lIgnored;
+  return nText.find('/') == std::string::npos && parseTcp(nText, &lSpec, &lIgnored);
+}
+
+// What is meant for a server, but is not written as one.
+bool isOddServer(const std::string& nText, std::string* npReason) {
+  if (isThere(nText)) return false;
+  if (hasScheme(nText)) {
+    const std::string lAddress = nText.substr(nText.find("://") + 3);
+    *npReason = "is of a kind that cannot be opened: " + std::string(FORMS);
+    if (isHostAndPort(lAddress)) *npReason += ", as tcp://" + lAddress;
+    return true;
+  }
+  if (isHostAndPort(nText)) *npReason = "is no file; of a server: tcp://" + nText;
+  return !npReason->empty();
+}
+
 // "/dev/ttyUSB0:4800" is the device and its speed.
 void splitBaud(const std::string& nText, SourceSpec* npSpec) {
   const size_t lColon = nText.rfind(':');
   unsigned int lBaud = 0;
-  if (lColon == std::string::npos || ::access(nText.c_str(), F_OK) == 0) return;
+  if (lColon == std::string::npos || isThere(nText)) return;
   if (!toNumber(nText.substr(lColon + 1), &lBaud)) return;
   const std::string lPath = nText.substr(0, lColon);
   if (!looksSerial(lPath) && !isTerminal(lPath)) return;
@@ -89,7 +119,7 @@ bool parseSourceSpec(const std::string& nText, unsigned int nDefaultBaud, Source
     return true;
   }
   if (nText.rfind(TCP_SCHEME, 0) == 0) return parseTcp(nText.substr(TCP_SCHEME.size()), npSpec, npReason);
-  return parsePath(nText, npSpec, npReason);
+  return !isOddServer(nText, npReason) && parsePath(nText, npSpec, npReason);
 }
 
 }  // namespace drive

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <string>
 
 namespace drive {
@@ -14,6 +15,7 @@ struct SourceSpec {
   std::string mHost;
   std::string mPort;
   unsigned int mBaud = 9600;
+  std::chrono::milliseconds mSilence{20000};  ///< a server that sends nothing for so long is tried again; 0: never
 
   /// Sources that go on for ever and are opened again when they break.
   bool isLive() const { return mKind == SERIAL || mKind == TCP; }

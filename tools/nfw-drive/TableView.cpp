@@ -70,10 +70,9 @@ std::vector<std::string> TableView::picture() const {
   std::vector<std::string> lLines = {
       "nfw-drive    " + mSource,
       "Time         " + mFix.time(),
-      fmt::format("Position     {}   altitude {:.1f} m", mFix.position(), lGga.altitude),
+      fmt::format("Position     {}   altitude {}", mFix.position(), mFix.altitude()),
       fmt::format("Speed        {}   course {}", mFix.speed(), mFix.course()),
-      fmt::format("Fix          {}   PDOP {:.2f} HDOP {:.2f} VDOP {:.2f}", mFix.fix(), mFix.getGsa().pdop, lGga.hdop,
-                  mFix.getGsa().vdop),
+      fmt::format("Fix          {}   {}", mFix.fix(), mFix.dops()),
       fmt::format("Satellites   {} used; in view {}", lGga.satelliteCount, mFix.satellites()),
       fmt::format("Sentences    {} delivered: {}", mProgress.mSentences.load(), kinds()),
       "Rejected     " + rejects(),

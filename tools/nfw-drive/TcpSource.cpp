@@ -48,9 +48,15 @@ bool TcpSource::connectTo(const addrinfo& nAddress, std::string* npReason) {
   mReader.reset(lFd);
   mFilter = GpsdFilter();
   int lError = lFd >= 0 && ::connect(lFd, nAddress.ai_addr, nAddress.ai_addrlen) == 0 ? 0 : errno;
-  if (lError == EINPROGRESS) lError = mStopper.waitFor(lFd, POLLOUT) ? connectError(lFd) : ECANCELED;
+  if (lError == EINPROGRESS) lError = awaitConnection(lFd);
   *npReason = std::strerror(lError);
   return lError == 0;
+}
+
+int TcpSource::awaitConnection(int nFd) const {
+  const tool::Stopper::Outcome lOutcome = mStopper.waitFor(nFd, POLLOUT, mSilence);
+  if (lOutcome == tool::Stopper::READY) return connectError(nFd);
+  return lOutcome == tool::Stopper::STOPPED ? ECANCELED : ETIMEDOUT;
 }
 
 int TcpSource::read(char* npBuffer, size_t nSize, std::string* npReason) {

@@ -7,21 +7,28 @@
 
 namespace drive {
 
-/// A server of sentences: one that sends them plainly, or gpsd, which is asked for them.
+/// A server of sentences: one that sends them plainly, or gpsd, which is asked for them. One that neither answers nor
+/// sends for long counts as broken: a peer that is gone without a word leaves a connection that never ends.
 class TcpSource : public SentenceSource {
  public:
-  TcpSource(const std::string& nHost, const std::string& nPort, tool::Stopper& nStopper)
-      : mHost(nHost), mPort(nPort), mStopper(nStopper), mReader(nStopper) {}
+  TcpSource(const SourceSpec& nSpec, tool::Stopper& nStopper)
+      : mHost(nSpec.mHost),
+        mPort(nSpec.mPort),
+        mSilence(nSpec.mSilence),
+        mStopper(nStopper),
+        mReader(nStopper, nSpec.mSilence) {}
 
   OpenResult open(std::string* npReason) override;
   int read(char* npBuffer, size_t nSize, std::string* npReason) override;
 
  private:
+  int awaitConnection(int nFd) const;
   bool connectTo(const addrinfo& nAddress, std::string* npReason);
   bool askForSentences(std::string* npReason);
 
   const std::string mHost;
   const std::string mPort;
+  const std::chrono::milliseconds mSilence;
   tool::Stopper& mStopper;
   FdReader mReader;
   GpsdFilter mFilter;

@@ -1,3 +1,7 @@
 #include "CommandLine.h"
+#include "StandardStreams.h"
 
-int main(int nArgc, char** npArgv) { return logtool::runProgram(nArgc, npArgv); }
+int main(int nArgc, char** npArgv) {
+  tool::openStandardStreams();
+  return logtool::runProgram(nArgc, npArgv);
+}
