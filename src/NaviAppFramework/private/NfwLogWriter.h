@@ -8,6 +8,7 @@
 #include "NfwLogFilePath.h"
 #include "NfwLogRecordBase.h"
 #include "NfwOperationControl.h"
+#include "NfwRecordTally.h"
 #include "NfwStreamBuffer.h"
 #include "NfwThreadSafety.h"
 #include "NfwZtFileCopy.h"
@@ -46,6 +47,11 @@ class LogWriter : public utl::ThreadMsgListener {
   void shutdown();
   bool isRecording() const { return mIsRecording; }
 
+  LogRecordCounts getRecordCounts();  ///< waits for the disk
+  LogBackup getBackup() const { return static_cast<LogBackup>(mBackup.load()); }
+  /// A record that did not come as far as write().
+  void refuse(LogLoss nReason);
+
   bool open();
   void close();
 
@@ -64,6 +70,7 @@ class LogWriter : public utl::ThreadMsgListener {
   };
 
   bool isInitialized() const { return mState == INITIALIZED; }
+  bool isRefusing() const NFW_REQUIRES(mSync) { return mIsRecording && mStoppingCount == 0 && mIsBackingUp; }
   bool isAccepting() const NFW_REQUIRES(mSync) { return mIsRecording && mStoppingCount == 0 && !mIsBackingUp; }
   uint64_t currentSize() const NFW_REQUIRES(mSync) { return mFile.size() + mBuffer.size(); }
   bool fitsFile(const Record& nRecord) const NFW_REQUIRES(mSync) {
@@ -81,7 +88,12 @@ class LogWriter : public utl::ThreadMsgListener {
   bool rotate(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
 
   bool isSimple(const Record& nRecord) const NFW_REQUIRES(mSync);
+  static bool isSound(const Record& nRecord);
   bool isValid(const Record& nRecord) const;
+  int refuseUntaken() NFW_REQUIRES(mSync);
+  int tally(const Record& nRecord, int nResult) NFW_REQUIRES(mSync);
+  LogLoss lossOf(const Record& nRecord) const NFW_REQUIRES(mSync);
+  void dropBuffer() NFW_REQUIRES(mFileSync, mSync);
   int writeWithFile(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
   int buffer(const Record& nRecord) NFW_REQUIRES(mSync);
   int writeDirectly(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
@@ -108,6 +120,8 @@ class LogWriter : public utl::ThreadMsgListener {
   std::atomic<bool> mIsBackingUp{false};  // goes with mBackupIdle, for those who only ask
   std::atomic<bool> mIsWakePosted{false};
   std::atomic<bool> mIsShuttingDown{false};
+  std::atomic<int> mBackup{LOG_BACKUP_NONE};
+  RecordTally mTally NFW_GUARDED_BY(mSync);
   unsigned int mStoppingCount NFW_GUARDED_BY(mSync) = 0;  // stop() calls under way
   const unsigned int mMaxLogFileSize;
   char mDirectory[LOG_PATH_SIZE] NFW_GUARDED_BY(mSync) = {};  // both empty when not recording
