@@ -28,6 +28,7 @@ struct LogRecordCounts {
   unsigned long long mBytes = 0;     ///< of the recorded ones, as they stand in the files
   LogLoss mReason = LOG_LOSS_NONE;   ///< of the last loss
   int mError = 0;                    ///< errno of the last loss, 0 when the platform told none
+  bool mIsFailing = false;           ///< the file takes nothing at present; what is taken waits, and may be lost
 
   unsigned long long missing() const { return mRefused + mFailed; }
 };

@@ -47,16 +47,10 @@ std::string LogReport::look(const nfw::LogRecordCounts& nCounts, Spell::Clock::t
   const bool lIsLosing = nCounts.missing() > mCounts.missing();
   mCounts = nCounts;
   if (lIsLosing && mSince.empty()) mSince = timeOfDay();
-  switch (mSpell.look(lIsLosing, nNow)) {
-    case Spell::BEGINS:
-    case Spell::GOES_ON:
-      return label() + " is losing records: " + missing();
-    case Spell::IS_OVER:
-      return label() + " records again: " + missing();
-    case Spell::SILENT:
-      break;
-  }
-  return {};
+  const Spell::Word lWord = mSpell.look(lIsLosing || nCounts.mIsFailing, nNow);
+  if (lWord == Spell::SILENT) return {};
+  const std::string lMissing = nCounts.missing() > 0 ? missing() : "no record is missing yet";
+  return label() + (lWord == Spell::IS_OVER ? " is written again; " : " is not written; ") + lMissing;
 }
 
 void LogReport::noteFault(const std::string& nFault) {

@@ -87,9 +87,11 @@ bool Recorder::makeSensorFile() {
 
 void Recorder::awaitBackup() {
   const Worker::Clock::duration STEP = std::chrono::milliseconds(10);
+  mAwaitsBackup = true;
   while (nfw::Logger::get()->getBackup() == nfw::LOG_BACKUP_RUNNING && !mWorker.isFinishing()) {
     std::this_thread::sleep_for(STEP);
   }
+  mAwaitsBackup = false;
 }
 
 void Recorder::beginIn(const std::string& nDirectory) {
@@ -112,8 +114,10 @@ void Recorder::endIn() {
   });
 }
 
+bool Recorder::isSilent() const { return mWorker.busyFor() >= LATE_TIME; }
+
 void Recorder::watch() {
-  const bool lIsSilent = mWorker.busyFor() >= LATE_TIME && !mWorker.isFinishing();
+  const bool lIsSilent = isSilent() && !mAwaitsBackup;
   const Spell::Word lWord = mSilence.look(lIsSilent, Spell::Clock::now());
   if (lWord == Spell::BEGINS || lWord == Spell::GOES_ON) tell("the medium of the recording does not answer");
   if (lWord == Spell::IS_OVER) tell("the medium of the recording answers again");
@@ -127,6 +131,13 @@ void Recorder::look() {
 
 nfw::LogRecordCounts Recorder::sensorCounts() const {
   nfw::LogRecordCounts lCounts = nfw::SensorSysLoggerManager::get()->getRecordCounts();
+  const syslogservice::BinaryLogCounts lFile = syslogservice::binaryLogCounts();
+  lCounts.mRecorded -= lFile.mFailed;
+  lCounts.mFailed = lFile.mFailed;
+  lCounts.mBytes = lFile.mBytes;
+  lCounts.mIsFailing = lFile.mError != 0;
+  if (lFile.mFailed > 0) lCounts.mReason = nfw::LOG_LOSS_WRITE;
+  if (lCounts.mReason == nfw::LOG_LOSS_WRITE) lCounts.mError = lFile.mError;
   struct stat lStat = {};
   if (mSensorFile < 0 || ::fstat(mSensorFile, &lStat) != 0 || lStat.st_nlink > 0) return lCounts;
   lCounts.mFailed += lCounts.mRecorded;
@@ -137,7 +148,7 @@ nfw::LogRecordCounts Recorder::sensorCounts() const {
 }
 
 bool Recorder::finish() {
-  if (mWorker.finish([this] { end(); }, END_TIME)) return true;
+  if (mWorker.finish([this] { end(); }, isSilent() ? SILENT_END_TIME : END_TIME)) return true;
   mIsLeftBehind = true;
   for (LogReport* const lpLog : {&mLog, &mSensorLog}) lpLog->noteFault("the medium does not answer");
   return false;
@@ -148,6 +159,7 @@ void Recorder::end() {
   writeEndNotes();
   nfw::SensorSysLogger::get()->stopRecord();
   nfw::Logger::get()->stopRecord();
+  syslogservice::setBinaryLogFile(nullptr);
   look();
   if (nfw::Logger::get()->getBackup() >= nfw::LOG_BACKUP_FAILED) mLog.noteFault("no backup of " + mRecord.mBackup);
   if (!mRecord.mDrive.empty() && !mHasBegun) mLog.noteFault(mRecord.mDrive + " was never there to record onto");
@@ -155,7 +167,6 @@ void Recorder::end() {
   nfw::SensorSysLogger::destroy();
   nfw::Logger::get()->shutdown();
   nfw::Logger::destroy();
-  syslogservice::setBinaryLogFile(nullptr);
   if (mSensorFile >= 0) ::close(mSensorFile);
 }
 

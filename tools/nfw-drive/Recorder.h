@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 
 #include "Failure.h"
@@ -38,20 +39,23 @@ class Recorder {
   bool startSensorLog();
   bool makeSensorFile();
   void awaitBackup();
+  bool isSilent() const;
   void look();
   nfw::LogRecordCounts sensorCounts() const;
   void writeEndNotes() const;
   void end();
 
-  static constexpr std::chrono::seconds FLUSH_TIME{1};  // what a killed process loses at most
-  static constexpr std::chrono::seconds LATE_TIME{3};   // a medium that takes so long is told of
-  static constexpr std::chrono::seconds END_TIME{15};   // and after so long it is left behind
+  static constexpr std::chrono::seconds FLUSH_TIME{1};       // what a killed process loses at most
+  static constexpr std::chrono::seconds LATE_TIME{3};        // a medium that takes so long is told of
+  static constexpr std::chrono::seconds END_TIME{25};        // and after so long in the end it is left behind,
+  static constexpr std::chrono::seconds SILENT_END_TIME{5};  // or after so long, when it was told of before
   const RecordOptions& mRecord;
   const Progress& mProgress;
   Failure& mFailure;
   LogReport mLog{"the data log"};
   LogReport mSensorLog{"the sensor log"};
   bool mIsLeftBehind = false;
+  std::atomic<bool> mAwaitsBackup{false};
   Spell mSilence;        // of the medium; on the watching thread
   int mSensorFile = -1;  // on the worker's thread, as what follows
   bool mHasBegun = false;

@@ -301,7 +301,9 @@ LogRecordCounts LogWriter::getRecordCounts() {
   const WatchedLock lFileLock(mFileSync);
   const bool lIsLost = mFile.isOpen() && !mFile.hasName();  // asks the disk: not with the callers' lock
   const WatchedLock lLock(mSync);
-  return lIsLost ? mTally.withoutFile() : mTally.get();
+  LogRecordCounts lCounts = lIsLost ? mTally.withoutFile() : mTally.get();
+  lCounts.mIsFailing = mFile.isOpen() && mFile.hasFailed();
+  return lCounts;
 }
 
 bool LogWriter::isSound(const Record& nRecord) {
