@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "NfwExport.h"
+#include "NfwLogRecordCounts.h"
 #include "utl/Msg.h"
 
 namespace nfw {
@@ -99,6 +100,11 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   /// The directory of the last recording, empty before the first. @return false when it does not fit
   bool getRecordingDir(char* npBuffer, unsigned int nSize);
   bool isRecording() const;
+  /// What became of the records offered since the logger was made. After stopRecord() it is final: what was recorded is
+  /// in files. While recording, records count as recorded as soon as they are taken, and those of a file that somebody
+  /// has removed as lost. Waits for the disk.
+  LogRecordCounts getRecordCounts() const;
+  LogBackup getBackup() const;  ///< of the last startRecord(); records are taken unless it runs
 
   /// Hands what is buffered to the file. Less than 10 KiB otherwise waits in the buffer without a time limit, and is
   /// lost with a killed process: call it as often as the records are worth. Waits for the disk.
@@ -120,7 +126,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   /// Records `nSize` bytes (at most mMaxLogFieldSize) under a log type id of 0 or more. The data is copied; the caller
   /// waits for the disk only when the buffer or the file is full. What is offered while there is no logger, while it
   /// does not record, or while a backup runs, is lost without a word; so are lines of the application log (id 255) as
-  /// long as nothing can be written to the file, which leaves the buffer to data.
+  /// long as nothing can be written to the file, which leaves the buffer to data. getRecordCounts() counts what is lost
+  /// while it records.
   static void write(int nLogTypeId, const void* npData, unsigned int nSize);
   void writeImp(int nLogTypeId, const void* npData, unsigned int nSize);
 

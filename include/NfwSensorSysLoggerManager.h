@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "NfwExport.h"
+#include "NfwLogRecordCounts.h"
 #include "utl/Msg.h"
 
 namespace nfw {
@@ -54,6 +55,8 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
   bool startRecord();  ///< false while recording
   bool stopRecord();
   bool isRecording() const;
+  /// What became of the records offered since the manager was made; recorded is what the system log service took.
+  LogRecordCounts getRecordCounts() const;
 
   /// Attaching null, or a player that is attached already, is a success.
   /// @return false when not initialised, when the list is full, and inside a play listener's call

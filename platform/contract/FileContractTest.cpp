@@ -211,6 +211,17 @@ TEST_F(FileContract, ReachesBeyondFourGibibytes) {
   EXPECT_EQ(std::string("\0\0tail", 6), readAll(lReader, 10));
 }
 
+TEST_F(FileContract, TellsWhetherTheOpenFileHasAName) {
+  const std::string lPath = mDir.file("named");
+  File lWriter(lPath.c_str());
+  EXPECT_TRUE(lWriter.hasName()) << "not open";
+  ASSERT_TRUE(lWriter.open(2, 1));
+  ASSERT_EQ(0, rename(lPath.c_str(), mDir.file("moved").c_str()));
+  EXPECT_TRUE(lWriter.hasName());
+  ASSERT_EQ(0, remove(mDir.file("moved").c_str()));
+  EXPECT_FALSE(lWriter.hasName());
+}
+
 TEST_F(FileContract, SeesWhatAWriterAppendsAfterTheEndWasMet) {
   const std::string lPath = mDir.file("growing");
   File lWriter(lPath.c_str());

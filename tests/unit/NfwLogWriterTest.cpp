@@ -28,8 +28,22 @@ const int REFUSED = nfw::LogWriter::NOT_ACCEPTED;
 
 class LogWriterTest : public testing::Test {
  protected:
+  // Whatever the test did to the writer: its counts tell what the files hold.
+  void TearDown() override {
+    if (!mpWriter) return;
+    mpWriter->stop();
+    const nfw::LogRecordCounts lCounts = mpWriter->getRecordCounts();
+    EXPECT_EQ(mTaken, lCounts.mRecorded + lCounts.mFailed);
+    EXPECT_EQ(lCounts.missing() > 0, lCounts.mReason != nfw::LOG_LOSS_NONE);
+    if (mHasOtherFiles) return;
+    unsigned long long lBytes = 0;
+    for (const std::string& lFile : mDir.files()) lBytes += readFile(lFile).size();
+    EXPECT_EQ(lBytes, lCounts.mBytes);
+    EXPECT_EQ(records().size(), lCounts.mRecorded);
+  }
   void make(unsigned int nBufferSize = 100000, unsigned int nMaxFileSize = 1000000) {
     mpWriter.reset();
+    mTaken = 0;
     mpWriter.emplace(nBufferSize, nMaxFileSize);
     ASSERT_TRUE(mpWriter->initialize());
   }
@@ -38,7 +52,9 @@ class LogWriterTest : public testing::Test {
     ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
   }
   int write(const std::string& nData, int nId = 20) {
-    return mpWriter->write(nId, nData.data(), static_cast<unsigned int>(nData.size()));
+    const int lResult = mpWriter->write(nId, nData.data(), static_cast<unsigned int>(nData.size()));
+    if (lResult == ACCEPTED) ++mTaken;
+    return lResult;
   }
   /// Every record of every file, in order.
   std::vector<LogRecordParts> records() {
@@ -61,6 +77,8 @@ class LogWriterTest : public testing::Test {
   seams::CapturedLog mLog;
   seams::FixedLocalTime mTime{2024, 5, 6, 7, 8, 9, 10};
   std::optional<nfw::LogWriter> mpWriter;
+  std::atomic<unsigned long long> mTaken{0};
+  bool mHasOtherFiles = false;
 };
 
 TEST_F(LogWriterTest, WritesTheBytesOfARecord) {
@@ -299,6 +317,7 @@ TEST_F(LogWriterTest, CutsAShortWriteBackAndGoesOnWhenThereIsRoomAgain) {
 }
 
 TEST_F(LogWriterTest, DirectWritesAreWholeOrCutOff) {
+  mHasOtherFiles = true;  // of three writers
   for (unsigned int i = 0; i < 3; ++i) {
     record(60);
     const seams::Failing lFailing(seams::FILE_WRITE, i, 1);
@@ -402,12 +421,33 @@ TEST_F(LogWriterTest, GoesOnWhenAVanishedDirectoryComesBack) {
   EXPECT_EQ(ACCEPTED, write("back"));
   mpWriter->stop();
   EXPECT_EQ(std::vector<std::string>{"back"}, data());
+  EXPECT_EQ(2u, mpWriter->getRecordCounts().mRefused);
+}
+
+// What is removed while it is written is lost with its name; what is moved away is not.
+TEST_F(LogWriterTest, CountsTheRecordsOfARemovedFileAsLost) {
+  record(1000, 1000);
+  EXPECT_EQ(ACCEPTED, write("moved"));
+  std::filesystem::create_directory(mDir / "away");
+  std::filesystem::rename(mDir.files()[0], mDir / "away/first.log");
+  EXPECT_EQ(0u, mpWriter->getRecordCounts().missing());
+  EXPECT_EQ(ACCEPTED, write(std::string(940, 'x')));
+  std::filesystem::remove(mDir.files()[0]);
+  const nfw::LogRecordCounts lCounts = mpWriter->getRecordCounts();
+  EXPECT_EQ(1u, lCounts.mRecorded);
+  EXPECT_EQ(1u, lCounts.mFailed);
+  EXPECT_EQ(nfw::LOG_LOSS_REMOVED, lCounts.mReason);
+  EXPECT_EQ(ACCEPTED, write(std::string(940, 'y')));
+  mpWriter->stop();
+  EXPECT_EQ(1u, mpWriter->getRecordCounts().mFailed);
+  std::filesystem::rename(mDir / "away/first.log", mDir / "first.log");
 }
 
 // --- backup
 
 TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   const std::string lRecording = mDir / "rec";
+  mHasOtherFiles = true;
   std::filesystem::create_directories(mDir / "sub/deep");
   std::filesystem::create_directory(lRecording);
   nfwtest::writeFile(mDir / "a", std::string(200000, 'a'));
@@ -435,6 +475,7 @@ TEST_F(LogWriterTest, RecordsAlsoWhenThereIsNothingToBackUp) {
   ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", (mDir / "missing").c_str()));
   ASSERT_TRUE(mLog.waitFor("##### Backup Failure [" + (mDir / "missing") + "->" + (mDir / "backup") + "] #####"));
   while (write("x") != ACCEPTED) std::this_thread::yield();
+  EXPECT_EQ(nfw::LOG_BACKUP_FAILED, mpWriter->getBackup());
   mpWriter->stop();
   {
     const seams::Failing lPost(seams::POST);
@@ -445,6 +486,7 @@ TEST_F(LogWriterTest, RecordsAlsoWhenThereIsNothingToBackUp) {
   mpWriter->stop();
   ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", std::string(260, 'x').c_str()));
   EXPECT_EQ(ACCEPTED, write("z"));
+  EXPECT_EQ(nfw::LOG_BACKUP_FAILED, mpWriter->getBackup());
 }
 
 TEST_F(LogWriterTest, StopCancelsABackupAtEveryMoment) {
@@ -486,6 +528,7 @@ TEST_F(LogWriterTest, UnknownMessagesAreNamed) {
 // Under the thread sanitizer: everything at once, for as long as the main thread starts and stops.
 TEST_F(LogWriterTest, StartsAndStopsAThousandTimesUnderWriters) {
   make(20000, 50000);
+  mHasOtherFiles = true;  // and they are removed
   std::atomic<bool> lIsOver{false};
   std::atomic<unsigned int> lAccepted{0};
   std::vector<std::thread> lWriters;

@@ -76,6 +76,11 @@ TEST_F(SensorSysLoggerTest, TheWriterPacksRecords) {
                      "SensorSysLogWriter::write(): Can't get tick time: Id=0x01",
                      "SensorSysLogWriter::write(): Can't Write LogData: Id=0x01"}),
             mLog.texts());
+  const nfw::LogRecordCounts lCounts = lWriter.getRecordCounts();
+  EXPECT_EQ(2u, lCounts.mRecorded);
+  EXPECT_EQ(7u, lCounts.mRefused);
+  EXPECT_EQ(nfw::LOG_LOSS_WRITE, lCounts.mReason);
+  EXPECT_EQ(nfwtest::readFile(mPath).size(), lCounts.mBytes);
   lWriter.stop();
   EXPECT_FALSE(lWriter.isRecording());
   EXPECT_TRUE(lWriter.start());

@@ -1,9 +1,10 @@
 #include "Application.h"
 
 #include <fmt/format.h>
+#include <poll.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <cstring>
 
 #include "DeadReckoningComponent.h"
@@ -12,6 +13,7 @@
 #include "MountComponent.h"
 #include "NfwConfig.h"
 #include "PositioningComponent.h"
+#include "RecordingComponent.h"
 #include "ReplayComponent.h"
 #include "TableView.h"
 
@@ -23,9 +25,21 @@ const unsigned int COMPONENT_NUM = 7;
 const unsigned int LISTENERS = 4;
 const unsigned int PLAYERS = 4;
 const unsigned int LOG_TYPES = 4;
-const unsigned int MAX_RECORD = 4096;  // bytes; a sentence, a line of the log, a note
+const std::chrono::seconds PHASE_LIMIT{60};  // services wait 30 s for a thread of theirs
+const unsigned int MAX_RECORD = 4096;        // bytes; a sentence, a line of the log, a note
 
-void complain(const std::string& nWhat) { std::fprintf(stderr, "nfw-drive: %s\n", nWhat.c_str()); }
+// To standard error, unless nobody takes it: that holds nothing up for long.
+void say(std::string_view nText) {
+  while (!nText.empty()) {
+    pollfd lFd = {STDERR_FILENO, POLLOUT, 0};
+    const bool lIsTaken = ::poll(&lFd, 1, 2000) == 1 && (lFd.revents & POLLOUT) != 0;
+    const ssize_t lSize = lIsTaken ? ::write(STDERR_FILENO, nText.data(), std::min<size_t>(nText.size(), 512)) : -1;
+    if (lSize <= 0) return;
+    nText.remove_prefix(static_cast<size_t>(lSize));
+  }
+}
+
+void complain(const std::string& nWhat) { say("nfw-drive: " + nWhat + "\n"); }
 
 void initializeFramework(const Options& nOptions) {
   static const nfw::MsgLogInfoMap NO_MESSAGES(1, false);
@@ -59,9 +73,15 @@ void initializeFramework(const Options& nOptions) {
 Application::Application(const Options& nOptions)
     : mOptions(nOptions),
       mOutput(STDOUT_FILENO),
+      mRecorder(nOptions.mRecord, mProgress, mFailure),
       mThread(nfw::ComponentManager::getMaxMsgDataSize(), 64, 0, "nfw-drive_App_Thread", 0),
       mManager(COMPONENT_NUM),
-      mPhases(mManager, mEvents) {}
+      mPhases(mManager, mEvents) {
+  if (mayHoldSource()) mWindows.mpOutput = &mOutput;
+}
+
+// A source that waits for the reader of the output loses no line, and nothing is recorded that would wait with it.
+bool Application::mayHoldSource() const { return !mOptions.mSource.isLive() && !mOptions.mRecord.isWanted(); }
 
 // Components that were never finalised are released by the manager.
 Application::~Application() {
@@ -72,12 +92,15 @@ Application::~Application() {
 int Application::run() {
   initializeFramework(mOptions);
   if (!readReplay()) return EXIT_USAGE;
-  if (!setUp()) {
-    complain("the components cannot be set up");
+  if (!mOutput.start() || !setUp()) {
+    complain("the components cannot be set up: too few threads or too little memory");
     return EXIT_RUNTIME;
   }
   if (startUp()) waitForEnd();
-  return driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE) ? finish() : EXIT_RUNTIME;
+  const bool lIsDown = driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE);
+  const int lExit = finish();
+  leave(lIsDown ? lExit : EXIT_RUNTIME);
+  return lIsDown ? lExit : EXIT_RUNTIME;
 }
 
 // What a replay has to give is known before it begins.
@@ -103,14 +126,13 @@ bool Application::addComponents() {
   Windows* const lpWindows = isReplaying() ? nullptr : &mWindows;
   std::vector<nfw::Component*> lComponents;
   auto* const lpPositioning = new PositioningComponent(mFailure);
-  auto* const lpRecording = new RecordingComponent(mOptions, mThread, mProgress, mFailure);
   lComponents = {
       lpPositioning,
       new DeadReckoningComponent(mFailure),
       new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
                            createView(mOptions, mProgress, mOutput)),
-      lpRecording,
-      new MountComponent(mOptions.mRecord.mDrive, *lpRecording),
+      new RecordingComponent(mOptions.mRecord, mThread, mRecorder, mFailure),
+      new MountComponent(mOptions.mRecord.mDrive, mRecorder),
   };
   if (isReplaying()) lComponents.push_back(new ReplayComponent(mOptions.mReplay, mLateness, mEvents, mFailure));
   if (hasSource()) {
@@ -151,11 +173,15 @@ bool Application::driveDown(Phase nPhase) {
     return false;
   }
   if (nPhase == STOP) mStopTime = Events::Clock::now();
-  while (!mPhases.isComplete(nPhase)) {
-    const bool lIsSignalled = (mEvents.wait(std::nullopt) & Events::SIGNALLED) != 0;
+  const auto lLimit = Events::Clock::now() + PHASE_LIMIT;
+  while (!mPhases.isComplete(nPhase) && Events::Clock::now() < lLimit) {
+    const bool lIsSignalled = (mEvents.wait(lLimit) & Events::SIGNALLED) != 0;
     if (lIsSignalled && Events::Clock::now() - mStopTime > std::chrono::seconds(1)) abandon();
   }
-  return true;
+  if (mPhases.isComplete(nPhase)) return true;
+  complain(fmt::format("the phase \"{}\" does not complete", phaseName(nPhase)));
+  mIsLeftBehind = true;
+  return false;
 }
 
 // The sources have stopped; what they sent is still on its way to listeners, which a detach would overtake. What is
@@ -199,18 +225,34 @@ int Application::finish() {
     return mFailure.getExit();
   }
   bool lIsReplaySame = true;
-  writeSummary(compareReplay(&lIsReplaySame));
+  const std::string lVerdict = compareReplay(&lIsReplaySame);
+  awaitReader();
+  writeSummary(lVerdict);
+  awaitReader();
+  mIsLeftBehind = !mOutput.finish(mPatience) || mIsLeftBehind;
   return judge(lIsReplaySame);
 }
 
+// Where the source has waited for the reader, the end does, too, until a signal. Otherwise not for long.
+void Application::awaitReader() {
+  const auto STEP = std::chrono::milliseconds(200);
+  auto lLimit = Events::Clock::now() + mPatience;
+  while (!mIsSignalled && mayHoldSource() && !mOutput.drain(STEP)) {
+    mIsSignalled = (mEvents.wait(Events::Clock::now()) & Events::SIGNALLED) != 0;
+    lLimit = Events::Clock::now() + mPatience;
+  }
+  if (!mOutput.drain(mPatience)) mPatience = STEP;
+}
+
 void Application::writeSummary(const std::string& nVerdict) {
-  const Summary lSummary = {mOptions.getName(), mEnd, hasSource(), nVerdict, mProgress, mLateness, mPhases};
+  const Summary lSummary = {
+      mOptions.getName(),       mEnd,          hasSource(), nVerdict, mProgress, mLateness, mPhases, mRecorder.getLog(),
+      mRecorder.getSensorLog(), mOutput.lost()};
   if (mOptions.mFormat == FORMAT_NMEA) {
-    std::fputs(lSummary.toText().c_str(), stderr);
+    say(lSummary.toText());
   } else {
     mOutput.write(mOptions.mFormat == FORMAT_JSON ? lSummary.toJson() : lSummary.toText());
   }
-  mOutput.flush();
 }
 
 // Only what one replay alone gave can be compared.
@@ -237,9 +279,14 @@ int Application::judge(bool nIsReplaySame) const {
     complain(mOptions.mReplay.getName() + (mRecorded.isDamaged() ? ": is damaged; nfw-log recover FILE -o NEW mends it"
                                                                  : ": what was played is not what was recorded"));
   }
+  if (mOutput.lost() > 0) {
+    complain(fmt::format("standard output: {} lines found no room, its reader was too slow", mOutput.lost()));
+  }
   const std::string lSilence = silence();
   if (!lSilence.empty()) complain(lSilence);
-  return mProgress.addsUp() && isAllDelivered() && nIsReplaySame && lSilence.empty() ? EXIT_DONE : EXIT_RUNTIME;
+  const bool lAreLogsWhole = judgeLogs();
+  const bool lIsHeardWhole = mProgress.addsUp() && isAllDelivered() && nIsReplaySame && lSilence.empty();
+  return lIsHeardWhole && mOutput.lost() == 0 && lAreLogsWhole ? EXIT_DONE : EXIT_RUNTIME;
 }
 
 // Why nothing was there to be heard; empty when something was, or the user did not wait for it.
@@ -252,14 +299,29 @@ std::string Application::silence() const {
   return fmt::format("{}: no sentence {}", mOptions.mSource.mName, mProgress.explainSilence());
 }
 
+bool Application::judgeLogs() const {
+  bool lAreWhole = true;
+  for (const LogReport* const lpLog : {&mRecorder.getLog(), &mRecorder.getSensorLog()}) {
+    const std::string lVerdict = lpLog->getVerdict();
+    if (!lVerdict.empty()) complain(lVerdict);
+    lAreWhole = lAreWhole && lVerdict.empty();
+  }
+  return lAreWhole;
+}
+
 // Listeners that follow a replay hear nothing of the source.
 bool Application::isAllDelivered() const {
   return isReplaying() || (mProgress.delivered() == mProgress.expected() && mProgress.areReportsDelivered());
 }
 
-// A phase hangs, perhaps because nobody reads the output, and the user insists.
+// A thread that cannot be ended still uses what would be destroyed.
+void Application::leave(int nExit) {
+  if (mIsLeftBehind || mRecorder.isLeftBehind()) ::_exit(nExit);
+}
+
+// A phase hangs, and the user insists.
 void Application::abandon() {
-  if (mOutput.isTerminal()) std::fputs(TableView::SHOW_CURSOR, stderr);
+  if (mOutput.isTerminal()) say(TableView::SHOW_CURSOR);
   complain("stopped at once");
   ::_exit(EXIT_RUNTIME);
 }

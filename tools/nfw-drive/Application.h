@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DisplayComponent.h"
+#include "Recorder.h"
 #include "RecordingContents.h"
 #include "SourceComponent.h"
 #include "Summary.h"
@@ -35,6 +36,10 @@ class Application {
   bool isAllDelivered() const;
   bool hasSource() const { return mOptions.mSource.mKind != SourceSpec::NONE; }
   bool isReplaying() const { return mOptions.mReplay.isWanted(); }
+  bool mayHoldSource() const;
+  void awaitReader();
+  bool judgeLogs() const;
+  void leave(int nExit);
   [[noreturn]] void abandon();
 
   const Options& mOptions;
@@ -44,11 +49,14 @@ class Application {
   Windows mWindows;
   Lateness mLateness;
   RecordingContents mRecorded;  // what is replayed
-  tool::Output mOutput;
+  OutputQueue mOutput;
+  Recorder mRecorder;
   std::string mEnd;  // why the run ends, empty while it goes on
   bool mIsCutShort = false;
   bool mIsSignalled = false;
   bool mIsReplayWhole = false;
+  bool mIsLeftBehind = false;                                   // a thread that cannot be ended
+  Events::Clock::duration mPatience = std::chrono::seconds(2);  // with the reader of the output
   std::optional<Events::Clock::time_point> mDeadline;
   Events::Clock::time_point mStopTime;
   utl::MsgDrivenSharedThread mThread;  // of the phases

@@ -15,7 +15,7 @@ class DisplayComponent : public nfw::SharedThreadComponent {
   struct Parts {
     utl::MsgDrivenSharedThread& mThread;
     Progress& mProgress;
-    tool::Output& mOutput;
+    OutputQueue& mOutput;
     Events& mEvents;
     Failure& mFailure;
     Windows* mpWindows;  // null when nobody waits for places

@@ -5,10 +5,13 @@
 namespace drive {
 
 bool Intake::onSentence(std::string_view nSentence) {
-  if (mpWindows != nullptr && !mpWindows->mSentences.acquire(1)) return false;
+  if (mpWindows != nullptr && !mpWindows->admit()) return false;
+  if (!mReceiver.receive(nSentence.data(), static_cast<unsigned int>(nSentence.size()))) return false;
   count(nSentence);
-  return mReceiver.receive(nSentence.data(), static_cast<unsigned int>(nSentence.size())) &&
-         feed(mReckoner.onSentence(nSentence)) && feed(mReckoner.takeComplete());
+  // The sentence is taken, whatever becomes of its report.
+  feed(mReckoner.onSentence(nSentence));
+  feed(mReckoner.takeComplete());
+  return true;
 }
 
 void Intake::finish() {
@@ -38,12 +41,12 @@ void Intake::countStored(std::string_view nSentence) {
   }
 }
 
-bool Intake::feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport) {
-  if (npReport == nullptr) return true;
-  if (mpWindows != nullptr && !mpWindows->mReports.acquire(1)) return false;
+// A run that is being stopped takes no more.
+void Intake::feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport) {
+  if (npReport == nullptr) return;
+  if (mpWindows != nullptr && !mpWindows->mReports.acquire(1)) return;
   mProgress.mReports.fetch_add(1, std::memory_order_relaxed);
   deadreckoninghost::feed(*npReport);
-  return true;
 }
 
 }  // namespace drive

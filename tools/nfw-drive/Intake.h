@@ -4,6 +4,7 @@
 #include "GpsHost.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "Options.h"
+#include "OutputQueue.h"
 #include "Progress.h"
 #include "SentenceSink.h"
 #include "Window.h"
@@ -15,8 +16,15 @@ namespace drive {
 struct Windows {
   tool::Window mSentences{64};
   tool::Window mReports{64};
+  OutputQueue* mpOutput = nullptr;  // the source waits for its reader, too; null: it must not
 
+  /// Waits until another sentence may come. False once it is closed.
+  bool admit() {
+    if (mpOutput != nullptr) mpOutput->awaitRoom();
+    return mSentences.acquire(1);
+  }
   void close() {
+    if (mpOutput != nullptr) mpOutput->letGo();
     mSentences.close();
     mReports.close();
   }
@@ -43,7 +51,7 @@ class Intake : public tool::SentenceSink {
  private:
   void count(std::string_view nSentence);
   void countStored(std::string_view nSentence);
-  bool feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport);
+  void feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport);
 
   gpshost::Receiver& mReceiver;
   DeadReckoner mReckoner;

@@ -11,7 +11,7 @@ namespace drive {
 class JsonView : public View {
  public:
   /// @param nIsPrompt each line is written at once
-  JsonView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+  JsonView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
       : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
 
   void showGga(const nfw::GgaSentence& nRecord) override { show(nRecord); }
@@ -48,7 +48,7 @@ class JsonView : public View {
 
   const bool mShowsDeadReckoning;
   const bool mIsPrompt;
-  tool::Output& mOutput;
+  OutputQueue& mOutput;
   std::string mText;
 };
 

@@ -16,8 +16,7 @@ void LineView::showRaw(std::string_view nSentence) {
 void LineView::showDeadReckoning(std::string_view nSentence) {
   FixView::showDeadReckoning(nSentence);
   if (mShowsDeadReckoning) {
-    mOutput.write("dead reckoning  ");
-    mOutput.write(nSentence);
+    mOutput.write("dead reckoning  " + std::string(nSentence));
     if (mIsPrompt) mOutput.flush();
   }
   const int64_t lTime = tool::sentenceTime(nSentence);

@@ -8,7 +8,7 @@ namespace drive {
 /// comes; the line of one without a fix waits for its report of dead reckoning.
 class LineView : public FixView {
  public:
-  LineView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+  LineView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
       : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
 
   void showRaw(std::string_view nSentence) override;
@@ -22,7 +22,7 @@ class LineView : public FixView {
 
   const bool mShowsDeadReckoning;
   const bool mIsPrompt;
-  tool::Output& mOutput;
+  OutputQueue& mOutput;
   int64_t mTime = -1;          // of the epoch under way, -1 before the first
   int64_t mReckonedTime = -1;  // of the last report of dead reckoning
   int64_t mAwaitedTime = -1;

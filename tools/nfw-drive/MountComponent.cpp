@@ -51,8 +51,8 @@ void MountComponent::notifyMountEvent(nfw::MountEventMsg const& nEvent) {
          statusName(nEvent.mDeviceStatus), nEvent.mPath[0] == '\0' ? "" : " at ", nEvent.mPath);
   if (mDrive.empty() || mDrive != nEvent.mDrive) return;
   const bool lIsMounted = nEvent.mDeviceStatus == nfw::MOUNT_STATUS_MOUNTED;
-  if (lIsMounted && !mIsRecording) mRecording.beginIn(nEvent.mPath);
-  if (!lIsMounted && mIsRecording) mRecording.endIn();
+  if (lIsMounted && !mIsRecording) mRecorder.beginIn(nEvent.mPath);
+  if (!lIsMounted && mIsRecording) mRecorder.endIn();
   mIsRecording = lIsMounted;
 }
 

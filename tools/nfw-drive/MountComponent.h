@@ -4,7 +4,7 @@
 
 #include "NfwComponent.h"
 #include "NfwMountEventListener.h"
-#include "RecordingComponent.h"
+#include "Recorder.h"
 
 namespace drive {
 
@@ -13,8 +13,8 @@ namespace drive {
 class MountComponent : public nfw::Component, private nfw::MountEventListener {
  public:
   /// @param nDrive empty: nothing is recorded
-  MountComponent(const std::string& nDrive, RecordingComponent& nRecording)
-      : nfw::Component("Mount"), mDrive(nDrive), mRecording(nRecording) {}
+  MountComponent(const std::string& nDrive, Recorder& nRecorder)
+      : nfw::Component("Mount"), mDrive(nDrive), mRecorder(nRecorder) {}
 
  private:
   int initializeBeforeQuickBootImp() override { return nfw::PHASE_DONE; }
@@ -25,7 +25,7 @@ class MountComponent : public nfw::Component, private nfw::MountEventListener {
   void notifyMountEvent(nfw::MountEventMsg const& nEvent) override;
 
   const std::string mDrive;
-  RecordingComponent& mRecording;
+  Recorder& mRecorder;
   bool mIsRecording = false;  // on the mount manager's thread
 };
 

@@ -7,7 +7,7 @@ namespace drive {
 /// The sentences as they are delivered, a line each: those of the receiver, or those of dead reckoning in their place.
 class NmeaView : public View {
  public:
-  NmeaView(bool nShowsDeadReckoning, bool nIsPrompt, tool::Output& nOutput)
+  NmeaView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
       : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
 
   void showRaw(std::string_view nSentence) override {
@@ -20,14 +20,16 @@ class NmeaView : public View {
 
  private:
   void write(std::string_view nSentence) {
-    mOutput.write(nSentence);
-    if (nSentence.empty() || nSentence.back() != '\n') mOutput.write("\r\n");
+    mText.assign(nSentence);
+    if (nSentence.empty() || nSentence.back() != '\n') mText += "\r\n";
+    mOutput.write(mText);
     if (mIsPrompt) mOutput.flush();
   }
 
   const bool mShowsDeadReckoning;
   const bool mIsPrompt;
-  tool::Output& mOutput;
+  OutputQueue& mOutput;
+  std::string mText;
 };
 
 }  // namespace drive

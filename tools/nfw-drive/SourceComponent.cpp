@@ -3,6 +3,7 @@
 #include <pthread.h>
 
 #include "DriveLog.h"
+#include "StartThread.h"
 
 namespace drive {
 
@@ -21,8 +22,10 @@ int SourceComponent::initializeBeforeQuickBootImp() {
 
 int SourceComponent::startImp() {
   mIsReading = true;
-  mThread = std::thread(&SourceComponent::readSource, this);
-  return nfw::PHASE_PENDING;
+  if (tool::startThread(&mThread, [this] { run(); })) return nfw::PHASE_PENDING;
+  mIsReading = false;
+  mParts.mFailure.note(EXIT_RUNTIME, "no thread to read the source on");
+  return nfw::PHASE_FAILED;
 }
 
 int SourceComponent::stopImp() {
@@ -47,8 +50,19 @@ void SourceComponent::onSourceTrouble(const std::string& nMessage) {
   APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING, "source %s", nMessage.c_str());
 }
 
-void SourceComponent::readSource() {
+void SourceComponent::run() {
   ::pthread_setname_np(::pthread_self(), "drive_Source");
+  try {
+    readSource();
+  } catch (const std::exception& lError) {
+    mParts.mFailure.note(EXIT_RUNTIME, mOptions.mSource.mName + ": " + lError.what());
+  }
+  mParts.mEvents.notify(Events::SOURCE_ENDED);
+  setStartComplete();  // of a source that never opened
+  if (leave()) setStopComplete();
+}
+
+void SourceComponent::readSource() {
   const bool lIsLimited = mOptions.mRecord.isWanted() && mOptions.mPlay.mPaced && mOptions.mPlay.mSpeed == 0.0;
   Intake lIntake(mParts.mReceiver, mpSource->motion(), mParts.mpWindows, mOptions.mRecord, mParts.mProgress);
   RateLimit lLimit(mStopper, lIntake);
@@ -58,9 +72,6 @@ void SourceComponent::readSource() {
   std::string lReason;
   if (lReader.run(lSink, &lReason) == SourceReader::UNREADABLE) mParts.mFailure.note(EXIT_USAGE, lReason);
   lIntake.finish();
-  mParts.mEvents.notify(Events::SOURCE_ENDED);
-  setStartComplete();  // of a source that never opened
-  if (leave()) setStopComplete();
 }
 
 // True when somebody waits for it.

@@ -38,6 +38,7 @@ class SourceComponent : public nfw::Component, private SourceReader::Listener {
   void onSourceOpen() override;
   void onSourceTrouble(const std::string& nMessage) override;
 
+  void run();
   void readSource();
   bool leave();
   void join();

@@ -98,6 +98,23 @@ void addLateness(const Lateness& nLateness, JsonObject& nSummary) {
   lLateness.real("early", nLateness.early());
 }
 
+std::string logText(const char* npName, const LogReport& nLog) {
+  if (!nLog.isWanted()) return {};
+  const nfw::LogRecordCounts lCounts = nLog.getCounts();
+  return fmt::format("{:<12}{} recorded, {} refused, {} failed; {} bytes\n", npName, lCounts.mRecorded,
+                     lCounts.mRefused, lCounts.mFailed, lCounts.mBytes);
+}
+
+void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
+  if (!nLog.isWanted()) return;
+  const nfw::LogRecordCounts lCounts = nLog.getCounts();
+  JsonObject lLog(nSummary.key(npName));
+  lLog.number("recorded", lCounts.mRecorded);
+  lLog.number("refused", lCounts.mRefused);
+  lLog.number("failed", lCounts.mFailed);
+  lLog.number("bytes", lCounts.mBytes);
+}
+
 }  // namespace
 
 std::string Summary::toText() const {
@@ -105,10 +122,12 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}"
+      "{}{}{}{}{}"
       "Phases      {}\n",
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.delivered().toText(),
-      mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), phasesText(mPhases));
+      mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
+      logText("Sensor log", mSensorLog),
+      mLostLines > 0 ? fmt::format("Output      {} lines found no room\n", mLostLines) : "", phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {
@@ -131,6 +150,9 @@ std::string Summary::toJson() const {
     if (!mVerdict.empty()) lSummary.text("replay", mVerdict);
     addLateness(mLateness, lSummary);
     if (!mLateness.isEmpty()) lSummary.real("replay_s", mLateness.duration());
+    addLog("data_log", mLog, lSummary);
+    addLog("sensor_log", mSensorLog, lSummary);
+    if (mLostLines > 0) lSummary.number("output_lost", mLostLines);
     addPhases(mPhases, lSummary);
   }
   return lText + "\n";

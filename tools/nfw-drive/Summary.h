@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Lateness.h"
+#include "LogReport.h"
 #include "PhaseDriver.h"
 #include "Progress.h"
 
@@ -17,6 +18,9 @@ struct Summary {
   const Progress& mProgress;
   const Lateness& mLateness;
   const PhaseDriver& mPhases;
+  const LogReport& mLog;
+  const LogReport& mSensorLog;
+  uint64_t mLostLines;  ///< of the output
 
   std::string toText() const;
   std::string toJson() const;  ///< one object on a line, "type":"summary"

@@ -52,15 +52,18 @@ void TableView::end() {
   mLog.remove();
 }
 
-// A line more than fits would scroll, and the next picture would begin in the wrong place.
+// A line more than fits would scroll, and the next picture would begin in the wrong place. While the terminal has not
+// taken the last picture there is no new one.
 void TableView::draw() {
+  if (!mOutput.isEmpty()) return;
   const winsize lSize = terminalSize();
   std::vector<std::string> lLines = picture();
   lLines.resize(std::min<size_t>(lLines.size(), lSize.ws_row - 1u));
-  if (mDrawn > 0) mOutput.write(fmt::format("\x1b[{}A", std::min<size_t>(mDrawn, lSize.ws_row - 1u)));
-  mOutput.write("\r");
-  for (const std::string& lLine : lLines) mOutput.write(shown(lLine, lSize.ws_col - 1u) + "\x1b[K\n");
-  mOutput.write("\x1b[J");
+  std::string lText;
+  if (mDrawn > 0) lText = fmt::format("\x1b[{}A", std::min<size_t>(mDrawn, lSize.ws_row - 1u));
+  lText += "\r";
+  for (const std::string& lLine : lLines) lText += shown(lLine, lSize.ws_col - 1u) + "\x1b[K\n";
+  mOutput.write(lText + "\x1b[J");
   mOutput.flush();
   mDrawn = lLines.size();
 }

@@ -13,7 +13,7 @@ class TableView : public FixView {
  public:
   static constexpr const char* SHOW_CURSOR = "\x1b[?25h";
 
-  TableView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput)
+  TableView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput)
       : mSource(nOptions.getName()),
         mShowsDeadReckoning(nOptions.mShowsDeadReckoning),
         mProgress(nProgress),
@@ -35,7 +35,7 @@ class TableView : public FixView {
   const bool mShowsDeadReckoning;
   std::string mReckoned[2];  // the last RMC and GGA of dead reckoning
   const Progress& mProgress;
-  tool::Output& mOutput;
+  OutputQueue& mOutput;
   LogPane mLog{LOG_LINES};
   size_t mDrawn = 0;  // lines on the terminal
 };

@@ -7,7 +7,7 @@
 
 namespace drive {
 
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput) {
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput) {
   const bool lIsPrompt = !nOptions.mPlay.mPaced || nOptions.mPlay.mSpeed > 0.0;  // else the buffer may fill up first
   switch (nOptions.mFormat) {
     case FORMAT_JSON:

@@ -5,7 +5,7 @@
 
 #include "NfwNmeaSentence.h"
 #include "Options.h"
-#include "Output.h"
+#include "OutputQueue.h"
 #include "Progress.h"
 
 namespace drive {
@@ -32,6 +32,6 @@ class View {
 };
 
 /// The view for the format: a live table when the output is a terminal, else plain lines.
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput);
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput);
 
 }  // namespace drive

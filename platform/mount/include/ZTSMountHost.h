@@ -35,6 +35,7 @@ struct WatchOptions {
   const char* mpDatabasePoint = "/mnt/database";            ///< where the unit's database partition is mounted
   const char* mpExternalDatabasePoint = "/mnt/externaldb";  ///< where a medium with a database is mounted
   bool (*mpIsReadable)(const char* npPoint) = nullptr;      ///< null: reads the directory; false is a read error
+  unsigned int mAnswerMs = 3000;  ///< a medium that has not answered by then is told as unreadable until it does
 };
 
 /// Tells the listeners how each mount table differs from the one before: what a watch does with the kernel's table, and
@@ -47,9 +48,9 @@ class MountTableSource {
   MountTableSource& operator=(const MountTableSource&) = delete;
 
   void update(const std::string& nTable);
-  /// Looks whether known devices were pulled out: that alone changes no table.
+  /// Looks whether known devices were pulled out, or answer at last: that alone changes no table.
   void checkDevices();
-  bool hasDevices() const;  ///< is there one that could be pulled out?
+  bool hasDevices() const;  ///< is there one that could be pulled out, or that has not answered yet?
   /// Tells one listener of the devices as they were told last.
   void tellAll(const ZTSMountListener* npListener);
 
@@ -59,11 +60,12 @@ class MountTableSource {
 };
 
 /// Watches the kernel's mount table on a thread of its own, which first tells that the SDK is ready and what is
-/// mounted, also to each listener that is added later. Needs no privilege. False when it runs already or the table
-/// cannot be opened.
+/// mounted, also to each listener that is added later. Needs no privilege. False when it runs already, the table
+/// cannot be opened, or the system gives no thread or memory.
 bool startWatching(const WatchOptions& nOptions = WatchOptions());
 
-/// Returns when the thread has ended. Not from a callback.
+/// Returns when the thread has ended: a medium that does not answer holds it up for WatchOptions::mAnswerMs at most.
+/// Not from a callback.
 void stopWatching();
 
 }  // namespace mounthost

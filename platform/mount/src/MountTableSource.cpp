@@ -8,6 +8,7 @@
 #include "BlockDevice.h"
 #include "MountService.h"
 #include "MountTypes.h"
+#include "ReadCheck.h"
 #include "ZTSMountHost.h"
 
 namespace mounthost {
@@ -46,7 +47,7 @@ struct MountTableSource::State {
     BlockDevice mDevice;
     ST_MNT_MOUNT_INFO mInfo;
     bool mIsMounted;
-    bool mIsReadable;
+    ReadCheck mCheck;
   };
 
   explicit State(const WatchOptions& nOptions)
@@ -54,7 +55,8 @@ struct MountTableSource::State {
         mMediaDirectory(std::string(nOptions.mpMediaDirectory) + "/"),
         mDatabasePoint(nOptions.mpDatabasePoint),
         mExternalDatabasePoint(nOptions.mpExternalDatabasePoint),
-        mpIsReadable(nOptions.mpIsReadable != nullptr ? nOptions.mpIsReadable : &readsDirectory) {}
+        mpIsReadable(nOptions.mpIsReadable != nullptr ? nOptions.mpIsReadable : &readsDirectory),
+        mAnswerMs(nOptions.mAnswerMs) {}
 
   bool isMedium(const std::string& nPoint) const {
     return nPoint.rfind(mMediaDirectory, 0) == 0 && nPoint.find('/', mMediaDirectory.size()) == std::string::npos;
@@ -71,7 +73,8 @@ struct MountTableSource::State {
   const std::string mMediaDirectory;
   const std::string mDatabasePoint;
   const std::string mExternalDatabasePoint;
-  bool (*const mpIsReadable)(const char*);
+  const ReadCheck::IsReadable mpIsReadable;
+  const unsigned int mAnswerMs;
   std::list<Known> mKnown;  // in the order in which they came
 };
 
@@ -88,7 +91,7 @@ void MountTableSource::State::classify(const MountEntry& nEntry, const BlockDevi
 
 // The drive is the kernel's name of the device, or the last name of the path where there is none.
 MountTableSource::State::Known MountTableSource::State::recognize(const MountEntry& nEntry) const {
-  Known lKnown{nEntry, BlockDevice(mSysRoot, nEntry), ST_MNT_MOUNT_INFO{}, true, true};
+  Known lKnown{nEntry, BlockDevice(mSysRoot, nEntry), ST_MNT_MOUNT_INFO{}, true, {}};
   classify(nEntry, lKnown.mDevice, &lKnown.mInfo);
   const std::string& lPoint = nEntry.mPoint;
   putText(lKnown.mInfo.drive,
@@ -101,7 +104,7 @@ int MountTableSource::State::eventOf(const Known& nKnown) const {
   const bool lIsThere = !nKnown.mDevice.isBlock() || nKnown.mDevice.exists();
   if (!nKnown.mIsMounted) return nKnown.mDevice.isBlock() && lIsThere ? SDK_CONNECTED : SDK_DISCONNECTED;
   if (!lIsThere) return SDK_DISCONNECTED;
-  if (!nKnown.mIsReadable) return SDK_READ_ERROR;
+  if (!nKnown.mCheck.isReadable()) return SDK_READ_ERROR;
   const bool lIsKnown = !nKnown.mDevice.isBlock() || isKnownFileSystem(nKnown.mEntry.mType);
   if (!lIsKnown || nKnown.mEntry.mPoint.size() >= sizeof(nKnown.mInfo.path)) return SDK_UNKNOWN_FILE_SYSTEM;
   const bool lIsWritten = nKnown.mInfo.type == SDK_USB_STICK || nKnown.mInfo.type == SDK_SD_CARD;
@@ -129,7 +132,7 @@ void MountTableSource::State::mount(const Known& nFound) {
   } else {
     if (lpKnown == nullptr) lpKnown = &mKnown.emplace_back(nFound);
     *lpKnown = nFound;
-    lpKnown->mIsReadable = mpIsReadable(nFound.mEntry.mPoint.c_str());
+    lpKnown->mCheck.begin(mpIsReadable, nFound.mEntry.mPoint, mAnswerMs);
     if (nFound.mEntry.mPoint.size() < sizeof(lpKnown->mInfo.path)) putText(lpKnown->mInfo.path, nFound.mEntry.mPoint);
   }
   tell(lpKnown, eventOf(*lpKnown));
@@ -168,6 +171,7 @@ void MountTableSource::checkDevices() {
 
 bool MountTableSource::hasDevices() const {
   return std::any_of(mpState->mKnown.begin(), mpState->mKnown.end(), [](const State::Known& n) {
+    if (n.mIsMounted && n.mCheck.isUnderWay()) return true;
     return n.mDevice.isBlock() && n.mInfo.event != SDK_DISCONNECTED && n.mInfo.type != SDK_DATABASE;
   });
 }

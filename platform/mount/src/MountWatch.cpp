@@ -5,12 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <exception>
 #include <memory>
 #include <mutex>
 #include <thread>
 #include <vector>
 
 #include "MountService.h"
+#include "SeamState.h"
 #include "ZTSMountHost.h"
 
 namespace mounthost {
@@ -48,6 +50,7 @@ class Watch : private mountservice::Greeter {
 
   bool start() {
     if (mTable.get() < 0 || mWake.get() < 0) return false;
+    if (seams::fails(seams::THREAD_START)) return false;
     mThread = std::thread([this] { run(); });
     return true;
   }
@@ -145,10 +148,12 @@ Watch* gpWatch = nullptr;  // a process that ends without stopping it leaves it 
 bool startWatching(const WatchOptions& nOptions) {
   const std::lock_guard<std::mutex> lLock(gWatchMutex);
   if (gpWatch != nullptr) return false;
-  std::unique_ptr<Watch> lpWatch(new Watch(nOptions));
-  if (!lpWatch->start()) return false;
-  gpWatch = lpWatch.release();
-  return true;
+  try {
+    std::unique_ptr<Watch> lpWatch(new Watch(nOptions));
+    if (lpWatch->start()) gpWatch = lpWatch.release();
+  } catch (const std::exception&) {  // no thread, or no memory
+  }
+  return gpWatch != nullptr;
 }
 
 void stopWatching() {

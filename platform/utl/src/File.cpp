@@ -114,6 +114,8 @@ bool File::getSize(unsigned long long* npSize) {
   return npSize != nullptr && !seams::fails(seams::FILE_SIZE) && mpState->kernelSize(npSize);
 }
 
+bool File::hasName() const { return mpState->hasName(); }
+
 int File::readLine(char* npBuffer, unsigned int nSize) {
   if (npBuffer == nullptr || nSize == 0 || nSize > INT_MAX) return RESULT_ERROR;
   LineBuffer lLine(npBuffer, nSize);

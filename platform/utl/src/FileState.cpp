@@ -70,6 +70,11 @@ bool File::State::kernelSize(unsigned long long* npSize) const {
   return true;
 }
 
+bool File::State::hasName() const {
+  struct stat lStat;
+  return mFile < 0 || fstat(mFile, &lStat) != 0 || lStat.st_nlink > 0;
+}
+
 // Puts the window at the position; at the end of the file it is empty.
 bool File::State::fetch() {
   const off_t lPosition = static_cast<off_t>(mPosition);

@@ -24,6 +24,7 @@ struct File::State {
   bool isWriting() const { return mFile >= 0 && mIsWriting; }
 
   bool kernelSize(unsigned long long* npSize) const;
+  bool hasName() const;
   /// What the window shows from the position on, fetched when needed: the number of bytes, 0 at the end, -1 on an
   /// error.
   int view(const char** nppBytes);

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <new>
 
 #include "NfwLittleEndian.h"
@@ -23,7 +24,10 @@ uint64_t recordSizeAt(const StreamBuffer& nBuffer, unsigned int nOffset) {
 
 bool LogFile::open(const char* npPath) {
   std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
-  if (!lpFile->open(2, 1)) return false;
+  errno = 0;
+  const bool lIsOpen = lpFile->open(2, 1);
+  noteResult(lIsOpen, errno);
+  if (!lIsOpen) return false;
   mpFile = std::move(lpFile);
   mSize = mOpenSize = mLeftSize = 0;
   return true;
@@ -32,6 +36,7 @@ bool LogFile::open(const char* npPath) {
 void LogFile::close() {
   if (mpFile != nullptr) mpFile->close();
   mpFile.reset();
+  noteResult(true, 0);
   mSize = mOpenSize = mLeftSize = 0;
 }
 
@@ -66,19 +71,35 @@ void LogFile::acceptWhole(StreamBuffer& nBuffer, unsigned int nSize) {
 }
 
 // Where the file cannot be cut, the position alone still keeps later records in order.
-void LogFile::cutBack(StreamBuffer& nBuffer) {
+uint64_t LogFile::cutBack(StreamBuffer& nBuffer) {
+  const uint64_t lDropped = mOpenSize + mLeftSize;
   mSize -= mOpenSize;
   nBuffer.eraseTop(static_cast<unsigned int>(mLeftSize));
   mOpenSize = mLeftSize = 0;
   if (!mpFile->truncate(mSize)) mpFile->seek(static_cast<long long>(mSize), utl::File::ORIGIN_BEGIN);
+  return lDropped;
 }
 
+uint64_t LogFile::firstSize(const StreamBuffer& nBuffer) { return nBuffer.isEmpty() ? 0 : recordSizeAt(nBuffer, 0); }
+
 int LogFile::writePart(const void* npBytes, unsigned int nSize) {
-  const int lResult = mpFile->write(npBytes, nSize);
+  const int lResult = writeBytes(npBytes, nSize);
   if (lResult < 0) return lResult;
   mSize += nSize;
   mOpenSize += nSize;
   return lResult;
+}
+
+int LogFile::writeBytes(const void* npBytes, unsigned int nSize) {
+  errno = 0;
+  const int lResult = mpFile->write(npBytes, nSize);
+  noteResult(lResult >= 0, errno);
+  return lResult;
+}
+
+void LogFile::noteResult(bool nIsDone, int nError) {
+  mHasFailed = !nIsDone;
+  mError = nIsDone ? 0 : nError;
 }
 
 }  // namespace nfw

@@ -21,19 +21,26 @@ class LogFile {
   bool isOpen() const { return mpFile != nullptr; }
   const char* getPath() const { return mpFile->getPath(); }
   bool flush() { return mpFile->flush(); }
+  bool hasName() const { return mpFile->hasName(); }
+  bool hasFailed() const { return mHasFailed; }  ///< the last open or write
+  int getError() const { return mError; }        ///< and its errno, 0 when none was told
 
   /// Bytes of the file, all of them written.
   uint64_t size() const { return mSize; }
 
   /// Needs the file, not the ring: writes bytes that still lie at the top of the ring.
-  bool write(const void* npBytes, unsigned int nSize) { return mpFile->write(npBytes, nSize) >= 0; }
+  bool write(const void* npBytes, unsigned int nSize) { return writeBytes(npBytes, nSize) >= 0; }
   /// The top bytes of the ring were written: takes them out.
   void accept(StreamBuffer& nBuffer, unsigned int nSize);
   /// The write of the ring's top bytes failed on the way: takes out the records that came into the file whole.
   void acceptWhole(StreamBuffer& nBuffer, unsigned int nSize);
   /// A write failed: ends the file behind its last whole record, and drops what the ring holds of a record whose
-  /// beginning was in the file. Every other record of the ring stays there, whole.
-  void cutBack(StreamBuffer& nBuffer);
+  /// beginning was in the file. Every other record of the ring stays there, whole. Returns the dropped record's size, 0
+  /// when there was none.
+  uint64_t cutBack(StreamBuffer& nBuffer);
+
+  /// The size of the ring's first record, of which nothing is in the file; 0 when there is none.
+  static uint64_t firstSize(const StreamBuffer& nBuffer);
 
   /// A record that does not go through the ring: its parts one after the other, then it is whole; cutBack() when one
   /// fails.
@@ -41,7 +48,12 @@ class LogFile {
   void endRecord() { mOpenSize = 0; }
 
  private:
+  int writeBytes(const void* npBytes, unsigned int nSize);
+  void noteResult(bool nIsDone, int nError);
+
   std::unique_ptr<utl::File> mpFile;
+  bool mHasFailed = false;
+  int mError = 0;
   uint64_t mSize = 0;
   uint64_t mOpenSize = 0;  // bytes of the file that belong to a record not yet wholly in it
   uint64_t mLeftSize = 0;  // bytes of that record at the top of the ring

@@ -1,5 +1,9 @@
 #include "NfwLogFilePath.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdio>
 
 #include "NfwAppLog.h"
@@ -29,15 +33,26 @@ bool createBasePath(const char* npDirectory, const char* npFilePrefix, char (&nP
   return fits(lLength) || fail("Can't create base path");
 }
 
+// The kernel lets one caller alone make a file.
+bool makeFile(const char* npPath) {
+  const int lFile = ::open(npPath, O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY | O_CLOEXEC, mode_t{0666});
+  if (lFile >= 0) ::close(lFile);
+  return lFile >= 0;
+}
+
 }  // namespace
 
-bool createLogFilePath(const char* npDirectory, const char* npFilePrefix, char (&nPath)[LOG_PATH_SIZE]) {
+bool createLogFilePath(const char* npDirectory, const char* npFilePrefix, char (&nPath)[LOG_PATH_SIZE],
+                       bool* npIsMade) {
   char lBasePath[LOG_PATH_SIZE];
   if (!createBasePath(npDirectory, npFilePrefix, lBasePath)) return false;
   for (unsigned int lSerial = 0; lSerial < SERIAL_NUM; ++lSerial) {
     char lPath[LOG_PATH_SIZE];
     if (!fits(snprintf(lPath, LOG_PATH_SIZE, "%s_%02u.log", lBasePath, lSerial))) return fail("Can't create path");
-    if (!utl::File::exists(lPath)) return utl::copyStr(nPath, LOG_PATH_SIZE, lPath) || fail("Can't copy path");
+    if (utl::File::exists(lPath)) continue;
+    *npIsMade = makeFile(lPath);
+    if (!*npIsMade && errno == EEXIST && utl::File::exists(lPath)) continue;  // another recorder was quicker
+    return utl::copyStr(nPath, LOG_PATH_SIZE, lPath) || fail("Can't copy path");
   }
   return fail("Can't create path: Try Limit");
 }

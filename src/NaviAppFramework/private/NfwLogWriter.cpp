@@ -1,5 +1,7 @@
 #include "NfwLogWriter.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <utility>
@@ -101,6 +103,7 @@ bool LogWriter::start(const char* npDirectory, const char* npFilePrefix, const c
     clearPaths();
     return false;
   }
+  mBackup = LOG_BACKUP_NONE;
   if (isGiven(npBackupDirectory)) postBackup(npBackupDirectory);
   mIsRecording = true;
   return true;
@@ -126,11 +129,14 @@ void LogWriter::clearPaths() {
 // A cancel asked for from here on is meant for this backup, also before it begins.
 void LogWriter::postBackup(const char* npDirectory) {
   BackupMsg lMsg(BACKUP_MSG);
+  mBackup = LOG_BACKUP_FAILED;
   if (!utl::copyStr(lMsg.mSourcePath, LOG_PATH_SIZE, npDirectory)) return;
+  mBackup = LOG_BACKUP_RUNNING;
   mFileCopy.clearCancel();
   setBackupIdle(false);
   if (watched([&] { return mThread.postMsg(lMsg); })) return;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::start(): Can't backup");
+  mBackup = LOG_BACKUP_FAILED;
   setBackupIdle(true);
 }
 
@@ -193,19 +199,22 @@ bool LogWriter::openLocked() {
   }
   if (mFile.isOpen() || !createFile(mFile)) return false;
   mBuffer.clear();
+  mTally.beginFile();
   logCreated(mFile);
   return true;
 }
 
 bool LogWriter::createFile(LogFile& nFile) {
   char lPath[LOG_PATH_SIZE];
-  if (!createLogFilePath(mDirectory, mFilePrefix, lPath)) {
+  bool lIsMade = false;
+  if (!createLogFilePath(mDirectory, mFilePrefix, lPath, &lIsMade)) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): Can't create path: Dir=%s FilePrifix=%s", mDirectory,
            mFilePrefix);
     return false;
   }
   if (nFile.open(lPath)) return true;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::open(): Can't open %s", lPath);
+  if (lIsMade) ::unlink(lPath);
   return false;
 }
 
@@ -219,11 +228,21 @@ void LogWriter::close() {
 void LogWriter::closeLocked() {
   if (mFile.isOpen()) {
     flushLocked();
+    dropBuffer();
+    if (!mFile.hasName()) mTally.loseFile();
     logClosed(mFile);
     mFile.close();
   }
   mBuffer.clear();
   mHasFlushFailed = mHasDirectFailed = false;
+}
+
+/// What the last flush has left, whole records all of them.
+void LogWriter::dropBuffer() {
+  for (uint64_t lSize = LogFile::firstSize(mBuffer); lSize > 0; lSize = LogFile::firstSize(mBuffer)) {
+    mTally.lose(lSize, LOG_LOSS_WRITE, mFile.getError());
+    mBuffer.eraseTop(static_cast<unsigned int>(lSize));
+  }
 }
 
 // Also when there is no file: a directory that vanished, or a disk that was full, may be back.
@@ -250,6 +269,7 @@ bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
   logClosed(mFile);
   mFile.close();
   mFile = std::move(nFile);
+  mTally.beginFile();
   logCreated(mFile);
   logNewFile(mFile);
   return true;
@@ -269,18 +289,22 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
   bool lIsDone = false;
   {
     const WatchedLock lLock(mSync);
-    if (!isAccepting() || (isHeldBack(lRecord) && !mFlushingForLines.take())) return NOT_ACCEPTED;
+    if (!isAccepting()) return refuseUntaken();
+    if (isHeldBack(lRecord) && !mFlushingForLines.take()) {
+      mTally.refuse(LOG_LOSS_WRITE, mFile.getError());
+      return NOT_ACCEPTED;
+    }
     if (isSimple(lRecord)) {
       lIsDone = true;
-      lResult = buffer(lRecord);
+      lResult = tally(lRecord, buffer(lRecord));
       lIsWake = lResult == SUCCESS && takeWake();
     }
   }
   if (!lIsDone) {
     const WatchedLock lFileLock(mFileSync);
     const WatchedLock lLock(mSync);
-    if (!isAccepting()) return NOT_ACCEPTED;
-    lResult = writeWithFile(lRecord);
+    if (!isAccepting()) return refuseUntaken();
+    lResult = tally(lRecord, writeWithFile(lRecord));
     lIsWake = lResult == SUCCESS && takeWake();
   }
   if (lIsWake && !postWriteFile()) failBase("Can't post thread", lRecord.id());
@@ -293,10 +317,52 @@ bool LogWriter::isHeldBack(const Record& nRecord) const {
   return nRecord.mId == APPLOG_LOGGER_ID && mHasFlushFailed.load(std::memory_order_relaxed);
 }
 
+// What is offered while nothing is recorded is nobody's loss.
+int LogWriter::refuseUntaken() {
+  if (isRefusing()) mTally.refuse(LOG_LOSS_BACKUP);
+  return NOT_ACCEPTED;
+}
+
+void LogWriter::refuse(LogLoss nReason) {
+  const WatchedLock lLock(mSync);
+  if (mIsRecording) mTally.refuse(nReason);
+}
+
+int LogWriter::tally(const Record& nRecord, int nResult) {
+  if (nResult == SUCCESS) {
+    mTally.take(nRecord.size());
+  } else {
+    mTally.refuse(lossOf(nRecord), mFile.getError());
+  }
+  return nResult;
+}
+
+/// Why a record was not taken, as things stand behind it.
+LogLoss LogWriter::lossOf(const Record& nRecord) const {
+  const unsigned char* lpBytes = nullptr;
+  if (!isSound(nRecord)) return LOG_LOSS_INVALID;
+  if (!mFile.isOpen()) return LOG_LOSS_NO_FILE;
+  if (mFile.hasFailed()) return LOG_LOSS_WRITE;
+  if (nRecord.size() > mBuffer.getFreeSpace() || mBuffer.top(&lpBytes) < 0) return LOG_LOSS_BUFFER;
+  return LOG_LOSS_TIME;
+}
+
+LogRecordCounts LogWriter::getRecordCounts() {
+  const WatchedLock lFileLock(mFileSync);
+  const bool lIsLost = mFile.isOpen() && !mFile.hasName();  // asks the disk: not with the callers' lock
+  const WatchedLock lLock(mSync);
+  LogRecordCounts lCounts = lIsLost ? mTally.withoutFile() : mTally.get();
+  lCounts.mIsFailing = mFile.isOpen() && mFile.hasFailed();
+  return lCounts;
+}
+
+bool LogWriter::isSound(const Record& nRecord) {
+  return nRecord.mId >= 0 && nRecord.mpData != nullptr && nRecord.mSize <= LogRecord::MAX_DATA_SIZE;
+}
+
 /// Nothing has to be done to the file, and nothing is wrong.
 bool LogWriter::isSimple(const Record& nRecord) const {
-  return nRecord.mId >= 0 && !isHeldBack(nRecord) && nRecord.mpData != nullptr &&
-         nRecord.mSize <= LogRecord::MAX_DATA_SIZE && fitsFile(nRecord) && nRecord.size() <= mBuffer.getFreeSpace();
+  return isSound(nRecord) && !isHeldBack(nRecord) && fitsFile(nRecord) && nRecord.size() <= mBuffer.getFreeSpace();
 }
 
 bool LogWriter::isValid(const Record& nRecord) const {
@@ -495,7 +561,8 @@ bool LogWriter::endPiece(bool nIsWritten, int nSize, const char* npOperation) {
   }
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::%s(): Can't write data: %s", npOperation, mFile.getPath());
   mFile.acceptWhole(mBuffer, static_cast<unsigned int>(nSize));
-  mFile.cutBack(mBuffer);
+  const uint64_t lDropped = mFile.cutBack(mBuffer);
+  if (lDropped > 0) mTally.lose(lDropped, LOG_LOSS_WRITE, mFile.getError());
   return false;
 }
 
@@ -536,7 +603,11 @@ void LogWriter::onWriteFile(utl::ThreadRawMsg& /*nMsg*/) {
 void LogWriter::onBackup(utl::ThreadRawMsg& nMsg) {
   const LogQuiet lQuiet;
   struct IdleAtExit {
-    ~IdleAtExit() { mWriter.setBackupIdle(true); }
+    ~IdleAtExit() {
+      int lRunning = LOG_BACKUP_RUNNING;
+      mWriter.mBackup.compare_exchange_strong(lRunning, LOG_BACKUP_FAILED);
+      mWriter.setBackupIdle(true);
+    }
     LogWriter& mWriter;
   } const lIdleAtExit{*this};
   if (!mControl.start()) return;
@@ -550,6 +621,9 @@ void LogWriter::onBackup(utl::ThreadRawMsg& nMsg) {
   utl::TimeCounter lTime;
   lTime.start();
   const int lResult = mFileCopy.execute(lpSource, lPath, 0);
+  mBackup = lResult == ZtFileCopy::FAILED     ? LOG_BACKUP_FAILED
+            : lResult == ZtFileCopy::CANCELED ? LOG_BACKUP_CANCELED
+                                              : LOG_BACKUP_DONE;
   if (lResult == ZtFileCopy::FAILED) {
     APPLOG(LOG_TYPE_NFW, lResult, "##### Backup Failure [%s->%s] #####", lpSource, lPath);
   } else if (lResult == ZtFileCopy::CANCELED) {

@@ -10,6 +10,7 @@
 #include "NfwOperationControl.h"
 #include "NfwRetryInterval.h"
 #include "NfwServiceThread.h"
+#include "NfwRecordTally.h"
 #include "NfwStreamBuffer.h"
 #include "NfwThreadSafety.h"
 #include "NfwZtFileCopy.h"
@@ -49,6 +50,11 @@ class LogWriter : public utl::ThreadMsgListener {
   bool hasEnded() { return mThreadEnd.isOver(mThread); }  ///< after shutdown(): false when the thread runs on
   bool isRecording() const { return mIsRecording; }
 
+  LogRecordCounts getRecordCounts();  ///< waits for the disk
+  LogBackup getBackup() const { return static_cast<LogBackup>(mBackup.load()); }
+  /// A record that did not come as far as write().
+  void refuse(LogLoss nReason);
+
   bool open();
   void close();
 
@@ -67,6 +73,7 @@ class LogWriter : public utl::ThreadMsgListener {
   };
 
   bool isInitialized() const { return mState == INITIALIZED; }
+  bool isRefusing() const NFW_REQUIRES(mSync) { return mIsRecording && mStoppingCount == 0 && mIsBackingUp; }
   bool isAccepting() const NFW_REQUIRES(mSync) { return mIsRecording && mStoppingCount == 0 && !mIsBackingUp; }
   uint64_t currentSize() const NFW_REQUIRES(mSync) { return mFile.size() + mBuffer.size(); }
   bool fitsFile(const Record& nRecord) const NFW_REQUIRES(mSync) {
@@ -88,7 +95,12 @@ class LogWriter : public utl::ThreadMsgListener {
 
   bool isHeldBack(const Record& nRecord) const;
   bool isSimple(const Record& nRecord) const NFW_REQUIRES(mSync);
+  static bool isSound(const Record& nRecord);
   bool isValid(const Record& nRecord) const;
+  int refuseUntaken() NFW_REQUIRES(mSync);
+  int tally(const Record& nRecord, int nResult) NFW_REQUIRES(mSync);
+  LogLoss lossOf(const Record& nRecord) const NFW_REQUIRES(mSync);
+  void dropBuffer() NFW_REQUIRES(mFileSync, mSync);
   int writeWithFile(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
   int buffer(const Record& nRecord) NFW_REQUIRES(mSync);
   int writeDirectly(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
@@ -121,6 +133,8 @@ class LogWriter : public utl::ThreadMsgListener {
   bool mHasDirectFailed NFW_GUARDED_BY(mSync) = false;  // the last record that did not go through the ring
   RetryInterval mReplacing NFW_GUARDED_BY(mSync);
   RetryInterval mFlushingForLines NFW_GUARDED_BY(mSync);
+  std::atomic<int> mBackup{LOG_BACKUP_NONE};
+  RecordTally mTally NFW_GUARDED_BY(mSync);
   unsigned int mStoppingCount NFW_GUARDED_BY(mSync) = 0;  // stop() calls under way
   const unsigned int mMaxLogFileSize;
   char mDirectory[LOG_PATH_SIZE] NFW_GUARDED_BY(mSync) = {};  // both empty when not recording

@@ -175,6 +175,7 @@ void Logger::writeImp(int nLogTypeId, const void* npData, unsigned int nSize) {
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
          "Logger::writeImp(): Invalid log data size: DataSize=%u Byte Max=%u Byte Id=0x%08X", nSize,
          mpInside->mFieldSize, static_cast<unsigned int>(nLogTypeId));
+  mpInside->mWriter.refuse(LOG_LOSS_INVALID);
 }
 
 void Logger::flush() {
@@ -210,6 +211,8 @@ bool Logger::getRecordingDir(char* npBuffer, unsigned int nSize) {
 }
 
 bool Logger::isRecording() const { return mpInside->mWriter.isRecording(); }
+LogRecordCounts Logger::getRecordCounts() const { return mpInside->mWriter.getRecordCounts(); }
+LogBackup Logger::getBackup() const { return mpInside->mWriter.getBackup(); }
 
 // --- record event listeners
 

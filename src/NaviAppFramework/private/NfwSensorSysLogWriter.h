@@ -4,6 +4,7 @@
 #include <atomic>
 
 #include "NfwOperationControl.h"
+#include "NfwRecordTally.h"
 #include "NfwThreadSafety.h"
 #include "ZTSync.h"
 
@@ -31,14 +32,20 @@ class SensorSysLogWriter {
   /// `nLogTypeId` and `nLogVersion` are 0 to 15, `nSize` at most 1200.
   int write(int nLogTypeId, int nLogVersion, void* npData, unsigned int nSize);
 
+  LogRecordCounts getRecordCounts();
+  /// A record that did not come as far as write().
+  void refuse(LogLoss nReason);
+
  private:
   enum State : unsigned char { CREATED, INITIALIZED, SHUT_DOWN };
 
+  int refused(LogLoss nReason, int nError = 0) NFW_REQUIRES(mSync);
   static bool isValid(int nLogTypeId, int nLogVersion, const void* npData, unsigned int nSize);
 
   std::atomic<State> mState{CREATED};
   std::atomic<bool> mIsRecording{false};
   ZTSync mSync{"nfw::SensorSysLogWriter"};
+  RecordTally mTally NFW_GUARDED_BY(mSync);
   OperationControl mControl;
 };
 

@@ -106,6 +106,7 @@ bool SensorSysLoggerManager::stopRecord() {
 }
 
 bool SensorSysLoggerManager::isRecording() const { return mpInside->mWriter.isRecording(); }
+LogRecordCounts SensorSysLoggerManager::getRecordCounts() const { return mpInside->mWriter.getRecordCounts(); }
 
 void SensorSysLoggerManager::write(int nLogTypeId, int nLogVersion, void* npData, unsigned int nSize) {
   instance().use([&](SensorSysLoggerManager& nManager) { nManager.writeImp(nLogTypeId, nLogVersion, npData, nSize); });
@@ -118,6 +119,7 @@ void SensorSysLoggerManager::writeImp(int nLogTypeId, int nLogVersion, void* npD
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
            "SensorSysLoggerManager::writeImp(): Invalid log data size: DataSize=%u Byte Id=0x%02x Version=0x%02x",
            nSize, static_cast<unsigned int>(nLogTypeId), static_cast<unsigned int>(nLogVersion));
+    mpInside->mWriter.refuse(LOG_LOSS_INVALID);
     return;
   }
   if (mpInside->mWriter.write(nLogTypeId, nLogVersion, npData, nSize) != SensorSysLogWriter::FAILURE) return;

@@ -36,6 +36,8 @@ class File {
   bool getPosition(unsigned long long* npPosition);
   bool seek(long long nOffset, int nOrigin);  ///< beyond the end is allowed
   bool getSize(unsigned long long* npSize);
+  /// False when the open file was removed: nobody finds what it holds, and it goes with the close. True when in doubt.
+  bool hasName() const;
 
   /// Reads one line without its "\n" and a "\r" before it. The whole line is consumed, its first nSize - 1 bytes are
   /// stored with a terminator. The stored length (0 for an empty line), -1 error, -3 end of file.
