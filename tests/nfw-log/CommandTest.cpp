@@ -1,10 +1,13 @@
 // What the commands say and refuse.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <thread>
 
+#include "CommandLine.h"
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "TempDir.h"
@@ -102,6 +105,51 @@ TEST_F(Command, checkFindsWhatIsWrong) {
   EXPECT_NE(mOutput.find("wrong.log: offset 0, 18 bytes: expected a sentence in version 1"), std::string::npos);
 }
 
+// Zeros are what a disk holds where nothing was written; a run of them is one damage.
+TEST_F(Command, recoverLeavesOutWhatCheckRejects) {
+  const std::string lFile = mDir / "damaged", lOut = mDir / "whole";
+  const std::string lGood = logtest::sensorRecord(0, 1, 5, "\x06GP" + std::string(17, 'x'));
+  const std::string lOther = logtest::sensorRecord(7, 0, 6, "anything"),
+                    lWrong = logtest::sensorRecord(0, 1, 6, "none");
+  struct Case {
+    std::string mBytes, mWhole;
+    int mFindings;
+  };
+  const std::string lNoDate = logRecord(20, 2, "b", "2024/13/06 07:08:09.010"), lLog = logRecord(20, 1, "a");
+  const Case CASES[] = {
+      {lGood + lOther + std::string(4096, '\0'), lGood + lOther, 1},
+      {lGood + lWrong + lGood + std::string(300001, '\0') + lGood + lGood + std::string(9, '\0'),
+       lGood + lGood + lGood + lGood, 3},
+      {lLog + std::string(4096, '\0') + lLog + lNoDate, lLog + lLog, 2},
+  };
+  for (const Case& lCase : CASES) {
+    writeFile(lFile, lCase.mBytes);
+    EXPECT_EQ(runTool({"check", "--json", lFile}, &mOutput), 1);
+    EXPECT_EQ(json::parse(mOutput)["finding_count"], lCase.mFindings) << mOutput;
+    EXPECT_EQ(json::parse(mOutput)["bytes"], lCase.mBytes.size() - lCase.mWhole.size());
+    EXPECT_EQ(runTool({"recover", lFile, "-o", lOut, "--force"}, nullptr, &mErrors), 0);
+    EXPECT_EQ(readFile(lOut), lCase.mWhole) << mErrors;
+    EXPECT_EQ(runTool({"check", lOut}, &mOutput), 0) << mOutput;
+  }
+}
+
+TEST_F(Command, checkListsTheFirstHundredOfAKind) {
+  std::string lBytes;
+  for (uint32_t i = 0; i < 150; ++i) lBytes += logtest::sensorRecord(0, 1, i, "no sentence");
+  writeFile(mDir / "wrong", lBytes + std::string(9, '\0'));
+  EXPECT_EQ(runTool({"check", "--json", mDir / "wrong"}, &mOutput), 1);
+  const json lResult = json::parse(mOutput);
+  EXPECT_EQ(lResult["findings"].size(), 101u);
+  EXPECT_EQ(lResult["finding_count"], 151);
+  EXPECT_EQ(lResult["unlisted"], json({{"bounds", 0}, {"content", 50}, {"time", 0}, {"order", 0}}));
+  EXPECT_EQ(runTool({"check", mDir / "wrong"}, &mOutput), 1);
+  EXPECT_NE(
+      mOutput.find("\n50 more findings of records that do not hold what their id says\n1 file, 150 whole records, "
+                   "151 findings of 2709 bytes\n"),
+      std::string::npos)
+      << mOutput.substr(mOutput.size() - 300);
+}
+
 TEST_F(Command, refusesWhatItMust) {
   const std::string lLog = mDir / "a_20260301-000000_00.log", lOut = mDir / "out", lSensor = mDir / "sensor";
   writeFile(lOut, "mine");
@@ -140,6 +188,48 @@ TEST_F(Command, refusesWhatItMust) {
   EXPECT_EQ(runTool({"cut", lLog, "-o", lOut, "--force"}), 0);
   EXPECT_EQ(readFile(lOut), readFile(lLog));
   EXPECT_EQ(mDir.files().size(), lFiles);
+}
+
+// Standard error is full, or its reader has gone: the work is done all the same.
+TEST_F(Command, isNotEndedByItsMessages) {
+  const std::string lBad = mDir / "bad.log", lOut = mDir / "out";
+  writeFile(lBad, "noise" + logRecord(20, 1, "$GPGGA,1\r\n") + "noise");
+  int lPipe[2];
+  ASSERT_EQ(::pipe(lPipe), 0);
+  ::close(lPipe[0]);
+  for (const int lErrors : {::open("/dev/full", O_WRONLY), lPipe[1]}) {
+    for (const std::string lCommand : {"recover", "cat", "cut", "convert"}) {
+      std::vector<const char*> lArguments = {"nfw-log", lCommand.c_str(), lBad.c_str(), "-o", lOut.c_str(), "--force"};
+      if (lCommand == "convert") lArguments.insert(lArguments.end(), {"--to", "gpx"});
+      const int lKept = ::dup(STDERR_FILENO);
+      ::dup2(lErrors, STDERR_FILENO);
+      const int lExit = logtool::runProgram(static_cast<int>(lArguments.size()), lArguments.data());
+      ::dup2(lKept, STDERR_FILENO);
+      ::close(lKept);
+      EXPECT_EQ(lExit, 0) << lCommand;
+      EXPECT_EQ(mDir.files().size(), 7u);  // no temporary one
+    }
+    ::close(lErrors);
+  }
+}
+
+// Of any bytes: shown so that a terminal is not driven by them, written so that others can read them.
+TEST_F(Command, namesOfFilesAreWrittenForTheirReader) {
+  const std::string lFile = mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xFF.log";
+  writeFile(lFile, logRecord(20, 1, "$GPGLL,4717.1,N,00833.9,E,092700,A,A") + "noise");
+  const std::string lShown = "/Z\xC3\xBCrich\\x1B[31m\\xC2\\x9B\\xFF.log";
+  EXPECT_EQ(runTool({"info", lFile}, &mOutput), 0);
+  EXPECT_NE(mOutput.find(lShown + "\nKind        log, 1 file, "), std::string::npos) << mOutput;
+  EXPECT_EQ(runTool({"check", lFile}, &mOutput), 1);
+  EXPECT_NE(mOutput.find(lShown + ": offset 85, 5 bytes: "), std::string::npos) << mOutput;
+  EXPECT_NE(mOutput.find("1 file, 1 whole record, 1 finding of 5 bytes\n"), std::string::npos) << mOutput;
+  EXPECT_EQ(runTool({"cat", lFile}, nullptr, &mErrors), 0);
+  EXPECT_NE(mErrors.find(lShown + ": offset 85"), std::string::npos) << mErrors;
+  EXPECT_EQ(runTool({"info", "--json", lFile}, &mOutput), 0);
+  const std::string lName = json::parse(mOutput)["recordings"][0]["recording"];
+  EXPECT_EQ(lName, mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xEF\xBF\xBD.log");
+  EXPECT_EQ(runTool({"plot", lFile}, &mOutput), 0);
+  EXPECT_NE(mOutput.find("<title>Z\xC3\xBCrich?[31m??.log</title>"), std::string::npos);
 }
 
 TEST_F(Command, mergeBringsOtherStartsOfTheSystemOntoOneClock) {

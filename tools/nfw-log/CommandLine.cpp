@@ -1,11 +1,16 @@
 #include "CommandLine.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <csignal>
+#include <sstream>
 
 #include "Manual.h"
+#include "Messages.h"
+#include "Output.h"
 #include "Run.h"
 
 namespace logtool {
@@ -133,24 +138,37 @@ int run(const Command& nCommand, const Options& nOptions) {
   std::vector<Recording> lRecordings;
   std::string lReason;
   if (!findRecordings(nOptions.mInputs, &lRecordings, &lReason)) {
-    fprintf(stderr, "nfw-log: %s\n", lReason.c_str());
+    say(lReason);
     return EXIT_TROUBLE;
   }
   Run lRun(nOptions, lRecordings);
   return nCommand.mpRun(lRun);
 }
 
+/// Gives the help or the version that was asked for, or says what is wrong with the command line.
+int answer(const CLI::App& nApp, const CLI::ParseError& nError) {
+  if (nError.get_exit_code() != 0) {
+    say(nError.what());
+    writeToErrors("Try nfw-log --help.\n");
+    return EXIT_TROUBLE;
+  }
+  std::ostringstream lText;
+  nApp.exit(nError, lText, lText);
+  tool::Output lOutput(STDOUT_FILENO);
+  lOutput.write(lText.str());
+  lOutput.flush();
+  return lOutput.getState() == tool::Output::FAILED ? EXIT_FOUND : EXIT_DONE;
+}
+
 }  // namespace
 
 int runProgram(int nArgc, const char* const* npArgv) {
+  ::signal(SIGPIPE, SIG_IGN);  // a reader that goes is an error of a write, also of a message
   CLI::App lApp("Looks into recordings of both kinds, log and sensor log, mends them and takes them elsewhere.",
                 "nfw-log");
   lApp.set_version_flag("--version", "nfw-log " NFW_VERSION);
   lApp.require_subcommand(1);
   lApp.footer(MANUAL);
-  lApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
-    return "nfw-log: " + std::string(nError.what()) + "\nTry nfw-log --help.\n";
-  });
   Arguments lArguments;
   Options lOptions;
   for (const Command& lCommand : COMMANDS) {
@@ -160,7 +178,7 @@ int runProgram(int nArgc, const char* const* npArgv) {
     lApp.parse(nArgc, npArgv);
     complete(lArguments, lOptions);
   } catch (const CLI::ParseError& lError) {
-    return lApp.exit(lError) == 0 ? EXIT_DONE : EXIT_TROUBLE;
+    return answer(lApp, lError);
   }
   for (const Command& lCommand : COMMANDS) {
     if (lApp.got_subcommand(lCommand.mpName)) return run(lCommand, lOptions);

@@ -1,5 +1,4 @@
-#include <fmt/format.h>
-
+#include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "Run.h"
@@ -43,7 +42,7 @@ uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
   lpWriter->begin();
   lReader.read(nProblems, *lpWriter);
   lpWriter->end();
-  if (lpWriter->getPoints() == 0) fmt::print(stderr, "nfw-log: no position in what was selected\n");
+  if (lpWriter->getPoints() == 0) say("no position in what was selected");
   return lReader.getUndecoded();
 }
 
@@ -56,7 +55,7 @@ int runConvert(Run& nRun) {
   if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
   const auto lConvert = lOptions.mFormat == "nmea" ? convertToNmea : convertToTrack;
   const uint64_t lUndecoded = lConvert(nRun, lProblems, lOutput);
-  if (lUndecoded > 0) fmt::print(stderr, "nfw-log: {} records of sentences could not be decoded\n", lUndecoded);
+  if (lUndecoded > 0) tell("{} of sentences could not be decoded", countText(lUndecoded, "record"));
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
 }

@@ -1,9 +1,8 @@
-#include <fmt/format.h>
-
 #include <cstdlib>
 #include <memory>
 
 #include "MergeInput.h"
+#include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "Run.h"
@@ -60,15 +59,14 @@ int runMerge(Run& nRun) {
     const Recording& lRecording = nRun.getRecordings()[i];
     lInputs.push_back(std::make_unique<MergeInput>(lRecording, lOptions.mSelection, lProblems, lShifts[i]));
     if (lShifts[i] != 0) {
-      fmt::print(stderr, "nfw-log: {}: of another start of the system: {} ms added to its ticks\n", lRecording.mName,
-                 lShifts[i]);
+      tell("{}: of another start of the system: {} ms added to its ticks", lRecording.mName, lShifts[i]);
     }
   }
   tool::RecordKind lKind = tool::UNKNOWN_RECORD;
   while (MergeInput* const lpInput = earliest(lInputs)) {
     if (lKind == tool::UNKNOWN_RECORD) lKind = lpInput->getRecord().mKind;
     if (lKind != lpInput->getRecord().mKind) {
-      fmt::print(stderr, "nfw-log: the inputs are of both kinds, log and sensor log: name those of one\n");
+      say("the inputs are of both kinds, log and sensor log: name those of one");
       return EXIT_TROUBLE;
     }
     lOutput.write(lpInput->getBytes());

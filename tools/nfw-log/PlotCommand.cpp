@@ -1,10 +1,9 @@
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <filesystem>
 
+#include "Messages.h"
 #include "OutputFile.h"
 #include "PlotPage.h"
+#include "PrintableText.h"
 #include "ProblemReport.h"
 #include "Run.h"
 #include "TrackReader.h"
@@ -15,16 +14,34 @@ namespace {
 
 const size_t MAX_TITLE = 80;
 
-// A file may have any bytes in its name, a picture may not.
+// A file may have any bytes in its name, a picture may not: "?" for what is no character, or none of XML.
+void appendShown(std::string_view nText, std::string* npText) {
+  while (!nText.empty()) {
+    const size_t lSize = tool::characterSize(nText);
+    const std::string_view lCharacter = nText.substr(0, lSize == 0 ? 1 : lSize);
+    const bool lIsXml =
+        lSize > 0 && !tool::isControl(lCharacter) && lCharacter != "\xEF\xBF\xBE" && lCharacter != "\xEF\xBF\xBF";
+    npText->append(lIsXml ? lCharacter : "?");
+    nText.remove_prefix(lCharacter.size());
+  }
+}
+
+// Of so many bytes at most, cut between two characters.
+std::string shortened(std::string_view nText) {
+  if (nText.size() <= MAX_TITLE) return std::string(nText);
+  size_t lEnd = 0;
+  while (lEnd + tool::characterSize(nText.substr(lEnd)) <= MAX_TITLE) lEnd += tool::characterSize(nText.substr(lEnd));
+  return std::string(nText.substr(0, lEnd)) + "...";
+}
+
 std::string titleOf(const std::vector<Recording>& nRecordings) {
   std::string lTitle;
   for (const Recording& lRecording : nRecordings) {
     if (!lTitle.empty()) lTitle += ", ";
-    lTitle += std::filesystem::path(lRecording.mName).filename().string();
+    appendShown(std::filesystem::path(lRecording.mName).filename().string(), &lTitle);
+    if (lTitle.size() > MAX_TITLE) break;
   }
-  std::replace_if(
-      lTitle.begin(), lTitle.end(), [](char nByte) { return nByte < 0x20 || nByte > 0x7E; }, '?');
-  return lTitle.size() > MAX_TITLE ? lTitle.substr(0, MAX_TITLE) + "..." : lTitle;
+  return shortened(lTitle);
 }
 
 }  // namespace
@@ -40,7 +57,7 @@ int runPlot(Run& nRun) {
   lReader.read(lProblems, lData);
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   if (lData.mPoints == 0) {
-    fmt::print(stderr, "nfw-log: no position in what was selected: nothing to plot\n");
+    say("no position in what was selected: nothing to plot");
     return EXIT_FOUND;
   }
   const bool lByFix = lOptions.mColour == "fix";

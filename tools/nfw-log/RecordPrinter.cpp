@@ -5,20 +5,11 @@
 #include <iterator>
 
 #include "JsonObject.h"
+#include "PrintableText.h"
 #include "RecordType.h"
+#include "SentenceText.h"
 
 namespace logtool {
-
-namespace {
-
-bool isPrintable(char nByte) { return nByte >= 0x20 && nByte != 0x7F; }
-
-std::string_view withoutLineEnd(std::string_view nText) {
-  while (!nText.empty() && (nText.back() == '\n' || nText.back() == '\r')) nText.remove_suffix(1);
-  return nText;
-}
-
-}  // namespace
 
 const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timeline& nTimeline) {
   mText.clear();
@@ -54,13 +45,7 @@ void RecordPrinter::begin(const tool::Record& nRecord, const Timeline& nTimeline
 // Text as it is, but for a character that would break the line or the terminal.
 void RecordPrinter::appendLine(std::string_view nData) {
   mText += mHead;
-  for (const char lByte : withoutLineEnd(nData)) {
-    if (isPrintable(lByte) || lByte == '\t') {
-      mText += lByte;
-    } else {
-      fmt::format_to(std::back_inserter(mText), "\\x{:02X}", static_cast<unsigned char>(lByte));
-    }
-  }
+  tool::appendPrintable(tool::withoutLineEnd(nData), &mText);
   mText += '\n';
 }
 
@@ -84,7 +69,7 @@ void RecordPrinter::appendJson(const tool::Record& nRecord, const Timeline& nTim
     if (nRecord.mKind == tool::SENSOR_RECORD) lObject.number("version", static_cast<uint64_t>(nRecord.mVersion));
     lObject.text("type", recordType(nRecord));
     lObject.number("offset", nRecord.mOffset);
-    const std::string_view lData = withoutLineEnd(nRecord.mData);
+    const std::string_view lData = tool::withoutLineEnd(nRecord.mData);
     bool lIsText = nRecord.mKind == tool::LOG_RECORD && !mOptions.mHex;
     for (const char lByte : lData) lIsText = lIsText && lByte >= 0x20 && lByte <= 0x7E;
     if (lIsText) {

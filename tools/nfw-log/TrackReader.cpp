@@ -1,8 +1,8 @@
 #include "TrackReader.h"
 
-#include <fmt/format.h>
-
 #include <set>
+
+#include "Messages.h"
 
 namespace logtool {
 
@@ -21,8 +21,7 @@ class FirstId : public TrackSink {
   }
   void tellOthers(const std::string& nRecording) const {
     for (const int lId : mOthers) {
-      fmt::print(stderr, "nfw-log: {}: the track is of id {}; id {} has positions too: --id {} takes them\n",
-                 nRecording, mId, lId, lId);
+      tell("{}: the track is of id {}; id {} has positions too: --id {} takes them", nRecording, mId, lId, lId);
     }
   }
 
