@@ -40,8 +40,8 @@ class Command : public testing::Test {
 TEST_F(Command, catShowsADirectoryInTheOrderOfItsFiles) {
   EXPECT_EQ(runTool({"cat", mDir.path()}, &mOutput), 0);
   EXPECT_EQ(mOutput,
-            "2026/02/01 00:00:07.500 7 other\n2026/01/31 23:59:59.000 20 $GPGGA,1\n"
-            "2026/01/31 23:59:59.000 20 $GPRMC,2\n2026/02/01 00:00:07.500 255 last\\x01\n");
+            "2026-02-01 00:00:07.500 7 other\n2026-01-31 23:59:59.000 20 $GPGGA,1\n"
+            "2026-01-31 23:59:59.000 20 $GPRMC,2\n2026-02-01 00:00:07.500 255 last\\x01\n");
 }
 
 TEST_F(Command, momentsSelect) {
@@ -71,6 +71,34 @@ TEST_F(Command, momentsSelect) {
     for (std::string lLine; std::getline(lLines, lLine);) lIds += json::parse(lLine)["id"].dump() + " ";
     EXPECT_EQ(lIds, lCase.mIds) << lCase.mOptions[1];
   }
+}
+
+// Dead reckoning lags by an epoch, and the receiver's sentences come before the one with the date.
+TEST_F(Command, eachIdOfASensorLogHasItsClock) {
+  const std::string lDate = "\x1F\x01\x1A", lFile = mDir / "sensor.bin", lOut = mDir / "cut.bin";
+  std::string lBytes;
+  for (uint32_t i = 0; i < 4; ++i) {
+    const uint32_t lTime = 80030000 + i * 1000, lTick = 5000 + i * 990;  // a receiver is never exactly on time
+    const std::string lReport = logtest::binaryRmc(lTime - 1000, lDate).substr(1) + std::string(19 + 31 + 2 + 58, '\0');
+    lBytes += logtest::sensorRecord(0, 1, lTick, logtest::binaryGga(lTime));
+    lBytes += logtest::sensorRecord(0, 1, lTick + 1, logtest::binaryRmc(lTime, lDate));
+    lBytes += logtest::sensorRecord(1, 1, lTick + 2, lReport);
+  }
+  writeFile(lFile, lBytes);
+  const auto lTimes = [&](std::vector<std::string> nArguments) {
+    EXPECT_EQ(runTool(nArguments, &mOutput), 0);
+    std::string lTold;
+    std::istringstream lLines(mOutput);
+    for (std::string lLine; std::getline(lLines, lLine);) lTold += lLine.substr(0, 25) + "|";
+    return lTold;
+  };
+  EXPECT_EQ(lTimes({"cat", "--type", "GGA", lFile}),
+            "+0:00:00.000 0 $GPGGA,080|2026-01-31 08:00:31.000 0|"
+            "2026-01-31 08:00:32.000 0|2026-01-31 08:00:33.000 0|");
+  EXPECT_EQ(runTool({"cut", "--from", "08:00:32", lFile, "-o", lOut}), 0);
+  EXPECT_EQ(lTimes({"cat", "--json", "--id", "0", lOut}).size(), 4 * 26u);
+  EXPECT_EQ(lTimes({"cat", "--id", "1", "--type", "DR", "--from", "08:00:32", "--hex", lFile}),
+            "2026-01-31 08:00:32.000 1|");
 }
 
 TEST_F(Command, infoCounts) {
@@ -257,7 +285,7 @@ TEST_F(Command, followsARecorderIntoItsNextFile) {
   });
   EXPECT_EQ(runTool({"cat", "--follow", "--to", "60", lDir.path()}, &mOutput, &mErrors), 0);
   lRecorder.join();
-  EXPECT_EQ(mOutput, "2024/05/06 07:08:09.010 1 one\n2024/05/06 07:08:09.010 1 two\n2024/05/06 07:08:09.010 1 three\n");
+  EXPECT_EQ(mOutput, "2024-05-06 07:08:09.010 1 one\n2024-05-06 07:08:09.010 1 two\n2024-05-06 07:08:09.010 1 three\n");
   EXPECT_EQ(mErrors, "");
 }
 

@@ -13,8 +13,8 @@ int runCat(Run& nRun) {
   ProblemReport lProblems;
   for (const Recording& lRecording : nRun.getRecordings()) {
     RecordPrinter lPrinter(lOptions);
-    const auto lPrint = [&](const tool::Record& nRecord, const Selector& nSelector) {
-      lOutput.write(lPrinter.print(nRecord, nSelector.getTimeline()));
+    const auto lPrint = [&](const tool::Record& nRecord, Selector& nSelector) {
+      lOutput.write(lPrinter.print(nRecord, nSelector));
       return !lOutput.isClosed();
     };
     if (!lOptions.mFollow) {

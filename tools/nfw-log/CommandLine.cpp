@@ -141,6 +141,9 @@ int run(const Command& nCommand, const Options& nOptions) {
     say(lReason);
     return EXIT_TROUBLE;
   }
+  for (const Recording& lRecording : lRecordings) {
+    if (!lRecording.mNote.empty()) tell("{}: {}", lRecording.mName, lRecording.mNote);
+  }
   Run lRun(nOptions, lRecordings);
   return nCommand.mpRun(lRun);
 }

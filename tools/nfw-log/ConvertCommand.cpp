@@ -4,6 +4,7 @@
 #include "Run.h"
 #include "Sentences.h"
 #include "TrackReader.h"
+#include "TrackRecords.h"
 #include "TrackWriter.h"
 
 namespace logtool {
@@ -27,8 +28,9 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
   Sentences lSentences;
   NmeaWriter lWriter(nOutput);
   uint64_t lUndecoded = 0;
+  TrackRecords lRecords(nRun);
   for (const Recording& lRecording : nRun.getRecordings()) {
-    nRun.readSelected(lRecording, nProblems, [&](const tool::Record& nRecord, const Selector&) {
+    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place&) {
       if (!lSentences.read(nRecord, lWriter)) ++lUndecoded;
       return !nOutput.isClosed();
     });
@@ -37,12 +39,11 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
 }
 
 uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  const std::unique_ptr<TrackWriter> lpWriter = TrackWriter::make(nRun.getOptions().mFormat, nOutput);
+  TrackWriter lWriter(nRun.getOptions().mFormat, nOutput);
   TrackReader lReader(nRun);
-  lpWriter->begin();
-  lReader.read(nProblems, *lpWriter);
-  lpWriter->end();
-  if (lpWriter->getPoints() == 0) say("no position in what was selected");
+  lReader.read(nProblems, lWriter);
+  lWriter.end();
+  if (lWriter.getPoints() == 0) say("no position in what was selected");
   return lReader.getUndecoded();
 }
 

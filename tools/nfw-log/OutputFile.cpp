@@ -84,10 +84,15 @@ bool OutputFile::openTemporary() {
   return ::fchmod(mFd, 0666 & ~lMask) == 0;
 }
 
+void OutputFile::spoil(const char* npWhat, int nError) {
+  if (!mIsSpoilt) tell("{}: {}", npWhat, std::strerror(nError));
+  mIsSpoilt = true;
+}
+
 bool OutputFile::commit() {
   mOutput->flush();
   if (mOutput->getState() == tool::Output::FAILED) return fail("cannot be written", mOutput->getError());
-  if (mTemporary.empty()) return true;
+  if (mTemporary.empty() || mIsSpoilt) return !mIsSpoilt;
   if (::fsync(mFd) != 0) return fail("cannot be written", errno);
   // A name that has come into being meanwhile is not replaced either.
   const bool lIsNamed =

@@ -14,31 +14,19 @@ namespace {
 
 const size_t MAX_TITLE = 80;
 
-// A file may have any bytes in its name, a picture may not: "?" for what is no character, or none of XML.
-void appendShown(std::string_view nText, std::string* npText) {
-  while (!nText.empty()) {
-    const size_t lSize = tool::characterSize(nText);
-    const std::string_view lCharacter = nText.substr(0, lSize == 0 ? 1 : lSize);
-    const bool lIsXml =
-        lSize > 0 && !tool::isControl(lCharacter) && lCharacter != "\xEF\xBF\xBE" && lCharacter != "\xEF\xBF\xBF";
-    npText->append(lIsXml ? lCharacter : "?");
-    nText.remove_prefix(lCharacter.size());
-  }
-}
-
-// Of so many bytes at most, cut between two characters.
-std::string shortened(std::string_view nText) {
-  if (nText.size() <= MAX_TITLE) return std::string(nText);
-  size_t lEnd = 0;
-  while (lEnd + tool::characterSize(nText.substr(lEnd)) <= MAX_TITLE) lEnd += tool::characterSize(nText.substr(lEnd));
-  return std::string(nText.substr(0, lEnd)) + "...";
+// Cut between two characters.
+std::string shortened(const std::string& nText) {
+  if (nText.size() <= MAX_TITLE) return nText;
+  size_t lEnd = MAX_TITLE;
+  while (lEnd > MAX_TITLE - 4 && tool::characterSize(std::string_view(nText).substr(lEnd)) == 0) --lEnd;
+  return nText.substr(0, lEnd) + "...";
 }
 
 std::string titleOf(const std::vector<Recording>& nRecordings) {
   std::string lTitle;
   for (const Recording& lRecording : nRecordings) {
     if (!lTitle.empty()) lTitle += ", ";
-    appendShown(std::filesystem::path(lRecording.mName).filename().string(), &lTitle);
+    lTitle += std::filesystem::path(lRecording.mName).filename().string();
     if (lTitle.size() > MAX_TITLE) break;
   }
   return shortened(lTitle);
@@ -56,7 +44,7 @@ int runPlot(Run& nRun) {
   TrackReader lReader(nRun);
   lReader.read(lProblems, lData);
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
-  if (lData.mPoints == 0) {
+  if (lData.mTracks.empty()) {
     say("no position in what was selected: nothing to plot");
     return EXIT_FOUND;
   }

@@ -11,13 +11,13 @@
 
 namespace logtool {
 
-const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timeline& nTimeline) {
+const std::string& RecordPrinter::print(const tool::Record& nRecord, Selector& nSelector) {
   mText.clear();
   if (mOptions.mJson) {
-    appendJson(nRecord, nTimeline);
+    appendJson(nRecord, nSelector);
     return mText;
   }
-  begin(nRecord, nTimeline);
+  begin(nRecord, nSelector);
   if (mOptions.mHex) {
     mText += mHead;
     appendHex(nRecord.mData);
@@ -30,15 +30,12 @@ const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timel
   return mText;
 }
 
-void RecordPrinter::begin(const tool::Record& nRecord, const Timeline& nTimeline) {
-  const int64_t lTime = mClock.timeOf(nRecord);
-  mHead.clear();
-  if (nRecord.mKind == tool::LOG_RECORD)
-    mHead += nRecord.mStamp;
-  else if (lTime != NO_TIME)
-    mHead += timeText(lTime);
+void RecordPrinter::begin(const tool::Record& nRecord, Selector& nSelector) {
+  const int64_t lTime = nSelector.timeOf(nRecord);
+  if (lTime != NO_TIME)
+    mHead = timeText(lTime);
   else
-    mHead += "+" + durationText(nTimeline.getElapsedMs());
+    mHead = "+" + durationText(nSelector.getTimeline().getElapsedMs());
   fmt::format_to(std::back_inserter(mHead), " {} ", nRecord.mId);
 }
 
@@ -57,13 +54,13 @@ void RecordPrinter::appendHex(std::string_view nData) {
   }
 }
 
-void RecordPrinter::appendJson(const tool::Record& nRecord, const Timeline& nTimeline) {
-  const int64_t lTime = mClock.timeOf(nRecord);
+void RecordPrinter::appendJson(const tool::Record& nRecord, Selector& nSelector) {
+  const int64_t lTime = nSelector.timeOf(nRecord);
   {
     tool::JsonObject lObject(&mText);
     if (lTime == NO_TIME) lObject.null("time");
     if (lTime != NO_TIME) lObject.text("time", timeText(lTime));
-    lObject.number("elapsed_ms", nTimeline.getElapsedMs());
+    lObject.number("elapsed_ms", nSelector.getTimeline().getElapsedMs());
     lObject.number("tick", nRecord.mTick);
     lObject.number("id", static_cast<uint64_t>(nRecord.mId));
     if (nRecord.mKind == tool::SENSOR_RECORD) lObject.number("version", static_cast<uint64_t>(nRecord.mVersion));

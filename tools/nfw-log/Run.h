@@ -30,12 +30,21 @@ class Run {
     mDone += lReader.getRead();
   }
 
+  /// As above; `nUse` is given each record, the selector, and whether the command line selects the record.
+  template <class Use>
+  void readAll(const Recording& nRecording, Problems& nProblems, Use nUse) {
+    Selector lSelector(mOptions.mSelection);
+    read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
+      const bool lIsSelected = lSelector.takes(nRecord);
+      return nUse(nRecord, lSelector, lIsSelected) && !lSelector.isOver();
+    });
+  }
+
   /// As above, only what the command line selects. `nUse` is given the record and the selector.
   template <class Use>
   void readSelected(const Recording& nRecording, Problems& nProblems, Use nUse) {
-    Selector lSelector(mOptions.mSelection);
-    read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
-      return lSelector.takes(nRecord) ? nUse(nRecord, lSelector) : !lSelector.isOver();
+    readAll(nRecording, nProblems, [&](const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
+      return !nIsSelected || nUse(nRecord, nSelector);
     });
   }
 

@@ -64,12 +64,12 @@ Selector::Selector(const Selection& nSelection)
 
 bool Selector::takes(const tool::Record& nRecord) {
   mTimeline.step(nRecord.mTick);
-  return isInTime(nRecord) && isListed(nRecord);
+  if (mAsksClock || nRecord.mKind == tool::SENSOR_RECORD) mTime = mClock.timeOf(nRecord);
+  return isInTime() && isListed(nRecord);
 }
 
-bool Selector::isInTime(const tool::Record& nRecord) {
+bool Selector::isInTime() {
   if (mAsksClock) {
-    mTime = mClock.timeOf(nRecord);
     if (mTime == NO_TIME) return false;
     if (mFirstTime == NO_TIME) mFirstTime = mTime;
   }

@@ -41,10 +41,11 @@ class Selector {
   bool isOver() const { return mIsOver; }
 
   const Timeline& getTimeline() const { return mTimeline; }
-  int64_t getTime() const { return mTime; }  ///< of the last record's clock, or NO_TIME; only if the selection asks it
+  /// By the recording's clock, which has seen the records that were not taken, too; NO_TIME while it is not known.
+  int64_t timeOf(const tool::Record& nRecord) { return mClock.timeOf(nRecord); }
 
  private:
-  bool isInTime(const tool::Record& nRecord);
+  bool isInTime();
   bool isAtOrAfter(const Moment& nMoment) const;
   bool isListed(const tool::Record& nRecord) const;
 
