@@ -1,6 +1,8 @@
 // What the commands say and refuse.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cmath>
@@ -202,6 +204,15 @@ TEST_F(Command, refusesWhatItMust) {
       {{"cut", lLog, lSensor, "-o", lOut, "--force"}, 2, "of both kinds"},
       {{"cut", mDir / "notes.txt", "-o", lOut, "--force"}, 2, "no recording"},
       {{"convert", lLog}, 2, "--to is required"},
+      {{"cat", "--type", "FOO", lLog}, 2, "no record is of the type FOO"},
+      {{"filter", "--type", "FOO,GGA", lLog, "-o", lOut, "--force"}, 2, "no record is of the type GGA"},
+      {{"merge", "--type", "FOO", lLog, lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
+      {{"convert", "--type", "FOO", "--to", "gpx", lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
+      {{"cat", "--type", "$GPGGA", lLog}, 2, "\"$GPGGA\" is no type"},
+      {{"cat", "--from", "10", "--to", "5", lLog}, 2, "\"10\" is not before the end, \"5\""},
+      {{"cut", "--from", "10:00", "--to", "09:00", lLog, "-o", lOut, "--force"}, 2, "the end is before the begin"},
+      {{"plot", lLog, "-o", mDir / "x.png"}, 2, "plot writes an SVG picture (.svg), or an HTML page (.html)"},
+      {{"plot", lLog, "--html", "-o", mDir / "x.svg"}, 2, "an HTML page (.html) with --html"},
       {{"convert", "--to", "doc", lLog}, 2, "doc"},
       {{"plot", lLog, "-o", lOut, "--force"}, 1, "no position"},
       {{"cat", "--follow", "-"}, 2, "--follow"},
@@ -274,6 +285,55 @@ TEST_F(Command, mergeBringsOtherStartsOfTheSystemOntoOneClock) {
                                 logRecord(1, 80000, "c", "2026/01/31 10:00:10.000"));
 }
 
+// More than the files that a process may have open: those that follow each other never are together.
+TEST_F(Command, mergeTakesAnyNumberOfRecordings) {
+  rlimit lLimit = {};
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &lLimit), 0);
+  const rlimit lFew = {40, 40};
+  const nfwtest::TempDir lDir;
+  std::vector<std::string> lArguments = {"merge", "-o", mDir / "out"};
+  std::string lAll;
+  for (uint32_t i = 0; i < 120; ++i) {
+    writeFile(lDir / std::to_string(i), logRecord(1, i * 10, "a") + logRecord(1, i * 10 + 12, "b"));
+    lArguments.push_back(lDir / std::to_string(i));
+    if (i > 0) lAll += logRecord(1, i * 10 + 2, "b");
+    lAll += i == 0    ? logRecord(1, 0, "a") + logRecord(1, 10, "a")
+            : i < 119 ? logRecord(1, i * 10 + 10, "a")
+                      : logRecord(1, 1202, "b");
+  }
+  const pid_t lChild = ::fork();  // what it may open is not given back
+  if (lChild == 0) ::_exit(::setrlimit(RLIMIT_NOFILE, &lFew) == 0 ? runTool(lArguments) : 9);
+  int lStatus = 0;
+  ASSERT_EQ(::waitpid(lChild, &lStatus, 0), lChild);
+  EXPECT_EQ(lStatus, 0);
+  EXPECT_EQ(readFile(mDir / "out"), lAll);
+}
+
+// A clock that was set back gives later files earlier names; another start of the system has ticks of its own.
+TEST_F(Command, aDirectoryIsReadInTheOrderOfItsTicks) {
+  const nfwtest::TempDir lDir;
+  const auto lPut = [&](const std::string& nTime, uint32_t nFrom, const std::string& nData) {
+    writeFile(lDir / ("d_20260131-" + nTime + "_00.log"),
+              logRecord(1, nFrom, nData + "1") + logRecord(1, nFrom + 5000, nData + "2"));
+  };
+  const auto lShown = [&] {
+    EXPECT_EQ(runTool({"cat", lDir.path()}, &mOutput, &mErrors), 0);
+    std::string lData;
+    std::istringstream lLines(mOutput);
+    for (std::string lLine; std::getline(lLines, lLine);) lData += lLine.substr(26) + " ";
+    return lData;
+  };
+  lPut("100000", 1000, "a"), lPut("101000", 7000, "b"), lPut("110000", 100, "x"), lPut("111000", 5200, "y");
+  EXPECT_EQ(lShown(), "a1 a2 b1 b2 x1 x2 y1 y2 ");  // two starts, in the order of their names
+  EXPECT_EQ(mErrors, "");
+  lPut("092000", 13000, "c"), lPut("093000", 19000, "d");
+  EXPECT_EQ(lShown(), "a1 a2 b1 b2 c1 c2 d1 d2 x1 x2 y1 y2 ");
+  EXPECT_NE(mErrors.find("/d: a clock was set while recording: by their ticks d_20260131-092000_00.log behind "
+                         "d_20260131-101000_00.log\n"),
+            std::string::npos)
+      << mErrors;
+}
+
 TEST_F(Command, followsARecorderIntoItsNextFile) {
   const nfwtest::TempDir lDir;
   const std::string lFirst = lDir / "d_20260131-000000_00.log";
@@ -281,7 +341,7 @@ TEST_F(Command, followsARecorderIntoItsNextFile) {
   writeFile(lFirst, logRecord(1, 1000, "one") + lRecord.substr(0, 20));
   std::thread lRecorder([&] {
     std::ofstream(lFirst, std::ios::app | std::ios::binary) << lRecord.substr(20);
-    writeFile(lDir / "d_20260131-000000_01.log", logRecord(1, 3000, "three") + logRecord(1, 99000, "end"));
+    writeFile(lDir / "d_20260130-230000_00.log", logRecord(1, 3000, "three") + logRecord(1, 99000, "end"));
   });
   EXPECT_EQ(runTool({"cat", "--follow", "--to", "60", lDir.path()}, &mOutput, &mErrors), 0);
   lRecorder.join();

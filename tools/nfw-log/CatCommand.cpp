@@ -28,6 +28,7 @@ int runCat(Run& nRun) {
       if (lSelector.takes(lRecord) && !lPrint(lRecord, lSelector)) break;
     }
   }
+  if (!lOptions.mFollow && !lOutput.isClosed() && !nRun.wasSelectable()) return EXIT_TROUBLE;
   return lOutput.commit() ? lProblems.exitCode() : static_cast<int>(EXIT_FOUND);
 }
 

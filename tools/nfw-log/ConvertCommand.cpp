@@ -57,6 +57,7 @@ int runConvert(Run& nRun) {
   const auto lConvert = lOptions.mFormat == "nmea" ? convertToNmea : convertToTrack;
   const uint64_t lUndecoded = lConvert(nRun, lProblems, lOutput);
   if (lUndecoded > 0) tell("{} of sentences could not be decoded", countText(lUndecoded, "record"));
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
 }

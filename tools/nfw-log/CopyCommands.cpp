@@ -75,6 +75,7 @@ int write(Run& nRun, bool nRecovers) {
     (nRecovers ? copyWhole : copySelected)(nRun, lRecording, lProblems, lCopier);
     if (lCopier.isMixed()) return EXIT_TROUBLE;
   }
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   if (!lOutput.commit()) return EXIT_FOUND;
   if (!nRecovers) return EXIT_DONE;

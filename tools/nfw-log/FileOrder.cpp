@@ -80,30 +80,42 @@ std::vector<Stretch> stretchesOf(const std::vector<std::string>& nPaths, const s
   return lStretches;
 }
 
-// The one stretch that goes on where this one ends; NONE when several may.
-size_t followerOf(const std::vector<Stretch>& nStretches, size_t nIndex) {
-  size_t lFound = NONE;
+std::string nameOf(const std::string& nPath) { return std::filesystem::path(nPath).filename().string(); }
+
+struct Joint {
+  uint32_t mGap;
+  size_t mBefore, mBehind;
+};
+
+// Wherever one stretch may go on in another, the nearest first.
+std::vector<Joint> jointsOf(const std::vector<Stretch>& nStretches) {
+  std::vector<Joint> lJoints;
   for (size_t i = 0; i < nStretches.size(); ++i) {
-    if (i == nIndex || !goesOn(nStretches[nIndex].mLast, nStretches[i].mFirst)) continue;
-    if (lFound != NONE) return NONE;
-    lFound = i;
+    for (size_t j = 0; j < nStretches.size(); ++j) {
+      const uint32_t lGap = nStretches[j].mFirst - nStretches[i].mLast;
+      if (i != j && lGap <= MOST_BETWEEN_MS) lJoints.push_back({lGap, i, j});
+    }
   }
-  return lFound;
+  std::stable_sort(lJoints.begin(), lJoints.end(),
+                   [](const Joint& nLeft, const Joint& nRight) { return nLeft.mGap < nRight.mGap; });
+  return lJoints;
 }
 
-std::string nameOf(const std::string& nPath) { return std::filesystem::path(nPath).filename().string(); }
+bool isRing(const std::vector<Stretch>& nStretches, const Joint& nJoint) {
+  size_t lAt = nJoint.mBehind;
+  while (lAt != NONE && lAt != nJoint.mBefore) lAt = nStretches[lAt].mNext;
+  return lAt != NONE;
+}
 
 std::string link(std::vector<Stretch>* npStretches) {
   std::string lNote;
-  std::vector<size_t> lFollowers;
-  for (size_t i = 0; i < npStretches->size(); ++i) lFollowers.push_back(followerOf(*npStretches, i));
-  for (size_t i = 0; i < lFollowers.size(); ++i) {
-    if (lFollowers[i] == NONE || std::count(lFollowers.begin(), lFollowers.end(), lFollowers[i]) > 1) continue;
-    Stretch& lNext = (*npStretches)[lFollowers[i]];
-    (*npStretches)[i].mNext = lFollowers[i];
-    lNext.mHasBefore = true;
-    lNote += (lNote.empty() ? "" : ", ") + nameOf(lNext.mPaths.front()) + " behind " +
-             nameOf((*npStretches)[i].mPaths.back());
+  for (const Joint& lJoint : jointsOf(*npStretches)) {
+    Stretch& lBefore = (*npStretches)[lJoint.mBefore];
+    Stretch& lBehind = (*npStretches)[lJoint.mBehind];
+    if (lBefore.mNext != NONE || lBehind.mHasBefore || isRing(*npStretches, lJoint)) continue;
+    lBefore.mNext = lJoint.mBehind;
+    lBehind.mHasBefore = true;
+    lNote += (lNote.empty() ? "" : ", ") + nameOf(lBehind.mPaths.front()) + " behind " + nameOf(lBefore.mPaths.back());
   }
   return lNote;
 }
@@ -132,7 +144,6 @@ std::string orderByTicks(std::vector<std::string>* npPaths) {
       lOrdered.insert(lOrdered.end(), lpStretch->mPaths.begin(), lpStretch->mPaths.end());
     }
   }
-  if (lOrdered.size() != npPaths->size()) return {};  // in a ring, which tells nothing
   npPaths->swap(lOrdered);
   return lNote;
 }

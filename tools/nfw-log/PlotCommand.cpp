@@ -43,6 +43,7 @@ int runPlot(Run& nRun) {
   lData.mTitle = titleOf(nRun.getRecordings());
   TrackReader lReader(nRun);
   lReader.read(lProblems, lData);
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   if (lData.mTracks.empty()) {
     say("no position in what was selected: nothing to plot");

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 
 #include "Inputs.h"
 #include "Options.h"
@@ -38,6 +39,7 @@ class Run {
       const bool lIsSelected = lSelector.takes(nRecord);
       return nUse(nRecord, lSelector, lIsSelected) && !lSelector.isOver();
     });
+    note(lSelector);
   }
 
   /// As above, only what the command line selects. `nUse` is given the record and the selector.
@@ -48,10 +50,18 @@ class Run {
     });
   }
 
+  /// Takes in what a selector that has seen its recording found.
+  void note(const Selector& nSelector);
+  /// Whether the recordings had what the selection asks for: a type at least, and an end behind the begin. False with a
+  /// line on standard error; for when all are read.
+  bool wasSelectable() const;
+
  private:
   const Options& mOptions;
   const std::vector<Recording> mRecordings;
   Progress mProgress;
+  std::set<std::string> mSeenTypes;
+  bool mIsTurnedRound = false;
   uint64_t mDone = 0;  // bytes of the recordings before
 };
 
