@@ -1,6 +1,7 @@
 #include "FileOrder.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -120,6 +121,28 @@ std::string link(std::vector<Stretch>* npStretches) {
   return lNote;
 }
 
+timespec changeOf(const std::string& nPath) {
+  struct stat lStat = {};
+  ::stat(nPath.c_str(), &lStat);
+  return lStat.st_mtim;
+}
+
+bool isOlder(const timespec& nLeft, const timespec& nRight) {
+  return nLeft.tv_sec != nRight.tv_sec ? nLeft.tv_sec < nRight.tv_sec : nLeft.tv_nsec < nRight.tv_nsec;
+}
+
+// A file that a recorder has just begun has no ticks to go by; it is the one that was changed last.
+std::string putBegunLast(std::vector<std::string>* npPaths) {
+  const auto lNewest = std::max_element(
+      npPaths->begin(), npPaths->end(),
+      [](const std::string& nLeft, const std::string& nRight) { return isOlder(changeOf(nLeft), changeOf(nRight)); });
+  if (lNewest == npPaths->end() || lNewest + 1 == npPaths->end()) return {};
+  if (firstRecordOf(*lNewest).mKind != tool::UNKNOWN_RECORD) return {};
+  const std::string lNote = nameOf(*lNewest) + ", which is empty, last";
+  std::rotate(lNewest, lNewest + 1, npPaths->end());
+  return lNote;
+}
+
 }  // namespace
 
 FirstRecord firstRecordOf(const std::string& nPath) {
@@ -133,9 +156,9 @@ FirstRecord firstRecordOf(const std::string& nPath) {
 std::string orderByTicks(std::vector<std::string>* npPaths) {
   std::vector<FirstRecord> lFirsts;
   if (npPaths->size() > 1) std::transform(npPaths->begin(), npPaths->end(), std::back_inserter(lFirsts), firstRecordOf);
-  if (areInOrder(lFirsts)) return {};
+  if (areInOrder(lFirsts)) return putBegunLast(npPaths);
   std::vector<Stretch> lStretches = stretchesOf(*npPaths, lFirsts);
-  const std::string lNote = link(&lStretches);
+  std::string lNote = link(&lStretches);
   std::vector<std::string> lOrdered;
   for (const Stretch& lHead : lStretches) {
     if (lHead.mHasBefore) continue;
@@ -145,7 +168,8 @@ std::string orderByTicks(std::vector<std::string>* npPaths) {
     }
   }
   npPaths->swap(lOrdered);
-  return lNote;
+  const std::string lBegun = putBegunLast(npPaths);
+  return lNote + (lNote.empty() || lBegun.empty() ? "" : ", ") + lBegun;
 }
 
 }  // namespace logtool
