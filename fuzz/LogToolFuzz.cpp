@@ -51,9 +51,9 @@ class Reading : public tool::RecordDamageListener {
     require(nRecord.mOffset == mEnd && nRecord.mWholeSize == nRecord.mBytes.size());
     mEnd += nRecord.mWholeSize;
     mWhole += nRecord.mBytes;
-    mTimeline.step(nRecord.mTick);
-    require(!mPrinter.print(nRecord, mTimeline).empty() && mPrinter.print(nRecord, mTimeline).back() == '\n');
-    mBuilder.setPlace(nRecord.mId, mTimeline.getElapsedMs());
+    mSelector.takes(nRecord);
+    require(!mPrinter.print(nRecord, mSelector).empty() && mPrinter.print(nRecord, mSelector).back() == '\n');
+    mBuilder.setPlace(nRecord.mId, mSelector.getTimeline().getElapsedMs());
     mSentences.read(nRecord, mBuilder);
   }
 
@@ -61,7 +61,7 @@ class Reading : public tool::RecordDamageListener {
   uint64_t mEnd = 0;
   const logtool::Options mOptions;
   logtool::RecordPrinter mPrinter{mOptions};
-  logtool::Timeline mTimeline;
+  logtool::Selector mSelector{mOptions.mSelection};
   logtool::Sentences mSentences;
   Track mTrack;
   logtool::EpochBuilder mBuilder{mTrack};

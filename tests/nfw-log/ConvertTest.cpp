@@ -1,6 +1,7 @@
 // Tracks in other formats, against the positions that went into a recording.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -45,12 +46,14 @@ std::string drive() {
 }
 
 const char* const CSV =
-    "2025-12-31T23:59:58.000Z,0.000,20,-48.1173000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0\r\n"
-    "2025-12-31T23:59:59.500Z,1.000,20,-48.1174667,-11.5166667,545.4,46.9,18.520,84.40,dgps,8,0.90,,,0\r\n"
-    "2026-01-01T00:00:01.000Z,2.000,20,-48.1176333,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0\r\n"
-    "2026-01-01T00:01:00.000Z,3.000,20,-48.1178000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0\r\n"
-    "2026-01-01T00:01:01.000Z,4.000,20,-48.1179667,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1\r\n"
-    "2026-01-01T00:01:02.000Z,5.000,20,-48.1181333,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1\r\n";
+    "2025-12-31T23:59:58.000Z,0.000,20,-48.1173000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+    "2025-12-31T23:59:59.500Z,1.000,20,-48.1174667,-11.5166667,545.4,46.9,18.520,84.40,dgps,8,0.90,,,0,receiver\r\n"
+    "2026-01-01T00:00:01.000Z,2.000,20,-48.1176333,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+    "2026-01-01T00:01:00.000Z,3.000,20,-48.1178000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+    "2026-01-01T00:01:01.000Z,4.000,20,-48.1179667,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
+    "receiver\r\n"
+    "2026-01-01T00:01:02.000Z,5.000,20,-48.1181333,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
+    "receiver\r\n";
 
 class Convert : public testing::Test {
  protected:
@@ -70,7 +73,93 @@ TEST_F(Convert, csvHasEveryEpochWithItsUnits) {
   const size_t lBody = lCsv.find('\n') + 1;
   EXPECT_EQ(lCsv.substr(lBody), CSV);
   EXPECT_NE(lCsv.substr(0, lBody).find(",latitude_deg,longitude_deg,altitude_m,"), std::string::npos);
-  EXPECT_NE(mErrors.find("id 21 has positions too"), std::string::npos);
+  EXPECT_NE(mErrors.find("dead reckoning (id 21) has sentences too: --id 21 takes it"), std::string::npos);
+}
+
+// What a track consists of is the same in every format.
+TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
+  const std::string lNmea = convert("nmea");
+  EXPECT_EQ(std::count(lNmea.begin(), lNmea.end(), '\n'), 12);
+  EXPECT_EQ(lNmea.find("GPGLL"), std::string::npos);
+  EXPECT_NE(mErrors.find("--id 20,21 both"), std::string::npos) << mErrors;
+  // Also where dead reckoning begins first, and alone where there is no receiver.
+  const std::string lLate = logtest::logRecord(21, 1, "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n");
+  nfwtest::writeFile(mFile, lLate + drive());
+  EXPECT_EQ(convert("nmea"), lNmea);
+  nfwtest::writeFile(mFile, lLate);
+  EXPECT_EQ(convert("nmea"), "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n");
+}
+
+TEST_F(Convert, twoTracksStandOneBehindTheOtherWithTheirNames) {
+  struct Case {
+    const char* mpFormat;
+    const char *mpFirst, *mpSecond;  // of which each comes once, or more often in a row
+  };
+  const Case CASES[] = {{"gpx", "<name>receiver</name>", "<name>dead reckoning</name>"},
+                        {"kml", "<name>receiver</name>", "<name>dead reckoning</name>"},
+                        {"geojson", "\"track\":\"receiver\"", "\"track\":\"dead reckoning\""},
+                        {"csv", ",receiver\r\n", ",dead reckoning\r\n"}};
+  for (const Case& lCase : CASES) {
+    std::string lOutput;
+    ASSERT_EQ(runTool({"convert", "--to", lCase.mpFormat, "--id", "20,21", mFile}, &lOutput, &mErrors), 0);
+    EXPECT_EQ(mErrors, "");
+    EXPECT_LT(lOutput.rfind(lCase.mpFirst), lOutput.find(lCase.mpSecond)) << lOutput;
+    EXPECT_NE(lOutput.find(lCase.mpSecond), std::string::npos) << lOutput;
+    EXPECT_TRUE(lCase.mpFormat != std::string("geojson") || json::parse(lOutput)["features"].size() == 7u);
+  }
+  std::string lPicture;
+  ASSERT_EQ(runTool({"plot", "--id", "20,21", mFile}, &lPicture), 0);
+  for (const char* lpText : {">receiver<", ">dead reckoning<", ">receiver: start", "6 positions; dead reckoning: "}) {
+    EXPECT_NE(lPicture.find(lpText), std::string::npos) << lpText;
+  }
+}
+
+// A log and a sensor log of one drive, in one directory and each by itself.
+TEST_F(Convert, aDriveThatWasRecordedTwiceIsOneTrack) {
+  std::string lSensor, lCsv, lSpan;
+  for (int i = 0; i < 5;
+       ++i) {  // the log's first three epochs begin at 23:59:58; two behind it are of the sensor log alone
+    const uint32_t lTime = i < 2 ? 235958000 + 1000 * static_cast<uint32_t>(i)
+                                 : static_cast<uint32_t>(i - 2) * 1000 + (i > 2 ? 10000000 : 0);
+    lSensor += logtest::sensorRecord(0, 1, 1000u * static_cast<uint32_t>(i),
+                                     logtest::binaryRmc(lTime, i < 2 ? "\x1F\x0C\x19" : "\x01\x01\x1A"));
+  }
+  nfwtest::writeFile(mDir / "sensor.bin", lSensor);
+  EXPECT_EQ(runTool({"convert", "--to", "csv", mDir.path()}, &lCsv, &mErrors), 0);
+  EXPECT_NE(mErrors.find("sensor.bin: 3 records left out: another recording of the directory"), std::string::npos)
+      << mErrors;
+  EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 2) << lCsv;
+  EXPECT_NE(lCsv.find(",\"drive.log, receiver\"\r\n"), std::string::npos) << lCsv;
+  EXPECT_EQ(runTool({"convert", "--to", "csv", mFile, mDir / "sensor.bin"}, &lCsv, &mErrors), 0);
+  EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 5);
+  EXPECT_EQ(runTool({"plot", mFile, mDir / "sensor.bin"}, &lSpan), 0);
+  EXPECT_NE(lSpan.find(">2025-12-31 23:59:58 to 2026-01-01 01:00:02 UTC, 1:00:04, "), std::string::npos);
+}
+
+// The date comes later than the first position, or never: then there is no time, and none is made up.
+TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
+  const std::string lFirst =
+      logtest::logRecord(20, 1, "$GPGGA,235959.00,4807.0,N,01131.0,E,1,08,0.9,278.161,M,46.915,M,,");
+  const std::string lSecond =
+      logtest::logRecord(20, 1001, "$GPRMC,000000.00,A,4807.0,N,01131.0,E,010.0,084.4,010126,,,A");
+  const std::string lThird = logtest::logRecord(20, 2001, "$GPGGA,000001.00,4807.0,N,01131.0,E,1,08,0.9,,M,,M,,");
+  nfwtest::writeFile(mFile, lFirst + lSecond + lThird);
+  const std::string lCsv = convert("csv");
+  EXPECT_NE(lCsv.find("\n2025-12-31T23:59:59.000Z,0.000,20,48.1166667,11.5166667,278.161,46.915,"), std::string::npos)
+      << lCsv;
+  EXPECT_NE(lCsv.find("\n2026-01-01T00:00:01.000Z,2.000,"), std::string::npos) << lCsv;
+  EXPECT_NE(convert("gpx").find("<ele>278.161</ele>"), std::string::npos);
+  EXPECT_NE(convert("geojson").find(",278.161]"), std::string::npos);
+  EXPECT_NE(convert("kml").find("11.5166667 48.1166667 278.161</gx:coord>"), std::string::npos);
+  std::string lOutput;
+  EXPECT_EQ(runTool({"plot", mFile}, &lOutput), 0);
+  EXPECT_NE(lOutput.find(">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "), std::string::npos);
+  nfwtest::writeFile(mFile, lFirst + lThird);
+  const std::string lKml = convert("kml");
+  EXPECT_EQ(lKml.find("<when>"), std::string::npos) << lKml;
+  EXPECT_NE(lKml.find("<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"),
+            std::string::npos)
+      << lKml;
 }
 
 TEST_F(Convert, geojsonHasThePositionsOfTheCsv) {

@@ -26,4 +26,15 @@ inline std::string sensorRecord(int nId, int nVersion, uint32_t nTick, const std
          littleEndian(static_cast<uint32_t>(nData.size()), 2) + nData;
 }
 
+/// Of a sensor log: a position at a time, as hhmmss in thousandths, of a date of three bytes.
+inline std::string binaryRmc(uint32_t nTime, const std::string& nDate) {
+  return "\x05GP\x11" + littleEndian(nTime, 4) + littleEndian(480703800, 4) + littleEndian(113100000, 4) +
+         std::string(8, '\0') + nDate + std::string(4, '\0');
+}
+/// The same without a date, and with an altitude of 0.
+inline std::string binaryGga(uint32_t nTime) {
+  return "\x01GP\x18" + littleEndian(nTime, 4) + littleEndian(480703800, 4) + littleEndian(113100000, 4) +
+         std::string(16, '\0');
+}
+
 }  // namespace logtest

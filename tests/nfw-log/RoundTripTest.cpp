@@ -144,7 +144,9 @@ TEST_P(RoundTrip, RecoverKeepsTheWholeRecordsWhereverTheFileIsCut) {
       std::string lErrors, lRecovered;
       ASSERT_EQ(0, runTool({"recover", lCut, "-o", "-"}, &lRecovered, &lErrors));
       ASSERT_EQ(lBytes.substr(0, lWhole), lRecovered) << lLost;
-      ASSERT_NE(std::string::npos, lErrors.find(" " + std::to_string(lLost) + " bytes lost")) << lErrors;
+      ASSERT_NE(std::string::npos,
+                lErrors.find(" " + std::to_string(lLost) + (lLost == 1 ? " byte lost" : " bytes lost")))
+          << lErrors;
       ASSERT_EQ(lWhole + lLost, readFile(lCut).size());
     }
     writeFile(lOut, lBytes.substr(0, lWhole));

@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "PrintableText.h"
+
 namespace tool {
 
 /// Writes one JSON object, or a list, onto a text, piece by piece; closed when it goes. Keys and texts are written as
@@ -43,17 +45,27 @@ class JsonObject {
   void null(std::string_view nKey) { key(nKey)->append("null"); }
   void text(std::string_view nKey, std::string_view nValue) { quote(nValue, key(nKey)); }
 
-  /// Appends a text in quotes; bytes that are no printable ASCII become "?", which keeps any file name valid JSON.
+  /// Appends a text in quotes, in UTF-8. Control characters are escaped; a byte that is no UTF-8, as any file name may
+  /// have it, becomes U+FFFD.
   static void quote(std::string_view nValue, std::string* npText) {
     npText->push_back('"');
-    for (const char lByte : nValue) {
-      if (lByte == '"' || lByte == '\\') npText->push_back('\\');
-      npText->push_back(lByte >= 0x20 && lByte <= 0x7E ? lByte : '?');
+    while (!nValue.empty()) {
+      const size_t lSize = characterSize(nValue);
+      const std::string_view lCharacter = nValue.substr(0, lSize == 0 ? 1 : lSize);
+      quoteCharacter(lSize == 0 ? "\xEF\xBF\xBD" : lCharacter, npText);
+      nValue.remove_prefix(lCharacter.size());
     }
     npText->push_back('"');
   }
 
  private:
+  static void quoteCharacter(std::string_view nCharacter, std::string* npText) {
+    if (nCharacter == "\"" || nCharacter == "\\") npText->push_back('\\');
+    const bool lIsEscaped = isControl(nCharacter) && nCharacter.size() == 1;
+    if (!lIsEscaped) npText->append(nCharacter);
+    if (lIsEscaped) fmt::format_to(std::back_inserter(*npText), "\\u{:04X}", static_cast<unsigned int>(nCharacter[0]));
+  }
+
   void separate() {
     if (mHasMembers) mpText->push_back(',');
     mHasMembers = true;

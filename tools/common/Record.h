@@ -25,12 +25,14 @@ struct Record {
   uint32_t mWholeSize = 0;  ///< bytes, all of it
 };
 
-/// Bytes that are part of no whole record.
+/// Bytes that are part of no whole record, or a record that is wrong in itself or at its place.
 struct RecordDamage {
+  enum Kind { BOUNDS, CONTENT, TIME, ORDER };
   uint64_t mOffset = 0;
   uint64_t mLength = 0;
   std::string mExpected;
   std::string mFound;
+  Kind mKind = BOUNDS;
 };
 
 /// Is told of every damaged place, in the order of the file, on the reading thread.

@@ -52,6 +52,34 @@ size_t sentenceSize(int nVersion, std::string_view nData) {
   }
 }
 
+/// Where the time and the date stand in a record; a date at 0 is none.
+struct TimePlaces {
+  int mKind;
+  size_t mTime, mDate;
+};
+const TimePlaces SENTENCE_TIMES[] = {{nfw::NMEA_GGA, 4, 0},
+                                     {nfw::NMEA_GLL, 4, 0},
+                                     {nfw::NMEA_RMC, 4, 24},
+                                     {nfw::NMEA_ZDA, 3, 7},
+                                     {nfw::NMEA_PUBX, 8, 0}};
+const TimePlaces REPORT_TIME = {nfw::NMEA_RMC, 3, 23};
+
+const TimePlaces* timePlacesOf(int nId, std::string_view nData) {
+  if (nId == SENSOR_DEAD_RECKONING_ID) return &REPORT_TIME;
+  if (nId != SENSOR_GNSS_ID || nData.empty()) return nullptr;
+  for (const TimePlaces& lPlaces : SENTENCE_TIMES) {
+    if (nData[0] == lPlaces.mKind) return &lPlaces;
+  }
+  return nullptr;
+}
+
+// Day, month and year of this century.
+int64_t dayAt(std::string_view nData, size_t nAt) {
+  if (nAt == 0 || nData.size() < nAt + 3) return -1;
+  const unsigned int lDay = byteAt(nData, nAt), lMonth = byteAt(nData, nAt + 1), lYear = byteAt(nData, nAt + 2);
+  return lDay == 0 || lMonth == 0 || lMonth > 12 ? -1 : daysSince1970(2000 + lYear, lMonth, lDay);
+}
+
 bool isSentence(int nVersion, std::string_view nData) {
   const size_t lSize = nData.empty() ? 0 : sentenceSize(nVersion, nData);
   return lSize != 0 && nData.size() == lSize + 1;
@@ -79,17 +107,16 @@ bool isSensorContent(int nId, int nVersion, std::string_view nData) {
   return nId == SENSOR_DEAD_RECKONING_ID && isReport(nVersion, nData);
 }
 
-int64_t sensorUtcMs(int nId, std::string_view nData) {
-  if (nId == SENSOR_GNSS_ID && !nData.empty() && nData[0] == nfw::NMEA_RMC)
-    nData.remove_prefix(1);
-  else if (nId != SENSOR_DEAD_RECKONING_ID)
-    return -1;
-  if (nData.size() < RMC_SIZE) return -1;
-  const int64_t lTime = littleEndian32(nData.data() + 3);  // hhmmss.sss in thousandths
-  const unsigned int lDay = byteAt(nData, 23), lMonth = byteAt(nData, 24), lYear = byteAt(nData, 25);
-  if (lDay == 0 || lMonth == 0 || lMonth > 12 || lTime >= 240000000) return -1;
-  const int64_t lMinutes = lTime / 10000000 * 60 + lTime / 100000 % 100;
-  return (daysSince1970(2000 + lYear, lMonth, lDay) * 1440 + lMinutes) * 60000 + lTime % 100000;
+SensorTime sensorTime(int nId, std::string_view nData) {
+  SensorTime lTime;
+  const TimePlaces* const lpPlaces = timePlacesOf(nId, nData);
+  if (lpPlaces == nullptr || nData.size() < lpPlaces->mTime + 4) return lTime;
+  const uint32_t lNumber = littleEndian32(nData.data() + lpPlaces->mTime);  // hhmmss.sss in thousandths
+  if (lNumber >= 240000000 || lNumber / 100000 % 100 > 59) return lTime;
+  lTime.mDay = dayAt(nData, lpPlaces->mDate);
+  if (lNumber == 0 && lTime.mDay < 0) return lTime;
+  lTime.mTimeOfDay = (int64_t{lNumber} / 10000000 * 60 + lNumber / 100000 % 100) * 60000 + lNumber % 100000;
+  return lTime;
 }
 
 }  // namespace tool

@@ -12,7 +12,12 @@ const int SENSOR_DEAD_RECKONING_ID = 1;  ///< one report of dead reckoning
 /// (docs/formats/binary-nmea.md). False for ids and versions that are not known here.
 bool isSensorContent(int nId, int nVersion, std::string_view nData);
 
-/// The UTC time and date of the RMC in such data, in milliseconds since 1970; -1 when it has none.
-int64_t sensorUtcMs(int nId, std::string_view nData);
+/// What such data tells of UTC. -1 is not told: of a sentence without a date, and of a time of 0 without one, which an
+/// empty field is stored as.
+struct SensorTime {
+  int64_t mDay = -1;        ///< since 1970
+  int64_t mTimeOfDay = -1;  ///< milliseconds
+};
+SensorTime sensorTime(int nId, std::string_view nData);
 
 }  // namespace tool

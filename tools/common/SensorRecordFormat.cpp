@@ -18,6 +18,10 @@ const uint32_t CHAIN_MS = 600 * 1000;  // between two of them, where the begin o
 size_t dataSize(std::string_view nBytes) { return littleEndian16(nBytes.data() + SIZE_AT); }
 uint32_t tick(std::string_view nBytes) { return littleEndian32(nBytes.data() + TICK_AT); }
 
+/// Zeros would be the header of an empty record of the receiver, which there is not: they are what a disk holds where
+/// nothing was written.
+bool isZero(std::string_view nBytes) { return nBytes.substr(0, HEADER_SIZE).find_first_not_of('\0') == nBytes.npos; }
+
 /// Its content alone shows that a record stands here.
 bool isSure(std::string_view nBytes) {
   const unsigned int lInfo = static_cast<unsigned char>(nBytes[0]);
@@ -34,7 +38,7 @@ class SensorRecordFormat : public RecordFormat {
   RecordVerdict judge(const RecordView& nView) const override {
     const std::string_view lBytes = nView.mBytes;
     if (lBytes.size() < HEADER_SIZE) return {RecordVerdict::SHORT, HEADER_SIZE};
-    if (dataSize(lBytes) > MAX_DATA) return {RecordVerdict::WRONG, 0};
+    if (isZero(lBytes) || dataSize(lBytes) > MAX_DATA) return {RecordVerdict::WRONG, 0};
     const size_t lSize = HEADER_SIZE + dataSize(lBytes);
     if (lBytes.size() < lSize) return {RecordVerdict::SHORT, lSize};
     if (isSure(lBytes)) return {RecordVerdict::WHOLE, lSize};
@@ -45,6 +49,12 @@ class SensorRecordFormat : public RecordFormat {
     const size_t lKept = nView.mIsAll ? HEADER_SIZE : overlap();
     for (size_t lAt = 1; lAt + lKept <= nView.mBytes.size(); ++lAt) {
       const std::string_view lBytes = nView.mBytes.substr(lAt);
+      if (isZero(lBytes)) {  // the next may begin with all but one of these
+        const size_t lEnd = lBytes.find_first_not_of('\0');
+        if (lEnd == lBytes.npos) break;
+        lAt += lEnd - HEADER_SIZE;
+        continue;
+      }
       if (static_cast<unsigned char>(lBytes[SIZE_AT + 1]) > MAX_DATA >> 8) continue;
       if (beginsAt({lBytes, nView.mIsAll, false})) return lAt;
     }
@@ -67,6 +77,9 @@ class SensorRecordFormat : public RecordFormat {
     if (lBytes.size() < HEADER_SIZE) {
       npDamage->mExpected = fmt::format("{} bytes before the data", HEADER_SIZE);
       npDamage->mFound = fmt::format("the end after {}", lBytes.size());
+    } else if (isZero(lBytes)) {
+      npDamage->mExpected = "a record";
+      npDamage->mFound = "bytes of zero";
     } else if (dataSize(lBytes) > MAX_DATA) {
       npDamage->mExpected = fmt::format("a data size of at most {}", MAX_DATA);
       npDamage->mFound = std::to_string(dataSize(lBytes));
@@ -82,7 +95,7 @@ class SensorRecordFormat : public RecordFormat {
  private:
   static bool beginsAt(const RecordView& nView) {
     const size_t lSize = HEADER_SIZE + dataSize(nView.mBytes);
-    if (dataSize(nView.mBytes) > MAX_DATA || nView.mBytes.size() < lSize) return false;
+    if (dataSize(nView.mBytes) > MAX_DATA || nView.mBytes.size() < lSize || isZero(nView.mBytes)) return false;
     return isSure(nView.mBytes) || judgeChain(nView, lSize, true).mResult == RecordVerdict::WHOLE;
   }
 
@@ -97,6 +110,7 @@ class SensorRecordFormat : public RecordFormat {
     for (int i = 1; i < CHAIN; ++i) {
       const std::string_view lRest = nView.mBytes.substr(lAt);
       if (lRest.size() < HEADER_SIZE) return beyond(nView, lAtEnd, lAt + HEADER_SIZE);
+      if (isZero(lRest)) return lAtEnd;  // of what was written
       if (dataSize(lRest) > MAX_DATA) return lWrong;
       if (nIsSearch && tick(lRest) - lTick > CHAIN_MS) return lWrong;
       lTick = tick(lRest);

@@ -1,5 +1,7 @@
 #include "SentenceTime.h"
 
+#include "RecordText.h"
+
 namespace tool {
 
 namespace {
@@ -38,6 +40,22 @@ int milliseconds(std::string_view nFraction) {
   return lValue;
 }
 
+// Of digits only, -1 for anything else.
+int64_t number(std::string_view nText) {
+  if (nText.empty() || nText.size() > 4) return -1;
+  int64_t lValue = 0;
+  for (const char lByte : nText) {
+    if (!isDigit(lByte)) return -1;
+    lValue = lValue * 10 + lByte - '0';
+  }
+  return lValue;
+}
+
+int64_t dayOf(int64_t nYear, int64_t nMonth, int64_t nDay) {
+  const bool lIsDate = nYear >= 1970 && nMonth >= 1 && nMonth <= 12 && nDay >= 1 && nDay <= 31;
+  return lIsDate ? daysSince1970(nYear, nMonth, nDay) : -1;
+}
+
 }  // namespace
 
 std::string_view sentenceField(std::string_view nSentence, int nIndex) {
@@ -48,6 +66,17 @@ std::string_view sentenceField(std::string_view nSentence, int nIndex) {
     nSentence.remove_prefix(lComma + 1);
   }
   return nSentence.substr(0, nSentence.find(','));
+}
+
+int64_t sentenceDay(std::string_view nSentence) {
+  const std::string_view lType = nSentence.substr(0, 7).substr(nSentence.size() < 3 ? 0 : 3);
+  if (lType == "ZDA,")
+    return dayOf(number(sentenceField(nSentence, 4)), number(sentenceField(nSentence, 3)),
+                 number(sentenceField(nSentence, 2)));
+  if (lType != "RMC,") return -1;
+  const std::string_view lDate = sentenceField(nSentence, 9);  // ddmmyy
+  if (lDate.size() != 6 || number(lDate.substr(4)) < 0) return -1;
+  return dayOf(2000 + number(lDate.substr(4)), number(lDate.substr(2, 2)), number(lDate.substr(0, 2)));
 }
 
 int64_t sentenceTime(std::string_view nSentence) {

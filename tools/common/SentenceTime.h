@@ -11,6 +11,9 @@ const int64_t MS_PER_DAY = 24 * 3600 * 1000;
 /// "$PUBX,00". The parsed records keep the digits behind the second unscaled, so pacing reads the text itself.
 int64_t sentenceTime(std::string_view nSentence);
 
+/// The date that an RMC or ZDA sentence carries, in days since 1970, or -1.
+int64_t sentenceDay(std::string_view nSentence);
+
 /// One field of a sentence, 0 being the address; empty when there is none.
 std::string_view sentenceField(std::string_view nSentence, int nIndex);
 

@@ -13,8 +13,8 @@ int runCat(Run& nRun) {
   ProblemReport lProblems;
   for (const Recording& lRecording : nRun.getRecordings()) {
     RecordPrinter lPrinter(lOptions);
-    const auto lPrint = [&](const tool::Record& nRecord, const Selector& nSelector) {
-      lOutput.write(lPrinter.print(nRecord, nSelector.getTimeline()));
+    const auto lPrint = [&](const tool::Record& nRecord, Selector& nSelector) {
+      lOutput.write(lPrinter.print(nRecord, nSelector));
       return !lOutput.isClosed();
     };
     if (!lOptions.mFollow) {
@@ -28,6 +28,7 @@ int runCat(Run& nRun) {
       if (lSelector.takes(lRecord) && !lPrint(lRecord, lSelector)) break;
     }
   }
+  if (!lOptions.mFollow && !lOutput.isClosed() && !nRun.wasSelectable()) return EXIT_TROUBLE;
   return lOutput.commit() ? lProblems.exitCode() : static_cast<int>(EXIT_FOUND);
 }
 

@@ -1,23 +1,39 @@
-#include <fmt/format.h>
+#include <array>
 
 #include "JsonObject.h"
+#include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
+#include "RecordJudge.h"
 #include "Run.h"
-#include "SensorContent.h"
 
 namespace logtool {
 
 namespace {
 
+const uint64_t MAX_LISTED = 100;  // of a kind: what is damaged everywhere would fill a disk with its findings
+
+struct FindingKind {
+  const char* mpKey;
+  const char* mpText;
+};
+const FindingKind KINDS[] = {{"bounds", "of damaged bytes"},
+                             {"content", "of records that do not hold what their id says"},
+                             {"time", "of records without a date and time"},
+                             {"order", "of ticks that go back"}};
+const size_t KIND_NUM = std::size(KINDS);
+
 /// Writes what is wrong as it is found, in lines or as the elements of a JSON list.
 class Findings : public Problems {
  public:
-  Findings(OutputFile& nOutput, bool nJson) : mOutput(nOutput), mJson(nJson) {}
+  Findings(OutputFile& nOutput, bool nJson) : mOutput(nOutput), mJson(nJson) {
+    if (mJson) mOutput.write("{\"findings\":[");
+  }
 
   void onDamage(const std::string& nPath, const tool::RecordDamage& nDamage) override {
     ++mCount;
     mBytes += nDamage.mLength;
+    if (++mCounts[nDamage.mKind] > MAX_LISTED) return;
     if (!mJson) return mOutput.write(damageText(nPath, nDamage) + "\n");
     std::string lText = mCount > 1 ? ",\n" : "\n";
     damageJson(nPath, nDamage, &lText);
@@ -25,19 +41,46 @@ class Findings : public Problems {
   }
   void onUnreadable(const std::string& nPath, const std::string& nReason) override {
     mHasUnreadable = true;
-    fmt::print(stderr, "nfw-log: {}: {}\n", nPath, nReason);
+    tell("{}: {}", nPath, nReason);
   }
 
-  uint64_t mCount = 0;
-  uint64_t mBytes = 0;
-  bool mHasUnreadable = false;
+  void end(uint64_t nFiles, uint64_t nRecords) { mJson ? endJson(nFiles, nRecords) : endText(nFiles, nRecords); }
+
+  bool hasUnreadable() const { return mHasUnreadable; }
+  bool isEmpty() const { return mCount == 0; }
 
  private:
+  uint64_t unlistedOf(size_t nKind) const { return mCounts[nKind] > MAX_LISTED ? mCounts[nKind] - MAX_LISTED : 0; }
+
+  void endText(uint64_t nFiles, uint64_t nRecords) {
+    for (size_t i = 0; i < KIND_NUM; ++i) {
+      if (unlistedOf(i) > 0)
+        mOutput.write(fmt::format("{} {}\n", countText(unlistedOf(i), "more finding"), KINDS[i].mpText));
+    }
+    mOutput.write(fmt::format("{}, {}, {} of {}\n", countText(nFiles, "file"), countText(nRecords, "whole record"),
+                              countText(mCount, "finding"), countText(mBytes, "byte")));
+  }
+
+  void endJson(uint64_t nFiles, uint64_t nRecords) {
+    std::string lText =
+        fmt::format("],\n\"files\":{},\"records\":{},\"finding_count\":{},\"bytes\":{},\"unlisted\":", nFiles, nRecords,
+                    mCount, mBytes);
+    {
+      tool::JsonObject lUnlisted(&lText);
+      for (size_t i = 0; i < KIND_NUM; ++i) lUnlisted.number(KINDS[i].mpKey, unlistedOf(i));
+    }
+    mOutput.write(lText + "}\n");
+  }
+
   OutputFile& mOutput;
   const bool mJson;
+  uint64_t mCount = 0;
+  uint64_t mBytes = 0;
+  std::array<uint64_t, KIND_NUM> mCounts{};
+  bool mHasUnreadable = false;
 };
 
-/// What a whole record may have wrong: its time, its place in the order, its content.
+/// What a whole record may have wrong: itself, or its place in the order.
 class RecordCheck {
  public:
   explicit RecordCheck(Findings& nFindings) : mFindings(nFindings) {}
@@ -48,31 +91,20 @@ class RecordCheck {
     const uint32_t lBefore = mTick;
     mTick = nRecord.mTick;
     mTimeline.step(nRecord.mTick);
-    if (nRecord.mKind == tool::SENSOR_RECORD) return checkContent(nReader, nRecord);
     // Recordings follow each other in one file of a sensor log, never in one of a log.
-    if (mTimeline.isBackward()) {
-      find(nReader, nRecord, fmt::format("a tick of {} or more", lBefore), std::to_string(nRecord.mTick));
+    if (mTimeline.isBackward() && nRecord.mKind == tool::LOG_RECORD) {
+      mFindings.onDamage(nReader.getPath(),
+                         {nRecord.mOffset, nRecord.mWholeSize, fmt::format("a tick of {} or more", lBefore),
+                          std::to_string(nRecord.mTick), tool::RecordDamage::ORDER});
     }
-    if (mClock.timeOf(nRecord) == NO_TIME) find(nReader, nRecord, "a date and time", std::string(nRecord.mStamp));
+    tool::RecordDamage lFault;
+    if (!mJudge.accepts(nRecord, &lFault)) mFindings.onDamage(nReader.getPath(), lFault);
   }
 
  private:
-  void checkContent(const RecordingReader& nReader, const tool::Record& nRecord) {
-    if (nRecord.mId > tool::SENSOR_DEAD_RECKONING_ID || nRecord.mVersion > 1) return;
-    if (tool::isSensorContent(nRecord.mId, nRecord.mVersion, nRecord.mData)) return;
-    const char* const lpHeld = nRecord.mId == tool::SENSOR_GNSS_ID ? "a sentence" : "a report of dead reckoning";
-    find(nReader, nRecord, fmt::format("{} in version {}", lpHeld, nRecord.mVersion),
-         fmt::format("{} bytes that are none", nRecord.mData.size()));
-  }
-
-  void find(const RecordingReader& nReader, const tool::Record& nRecord, const std::string& nExpected,
-            const std::string& nFound) {
-    mFindings.onDamage(nReader.getPath(), {nRecord.mOffset, nRecord.mWholeSize, nExpected, nFound});
-  }
-
   Findings& mFindings;
   Timeline mTimeline;
-  WallClock mClock;
+  RecordJudge mJudge;
   size_t mFileNo = 0;
   uint32_t mTick = 0;
 };
@@ -82,11 +114,9 @@ class RecordCheck {
 int runCheck(Run& nRun) {
   OutputFile lOutput;
   if (!lOutput.open("-", false, {})) return EXIT_FOUND;
-  const bool lJson = nRun.getOptions().mJson;
-  Findings lFindings(lOutput, lJson);
+  Findings lFindings(lOutput, nRun.getOptions().mJson);
   uint64_t lRecords = 0;
   size_t lFiles = 0;
-  if (lJson) lOutput.write("{\"findings\":[");
   for (const Recording& lRecording : nRun.getRecordings()) {
     RecordCheck lCheck(lFindings);
     lFiles += lRecording.mPaths.size();
@@ -96,12 +126,10 @@ int runCheck(Run& nRun) {
       return true;
     });
   }
-  lOutput.write(fmt::format(lJson ? "],\n\"files\":{},\"records\":{},\"finding_count\":{},\"bytes\":{}}}\n"
-                                  : "{} files, {} whole records, {} findings of {} bytes\n",
-                            lFiles, lRecords, lFindings.mCount, lFindings.mBytes));
+  lFindings.end(lFiles, lRecords);
   if (!lOutput.commit()) return EXIT_FOUND;
-  if (lFindings.mHasUnreadable) return EXIT_TROUBLE;
-  return lFindings.mCount > 0 ? EXIT_FOUND : EXIT_DONE;
+  if (lFindings.hasUnreadable()) return EXIT_TROUBLE;
+  return lFindings.isEmpty() ? EXIT_DONE : EXIT_FOUND;
 }
 
 }  // namespace logtool

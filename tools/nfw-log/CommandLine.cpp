@@ -1,11 +1,18 @@
 #include "CommandLine.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cctype>
 #include <cmath>
-#include <cstdio>
+#include <csignal>
+#include <filesystem>
+#include <sstream>
 
 #include "Manual.h"
+#include "Messages.h"
+#include "Output.h"
 #include "Run.h"
 
 namespace logtool {
@@ -94,6 +101,21 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
   }
 }
 
+std::string lowered(std::string nText, int (*npCase)(int) = tolower) {
+  std::transform(nText.begin(), nText.end(), nText.begin(),
+                 [npCase](unsigned char nByte) { return static_cast<char>(npCase(nByte)); });
+  return nText;
+}
+
+/// Any kind of sentence may be one: a receiver has its own. What no address can be is refused here, what no record has
+/// when they are read.
+std::string typeOf(const std::string& nText) {
+  const bool lMayBe = nText.size() >= 2 && nText.size() <= 8 &&
+                      std::all_of(nText.begin(), nText.end(), [](unsigned char nByte) { return isalnum(nByte) != 0; });
+  if (lMayBe) return lowered(nText, toupper);
+  throw CLI::ValidationError("--type", "\"" + nText + "\" is no type: expected GGA, RMC ... PUBX, DR, LOG or DATA");
+}
+
 int idOf(const std::string& nText) {
   size_t lEnd = 0;
   unsigned long lId = 0;
@@ -116,41 +138,70 @@ Moment momentOf(const char* npOption, const std::string& nText) {
 
 void complete(const Arguments& nArguments, Options& nOptions) {
   for (const std::string& lId : nArguments.mIds) nOptions.mSelection.mIds.push_back(idOf(lId));
-  for (std::string lType : nArguments.mTypes) {
-    std::transform(lType.begin(), lType.end(), lType.begin(),
-                   [](unsigned char nByte) { return static_cast<char>(toupper(nByte)); });
-    nOptions.mSelection.mTypes.push_back(lType);
-  }
+  for (const std::string& lType : nArguments.mTypes) nOptions.mSelection.mTypes.push_back(typeOf(lType));
   nOptions.mSelection.mFrom = momentOf("--from", nArguments.mFrom);
   nOptions.mSelection.mTo = momentOf("--to", nArguments.mTo);
+  const Moment lFrom = nOptions.mSelection.mFrom, lTo = nOptions.mSelection.mTo;
+  const bool lAreComparable =
+      lFrom.mKind == lTo.mKind && lFrom.mKind != Moment::NONE && lFrom.mKind != Moment::TIME_OF_DAY;
+  if (lAreComparable && lTo.mMs <= lFrom.mMs) {
+    throw CLI::ValidationError("--from",
+                               "\"" + nArguments.mFrom + "\" is not before the end, \"" + nArguments.mTo + "\"");
+  }
   nOptions.mGapMs = static_cast<uint64_t>(std::llround(nArguments.mGapSeconds * 1000.0));
   if (nOptions.mFollow && (nOptions.mInputs.size() != 1 || nOptions.mInputs.front() == "-")) {
     throw CLI::ValidationError("--follow", "takes one file or directory");
   }
 }
 
+/// What a name promises is what stands in the file.
+void completePlot(Options& nOptions) {
+  const std::string lExtension = lowered(std::filesystem::path(nOptions.mOutput).extension().string());
+  const bool lIsHtml = lExtension == ".html" || lExtension == ".htm";
+  if (lIsHtml) nOptions.mHtml = true;
+  if (lExtension.empty() || lIsHtml || (lExtension == ".svg" && !nOptions.mHtml)) return;
+  throw CLI::ValidationError("--output", "\"" + nOptions.mOutput + "\": plot writes an SVG picture (.svg), or " +
+                                             "an HTML page (.html) with --html");
+}
+
 int run(const Command& nCommand, const Options& nOptions) {
   std::vector<Recording> lRecordings;
   std::string lReason;
   if (!findRecordings(nOptions.mInputs, &lRecordings, &lReason)) {
-    fprintf(stderr, "nfw-log: %s\n", lReason.c_str());
+    say(lReason);
     return EXIT_TROUBLE;
+  }
+  for (const Recording& lRecording : lRecordings) {
+    if (!lRecording.mNote.empty()) tell("{}: {}", lRecording.mName, lRecording.mNote);
   }
   Run lRun(nOptions, lRecordings);
   return nCommand.mpRun(lRun);
 }
 
+/// Gives the help or the version that was asked for, or says what is wrong with the command line.
+int answer(const CLI::App& nApp, const CLI::ParseError& nError) {
+  if (nError.get_exit_code() != 0) {
+    say(nError.what());
+    writeToErrors("Try nfw-log --help.\n");
+    return EXIT_TROUBLE;
+  }
+  std::ostringstream lText;
+  nApp.exit(nError, lText, lText);
+  tool::Output lOutput(STDOUT_FILENO);
+  lOutput.write(lText.str());
+  lOutput.flush();
+  return lOutput.getState() == tool::Output::FAILED ? EXIT_FOUND : EXIT_DONE;
+}
+
 }  // namespace
 
 int runProgram(int nArgc, const char* const* npArgv) {
+  ::signal(SIGPIPE, SIG_IGN);  // a reader that goes is an error of a write, also of a message
   CLI::App lApp("Looks into recordings of both kinds, log and sensor log, mends them and takes them elsewhere.",
                 "nfw-log");
   lApp.set_version_flag("--version", "nfw-log " NFW_VERSION);
   lApp.require_subcommand(1);
   lApp.footer(MANUAL);
-  lApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
-    return "nfw-log: " + std::string(nError.what()) + "\nTry nfw-log --help.\n";
-  });
   Arguments lArguments;
   Options lOptions;
   for (const Command& lCommand : COMMANDS) {
@@ -159,8 +210,9 @@ int runProgram(int nArgc, const char* const* npArgv) {
   try {
     lApp.parse(nArgc, npArgv);
     complete(lArguments, lOptions);
+    if (lApp.got_subcommand("plot")) completePlot(lOptions);
   } catch (const CLI::ParseError& lError) {
-    return lApp.exit(lError) == 0 ? EXIT_DONE : EXIT_TROUBLE;
+    return answer(lApp, lError);
   }
   for (const Command& lCommand : COMMANDS) {
     if (lApp.got_subcommand(lCommand.mpName)) return run(lCommand, lOptions);

@@ -1,10 +1,10 @@
-#include <fmt/format.h>
-
+#include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "Run.h"
 #include "Sentences.h"
 #include "TrackReader.h"
+#include "TrackRecords.h"
 #include "TrackWriter.h"
 
 namespace logtool {
@@ -28,8 +28,9 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
   Sentences lSentences;
   NmeaWriter lWriter(nOutput);
   uint64_t lUndecoded = 0;
+  TrackRecords lRecords(nRun);
   for (const Recording& lRecording : nRun.getRecordings()) {
-    nRun.readSelected(lRecording, nProblems, [&](const tool::Record& nRecord, const Selector&) {
+    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place&) {
       if (!lSentences.read(nRecord, lWriter)) ++lUndecoded;
       return !nOutput.isClosed();
     });
@@ -38,12 +39,11 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
 }
 
 uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  const std::unique_ptr<TrackWriter> lpWriter = TrackWriter::make(nRun.getOptions().mFormat, nOutput);
+  TrackWriter lWriter(nRun.getOptions().mFormat, nOutput);
   TrackReader lReader(nRun);
-  lpWriter->begin();
-  lReader.read(nProblems, *lpWriter);
-  lpWriter->end();
-  if (lpWriter->getPoints() == 0) fmt::print(stderr, "nfw-log: no position in what was selected\n");
+  lReader.read(nProblems, lWriter);
+  lWriter.end();
+  if (lWriter.getPoints() == 0) say("no position in what was selected");
   return lReader.getUndecoded();
 }
 
@@ -56,7 +56,8 @@ int runConvert(Run& nRun) {
   if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
   const auto lConvert = lOptions.mFormat == "nmea" ? convertToNmea : convertToTrack;
   const uint64_t lUndecoded = lConvert(nRun, lProblems, lOutput);
-  if (lUndecoded > 0) fmt::print(stderr, "nfw-log: {} records of sentences could not be decoded\n", lUndecoded);
+  if (lUndecoded > 0) tell("{} of sentences could not be decoded", countText(lUndecoded, "record"));
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
 }

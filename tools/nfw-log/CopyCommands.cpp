@@ -1,7 +1,7 @@
-#include <fmt/format.h>
-
+#include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
+#include "RecordJudge.h"
 #include "Run.h"
 
 namespace logtool {
@@ -15,7 +15,7 @@ class KindGuard {
     if (mKind == tool::UNKNOWN_RECORD) mKind = nRecord.mKind;
     if (mKind != nRecord.mKind && !mIsMixed) {
       mIsMixed = true;
-      fmt::print(stderr, "nfw-log: the inputs are of both kinds, log and sensor log: name those of one\n");
+      say("the inputs are of both kinds, log and sensor log: name those of one");
     }
     return mKind == nRecord.mKind;
   }
@@ -26,38 +26,62 @@ class KindGuard {
   bool mIsMixed = false;
 };
 
-struct Copied {
+/// Writes records one after the other, and counts them.
+class Copier {
+ public:
+  explicit Copier(OutputFile& nOutput) : mOutput(nOutput) {}
+
+  /// False when no more can be taken.
+  bool copy(const tool::Record& nRecord) {
+    if (!mKind.takes(nRecord)) return false;
+    mOutput.write(nRecord.mBytes);
+    ++mRecords;
+    mBytes += nRecord.mBytes.size();
+    return !mOutput.isClosed();
+  }
+  bool isMixed() const { return mKind.isMixed(); }
+  uint64_t getRecords() const { return mRecords; }
+  uint64_t getBytes() const { return mBytes; }
+
+ private:
+  OutputFile& mOutput;
+  KindGuard mKind;
   uint64_t mRecords = 0;
   uint64_t mBytes = 0;
 };
 
-bool copy(Run& nRun, ProblemReport& nProblems, OutputFile& nOutput, Copied* npCopied) {
-  KindGuard lKind;
-  for (const Recording& lRecording : nRun.getRecordings()) {
-    nRun.readSelected(lRecording, nProblems, [&](const tool::Record& nRecord, const Selector&) {
-      if (!lKind.takes(nRecord)) return false;
-      nOutput.write(nRecord.mBytes);
-      ++npCopied->mRecords;
-      npCopied->mBytes += nRecord.mBytes.size();
-      return !nOutput.isClosed();
-    });
-    if (lKind.isMixed()) return false;
-  }
-  return true;
+void copySelected(Run& nRun, const Recording& nRecording, ProblemReport& nProblems, Copier& nCopier) {
+  nRun.readSelected(nRecording, nProblems,
+                    [&](const tool::Record& nRecord, const Selector&) { return nCopier.copy(nRecord); });
 }
 
-int write(Run& nRun, bool nTells) {
+void copyWhole(Run& nRun, const Recording& nRecording, ProblemReport& nProblems, Copier& nCopier) {
+  RecordJudge lJudge;
+  nRun.read(nRecording, nProblems, [&](const RecordingReader& nReader, const tool::Record& nRecord) {
+    tool::RecordDamage lFault;
+    if (lJudge.accepts(nRecord, &lFault)) return nCopier.copy(nRecord);
+    nProblems.onDamage(nReader.getPath(), lFault);
+    return true;
+  });
+}
+
+int write(Run& nRun, bool nRecovers) {
   OutputFile lOutput;
   ProblemReport lProblems;
-  Copied lCopied;
+  Copier lCopier(lOutput);
   const Options& lOptions = nRun.getOptions();
   if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
-  if (!copy(nRun, lProblems, lOutput, &lCopied)) return EXIT_TROUBLE;
+  for (const Recording& lRecording : nRun.getRecordings()) {
+    (nRecovers ? copyWhole : copySelected)(nRun, lRecording, lProblems, lCopier);
+    if (lCopier.isMixed()) return EXIT_TROUBLE;
+  }
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
   if (!lOutput.commit()) return EXIT_FOUND;
-  if (!nTells) return EXIT_DONE;
-  fmt::print(stderr, "nfw-log: {} records of {} bytes written, {} bytes lost at {} places\n", lCopied.mRecords,
-             lCopied.mBytes, lProblems.getLostBytes(), lProblems.getDamages());
+  if (!nRecovers) return EXIT_DONE;
+  tell("{} of {} written, {} lost at {}", countText(lCopier.getRecords(), "record"),
+       countText(lCopier.getBytes(), "byte"), countText(lProblems.getLostBytes(), "byte"),
+       countText(lProblems.getDamages(), "place"));
   return EXIT_DONE;
 }
 

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include "PrintableText.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
 
@@ -8,50 +9,58 @@ namespace logtool {
 namespace {
 
 /// Comma-separated values (RFC 4180), with a header that names each column and its unit. What was not told is empty.
-class CsvWriter : public TrackWriter {
+class CsvPart : public TrackPart {
  public:
-  using TrackWriter::TrackWriter;
+  CsvPart(TrackText& nText, const std::string& nName) : TrackPart(nText), mName(quoted(nName)) {}
 
-  void begin() override {
-    mOutput.write(
-        "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
-        "satellites,hdop,vdop,pdop,dead_reckoned\r\n");
-  }
-
-  void onPoint(const TrackPoint& nPoint) override {
-    ++mPoints;
-    mText.clear();
-    if (nPoint.mUtcMs >= 0) mText = utcText(nPoint.mUtcMs);
-    fmt::format_to(std::back_inserter(mText), ",{:.3f},{}", static_cast<double>(nPoint.mElapsedMs) / 1000.0,
+  void add(const TrackPoint& nPoint) override {
+    mLine.clear();
+    if (nPoint.mUtcMs >= 0) mLine = utcText(nPoint.mUtcMs);
+    fmt::format_to(std::back_inserter(mLine), ",{:.3f},{}", static_cast<double>(nPoint.mElapsedMs) / 1000.0,
                    nPoint.mId);
     add(nPoint.mLatitude, 7);
     add(nPoint.mLongitude, 7);
-    add(nPoint.mAltitude, 1);
-    add(nPoint.mGeoidSeparation, 1);
+    addLength(nPoint.mAltitude);
+    addLength(nPoint.mGeoidSeparation);
     add(nPoint.mSpeedKmh, 3);
     add(nPoint.mCourse, 2);
-    mText += std::string(",") + fixName(nPoint.mFix);
+    mLine += std::string(",") + fixName(nPoint.mFix);
     add(nPoint.mSatellites, 0);
     add(nPoint.mHdop, 2);
     add(nPoint.mVdop, 2);
     add(nPoint.mPdop, 2);
-    mText += nPoint.isDeadReckoned() ? ",1\r\n" : ",0\r\n";
-    mOutput.write(mText);
+    mLine += (nPoint.isDeadReckoned() ? ",1," : ",0,") + mName + "\r\n";
+    mText.write(mLine);
   }
-
-  void end() override {}
 
  private:
-  void add(double nValue, int nDecimals) {
-    mText += ',';
-    if (!std::isnan(nValue)) fmt::format_to(std::back_inserter(mText), "{:.{}f}", nValue, nDecimals);
+  static std::string quoted(const std::string& nName) {
+    std::string lText = "\"";
+    for (const char lByte : tool::printableText(nName)) lText += lByte == '"' ? "\"\"" : std::string(1, lByte);
+    return lText.find_first_of(",\"", 1) == lText.npos ? lText.substr(1) : lText + '"';
   }
 
-  std::string mText;
+  void addLength(double nValue) {
+    mLine += ',';
+    if (!std::isnan(nValue)) mLine += decimalText(nValue, 3);
+  }
+  void add(double nValue, int nDecimals) {
+    mLine += ',';
+    if (!std::isnan(nValue)) fmt::format_to(std::back_inserter(mLine), "{:.{}f}", nValue, nDecimals);
+  }
+
+  const std::string mName;
+  std::string mLine;
 };
 
 }  // namespace
 
-std::unique_ptr<TrackWriter> makeCsvWriter(OutputFile& nOutput) { return std::make_unique<CsvWriter>(nOutput); }
+const TrackFormat CSV_FORMAT = {
+    "csv",
+    "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
+    "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n",
+    "", [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
+      return std::make_unique<CsvPart>(nText, nName);
+    }};
 
 }  // namespace logtool

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "RecordText.h"
 #include "SentenceTime.h"
 
 namespace logtool {
@@ -41,53 +40,70 @@ bool EpochBuilder::onSentence(std::string_view nSentence) {
     const char* mpName;
     Take mpTake;
   };
-  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga}, {"GLL", &EpochBuilder::takeGll},
-                               {"GSA", &EpochBuilder::takeGsa}, {"RMC", &EpochBuilder::takeRmc},
-                               {"VTG", &EpochBuilder::takeVtg}, {"ZDA", &EpochBuilder::takeZda}};
+  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga},
+                               {"GLL", &EpochBuilder::takeGll},
+                               {"GSA", &EpochBuilder::takeGsa},
+                               {"RMC", &EpochBuilder::takeRmc},
+                               {"VTG", &EpochBuilder::takeVtg}};
   const bool lIsPubx = nSentence.substr(0, 9) == "$PUBX,00,";
   Take lpTake = lIsPubx ? &EpochBuilder::takePubx : nullptr;
   for (const Kind& lKind : KINDS) {
     if (nSentence.size() > 6 && nSentence.substr(3, 3) == lKind.mpName && nSentence[6] == ',') lpTake = lKind.mpTake;
   }
-  if (lpTake == nullptr) return true;
   const int64_t lTime = tool::sentenceTime(nSentence);
-  if (lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
+  const int64_t lDay = tool::sentenceDay(nSentence);
+  if ((lpTake != nullptr || lDay >= 0) && lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
+  if (lDay >= 0) mDay.set(lDay, mPoint.mTimeOfDay);
+  if (lpTake == nullptr) return true;
   (this->*lpTake)(SentenceFields(nSentence));
   return true;
 }
 
 /// Gives away the point under way and begins one.
 void EpochBuilder::beginAt(int64_t nTimeOfDay) {
-  if (mPoint.mTimeOfDay >= 0 && mPoint.hasPosition()) {
-    tellTime();
-    mPoint.mIsBreak = isBreak();
-    mLast = mPoint;
-    mSink.onPoint(mPoint);
-  }
+  if (mPoint.mTimeOfDay >= 0 && mPoint.hasPosition()) endPoint();
   mPoint = {};
   mPoint.mTimeOfDay = nTimeOfDay;
   mPoint.mElapsedMs = mElapsed;
   mPoint.mId = mId;
 }
 
+void EpochBuilder::finish() {
+  beginAt(-1);
+  giveHeld();
+}
+
+void EpochBuilder::endPoint() {
+  mPoint.mUtcMs = mDay.next(mPoint.mTimeOfDay);
+  if (mPoint.mUtcMs < 0 && mHolds) {
+    mHeld.push_back(mPoint);
+    if (mHeld.size() == MAX_HELD) giveHeld();
+    return;
+  }
+  giveHeld();
+  give(mPoint);
+}
+
+void EpochBuilder::giveHeld() {
+  mHolds = false;
+  for (TrackPoint& lPoint : mHeld) {
+    lPoint.mUtcMs = mDay.before(lPoint.mTimeOfDay);
+    give(lPoint);
+  }
+  mHeld.clear();
+}
+
+void EpochBuilder::give(TrackPoint& nPoint) {
+  nPoint.mIsBreak = isBreak(nPoint);
+  mLast = nPoint;
+  mSink.onPoint(nPoint);
+}
+
 // By the receiver's time where it is known: a recording may have been made slower or faster than that.
-bool EpochBuilder::isBreak() const {
+bool EpochBuilder::isBreak(const TrackPoint& nPoint) const {
   if (!mLast.hasPosition()) return true;
-  if (mLast.mUtcMs < 0 || mPoint.mUtcMs < 0) return mPoint.mElapsedMs - mLast.mElapsedMs > BREAK_MS;
-  return mPoint.mUtcMs < mLast.mUtcMs || mPoint.mUtcMs - mLast.mUtcMs > static_cast<int64_t>(BREAK_MS);
-}
-
-void EpochBuilder::tellTime() {
-  if (mDay < 0) return;
-  if (mPoint.mTimeOfDay < mDayTime - tool::MS_PER_DAY / 2) ++mDay;  // midnight has passed since the date was told
-  mDayTime = mPoint.mTimeOfDay;
-  mPoint.mUtcMs = mDay * tool::MS_PER_DAY + mPoint.mTimeOfDay;
-}
-
-void EpochBuilder::setDate(double nYear, double nMonth, double nDay) {
-  if (!(nMonth >= 1.0 && nMonth <= 12.0 && nDay >= 1.0 && nDay <= 31.0 && nYear >= 1970.0 && nYear < 10000.0)) return;
-  mDay = tool::daysSince1970(static_cast<int64_t>(nYear), static_cast<int64_t>(nMonth), static_cast<int64_t>(nDay));
-  mDayTime = mPoint.mTimeOfDay;
+  if (mLast.mUtcMs < 0 || nPoint.mUtcMs < 0) return nPoint.mElapsedMs - mLast.mElapsedMs > BREAK_MS;
+  return nPoint.mUtcMs < mLast.mUtcMs || nPoint.mUtcMs - mLast.mUtcMs > static_cast<int64_t>(BREAK_MS);
 }
 
 void EpochBuilder::setPosition(const SentenceFields& nFields, size_t nLatitudeAt) {
@@ -128,9 +144,6 @@ void EpochBuilder::takeGsa(const SentenceFields& nFields) {
 }
 
 void EpochBuilder::takeRmc(const SentenceFields& nFields) {
-  const double lDate = nFields.number(9);  // ddmmyy
-  if (lDate >= 0.0)
-    setDate(2000.0 + std::fmod(lDate, 100.0), std::floor(std::fmod(lDate / 100.0, 100.0)), std::floor(lDate / 10000.0));
   if (nFields.letter(2) != 'A' && nFields.letter(2) != 'D') return;
   raiseFix(fixOfMode(nFields.letter(12)));
   setPosition(nFields, 3);
@@ -141,10 +154,6 @@ void EpochBuilder::takeRmc(const SentenceFields& nFields) {
 void EpochBuilder::takeVtg(const SentenceFields& nFields) {
   setIfMissing(nFields.number(7), &mPoint.mSpeedKmh);
   setIfMissing(nFields.number(1), &mPoint.mCourse);
-}
-
-void EpochBuilder::takeZda(const SentenceFields& nFields) {
-  setDate(nFields.number(4), nFields.number(3), nFields.number(2));
 }
 
 void EpochBuilder::takePubx(const SentenceFields& nFields) {

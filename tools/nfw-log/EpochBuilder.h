@@ -1,10 +1,12 @@
 #pragma once
 
 #include <string_view>
+#include <vector>
 
 #include "SentenceFields.h"
 #include "SentenceSink.h"
 #include "TrackPoint.h"
+#include "UtcDay.h"
 
 namespace logtool {
 
@@ -15,6 +17,9 @@ class EpochBuilder : public tool::SentenceSink {
  public:
   static constexpr uint64_t BREAK_MS = 10000;  ///< a pause between positions from which on the track does not go on
 
+  /// Points before the first date are held, and dated by it; beyond so many they go without.
+  static constexpr size_t MAX_HELD = 256;
+
   /// @param nSink not owned, outlives the builder
   explicit EpochBuilder(TrackSink& nSink) : mSink(nSink) {}
 
@@ -23,14 +28,19 @@ class EpochBuilder : public tool::SentenceSink {
     mId = nId;
     mElapsed = nElapsedMs;
   }
+  /// When a sentence was told that is not given to the builder, as one that was not selected.
+  void setTime(int64_t nUtcMs) {
+    if (!mDay.isKnown()) mDay.set(nUtcMs / tool::MS_PER_DAY, nUtcMs % tool::MS_PER_DAY);
+  }
   bool onSentence(std::string_view nSentence) override;
-  void finish() { beginAt(-1); }  ///< no more sentences
+  void finish();  ///< no more sentences
 
  private:
   void beginAt(int64_t nTimeOfDay);
-  bool isBreak() const;
-  void tellTime();
-  void setDate(double nYear, double nMonth, double nDay);
+  void endPoint();
+  void giveHeld();
+  void give(TrackPoint& nPoint);
+  bool isBreak(const TrackPoint& nPoint) const;
   void setPosition(const SentenceFields& nFields, size_t nLatitudeAt);
   void raiseFix(Fix nFix);
   void takeGga(const SentenceFields& nFields);
@@ -38,16 +48,16 @@ class EpochBuilder : public tool::SentenceSink {
   void takeGsa(const SentenceFields& nFields);
   void takeRmc(const SentenceFields& nFields);
   void takeVtg(const SentenceFields& nFields);
-  void takeZda(const SentenceFields& nFields);
   void takePubx(const SentenceFields& nFields);
 
   TrackSink& mSink;
   int mId = 0;
   uint64_t mElapsed = 0;
   TrackPoint mPoint;
-  int64_t mDay = -1;      // since 1970, of the last date that was told
-  int64_t mDayTime = -1;  // the time of day then
-  TrackPoint mLast;       // given away; without a position before the first
+  UtcDay mDay;
+  std::vector<TrackPoint> mHeld;  // until a date is told
+  bool mHolds = true;
+  TrackPoint mLast;  // given away; without a position before the first
 };
 
 }  // namespace logtool

@@ -5,6 +5,7 @@
 #include <sys/inotify.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -68,12 +69,17 @@ bool Follower::isFollowed() {
   std::string lReason;
   if (!std::filesystem::is_directory(mWord) || !findRecordings({mWord}, &lFound, &lReason)) return false;
   for (const Recording& lRecording : lFound) {
-    if (lRecording.mName == mRecording.mName && lRecording.mPaths.size() > mRecording.mPaths.size()) {
-      mRecording = lRecording;
-      return true;
-    }
+    if (lRecording.mName == mRecording.mName) addNew(lRecording.mPaths);
   }
-  return false;
+  return mFile < mRecording.mPaths.size();
+}
+
+/// What appears while others are read comes behind them, whatever a clock that was set back calls it.
+void Follower::addNew(const std::vector<std::string>& nPaths) {
+  std::vector<std::string>& lKnown = mRecording.mPaths;
+  std::copy_if(nPaths.begin(), nPaths.end(), std::back_inserter(lKnown), [&](const std::string& nPath) {
+    return std::find(lKnown.begin(), lKnown.end(), nPath) == lKnown.end();
+  });
 }
 
 void Follower::wait() const {

@@ -26,6 +26,7 @@ class Follower : private tool::RecordDamageListener {
  private:
   bool openNext();
   bool isFollowed();
+  void addNew(const std::vector<std::string>& nPaths);
   void wait() const;
   void onDamage(const tool::RecordDamage& nDamage) override;
 

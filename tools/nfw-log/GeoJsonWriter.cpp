@@ -9,24 +9,22 @@ namespace logtool {
 namespace {
 
 /// GeoJSON (RFC 7946): a collection with a point for each epoch.
-class GeoJsonWriter : public TrackWriter {
+class GeoJsonPart : public TrackPart {
  public:
-  using TrackWriter::TrackWriter;
+  GeoJsonPart(TrackText& nText, const std::string& nName, bool nIsFirst)
+      : TrackPart(nText), mName(nName), mHasPoints(!nIsFirst) {}
 
-  void begin() override { mOutput.write("{\"type\":\"FeatureCollection\",\"features\":["); }
-
-  void onPoint(const TrackPoint& nPoint) override {
-    mText = mPoints++ > 0 ? ",\n" : "\n";
+  void add(const TrackPoint& nPoint) override {
+    mLine = mHasPoints ? ",\n" : "\n";
+    mHasPoints = true;
     {
-      tool::JsonObject lFeature(&mText);
+      tool::JsonObject lFeature(&mLine);
       lFeature.text("type", "Feature");
       addGeometry(nPoint, lFeature);
       addProperties(nPoint, lFeature);
     }
-    mOutput.write(mText);
+    mText.write(mLine);
   }
-
-  void end() override { mOutput.write("]}\n"); }
 
  private:
   static void addGeometry(const TrackPoint& nPoint, tool::JsonObject& nFeature) {
@@ -34,12 +32,13 @@ class GeoJsonWriter : public TrackWriter {
     lGeometry.text("type", "Point");
     std::string* const lpText = lGeometry.key("coordinates");
     fmt::format_to(std::back_inserter(*lpText), "[{:.7f},{:.7f}", nPoint.mLongitude, nPoint.mLatitude);
-    if (!std::isnan(nPoint.mAltitude)) fmt::format_to(std::back_inserter(*lpText), ",{:.1f}", nPoint.mAltitude);
+    if (!std::isnan(nPoint.mAltitude)) *lpText += "," + decimalText(nPoint.mAltitude, 3);
     lpText->push_back(']');
   }
 
-  static void addProperties(const TrackPoint& nPoint, tool::JsonObject& nFeature) {
+  void addProperties(const TrackPoint& nPoint, tool::JsonObject& nFeature) const {
     tool::JsonObject lProperties(nFeature.key("properties"));
+    lProperties.text("track", mName);
     if (nPoint.mUtcMs >= 0) lProperties.text("time", utcText(nPoint.mUtcMs));
     if (nPoint.mUtcMs < 0) lProperties.null("time");
     lProperties.real("elapsed_s", static_cast<double>(nPoint.mElapsedMs) / 1000.0);
@@ -54,11 +53,17 @@ class GeoJsonWriter : public TrackWriter {
     lProperties.flag("dead_reckoned", nPoint.isDeadReckoned());
   }
 
-  std::string mText;
+  const std::string mName;
+  bool mHasPoints;  // the document
+  std::string mLine;
 };
 
 }  // namespace
 
-std::unique_ptr<TrackWriter> makeGeoJsonWriter(OutputFile& nOutput) { return std::make_unique<GeoJsonWriter>(nOutput); }
+const TrackFormat GEOJSON_FORMAT = {
+    "geojson", "{\"type\":\"FeatureCollection\",\"features\":[", "]}\n",
+    [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
+      return std::make_unique<GeoJsonPart>(nText, nName, nIsFirst);
+    }};
 
 }  // namespace logtool

@@ -1,7 +1,5 @@
-#include <fmt/format.h>
-#include <sys/stat.h>
-
 #include "InfoText.h"
+#include "Messages.h"
 #include "OutputFile.h"
 #include "Run.h"
 
@@ -18,7 +16,7 @@ int runInfo(Run& nRun) {
       lStats.add(nReader, nRecord);
       return true;
     });
-    for (const std::string& lLine : lStats.mUnreadable) fmt::print(stderr, "nfw-log: {}\n", lLine);
+    for (const std::string& lLine : lStats.mUnreadable) say(lLine);
     if (!lStats.mUnreadable.empty()) lExit = EXIT_TROUBLE;
     if (!nRun.getOptions().mJson) lOutput.write(infoText(lRecording, lStats));
     if (nRun.getOptions().mJson) lJson += (lJson.empty() ? "" : ",\n") + infoJson(lRecording, lStats);

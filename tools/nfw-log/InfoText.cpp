@@ -6,6 +6,8 @@
 #include <algorithm>
 
 #include "JsonObject.h"
+#include "Messages.h"
+#include "PrintableText.h"
 #include "ProblemReport.h"
 #include "Progress.h"
 
@@ -42,7 +44,7 @@ std::vector<IdStats::Type> typesOf(const IdStats& nId) {
 }
 
 std::string idText(const std::string& nName, const IdStats& nId, const RecordingStats& nStats) {
-  std::string lText = fmt::format("Id {:<9}{} records, {}, {:.1f} a second: ", nName, nId.getRecords(),
+  std::string lText = fmt::format("Id {:<9}{}, {}, {:.1f} a second: ", nName, countText(nId.getRecords(), "record"),
                                   sizeText(nId.getBytes()), rate(nId.getRecords(), nStats));
   for (const IdStats::Type& lType : typesOf(nId)) lText += fmt::format(" {} {}", lType.name(), lType.mCount);
   if (nId.getOther() > 0) lText += fmt::format(" other {}", nId.getOther());
@@ -55,7 +57,7 @@ std::string breaksText(const char* npTitle, uint64_t nCount, const std::vector<R
     const RecordingStats::Break& lBreak = nBreaks[i];
     lText += fmt::format("            at {}", durationText(lBreak.mElapsedMs));
     if (lBreak.mLengthMs != Timeline::PAUSE_MS) lText += fmt::format(", {} long", durationText(lBreak.mLengthMs));
-    lText += fmt::format(", {}: offset {}\n", lBreak.mPath, lBreak.mOffset);
+    lText += fmt::format(", {}: offset {}\n", tool::printableText(lBreak.mPath), lBreak.mOffset);
   }
   if (nCount > SHOWN) lText += fmt::format("            and {} more\n", nCount - SHOWN);
   return lText;
@@ -64,7 +66,7 @@ std::string breaksText(const char* npTitle, uint64_t nCount, const std::vector<R
 std::string damagesText(const RecordingStats& nStats) {
   std::string lText = fmt::format("{:<12}", "Damage");
   if (nStats.mDamageNum == 0) return lText + "none\n";
-  lText += fmt::format("{} places, {} bytes\n", nStats.mDamageNum, nStats.mLostBytes);
+  lText += fmt::format("{}, {}\n", countText(nStats.mDamageNum, "place"), countText(nStats.mLostBytes, "byte"));
   for (size_t i = 0; i < std::min(SHOWN, nStats.mDamages.size()); ++i) {
     lText += "            " + damageText(nStats.mDamages[i].mPath, nStats.mDamages[i].mDamage) + "\n";
   }
@@ -108,9 +110,9 @@ void addBreaks(const char* npKey, const std::vector<RecordingStats::Break>& nBre
 }  // namespace
 
 std::string infoText(const Recording& nRecording, const RecordingStats& nStats) {
-  std::string lText =
-      fmt::format("{:<12}{}\n{:<12}{}, {} files, {}\n", "Recording", nRecording.mName, "Kind", kindText(nStats.mKind),
-                  nRecording.mPaths.size(), sizeText(nStats.mBytes + nStats.mLostBytes));
+  std::string lText = fmt::format("{:<12}{}\n{:<12}{}, {}, {}\n", "Recording", tool::printableText(nRecording.mName),
+                                  "Kind", kindText(nStats.mKind), countText(nRecording.mPaths.size(), "file"),
+                                  sizeText(nStats.mBytes + nStats.mLostBytes));
   lText += fmt::format("{:<12}{}, {:.1f} a second\n", "Records", nStats.mRecords, rate(nStats.mRecords, nStats));
   const char* const lpClock = nStats.mKind == tool::SENSOR_RECORD ? "UTC" : "local time";
   lText += fmt::format("{:<12}{} {}, tick {}\n", "First", timeText(nStats.mFirstTime), lpClock, nStats.mFirstTick);

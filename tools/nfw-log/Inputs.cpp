@@ -1,6 +1,5 @@
 #include "Inputs.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,7 +9,7 @@
 #include <filesystem>
 #include <map>
 
-#include "RecordStream.h"
+#include "FileOrder.h"
 
 namespace logtool {
 
@@ -29,38 +28,40 @@ bool isRotated(const std::string& nName) {
   return true;
 }
 
-bool isRecording(const std::string& nPath) {
-  const int lFd = ::open(nPath.c_str(), O_RDONLY | O_CLOEXEC);
-  if (lFd < 0) return false;
-  tool::RecordStream lStream(lFd);
-  tool::Record lRecord;
-  const bool lIs = lStream.next(&lRecord);
-  ::close(lFd);
-  return lIs;
-}
-
 void findInDirectory(const std::string& nDirectory, std::vector<Recording>* npRecordings) {
   std::map<std::string, std::vector<std::string>> lRotated;
   std::vector<std::string> lOthers;
   std::error_code lError;
-  for (const auto& lEntry : std::filesystem::directory_iterator(nDirectory, lError)) {
-    if (!lEntry.is_regular_file(lError)) continue;
-    const std::string lName = lEntry.path().filename().string();
+  std::filesystem::directory_iterator lEntry(nDirectory, lError);
+  for (; !lError && lEntry != std::filesystem::directory_iterator(); lEntry.increment(lError)) {
+    std::error_code lUnknown;
+    if (!lEntry->is_regular_file(lUnknown)) continue;
+    const std::string lName = lEntry->path().filename().string();
     if (!isRotated(lName)) {
-      lOthers.push_back(lEntry.path().string());
+      lOthers.push_back(lEntry->path().string());
       continue;
     }
     const std::string lPrefix = lName.substr(0, lName.size() - SUFFIX_SIZE);
-    lRotated[(std::filesystem::path(nDirectory) / lPrefix).string()].push_back(lEntry.path().string());
+    lRotated[(std::filesystem::path(nDirectory) / lPrefix).string()].push_back(lEntry->path().string());
   }
   for (auto& [lName, lPaths] : lRotated) {
     std::sort(lPaths.begin(), lPaths.end());
+    const std::string lNote = orderByTicks(&lPaths);
     npRecordings->push_back({lName, lPaths});
+    if (!lNote.empty()) npRecordings->back().mNote = "a clock was set while recording: by their ticks " + lNote;
   }
   std::sort(lOthers.begin(), lOthers.end());
-  for (const std::string& lPath : lOthers) {
-    if (isRecording(lPath)) npRecordings->push_back({lPath, {lPath}});
+  for (const tool::RecordKind lKind : {tool::LOG_RECORD, tool::SENSOR_RECORD}) {
+    for (const std::string& lPath : lOthers) {
+      if (firstRecordOf(lPath).mKind == lKind) npRecordings->push_back({lPath, {lPath}});
+    }
   }
+}
+
+bool hasBothKinds(std::vector<Recording>::const_iterator nBegin, std::vector<Recording>::const_iterator nEnd) {
+  bool lHas[3] = {};
+  for (; nBegin != nEnd; ++nBegin) lHas[firstRecordOf(nBegin->mPaths.front()).mKind] = true;
+  return lHas[tool::LOG_RECORD] && lHas[tool::SENSOR_RECORD];
 }
 
 bool findWord(const std::string& nWord, std::vector<Recording>* npRecordings, std::string* npReason) {
@@ -75,6 +76,12 @@ bool findWord(const std::string& nWord, std::vector<Recording>* npRecordings, st
   }
   const size_t lBefore = npRecordings->size();
   findInDirectory(nWord, npRecordings);
+  const auto lFirst = npRecordings->begin() + static_cast<std::ptrdiff_t>(lBefore);
+  const bool lHasBoth = hasBothKinds(lFirst, npRecordings->end());
+  for (auto lRecording = lFirst; lRecording != npRecordings->end(); ++lRecording) {
+    lRecording->mDirectory = lBefore + 1;
+    lRecording->mHasBothKinds = lHasBoth;
+  }
   if (npRecordings->size() > lBefore) return true;
   *npReason = nWord + ": no recording in this directory";
   return false;

@@ -2,6 +2,7 @@
 
 #include "TrackWriter.h"
 #include "WallClock.h"
+#include "XmlText.h"
 
 namespace logtool {
 
@@ -9,77 +10,88 @@ namespace {
 
 const size_t MAX_POINTS = 1000;  // of a piece, which is held: its times stand before its positions
 
-/// KML 2.2 with its extension for tracks. A stretch without a break is a placemark; its pieces join.
-class KmlWriter : public TrackWriter {
+/// KML 2.2 with its extension for tracks, which need times. A stretch without a break is a placemark; its pieces join.
+/// What has no time is a line beside them.
+class KmlPart : public TrackPart {
  public:
-  using TrackWriter::TrackWriter;
-
-  void begin() override {
-    mOutput.write(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-        "<kml xmlns=\"http://www.opengis.net/kml/2.2\" xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
-        "<Document>\n<name>Track</name>\n"
-        "<Style id=\"track\"><LineStyle><color>ffd06010</color><width>4</width></LineStyle></Style>\n");
+  KmlPart(TrackText& nText, const std::string& nName) : TrackPart(nText) {
+    mText.write("<Folder>\n<name>" + xmlText(nName) + "</name>\n");
   }
 
-  void onPoint(const TrackPoint& nPoint) override {
-    if (nPoint.mIsBreak || mPoints == 0) {
+  void add(const TrackPoint& nPoint) override {
+    const bool lIsTimed = nPoint.mUtcMs >= 0;
+    if (nPoint.mIsBreak || !mIsInside || lIsTimed != mIsTimed) {
       endPlacemark();
-      beginPlacemark();
+      beginPlacemark(lIsTimed);
     } else if (mHeld == MAX_POINTS) {
-      const std::string lWhen = mLastWhen, lPosition = mLastPosition;
+      const TrackPoint lLast = mLast;
       endPiece();
-      hold(lWhen, lPosition);
+      hold(lLast);
     }
-    ++mPoints;
-    const double lAltitude = std::isnan(nPoint.mAltitude) ? 0.0 : nPoint.mAltitude;
-    hold(nPoint.mUtcMs >= 0 ? utcText(nPoint.mUtcMs) : "",
-         fmt::format("{:.7f} {:.7f} {:.1f}", nPoint.mLongitude, nPoint.mLatitude, lAltitude));
+    hold(nPoint);
   }
 
   void end() override {
     endPlacemark();
-    mOutput.write("</Document>\n</kml>\n");
+    mText.write("</Folder>\n");
   }
 
  private:
-  void beginPlacemark() {
+  void beginPlacemark(bool nIsTimed) {
     mIsInside = true;
-    mOutput.write(
-        "<Placemark>\n<styleUrl>#track</styleUrl>\n<gx:MultiTrack>\n<altitudeMode>clampToGround</altitudeMode>\n"
-        "<gx:interpolate>1</gx:interpolate>\n");
+    mIsTimed = nIsTimed;
+    mText.write(nIsTimed ? "<Placemark>\n<styleUrl>#track</styleUrl>\n<gx:MultiTrack>\n"
+                           "<altitudeMode>clampToGround</altitudeMode>\n<gx:interpolate>1</gx:interpolate>\n"
+                         : "<Placemark>\n<styleUrl>#track</styleUrl>\n<MultiGeometry>\n");
   }
 
   void endPlacemark() {
     if (!mIsInside) return;
     endPiece();
-    mOutput.write("</gx:MultiTrack>\n</Placemark>\n");
+    mText.write(mIsTimed ? "</gx:MultiTrack>\n</Placemark>\n" : "</MultiGeometry>\n</Placemark>\n");
     mIsInside = false;
   }
 
-  void hold(const std::string& nWhen, const std::string& nPosition) {
-    mLastWhen = nWhen;
-    mLastPosition = nPosition;
-    mWhens += "<when>" + nWhen + "</when>\n";
-    mPositions += "<gx:coord>" + nPosition + "</gx:coord>\n";
+  // What is not told of the altitude is left out: on the ground it says nothing.
+  void hold(const TrackPoint& nPoint) {
+    const char lBetween = mIsTimed ? ' ' : ',';
+    std::string lPlace = fmt::format("{:.7f}{}{:.7f}", nPoint.mLongitude, lBetween, nPoint.mLatitude);
+    if (!std::isnan(nPoint.mAltitude)) lPlace += lBetween + decimalText(nPoint.mAltitude, 3);
+    if (mIsTimed) mWhens += "<when>" + utcText(nPoint.mUtcMs) + "</when>\n";
+    mPositions += mIsTimed ? "<gx:coord>" + lPlace + "</gx:coord>\n" : lPlace + "\n";
+    mLast = nPoint;
     ++mHeld;
   }
 
   void endPiece() {
-    mOutput.write("<gx:Track>\n" + mWhens + mPositions + "</gx:Track>\n");
+    if (mIsTimed)
+      mText.write("<gx:Track>\n" + mWhens + mPositions + "</gx:Track>\n");
+    else if (mHeld > 1)
+      mText.write("<LineString>\n<coordinates>\n" + mPositions + "</coordinates>\n</LineString>\n");
+    else
+      mText.write("<Point>\n<coordinates>" + mPositions + "</coordinates>\n</Point>\n");
     mWhens.clear();
     mPositions.clear();
     mHeld = 0;
   }
 
   bool mIsInside = false;
+  bool mIsTimed = true;
   size_t mHeld = 0;
   std::string mWhens, mPositions;  // of the points held
-  std::string mLastWhen, mLastPosition;
+  TrackPoint mLast;
 };
 
 }  // namespace
 
-std::unique_ptr<TrackWriter> makeKmlWriter(OutputFile& nOutput) { return std::make_unique<KmlWriter>(nOutput); }
+const TrackFormat KML_FORMAT = {
+    "kml",
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<kml xmlns=\"http://www.opengis.net/kml/2.2\" xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
+    "<Document>\n<name>Track</name>\n"
+    "<Style id=\"track\"><LineStyle><color>ffd06010</color><width>4</width></LineStyle></Style>\n",
+    "</Document>\n</kml>\n", [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
+      return std::make_unique<KmlPart>(nText, nName);
+    }};
 
 }  // namespace logtool

@@ -29,17 +29,22 @@ void MapPanel::draw(const Box& nBox, Svg* npSvg) {
   fit(nBox);
   npSvg->rectangle(nBox, "panel");
   drawGrid(nBox, npSvg);
-  drawTrack(npSvg);
-  drawEnds(npSvg);
+  for (const MapTrack& lTrack : mTracks) {
+    if (mTracks.size() > 1) drawSide(lTrack, npSvg);
+    drawTrack(lTrack, npSvg);
+  }
+  for (const MapTrack& lTrack : mTracks) drawEnds(lTrack, npSvg);
   drawScale(nBox, npSvg);
   drawNorth(nBox, npSvg);
 }
 
 void MapPanel::fit(const Box& nBox) {
   Range lEast, lNorth;
-  for (const TrackPlace& lPlace : mTrack.getPlaces()) {
-    lEast.add(lPlace.mPlace.mEast);
-    lNorth.add(lPlace.mPlace.mNorth);
+  for (const MapTrack& lTrack : mTracks) {
+    for (const TrackPlace& lPlace : lTrack.mpTrack->getPlaces()) {
+      lEast.add(lPlace.mPlace.mEast);
+      lNorth.add(lPlace.mPlace.mNorth);
+    }
   }
   mMiddle = {(lEast.mLow + lEast.mHigh) / 2.0, (lNorth.mLow + lNorth.mHigh) / 2.0};
   mCentreX = nBox.mX + nBox.mWidth / 2.0;
@@ -51,10 +56,10 @@ void MapPanel::fit(const Box& nBox) {
 
 void MapPanel::drawGrid(const Box& nBox, Svg* npSvg) const {
   const double lHalfWide = nBox.mWidth / 2.0 / mPixelsPerMetre, lHalfHigh = nBox.mHeight / 2.0 / mPixelsPerMetre;
-  const double lWest = mTrack.longitudeOf(mMiddle.mEast - lHalfWide);
-  const double lEast = mTrack.longitudeOf(mMiddle.mEast + lHalfWide);
-  const double lSouth = mTrack.latitudeOf(mMiddle.mNorth - lHalfHigh);
-  const double lNorth = mTrack.latitudeOf(mMiddle.mNorth + lHalfHigh);
+  const double lWest = mGround.longitudeOf(mMiddle.mEast - lHalfWide);
+  const double lEast = mGround.longitudeOf(mMiddle.mEast + lHalfWide);
+  const double lSouth = mGround.latitudeOf(mMiddle.mNorth - lHalfHigh);
+  const double lNorth = mGround.latitudeOf(mMiddle.mNorth + lHalfHigh);
   const Ticks lMeridians = roundTicks(lWest, lEast, 6);
   for (const double lLongitude : lMeridians.mValues) {
     const double lX = nBox.mX + nBox.mWidth * (lLongitude - lWest) / (lEast - lWest);
@@ -71,7 +76,7 @@ void MapPanel::drawGrid(const Box& nBox, Svg* npSvg) const {
 }
 
 // One path for each run of a colour; runs join at the point where the colour changes.
-void MapPanel::drawTrack(Svg* npSvg) const {
+void MapPanel::drawTrack(const MapTrack& nTrack, Svg* npSvg) const {
   std::string lPath;
   int lClass = 0;
   bool lIsReckoned = false;
@@ -82,7 +87,7 @@ void MapPanel::drawTrack(Svg* npSvg) const {
     }
     lPath.clear();
   };
-  const std::vector<TrackPlace>& lPlaces = mTrack.getPlaces();
+  const std::vector<TrackPlace>& lPlaces = nTrack.mpTrack->getPlaces();
   for (size_t i = 0; i < lPlaces.size(); ++i) {
     const TrackPlace& lPlace = lPlaces[i];
     const double lNewX = xOf(lPlace.mPlace.mEast), lNewY = yOf(lPlace.mPlace.mNorth);
@@ -104,16 +109,32 @@ void MapPanel::drawTrack(Svg* npSvg) const {
   lEndPath();
 }
 
-void MapPanel::drawEnds(Svg* npSvg) const {
-  const GroundPoint& lFirst = mTrack.getPlaces().front().mPlace;
-  const GroundPoint& lLast = mTrack.getPlaces().back().mPlace;
+// A margin in the track's own colour: that of the track itself is its speed.
+void MapPanel::drawSide(const MapTrack& nTrack, Svg* npSvg) const {
+  std::string lPath;
+  double lX = 0.0, lY = 0.0;
+  for (const TrackPlace& lPlace : nTrack.mpTrack->getPlaces()) {
+    const double lNewX = xOf(lPlace.mPlace.mEast), lNewY = yOf(lPlace.mPlace.mNorth);
+    const bool lIsBreak = lPath.empty() || lPlace.mIsBreak;
+    if (!lIsBreak && std::hypot(lNewX - lX, lNewY - lY) < LEAST_PIXELS) continue;
+    lPath += fmt::format("{}{:.1f} {:.1f}", lIsBreak ? 'M' : 'L', lNewX, lNewY);
+    lX = lNewX;
+    lY = lNewY;
+  }
+  npSvg->path(lPath, "side", nTrack.mpColour);
+}
+
+void MapPanel::drawEnds(const MapTrack& nTrack, Svg* npSvg) const {
+  const GroundPoint& lFirst = nTrack.mpTrack->getPlaces().front().mPlace;
+  const GroundPoint& lLast = nTrack.mpTrack->getPlaces().back().mPlace;
   const double lX = xOf(lFirst.mEast), lY = yOf(lFirst.mNorth);
   const double lEndX = xOf(lLast.mEast), lEndY = yOf(lLast.mNorth);
   npSvg->raw(fmt::format("<circle class=\"mark\" cx=\"{:.1f}\" cy=\"{:.1f}\" r=\"5\"/>\n", lX, lY));
   npSvg->rectangle({lEndX - 5.0, lEndY - 5.0, 10.0, 10.0}, "mark");
   const bool lAreNear = std::fabs(lX - lEndX) < 60.0 && std::fabs(lY - lEndY) < 18.0;
-  drawName(lX, lY, lAreNear ? "start, end" : "start", npSvg);
-  if (!lAreNear) drawName(lEndX, lEndY, "end", npSvg);
+  const std::string lName = mTracks.size() > 1 ? nTrack.mName + ": " : "";
+  drawName(lX, lY, lName + (lAreNear ? "start, end" : "start"), npSvg);
+  if (!lAreNear) drawName(lEndX, lEndY, lName + "end", npSvg);
 }
 
 // On the side of the mark where it hides least of the track.
@@ -124,7 +145,8 @@ void MapPanel::drawName(double nX, double nY, const std::string& nText, Svg* npS
                          {nX - 8.0 - lWidth, nY - 20.0, lWidth, lHeight},
                          {nX - 8.0 - lWidth, nY + 6.0, lWidth, lHeight}};
   const auto lHidden = [this](const Box& nPlace) {
-    return std::count_if(mTrack.getPlaces().begin(), mTrack.getPlaces().end(), [&](const TrackPlace& nPoint) {
+    const std::vector<TrackPlace>& lTrack = mTracks.front().mpTrack->getPlaces();
+    return std::count_if(lTrack.begin(), lTrack.end(), [&](const TrackPlace& nPoint) {
       const double lX = xOf(nPoint.mPlace.mEast), lY = yOf(nPoint.mPlace.mNorth);
       return lX > nPlace.mX && lX < nPlace.right() && lY > nPlace.mY && lY < nPlace.bottom();
     });

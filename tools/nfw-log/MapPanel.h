@@ -1,16 +1,27 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "ColourScale.h"
 #include "Svg.h"
 #include "TrackThinner.h"
 
 namespace logtool {
 
-/// Draws the track on a grid of latitude and longitude, with scale and north.
+/// A track of the map. None of it is owned.
+struct MapTrack {
+  const TrackThinner* mpTrack;
+  std::string mName;
+  const char* mpColour;  ///< beside it, where there are several
+};
+
+/// Draws the tracks on a grid of latitude and longitude, with scale and north.
 class MapPanel {
  public:
-  /// Both are not owned and outlive the panel.
-  MapPanel(const TrackThinner& nTrack, const ColourScale& nColours) : mTrack(nTrack), mColours(nColours) {}
+  /// None is owned; they outlive the panel. @param nTracks one at least
+  MapPanel(const Ground& nGround, const std::vector<MapTrack>& nTracks, const ColourScale& nColours)
+      : mGround(nGround), mTracks(nTracks), mColours(nColours) {}
 
   void draw(const Box& nBox, Svg* npSvg);
 
@@ -19,13 +30,15 @@ class MapPanel {
   double xOf(double nEast) const { return mCentreX + (nEast - mMiddle.mEast) * mPixelsPerMetre; }
   double yOf(double nNorth) const { return mCentreY - (nNorth - mMiddle.mNorth) * mPixelsPerMetre; }
   void drawGrid(const Box& nBox, Svg* npSvg) const;
-  void drawTrack(Svg* npSvg) const;
-  void drawEnds(Svg* npSvg) const;
+  void drawTrack(const MapTrack& nTrack, Svg* npSvg) const;
+  void drawSide(const MapTrack& nTrack, Svg* npSvg) const;
+  void drawEnds(const MapTrack& nTrack, Svg* npSvg) const;
   void drawName(double nX, double nY, const std::string& nText, Svg* npSvg) const;
   void drawScale(const Box& nBox, Svg* npSvg) const;
   static void drawNorth(const Box& nBox, Svg* npSvg);
 
-  const TrackThinner& mTrack;
+  const Ground& mGround;
+  const std::vector<MapTrack>& mTracks;
   const ColourScale& mColours;
   GroundPoint mMiddle = {};
   double mCentreX = 0.0, mCentreY = 0.0;

@@ -18,29 +18,35 @@ const size_t SENSOR_TICK_AT = 1;
 
 }  // namespace
 
-bool findClockOffset(const Recording& nRecording, int64_t* npOffset) {
-  if (nRecording.mPaths.front() == "-") return false;
+MergeStart findStart(const Recording& nRecording) {
+  MergeStart lStart;
+  if (nRecording.mPaths.front() == "-") return lStart;
   Silence lSilence;
   RecordingReader lReader(nRecording, lSilence);
   WallClock lClock;
   tool::Record lRecord;
-  while (lReader.next(&lRecord)) {
+  while (!lStart.mHasClock && lReader.next(&lRecord)) {
+    if (!lStart.mHasTick) lStart.mTick = lRecord.mTick;
+    lStart.mHasTick = true;
     const int64_t lTime = lClock.timeOf(lRecord);
-    if (lTime == NO_TIME) continue;
-    *npOffset = lTime - lRecord.mTick;
-    return true;
+    lStart.mHasClock = lTime != NO_TIME;
+    lStart.mClockOffset = lTime - lRecord.mTick;
   }
-  return false;
+  return lStart;
 }
 
 void MergeInput::advance() {
+  if (mIsWaiting) mReader.emplace(mRecording, mProblems);
+  mIsWaiting = false;
   mHasRecord = false;
-  while (!mHasRecord && mReader.next(&mRecord)) {
+  while (!mHasRecord && !mSelector.isOver() && mReader->next(&mRecord)) {
     mHasRecord = mSelector.takes(mRecord);
     if (mIsFirst) mBase = mShift + mRecord.mTick;
     mIsFirst = false;
-    if (mSelector.isOver()) return;
   }
+  if (mHasRecord) return;
+  mRead = mReader->getRead();
+  mReader.reset();
 }
 
 std::string_view MergeInput::getBytes() {

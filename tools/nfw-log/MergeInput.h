@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "RecordingReader.h"
@@ -8,32 +9,48 @@
 
 namespace logtool {
 
-/// What a recording's clock showed more than its ticks, in milliseconds, at the first record that tells both. False for
-/// standard input, which can be read only once, and for a recording that never tells the time.
-bool findClockOffset(const Recording& nRecording, int64_t* npOffset);
+/// What the begin of a recording tells. Nothing of standard input, which can be read only once.
+struct MergeStart {
+  bool mHasTick = false;  ///< it has a record
+  uint32_t mTick = 0;     ///< of the first
+  bool mHasClock = false;
+  int64_t mClockOffset = 0;  ///< what its clock shows more than its ticks, in milliseconds
+};
+MergeStart findStart(const Recording& nRecording);
 
-/// One recording of a merge, with its next record in hand.
+/// One recording of a merge, with its next record in hand. It is opened when its first record may be next and closed
+/// behind its last, so that any number of recordings that follow each other can be merged.
 class MergeInput {
  public:
-  /// @param nShift added to its ticks, to bring them onto the clock of the first input
-  MergeInput(const Recording& nRecording, const Selection& nSelection, Problems& nProblems, int64_t nShift)
-      : mReader(nRecording, nProblems), mSelector(nSelection), mShift(nShift) {
-    advance();
+  /// @param nStart as findStart() tells @param nShift added to its ticks, to bring them onto the clock of the first
+  /// input
+  MergeInput(const Recording& nRecording, const Selection& nSelection, Problems& nProblems, const MergeStart& nStart,
+             int64_t nShift)
+      : mRecording(nRecording), mProblems(nProblems), mSelector(nSelection), mShift(nShift) {
+    mBase = mShift + nStart.mTick;
+    if (!nStart.mHasTick) advance();
   }
 
+  /// Its first record is still to be read; its key is before none of its records.
+  bool isWaiting() const { return mIsWaiting; }
   bool hasRecord() const { return mHasRecord; }
   const tool::Record& getRecord() const { return mRecord; }
   /// The bytes of the record with its tick on the common clock.
   std::string_view getBytes();
+  const Selector& getSelector() const { return mSelector; }
   int64_t getKey() const { return mBase + static_cast<int64_t>(mSelector.getTimeline().getElapsedMs()); }
-  uint64_t getRead() const { return mReader.getRead(); }
+  uint64_t getRead() const { return mReader ? mReader->getRead() : mRead; }
 
   void advance();
 
  private:
-  RecordingReader mReader;
+  const Recording& mRecording;
+  Problems& mProblems;
+  std::optional<RecordingReader> mReader;
+  uint64_t mRead = 0;
   Selector mSelector;
   const int64_t mShift;
+  bool mIsWaiting = true;
   bool mIsFirst = true;
   int64_t mBase = 0;
   bool mHasRecord = false;

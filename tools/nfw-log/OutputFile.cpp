@@ -6,9 +6,10 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+
+#include "Messages.h"
 
 namespace logtool {
 
@@ -42,7 +43,6 @@ bool isInput(const struct stat& nStat, const std::vector<Recording>& nInputs) {
 
 OutputFile::OutputFile() {
   for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) ::signal(lSignal, removeAndEnd);
-  ::signal(SIGPIPE, SIG_IGN);
 }
 
 OutputFile::~OutputFile() {
@@ -84,10 +84,15 @@ bool OutputFile::openTemporary() {
   return ::fchmod(mFd, 0666 & ~lMask) == 0;
 }
 
+void OutputFile::spoil(const char* npWhat, int nError) {
+  if (!mIsSpoilt) tell("{}: {}", npWhat, std::strerror(nError));
+  mIsSpoilt = true;
+}
+
 bool OutputFile::commit() {
   mOutput->flush();
   if (mOutput->getState() == tool::Output::FAILED) return fail("cannot be written", mOutput->getError());
-  if (mTemporary.empty()) return true;
+  if (mTemporary.empty() || mIsSpoilt) return !mIsSpoilt;
   if (::fsync(mFd) != 0) return fail("cannot be written", errno);
   // A name that has come into being meanwhile is not replaced either.
   const bool lIsNamed =
@@ -97,8 +102,8 @@ bool OutputFile::commit() {
 
 bool OutputFile::fail(const char* npWhat, int nError) {
   const char* const lpName = mPath == "-" ? "standard output" : mPath.c_str();
-  if (nError != 0) fprintf(stderr, "nfw-log: %s: %s: %s\n", lpName, npWhat, std::strerror(nError));
-  if (nError == 0) fprintf(stderr, "nfw-log: %s: %s\n", lpName, npWhat);
+  if (nError != 0) tell("{}: {}: {}", lpName, npWhat, std::strerror(nError));
+  if (nError == 0) tell("{}: {}", lpName, npWhat);
   return false;
 }
 

@@ -30,6 +30,9 @@ class OutputFile {
   bool isClosed() const { return mOutput->getState() != tool::Output::OPEN; }
   bool isTerminal() const { return mOutput->isTerminal(); }
 
+  /// What was written is of no use: says why, and commit() fails.
+  void spoil(const char* npWhat, int nError);
+
   /// Completes the file. False, with a line on standard error, when it could not be written.
   bool commit();
 
@@ -40,6 +43,7 @@ class OutputFile {
   std::string mPath;
   std::string mTemporary;
   bool mForce = false;
+  bool mIsSpoilt = false;
   int mFd = -1;
   std::unique_ptr<tool::Output> mOutput;
 };

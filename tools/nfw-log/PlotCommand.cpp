@@ -1,10 +1,9 @@
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <filesystem>
 
+#include "Messages.h"
 #include "OutputFile.h"
 #include "PlotPage.h"
+#include "PrintableText.h"
 #include "ProblemReport.h"
 #include "Run.h"
 #include "TrackReader.h"
@@ -15,16 +14,22 @@ namespace {
 
 const size_t MAX_TITLE = 80;
 
-// A file may have any bytes in its name, a picture may not.
+// Cut between two characters.
+std::string shortened(const std::string& nText) {
+  if (nText.size() <= MAX_TITLE) return nText;
+  size_t lEnd = MAX_TITLE;
+  while (lEnd > MAX_TITLE - 4 && tool::characterSize(std::string_view(nText).substr(lEnd)) == 0) --lEnd;
+  return nText.substr(0, lEnd) + "...";
+}
+
 std::string titleOf(const std::vector<Recording>& nRecordings) {
   std::string lTitle;
   for (const Recording& lRecording : nRecordings) {
     if (!lTitle.empty()) lTitle += ", ";
     lTitle += std::filesystem::path(lRecording.mName).filename().string();
+    if (lTitle.size() > MAX_TITLE) break;
   }
-  std::replace_if(
-      lTitle.begin(), lTitle.end(), [](char nByte) { return nByte < 0x20 || nByte > 0x7E; }, '?');
-  return lTitle.size() > MAX_TITLE ? lTitle.substr(0, MAX_TITLE) + "..." : lTitle;
+  return shortened(lTitle);
 }
 
 }  // namespace
@@ -38,9 +43,10 @@ int runPlot(Run& nRun) {
   lData.mTitle = titleOf(nRun.getRecordings());
   TrackReader lReader(nRun);
   lReader.read(lProblems, lData);
+  if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
-  if (lData.mPoints == 0) {
-    fmt::print(stderr, "nfw-log: no position in what was selected: nothing to plot\n");
+  if (lData.mTracks.empty()) {
+    say("no position in what was selected: nothing to plot");
     return EXIT_FOUND;
   }
   const bool lByFix = lOptions.mColour == "fix";

@@ -1,25 +1,44 @@
 #pragma once
 
+#include <algorithm>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "TimeBins.h"
 #include "TrackThinner.h"
 
 namespace logtool {
 
-/// What a plot shows.
-struct PlotData : public TrackSink {
-  void onPoint(const TrackPoint& nPoint) override {
-    mTrack.add(nPoint);
-    mBins.add(nPoint);
-    ++mPoints;
-    mId = nPoint.mId;
-  }
-  std::string mTitle;
+/// A track of a plot.
+struct PlotTrack {
+  PlotTrack(const std::string& nName, Ground& nGround) : mName(nName), mTrack(nGround) {}
+  std::string mName;
   TrackThinner mTrack;
   TimeBins mBins;
   uint64_t mPoints = 0;
-  int mId = 0;
+};
+
+/// What a plot shows.
+struct PlotData : public TrackSink {
+  static constexpr size_t MAX_TRACKS = 12;  ///< told apart; further ones are drawn as part of the last
+
+  void onTrack(size_t nTrack, const std::string& nName) override {
+    if (nTrack < MAX_TRACKS)
+      mTracks.push_back(std::make_unique<PlotTrack>(nName, mGround));
+    else
+      mTracks.back()->mName = "others";
+  }
+  void onPoint(const TrackPoint& nPoint) override {
+    PlotTrack& lTrack = *mTracks[std::min(nPoint.mTrack, MAX_TRACKS - 1)];
+    lTrack.mTrack.add(nPoint);
+    lTrack.mBins.add(nPoint);
+    ++lTrack.mPoints;
+  }
+
+  std::string mTitle;
+  Ground mGround;
+  std::vector<std::unique_ptr<PlotTrack>> mTracks;
 };
 
 /// The whole picture as an SVG document.

@@ -1,22 +1,20 @@
 #include "ProblemReport.h"
 
-#include <fmt/format.h>
-
-#include <cstdio>
-
 #include "JsonObject.h"
+#include "Messages.h"
+#include "PrintableText.h"
 
 namespace logtool {
 
 namespace {
 
-const uint64_t MAX_SAID = 20;  // a file that is damaged everywhere need not fill the screen; check lists them all
+const uint64_t MAX_SAID = 20;  // a file that is damaged everywhere need not fill the screen
 
 }  // namespace
 
 std::string damageText(const std::string& nPath, const tool::RecordDamage& nDamage) {
-  return fmt::format("{}: offset {}, {} bytes: expected {}, found {}", nPath, nDamage.mOffset, nDamage.mLength,
-                     nDamage.mExpected, nDamage.mFound);
+  return fmt::format("{}: offset {}, {}: expected {}, found {}", tool::printableText(nPath), nDamage.mOffset,
+                     countText(nDamage.mLength, "byte"), nDamage.mExpected, nDamage.mFound);
 }
 
 void damageJson(const std::string& nPath, const tool::RecordDamage& nDamage, std::string* npText) {
@@ -31,13 +29,13 @@ void damageJson(const std::string& nPath, const tool::RecordDamage& nDamage, std
 void ProblemReport::onDamage(const std::string& nPath, const tool::RecordDamage& nDamage) {
   ++mDamages;
   mLostBytes += nDamage.mLength;
-  if (mDamages <= MAX_SAID) fmt::print(stderr, "nfw-log: {}\n", damageText(nPath, nDamage));
-  if (mDamages == MAX_SAID + 1) fmt::print(stderr, "nfw-log: more damage; check lists all of it\n");
+  if (mDamages <= MAX_SAID) say(damageText(nPath, nDamage));
+  if (mDamages == MAX_SAID + 1) say("more damage, which is counted and not listed");
 }
 
 void ProblemReport::onUnreadable(const std::string& nPath, const std::string& nReason) {
   ++mUnreadable;
-  fmt::print(stderr, "nfw-log: {}: {}\n", nPath, nReason);
+  tell("{}: {}", nPath, nReason);
 }
 
 }  // namespace logtool

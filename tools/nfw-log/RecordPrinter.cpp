@@ -5,28 +5,19 @@
 #include <iterator>
 
 #include "JsonObject.h"
+#include "PrintableText.h"
 #include "RecordType.h"
+#include "SentenceText.h"
 
 namespace logtool {
 
-namespace {
-
-bool isPrintable(char nByte) { return nByte >= 0x20 && nByte != 0x7F; }
-
-std::string_view withoutLineEnd(std::string_view nText) {
-  while (!nText.empty() && (nText.back() == '\n' || nText.back() == '\r')) nText.remove_suffix(1);
-  return nText;
-}
-
-}  // namespace
-
-const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timeline& nTimeline) {
+const std::string& RecordPrinter::print(const tool::Record& nRecord, Selector& nSelector) {
   mText.clear();
   if (mOptions.mJson) {
-    appendJson(nRecord, nTimeline);
+    appendJson(nRecord, nSelector);
     return mText;
   }
-  begin(nRecord, nTimeline);
+  begin(nRecord, nSelector);
   if (mOptions.mHex) {
     mText += mHead;
     appendHex(nRecord.mData);
@@ -39,28 +30,19 @@ const std::string& RecordPrinter::print(const tool::Record& nRecord, const Timel
   return mText;
 }
 
-void RecordPrinter::begin(const tool::Record& nRecord, const Timeline& nTimeline) {
-  const int64_t lTime = mClock.timeOf(nRecord);
-  mHead.clear();
-  if (nRecord.mKind == tool::LOG_RECORD)
-    mHead += nRecord.mStamp;
-  else if (lTime != NO_TIME)
-    mHead += timeText(lTime);
+void RecordPrinter::begin(const tool::Record& nRecord, Selector& nSelector) {
+  const int64_t lTime = nSelector.timeOf(nRecord);
+  if (lTime != NO_TIME)
+    mHead = timeText(lTime);
   else
-    mHead += "+" + durationText(nTimeline.getElapsedMs());
+    mHead = "+" + durationText(nSelector.getTimeline().getElapsedMs());
   fmt::format_to(std::back_inserter(mHead), " {} ", nRecord.mId);
 }
 
 // Text as it is, but for a character that would break the line or the terminal.
 void RecordPrinter::appendLine(std::string_view nData) {
   mText += mHead;
-  for (const char lByte : withoutLineEnd(nData)) {
-    if (isPrintable(lByte) || lByte == '\t') {
-      mText += lByte;
-    } else {
-      fmt::format_to(std::back_inserter(mText), "\\x{:02X}", static_cast<unsigned char>(lByte));
-    }
-  }
+  tool::appendPrintable(tool::withoutLineEnd(nData), &mText);
   mText += '\n';
 }
 
@@ -72,19 +54,19 @@ void RecordPrinter::appendHex(std::string_view nData) {
   }
 }
 
-void RecordPrinter::appendJson(const tool::Record& nRecord, const Timeline& nTimeline) {
-  const int64_t lTime = mClock.timeOf(nRecord);
+void RecordPrinter::appendJson(const tool::Record& nRecord, Selector& nSelector) {
+  const int64_t lTime = nSelector.timeOf(nRecord);
   {
     tool::JsonObject lObject(&mText);
     if (lTime == NO_TIME) lObject.null("time");
     if (lTime != NO_TIME) lObject.text("time", timeText(lTime));
-    lObject.number("elapsed_ms", nTimeline.getElapsedMs());
+    lObject.number("elapsed_ms", nSelector.getTimeline().getElapsedMs());
     lObject.number("tick", nRecord.mTick);
     lObject.number("id", static_cast<uint64_t>(nRecord.mId));
     if (nRecord.mKind == tool::SENSOR_RECORD) lObject.number("version", static_cast<uint64_t>(nRecord.mVersion));
     lObject.text("type", recordType(nRecord));
     lObject.number("offset", nRecord.mOffset);
-    const std::string_view lData = withoutLineEnd(nRecord.mData);
+    const std::string_view lData = tool::withoutLineEnd(nRecord.mData);
     bool lIsText = nRecord.mKind == tool::LOG_RECORD && !mOptions.mHex;
     for (const char lByte : lData) lIsText = lIsText && lByte >= 0x20 && lByte <= 0x7E;
     if (lIsText) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 
 #include "Inputs.h"
 #include "Options.h"
@@ -30,19 +31,37 @@ class Run {
     mDone += lReader.getRead();
   }
 
+  /// As above; `nUse` is given each record, the selector, and whether the command line selects the record.
+  template <class Use>
+  void readAll(const Recording& nRecording, Problems& nProblems, Use nUse) {
+    Selector lSelector(mOptions.mSelection);
+    read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
+      const bool lIsSelected = lSelector.takes(nRecord);
+      return nUse(nRecord, lSelector, lIsSelected) && !lSelector.isOver();
+    });
+    note(lSelector);
+  }
+
   /// As above, only what the command line selects. `nUse` is given the record and the selector.
   template <class Use>
   void readSelected(const Recording& nRecording, Problems& nProblems, Use nUse) {
-    Selector lSelector(mOptions.mSelection);
-    read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
-      return lSelector.takes(nRecord) ? nUse(nRecord, lSelector) : !lSelector.isOver();
+    readAll(nRecording, nProblems, [&](const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
+      return !nIsSelected || nUse(nRecord, nSelector);
     });
   }
+
+  /// Takes in what a selector that has seen its recording found.
+  void note(const Selector& nSelector);
+  /// Whether the recordings had what the selection asks for: a type at least, and an end behind the begin. False with a
+  /// line on standard error; for when all are read.
+  bool wasSelectable() const;
 
  private:
   const Options& mOptions;
   const std::vector<Recording> mRecordings;
   Progress mProgress;
+  std::set<std::string> mSeenTypes;
+  bool mIsTurnedRound = false;
   uint64_t mDone = 0;  // bytes of the recordings before
 };
 

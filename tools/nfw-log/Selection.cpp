@@ -60,18 +60,24 @@ bool parseMoment(const std::string& nText, Moment* npMoment) {
 
 Selector::Selector(const Selection& nSelection)
     : mSelection(nSelection),
-      mAsksClock(nSelection.mFrom.mKind > Moment::OFFSET || nSelection.mTo.mKind > Moment::OFFSET) {}
+      mAsksClock(nSelection.mFrom.mKind > Moment::OFFSET || nSelection.mTo.mKind > Moment::OFFSET),
+      mSeen(nSelection.mTypes.size(), false) {}
 
 bool Selector::takes(const tool::Record& nRecord) {
   mTimeline.step(nRecord.mTick);
-  return isInTime(nRecord) && isListed(nRecord);
+  if (mAsksClock || nRecord.mKind == tool::SENSOR_RECORD) mTime = mClock.timeOf(nRecord);
+  const bool lIsOfType = mSelection.mTypes.empty() || isOfType(nRecord);
+  return isInTime() && lIsOfType && isListed(nRecord);
 }
 
-bool Selector::isInTime(const tool::Record& nRecord) {
+bool Selector::isInTime() {
   if (mAsksClock) {
-    mTime = mClock.timeOf(nRecord);
     if (mTime == NO_TIME) return false;
-    if (mFirstTime == NO_TIME) mFirstTime = mTime;
+    if (mFirstTime == NO_TIME) {
+      mFirstTime = mTime;
+      mIsTurnedRound = mSelection.mFrom.mKind == Moment::TIME_OF_DAY && mSelection.mTo.mKind == Moment::TIME_OF_DAY &&
+                       timeOf(mSelection.mTo) <= timeOf(mSelection.mFrom);
+    }
   }
   const bool lIsBefore = mSelection.mFrom.mKind != Moment::NONE && !isAtOrAfter(mSelection.mFrom);
   const bool lIsBehind = mSelection.mTo.mKind != Moment::NONE && isAtOrAfter(mSelection.mTo);
@@ -81,17 +87,26 @@ bool Selector::isInTime(const tool::Record& nRecord) {
 
 bool Selector::isAtOrAfter(const Moment& nMoment) const {
   if (nMoment.mKind == Moment::OFFSET) return static_cast<int64_t>(mTimeline.getElapsedMs()) >= nMoment.mMs;
-  if (nMoment.mKind == Moment::DATE_AND_TIME) return mTime >= nMoment.mMs;
-  // More than half a day before the begin: the next day is meant.
-  const int64_t lTime = mFirstTime - mFirstTime % DAY_MS + nMoment.mMs;
-  return mTime >= (lTime < mFirstTime - DAY_MS / 2 ? lTime + DAY_MS : lTime);
+  return mTime >= (nMoment.mKind == Moment::DATE_AND_TIME ? nMoment.mMs : timeOf(nMoment));
+}
+
+// More than half a day before the begin: the next day is meant.
+int64_t Selector::timeOf(const Moment& nTimeOfDay) const {
+  const int64_t lTime = mFirstTime - mFirstTime % DAY_MS + nTimeOfDay.mMs;
+  return lTime < mFirstTime - DAY_MS / 2 ? lTime + DAY_MS : lTime;
 }
 
 bool Selector::isListed(const tool::Record& nRecord) const {
   const auto& lIds = mSelection.mIds;
-  if (!lIds.empty() && std::find(lIds.begin(), lIds.end(), nRecord.mId) == lIds.end()) return false;
+  return lIds.empty() || std::find(lIds.begin(), lIds.end(), nRecord.mId) != lIds.end();
+}
+
+bool Selector::isOfType(const tool::Record& nRecord) {
   const auto& lTypes = mSelection.mTypes;
-  return lTypes.empty() || std::find(lTypes.begin(), lTypes.end(), recordType(nRecord)) != lTypes.end();
+  const auto lFound = std::find(lTypes.begin(), lTypes.end(), recordType(nRecord));
+  if (lFound == lTypes.end()) return false;
+  mSeen[static_cast<size_t>(lFound - lTypes.begin())] = true;
+  return true;
 }
 
 }  // namespace logtool

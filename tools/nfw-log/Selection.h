@@ -40,13 +40,21 @@ class Selector {
   /// No later record can be taken.
   bool isOver() const { return mIsOver; }
 
+  /// Whether a record was of the type with this index of the selection, selected or not.
+  bool hasSeen(size_t nType) const { return mSeen[nType]; }
+  /// The times of day that bound the selection are turned round: nothing can lie between them.
+  bool isTurnedRound() const { return mIsTurnedRound; }
+
   const Timeline& getTimeline() const { return mTimeline; }
-  int64_t getTime() const { return mTime; }  ///< of the last record's clock, or NO_TIME; only if the selection asks it
+  /// By the recording's clock, which has seen the records that were not taken, too; NO_TIME while it is not known.
+  int64_t timeOf(const tool::Record& nRecord) { return mClock.timeOf(nRecord); }
 
  private:
-  bool isInTime(const tool::Record& nRecord);
+  bool isInTime();
   bool isAtOrAfter(const Moment& nMoment) const;
   bool isListed(const tool::Record& nRecord) const;
+  bool isOfType(const tool::Record& nRecord);
+  int64_t timeOf(const Moment& nTimeOfDay) const;
 
   const Selection& mSelection;
   const bool mAsksClock;
@@ -55,6 +63,8 @@ class Selector {
   int64_t mTime = NO_TIME;
   int64_t mFirstTime = NO_TIME;
   bool mIsOver = false;
+  bool mIsTurnedRound = false;
+  std::vector<bool> mSeen;
 };
 
 }  // namespace logtool

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "XmlText.h"
+
 namespace logtool {
 
 namespace {
@@ -29,28 +31,14 @@ void Svg::rectangle(const Box& nBox, std::string_view nClass, std::string_view n
 void Svg::text(double nX, double nY, Anchor nAnchor, std::string_view nClass, std::string_view nText) {
   static const char* const ANCHORS[] = {"start", "middle", "end"};
   append(&mText, "<text class=\"{}\" x=\"{:.1f}\" y=\"{:.1f}\" text-anchor=\"{}\">{}</text>\n", nClass, nX, nY,
-         ANCHORS[nAnchor], escape(nText));
+         ANCHORS[nAnchor], xmlText(nText));
 }
 
-void Svg::path(std::string_view nPath, std::string_view nClass, std::string_view nStroke) {
+void Svg::path(std::string_view nPath, std::string_view nClass, std::string_view nStroke, std::string_view nFill) {
   append(&mText, "<path class=\"{}\" d=\"{}\"", nClass, nPath);
   if (!nStroke.empty()) append(&mText, " stroke=\"{}\"", nStroke);
+  if (!nFill.empty()) append(&mText, " fill=\"{}\"", nFill);
   mText += "/>\n";
-}
-
-std::string Svg::escape(std::string_view nText) {
-  std::string lText;
-  for (const char lByte : nText) {
-    if (lByte == '&')
-      lText += "&amp;";
-    else if (lByte == '<')
-      lText += "&lt;";
-    else if (lByte == '"')
-      lText += "&quot;";
-    else
-      lText += lByte;
-  }
-  return lText;
 }
 
 Ticks roundTicks(double nLow, double nHigh, unsigned int nMost) {

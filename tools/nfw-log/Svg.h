@@ -25,14 +25,12 @@ class Svg {
   void rectangle(const Box& nBox, std::string_view nClass, std::string_view nFill = {});
   void text(double nX, double nY, Anchor nAnchor, std::string_view nClass, std::string_view nText);
   /// @param nPath the "d" of a path
-  void path(std::string_view nPath, std::string_view nClass, std::string_view nStroke = {});
+  void path(std::string_view nPath, std::string_view nClass, std::string_view nStroke = {},
+            std::string_view nFill = {});
   /// Any element as it stands.
   void raw(std::string_view nText) { mText += nText; }
 
   const std::string& getText() const { return mText; }
-
-  /// @param nText UTF-8
-  static std::string escape(std::string_view nText);
 
  private:
   std::string mText;

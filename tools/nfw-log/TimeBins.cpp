@@ -2,14 +2,13 @@
 
 namespace logtool {
 
-namespace {
-
-const int64_t PAUSE_MS = 1000;  // shown between recordings whose times go back
-
-}  // namespace
-
 void TimeBins::add(const TrackPoint& nPoint) {
-  const int64_t lTime = timeOf(nPoint);
+  const bool lIsDated = nPoint.mUtcMs >= 0;
+  if (!lIsDated) ++mUndated;
+  if (lIsDated && !mIsUtc) mBins.clear();
+  mIsUtc = mIsUtc || lIsDated;
+  if (mIsUtc && !lIsDated) return;
+  const int64_t lTime = mIsUtc ? nPoint.mUtcMs : static_cast<int64_t>(nPoint.mElapsedMs);
   TimeBin lBin = {lTime, lTime, nPoint.mIsBreak, nPoint.isDeadReckoned(), {}};
   lBin.mRanges[SERIES_SPEED].add(nPoint.mSpeedKmh);
   lBin.mRanges[SERIES_ALTITUDE].add(nPoint.mAltitude);
@@ -31,27 +30,19 @@ Range TimeBins::rangeOf(Series nSeries) const {
   return lRange;
 }
 
-// The receiver's time if the first point has it; a recording may have run slower or faster than that.
-int64_t TimeBins::timeOf(const TrackPoint& nPoint) {
-  if (mBins.empty()) mIsUtc = nPoint.mUtcMs >= 0;
-  int64_t lTime = mIsUtc ? nPoint.mUtcMs : static_cast<int64_t>(nPoint.mElapsedMs);
-  lTime = mIsUtc && lTime < 0 ? mLastTime : lTime + mShift;
-  if (!mBins.empty() && lTime < mLastTime) {
-    mShift += mLastTime + PAUSE_MS - lTime;
-    lTime = mLastTime + PAUSE_MS;
-  }
-  mLastTime = lTime;
-  return lTime;
-}
-
+// Not across a break while there is enough to merge without.
 void TimeBins::mergePairs() {
-  size_t lCount = 0;
-  for (size_t i = 0; i < mBins.size(); i += 2) {
-    mBins[lCount] = mBins[i];
-    if (i + 1 < mBins.size()) mBins[lCount].add(mBins[i + 1]);
-    ++lCount;
+  for (const bool lKeepsBreaks : {true, false}) {
+    size_t lCount = 0;
+    for (size_t i = 0; i < mBins.size(); ++i) {
+      mBins[lCount] = mBins[i];
+      const bool lIsPair = i + 1 < mBins.size() && !(lKeepsBreaks && mBins[i + 1].mIsBreak);
+      if (lIsPair) mBins[lCount].add(mBins[++i]);
+      ++lCount;
+    }
+    mBins.resize(lCount);
+    if (lCount <= MAX_BINS * 3 / 4) break;
   }
-  mBins.resize(lCount);
   mPointsPerBin *= 2;
   mPointsInLast = mPointsPerBin;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -43,13 +44,15 @@ struct TimeBin {
 
   /// Takes in the bin behind it.
   void add(const TimeBin& nBin) {
-    mTo = nBin.mTo;
+    mFrom = std::min(mFrom, nBin.mFrom);
+    mTo = std::max(mTo, nBin.mTo);
     mIsReckoned = mIsReckoned && nBin.mIsReckoned;
     for (int i = 0; i < SERIES_NUM; ++i) mRanges[i].add(nBin.mRanges[i]);
   }
 };
 
 /// Curves over time in bounded memory: neighbouring bins become one when they are too many, so that no peak is lost.
+/// Every point stands at its own time, also one that goes back, which is a break.
 class TimeBins {
  public:
   static constexpr size_t MAX_BINS = 4000;
@@ -57,19 +60,19 @@ class TimeBins {
   void add(const TrackPoint& nPoint);
   const std::vector<TimeBin>& getBins() const { return mBins; }
   Range rangeOf(Series nSeries) const;
-  /// Whether the times are UTC since 1970; else they count from the recording's begin.
+  /// Whether the times are UTC since 1970; else they count from the recording's begin. One point with UTC makes them
+  /// so: what has none is left out then.
   bool isUtc() const { return mIsUtc; }
+  uint64_t getUndated() const { return mUndated; }  ///< points without UTC
 
  private:
-  int64_t timeOf(const TrackPoint& nPoint);
   void mergePairs();
 
   std::vector<TimeBin> mBins;
   size_t mPointsInLast = 0;
   size_t mPointsPerBin = 1;
-  bool mIsUtc = true;
-  int64_t mLastTime = 0;
-  int64_t mShift = 0;  // added, so that times never go back
+  bool mIsUtc = false;
+  uint64_t mUndated = 0;
 };
 
 }  // namespace logtool

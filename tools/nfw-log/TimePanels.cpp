@@ -27,12 +27,20 @@ int64_t roundStep(int64_t nSpan) {
 
 }  // namespace
 
-TimePanels::TimePanels(const TimeBins& nBins)
-    : mIsUtc(nBins.isUtc()),
-      mBins(readable(nBins.getBins())),
-      mFrom(mBins.front().mFrom),
-      mTo(std::max(mBins.back().mTo, mFrom + 1000)),
-      mStep(roundStep(mTo - mFrom)) {}
+TimePanels::TimePanels(const std::vector<TimeCurve>& nCurves)
+    : mIsUtc(std::any_of(nCurves.begin(), nCurves.end(), [](const TimeCurve& n) { return n.mpBins->isUtc(); })) {
+  for (const TimeCurve& lCurve : nCurves) {
+    if (lCurve.mpBins->isUtc() == mIsUtc) mCurves.push_back({readable(lCurve.mpBins->getBins()), lCurve.mpColour});
+  }
+  for (const Curve& lCurve : mCurves) {
+    for (const TimeBin& lBin : lCurve.mBins) {
+      mFrom = std::min(mFrom, lBin.mFrom);
+      mTo = std::max(mTo, lBin.mTo);
+    }
+  }
+  mTo = std::max(mTo, mFrom + 1000);
+  mStep = roundStep(mTo - mFrom);
+}
 
 void TimePanels::draw(double nX, double nY, double nWidth, Svg* npSvg) const {
   double lY = nY + PANEL_DISTANCE;
@@ -42,7 +50,7 @@ void TimePanels::draw(double nX, double nY, double nWidth, Svg* npSvg) const {
     npSvg->text(nX, lY - 7.0, Svg::START, "strong", TITLES[i]);
     drawReckoned(lBox, npSvg);
     drawTimes(lBox, i + 1 == SERIES_NUM, npSvg);
-    drawCurve(lBox, static_cast<Series>(i), npSvg);
+    drawCurves(lBox, static_cast<Series>(i), npSvg);
   }
   const char* const lpTitle = mIsUtc ? "Time, UTC" : "Time from the begin of the recording";
   npSvg->text(nX + nWidth / 2.0, lY - PANEL_DISTANCE + 36.0, Svg::MIDDLE, "label", lpTitle);
@@ -53,12 +61,15 @@ double TimePanels::xOf(const Box& nBox, int64_t nTime) const {
 }
 
 void TimePanels::drawReckoned(const Box& nBox, Svg* npSvg) const {
-  for (size_t i = 0; i < mBins.size(); ++i) {
-    if (!mBins[i].mIsReckoned) continue;
-    const size_t lFirst = i;
-    while (i + 1 < mBins.size() && mBins[i + 1].mIsReckoned && !mBins[i + 1].mIsBreak) ++i;
-    const double lX = xOf(nBox, mBins[lFirst].mFrom);
-    npSvg->rectangle({lX, nBox.mY, std::max(1.0, xOf(nBox, mBins[i].mTo) - lX), nBox.mHeight}, "shade");
+  for (const Curve& lCurve : mCurves) {
+    const std::vector<TimeBin>& lBins = lCurve.mBins;
+    for (size_t i = 0; i < lBins.size(); ++i) {
+      if (!lBins[i].mIsReckoned) continue;
+      const size_t lFirst = i;
+      while (i + 1 < lBins.size() && lBins[i + 1].mIsReckoned && !lBins[i + 1].mIsBreak) ++i;
+      const double lX = xOf(nBox, lBins[lFirst].mFrom);
+      npSvg->rectangle({lX, nBox.mY, std::max(1.0, xOf(nBox, lBins[i].mTo) - lX), nBox.mHeight}, "shade");
+    }
   }
 }
 
@@ -81,9 +92,11 @@ std::string TimePanels::labelOf(int64_t nTime) const {
   return mStep % 1000 == 0 ? lText.substr(11, 8) : lText.substr(11, 10);
 }
 
-void TimePanels::drawCurve(const Box& nBox, Series nSeries, Svg* npSvg) const {
+void TimePanels::drawCurves(const Box& nBox, Series nSeries, Svg* npSvg) const {
   Range lRange;
-  for (const TimeBin& lBin : mBins) lRange.add(lBin.mRanges[nSeries]);
+  for (const Curve& lCurve : mCurves) {
+    for (const TimeBin& lBin : lCurve.mBins) lRange.add(lBin.mRanges[nSeries]);
+  }
   if (lRange.isEmpty()) {
     npSvg->text(nBox.mX + nBox.mWidth / 2.0, nBox.mY + nBox.mHeight / 2.0, Svg::MIDDLE, "label",
                 "not in the recording");
@@ -101,35 +114,42 @@ void TimePanels::drawCurve(const Box& nBox, Series nSeries, Svg* npSvg) const {
     npSvg->line(nBox.mX, lY, nBox.right(), lY, "grid");
     npSvg->text(nBox.mX - 6.0, lY + 4.0, Svg::END, "label", fmt::format("{:.{}f}", lValue, lTicks.mDecimals));
   }
-  const Range lAxis = {lBottom, lTop, 0.0, 0};
-  size_t lFirst = 0;
-  for (size_t i = 0; i <= mBins.size(); ++i) {
-    const bool lIsEnd = i == mBins.size() || mBins[i].mRanges[nSeries].isEmpty();
-    if (!lIsEnd && !mBins[i].mIsBreak) continue;
-    if (i > lFirst) drawRun(nBox, nSeries, lAxis, lFirst, i, npSvg);
-    lFirst = lIsEnd ? i + 1 : i;
+  drawRuns(nBox, nSeries, {lBottom, lTop, 0.0, 0}, npSvg);
+}
+
+void TimePanels::drawRuns(const Box& nBox, Series nSeries, const Range& nAxis, Svg* npSvg) const {
+  for (const Curve& lCurve : mCurves) {
+    const std::vector<TimeBin>& lBins = lCurve.mBins;
+    size_t lFirst = 0;
+    for (size_t i = 0; i <= lBins.size(); ++i) {
+      const bool lIsEnd = i == lBins.size() || lBins[i].mRanges[nSeries].isEmpty();
+      if (!lIsEnd && !lBins[i].mIsBreak) continue;
+      if (i > lFirst) drawRun(nBox, nSeries, nAxis, lCurve, lFirst, i, npSvg);
+      lFirst = lIsEnd ? i + 1 : i;
+    }
   }
 }
 
 /// Draws bins that follow each other: the means as a line, and behind it the band from the least to the greatest.
-void TimePanels::drawRun(const Box& nBox, Series nSeries, const Range& nAxis, size_t nFirst, size_t nEnd,
-                         Svg* npSvg) const {
+void TimePanels::drawRun(const Box& nBox, Series nSeries, const Range& nAxis, const Curve& nCurve, size_t nFirst,
+                         size_t nEnd, Svg* npSvg) const {
+  const std::vector<TimeBin>& lBins = nCurve.mBins;
   const auto lPlace = [&](size_t nIndex, double nValue) {
-    const double lX = (xOf(nBox, mBins[nIndex].mFrom) + xOf(nBox, mBins[nIndex].mTo)) / 2.0;
+    const double lX = (xOf(nBox, lBins[nIndex].mFrom) + xOf(nBox, lBins[nIndex].mTo)) / 2.0;
     const double lY = nBox.bottom() - nBox.mHeight * (nValue - nAxis.mLow) / (nAxis.mHigh - nAxis.mLow);
     return fmt::format("{:.1f} {:.1f}", lX, lY);
   };
   std::string lLine, lBand;
   bool lHasBand = false;
   for (size_t i = nFirst; i < nEnd; ++i) {
-    const Range& lRange = mBins[i].mRanges[nSeries];
+    const Range& lRange = lBins[i].mRanges[nSeries];
     lHasBand = lHasBand || lRange.mCount > 1;
     lLine += (i == nFirst ? 'M' : 'L') + lPlace(i, lRange.mean());
     lBand += (i == nFirst ? 'M' : 'L') + lPlace(i, lRange.mHigh);
   }
-  for (size_t i = nEnd; i > nFirst; --i) lBand += 'L' + lPlace(i - 1, mBins[i - 1].mRanges[nSeries].mLow);
-  if (lHasBand) npSvg->path(lBand + "z", "band");
-  npSvg->path(nEnd == nFirst + 1 ? lLine + "h0" : lLine, "curve");  // a single point still shows
+  for (size_t i = nEnd; i > nFirst; --i) lBand += 'L' + lPlace(i - 1, lBins[i - 1].mRanges[nSeries].mLow);
+  if (lHasBand) npSvg->path(lBand + "z", "band", {}, nCurve.mpColour);
+  npSvg->path(nEnd == nFirst + 1 ? lLine + "h0" : lLine, "curve", nCurve.mpColour);  // a single point still shows
 }
 
 std::vector<TimeBin> TimePanels::readable(const std::vector<TimeBin>& nBins) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace logtool {
 
@@ -19,6 +21,7 @@ struct TrackPoint {
   int64_t mTimeOfDay = -1;  ///< UTC, milliseconds
   uint64_t mElapsedMs = 0;  ///< from the recording's first record
   int mId = 0;              ///< log type id of its records
+  size_t mTrack = 0;        ///< as TrackSink was told of it
   bool mIsBreak = false;    ///< the track does not go on here: first of its recording, or behind a pause
   double mLatitude = NAN, mLongitude = NAN;  ///< degrees, positive in the north and east
   double mAltitude = NAN;                    ///< metres above mean sea level
@@ -33,10 +36,15 @@ struct TrackPoint {
   bool isDeadReckoned() const { return mFix == FIX_ESTIMATED; }
 };
 
-/// Takes the points of a track in their order.
+/// Takes the points of tracks, of each in their order. Tracks of one recording come mixed, one recording after the
+/// other.
 class TrackSink {
  public:
   virtual ~TrackSink() = default;
+  /// A track begins. @param nTrack counts them from 0 on @param nName for people; any bytes
+  virtual void onTrack(size_t /*nTrack*/, const std::string& /*nName*/) {}
+  /// No more points of the tracks so far.
+  virtual void onTracksEnd() {}
   virtual void onPoint(const TrackPoint& nPoint) = 0;
 };
 

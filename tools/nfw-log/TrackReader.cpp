@@ -1,72 +1,87 @@
 #include "TrackReader.h"
 
-#include <fmt/format.h>
+#include <filesystem>
+#include <map>
 
-#include <set>
+#include "EpochBuilder.h"
+#include "TrackRecords.h"
 
 namespace logtool {
 
 namespace {
 
-const size_t MAX_IDS = 64;  // with positions; more are not worth their memory
+const size_t MAX_IDS = 64;  // with sentences; more are not worth their memory
 
-/// Lets through the points of the first id.
-class FirstId : public TrackSink {
+/// The points of one id of a recording; the sink is told of the track with the first.
+class NamedTrack : public TrackSink {
  public:
-  explicit FirstId(TrackSink& nSink) : mSink(nSink) {}
+  NamedTrack(TrackSink& nSink, size_t* npTracks, const std::string& nName)
+      : mSink(nSink), mpTracks(npTracks), mName(nName), mBuilder(*this) {}
+
+  EpochBuilder& getBuilder() { return mBuilder; }
+
   void onPoint(const TrackPoint& nPoint) override {
-    if (mId < 0) mId = nPoint.mId;
-    if (nPoint.mId == mId) mSink.onPoint(nPoint);
-    if (nPoint.mId != mId && mOthers.size() < MAX_IDS) mOthers.insert(nPoint.mId);
-  }
-  void tellOthers(const std::string& nRecording) const {
-    for (const int lId : mOthers) {
-      fmt::print(stderr, "nfw-log: {}: the track is of id {}; id {} has positions too: --id {} takes them\n",
-                 nRecording, mId, lId, lId);
-    }
+    if (!mIsTold) mSink.onTrack(mNumber = (*mpTracks)++, mName);
+    mIsTold = true;
+    TrackPoint lPoint = nPoint;
+    lPoint.mTrack = mNumber;
+    mSink.onPoint(lPoint);
   }
 
  private:
   TrackSink& mSink;
-  int mId = -1;
-  std::set<int> mOthers;
+  size_t* const mpTracks;
+  const std::string mName;
+  EpochBuilder mBuilder;
+  bool mIsTold = false;
+  size_t mNumber = 0;
 };
 
-/// The points of a recording, each id by itself.
-class Builders {
+/// The tracks of a recording, by their ids.
+class Tracks {
  public:
-  explicit Builders(TrackSink& nSink) : mSink(nSink) {}
-  EpochBuilder* of(int nId) {
-    const auto lFound = mBuilders.find(nId);
-    if (lFound != mBuilders.end()) return lFound->second.get();
-    if (mBuilders.size() >= MAX_IDS) return nullptr;
-    return (mBuilders[nId] = std::make_unique<EpochBuilder>(mSink)).get();
+  /// @param nPrefix of their names @param npTracks how many there were, of all recordings
+  Tracks(TrackSink& nSink, const std::string& nPrefix, size_t* npTracks)
+      : mSink(nSink), mPrefix(nPrefix), mpTracks(npTracks) {}
+
+  EpochBuilder* of(const tool::Record& nRecord) {
+    auto lFound = mTracks.find(nRecord.mId);
+    if (lFound == mTracks.end()) {
+      if (mTracks.size() >= MAX_IDS) return nullptr;
+      lFound = mTracks.try_emplace(nRecord.mId, mSink, mpTracks, mPrefix + trackName(nRecord.mKind, nRecord.mId)).first;
+    }
+    return &lFound->second.getBuilder();
   }
   void finish() {
-    for (const auto& lEntry : mBuilders) lEntry.second->finish();
+    for (auto& lEntry : mTracks) lEntry.second.getBuilder().finish();
+    mSink.onTracksEnd();
   }
 
  private:
   TrackSink& mSink;
-  std::map<int, std::unique_ptr<EpochBuilder>> mBuilders;
+  const std::string mPrefix;
+  size_t* const mpTracks;
+  std::map<int, NamedTrack> mTracks;
 };
 
 }  // namespace
 
 void TrackReader::read(Problems& nProblems, TrackSink& nSink) {
+  TrackRecords lRecords(mRun);
+  const bool lIsOne = mRun.getRecordings().size() == 1;
+  size_t lTrackNum = 0;
   for (const Recording& lRecording : mRun.getRecordings()) {
-    FirstId lFirst(nSink);
-    Builders lBuilders(lFirst);
-    mRun.readSelected(lRecording, nProblems, [&](const tool::Record& nRecord, const Selector& nSelector) {
-      if (nRecord.mKind == tool::LOG_RECORD && (nRecord.mData.empty() || nRecord.mData[0] != '$')) return true;
-      EpochBuilder* const lpBuilder = lBuilders.of(nRecord.mId);
+    const std::string lName = std::filesystem::path(lRecording.mName).filename().string();
+    Tracks lTracks(nSink, lIsOne ? "" : lName + ", ", &lTrackNum);
+    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place& nPlace) {
+      EpochBuilder* const lpBuilder = lTracks.of(nRecord);
       if (lpBuilder == nullptr) return true;
-      lpBuilder->setPlace(nRecord.mId, nSelector.getTimeline().getElapsedMs());
+      lpBuilder->setPlace(nRecord.mId, nPlace.mElapsedMs);
+      if (nPlace.mUtcMs != NO_TIME) lpBuilder->setTime(nPlace.mUtcMs);
       if (!mSentences.read(nRecord, *lpBuilder)) ++mUndecoded;
       return true;
     });
-    lBuilders.finish();
-    lFirst.tellOthers(lRecording.mName);
+    lTracks.finish();
   }
 }
 

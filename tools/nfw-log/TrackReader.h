@@ -1,17 +1,13 @@
 #pragma once
 
-#include <map>
-#include <memory>
-
-#include "EpochBuilder.h"
-#include "ProblemReport.h"
+#include "Problems.h"
 #include "Run.h"
 #include "Sentences.h"
+#include "TrackPoint.h"
 
 namespace logtool {
 
-/// Reads the track of each recording. The log type id that has the first position is the track; others with positions
-/// (a receiver and dead reckoning may be recorded beside each other) are named on standard error and left out.
+/// Reads the tracks of each recording; TrackRecords tells which there are.
 class TrackReader {
  public:
   explicit TrackReader(Run& nRun) : mRun(nRun) {}

@@ -17,8 +17,10 @@ double distance(const GroundPoint& nFirst, const GroundPoint& nSecond) {
 }  // namespace
 
 void TrackThinner::add(const TrackPoint& nPoint) {
-  const bool lIsFirst = !mHasFirst;
-  const TrackPlace lPlace = {placeOf(nPoint), static_cast<float>(nPoint.mSpeedKmh), nPoint.mFix, nPoint.mIsBreak};
+  const bool lIsFirst = mIsEmpty;
+  mIsEmpty = false;
+  const TrackPlace lPlace = {mGround.placeOf(nPoint.mLatitude, nPoint.mLongitude), static_cast<float>(nPoint.mSpeedKmh),
+                             nPoint.mFix, nPoint.mIsBreak};
   if (!lIsFirst && !nPoint.mIsBreak) mLength += distance(lPlace.mPlace, mLast);
   mLast = lPlace.mPlace;
   if (mIsLastLoose) {
@@ -32,20 +34,19 @@ void TrackThinner::add(const TrackPoint& nPoint) {
   while (mPlaces.size() > MAX_POINTS) thinOut();
 }
 
-GroundPoint TrackThinner::placeOf(const TrackPoint& nPoint) {
+GroundPoint Ground::placeOf(double nLatitude, double nLongitude) {
   if (!mHasFirst) {
     mHasFirst = true;
-    mLatitude = nPoint.mLatitude;
-    mLongitude = nPoint.mLongitude;
+    mLatitude = nLatitude;
+    mLongitude = nLongitude;
   }
-  const double lEast = std::remainder(nPoint.mLongitude - mLongitude, 360.0);  // also across the date line
-  return {lEast * METRES_PER_DEGREE * std::cos(mLatitude * RADIANS),
-          (nPoint.mLatitude - mLatitude) * METRES_PER_DEGREE};
+  const double lEast = std::remainder(nLongitude - mLongitude, 360.0);  // also across the date line
+  return {lEast * METRES_PER_DEGREE * std::cos(mLatitude * RADIANS), (nLatitude - mLatitude) * METRES_PER_DEGREE};
 }
 
-double TrackThinner::latitudeOf(double nNorth) const { return mLatitude + nNorth / METRES_PER_DEGREE; }
+double Ground::latitudeOf(double nNorth) const { return mLatitude + nNorth / METRES_PER_DEGREE; }
 
-double TrackThinner::longitudeOf(double nEast) const {
+double Ground::longitudeOf(double nEast) const {
   return mLongitude + nEast / (METRES_PER_DEGREE * std::cos(mLatitude * RADIANS));
 }
 

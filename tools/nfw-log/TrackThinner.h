@@ -12,6 +12,19 @@ struct GroundPoint {
   double mEast, mNorth;
 };
 
+/// The plane that all tracks of a picture lie in; its origin is the first place.
+class Ground {
+ public:
+  GroundPoint placeOf(double nLatitude, double nLongitude);
+  /// Degrees of a place.
+  double latitudeOf(double nNorth) const;
+  double longitudeOf(double nEast) const;
+
+ private:
+  bool mHasFirst = false;
+  double mLatitude = 0.0, mLongitude = 0.0;
+};
+
 /// What is kept of a point of the track.
 struct TrackPlace {
   GroundPoint mPlace;
@@ -26,24 +39,21 @@ class TrackThinner {
  public:
   static constexpr size_t MAX_POINTS = 20000;
 
+  /// @param nGround not owned, outlives the track
+  explicit TrackThinner(Ground& nGround) : mGround(nGround) {}
+
   void add(const TrackPoint& nPoint);
   const std::vector<TrackPlace>& getPlaces() const { return mPlaces; }
-  double getLengthM() const { return mLength; }     ///< of the whole track
-  double getLatitude() const { return mLatitude; }  ///< of the first point, degrees
-  double getLongitude() const { return mLongitude; }
-  /// Degrees of a place.
-  double latitudeOf(double nNorth) const;
-  double longitudeOf(double nEast) const;
+  double getLengthM() const { return mLength; }  ///< of the whole track
 
  private:
-  GroundPoint placeOf(const TrackPoint& nPoint);
   static bool isKept(const TrackPlace& nPlace, const TrackPlace& nLast, double nDistance);
   void thinOut();
 
   std::vector<TrackPlace> mPlaces;
-  bool mHasFirst = false;
+  Ground& mGround;
+  bool mIsEmpty = true;
   bool mIsLastLoose = false;  // the last place is there as the end only
-  double mLatitude = 0.0, mLongitude = 0.0;
   double mDistance = 0.0;
   double mLength = 0.0;
   GroundPoint mLast = {};

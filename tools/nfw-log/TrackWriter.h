@@ -1,33 +1,61 @@
 #pragma once
 
+#include <map>
 #include <memory>
 
-#include "OutputFile.h"
 #include "TrackPoint.h"
+#include "TrackText.h"
 
 namespace logtool {
 
-/// Writes a track in a format of its own, point by point.
-class TrackWriter : public TrackSink {
+/// Writes one track in a format of its own, point by point.
+class TrackPart {
  public:
-  /// @param nOutput not owned, outlives the writer
-  explicit TrackWriter(OutputFile& nOutput) : mOutput(nOutput) {}
-  virtual void begin() = 0;
-  virtual void end() = 0;
-  uint64_t getPoints() const { return mPoints; }
-
-  /// @param nFormat "gpx", "kml", "geojson" or "csv"; null for any other
-  static std::unique_ptr<TrackWriter> make(const std::string& nFormat, OutputFile& nOutput);
+  explicit TrackPart(TrackText& nText) : mText(nText) {}
+  virtual ~TrackPart() = default;
+  virtual void add(const TrackPoint& nPoint) = 0;
+  virtual void end() {}
 
  protected:
+  TrackText& mText;
+};
+
+/// A format: what stands around the tracks.
+struct TrackFormat {
+  const char* mpName;
+  const char* mpBegin;
+  const char* mpEnd;
+  /// @param nIsFirst of the document
+  std::unique_ptr<TrackPart> (*mpMakePart)(TrackText& nText, const std::string& nName, bool nIsFirst);
+};
+
+extern const TrackFormat GPX_FORMAT, KML_FORMAT, GEOJSON_FORMAT, CSV_FORMAT;
+
+/// Writes tracks as a document, one behind the other, each with its name.
+class TrackWriter : public TrackSink {
+ public:
+  /// @param nFormat "gpx", "kml", "geojson" or "csv" @param nOutput not owned, outlives the writer
+  TrackWriter(const std::string& nFormat, OutputFile& nOutput);
+
+  void onTrack(size_t nTrack, const std::string& nName) override;
+  void onPoint(const TrackPoint& nPoint) override;
+  void onTracksEnd() override;
+  void end() { mOutput.write(mFormat.mpEnd); }
+
+  uint64_t getPoints() const { return mPoints; }
+
+ private:
+  struct Open {
+    std::unique_ptr<TrackText> mText;
+    std::unique_ptr<TrackPart> mPart;
+  };
   OutputFile& mOutput;
+  const TrackFormat& mFormat;
+  std::map<size_t, Open> mOpen;  // of the recording under way
   uint64_t mPoints = 0;
 };
 
-/// Each writer is in a file of its own.
-std::unique_ptr<TrackWriter> makeGpxWriter(OutputFile& nOutput);
-std::unique_ptr<TrackWriter> makeKmlWriter(OutputFile& nOutput);
-std::unique_ptr<TrackWriter> makeGeoJsonWriter(OutputFile& nOutput);
-std::unique_ptr<TrackWriter> makeCsvWriter(OutputFile& nOutput);
+/// A number as short as it may be: with so many decimals at most, and one at least.
+std::string decimalText(double nValue, int nMost);
 
 }  // namespace logtool

@@ -35,12 +35,13 @@ int64_t WallClock::stampOf(std::string_view nStamp) {
 }
 
 int64_t WallClock::utcOf(const tool::Record& nRecord) {
-  const int64_t lUtc = tool::sensorUtcMs(nRecord.mId, nRecord.mData);
-  if (lUtc >= 0) {
-    mUtc = lUtc;
-    mTick = nRecord.mTick;
-  }
-  return mUtc < 0 ? NO_TIME : mUtc + static_cast<int32_t>(nRecord.mTick - mTick);
+  const tool::SensorTime lTold = tool::sensorTime(nRecord.mId, nRecord.mData);
+  return clockOf(nRecord.mId).tell(lTold.mDay, lTold.mTimeOfDay, nRecord.mTick);
+}
+
+UtcClock& WallClock::clockOf(int nId) {
+  if (nId == tool::SENSOR_DEAD_RECKONING_ID) return mClocks[1];
+  return nId == tool::SENSOR_GNSS_ID || mClocks[0].isSet() ? mClocks[0] : mClocks[1];
 }
 
 std::string timeText(int64_t nMs) {
