@@ -21,7 +21,8 @@ check_pie_supported(LANGUAGES CXX)
 # Files are named from the top of the project on, wherever that lies: the watchdog's notices and the failures of tests
 # read alike everywhere, and builds of one commit in two folders have the same bytes. Only the debugger of a Debug build
 # is told where the files are. A compiler cache may give a compiler the path from the folder of the build.
-file(RELATIVE_PATH lToTop ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR}/)
+file(RELATIVE_PATH lToTop ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
+string(REGEX REPLACE "([^/])$" "\\1/" lToTop "${lToTop}")
 foreach(lMapping ${PROJECT_BINARY_DIR}=build ${lToTop}= ${PROJECT_SOURCE_DIR}/=)
   add_compile_options($<IF:$<CONFIG:Debug>,-fmacro-prefix-map,-ffile-prefix-map>=${lMapping})
 endforeach()
