@@ -60,7 +60,9 @@ class NFW_API SettingFile {
   /// puts it in the old file's place only when every byte is on the medium: after a crash, a power cut or with a full
   /// disk, the path holds the old settings or the new ones, whole. The directory must allow new files. Savers of one
   /// path, in other processes too, wait for each other. Permissions are kept and a symbolic link stays one; what is no
-  /// regular file (a device) is written in place.
+  /// regular file (a device) is written in place. A file that is a mount point of its own (bound alone into a
+  /// container) cannot be replaced, and is never written in place, where a crash would leave it torn: save() fails and
+  /// the old file stays. Mount the directory that holds it instead.
   /// @return false when the file cannot be opened, written or replaced, or writeParameters() returned false
   bool save() NFW_EXCLUDES(mSync);
 

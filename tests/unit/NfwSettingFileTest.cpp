@@ -6,6 +6,7 @@
 #include <thread>
 #include <vector>
 
+#include "MountNamespace.h"
 #include "NfwSettingFile.h"
 #include "PlatformSeams.h"
 #include "SettingSamples.h"
@@ -349,6 +350,20 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
           mTree.path() + "]",
       log());
   EXPECT_EQ(4u, mTree.entryNum());
+}
+
+TEST_F(SettingFileTest, LeavesAFileThatIsAMountPointAsItWas) {
+  const string lRefusal = nfwtest::enterMountNamespace();
+  if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
+  mTree.write("outside", "Scale=1\nName=old\n");
+  mTree.write("settings", "");
+  ASSERT_EQ(0, mount(mTree.path("outside").c_str(), path().c_str(), nullptr, MS_BIND, nullptr)) << strerror(errno);
+  EXPECT_FALSE(Settings(path().c_str()).save());
+  EXPECT_EQ("SettingFile::save():Replace File [@]", log());
+  EXPECT_EQ("Scale=1\nName=old\n", mTree.read("outside"));
+  EXPECT_EQ(2u, mTree.entryNum());
+  EXPECT_EQ(0, umount(path().c_str()));
+  EXPECT_TRUE(Settings(path().c_str()).save());
 }
 
 TEST_F(SettingFileTest, SaversOfOnePathWaitForEachOther) {

@@ -5,7 +5,7 @@
 
 namespace nfw {
 
-/// A question that costs a system call is asked at every call, as long as there are not more than 64 in a tick of the
+/// A question that costs a system call is asked at every call, as long as there are not more than 256 in a tick of the
 /// kernel's coarse clock (1 to 4 ms). A faster caller goes on with the last answer, and has even that clock read only
 /// at every 16th call. Not locked.
 class AskBudget {
@@ -19,7 +19,7 @@ class AskBudget {
   }
 
  private:
-  static constexpr int ASKS_A_TICK = 64;
+  static constexpr int ASKS_A_TICK = 256;
   static constexpr int SKIPS = 15;
 
   bool isNewTick() {

@@ -22,6 +22,7 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
   if (!lpFile->open(0, 0) || !mWindow.open(lpFile.get())) return false;
   mpFile = std::move(lpFile);
   mFileSize = 0;
+  mAskBudget = AskBudget();
   mLogTypeId = nLogTypeId;
   mHasFailed = false;
   mIsCanceled = false;

@@ -50,7 +50,7 @@ struct RecordFormat {
 /// again. Every operation but requestCancelNext() holds the reader's lock.
 ///
 /// The file may grow and shrink meanwhile: its size is asked at every call, before anything is read from the file, and
-/// before its end is told. Only who reads more than 64 records in a few milliseconds may still get, for that long, the
+/// before its end is told. Only who reads more than 256 records in a few milliseconds may still get, for that long, the
 /// records of a file that has shrunk which were read together with those before.
 class RecordReader {
  public:
