@@ -22,7 +22,11 @@ class Positions : public nfw::Component, private nfw::ParsedGgaDataListener {
     return lIsReady ? nfw::PHASE_DONE : nfw::PHASE_FAILED;
   }
   int startImp() override { return nfw::PHASE_DONE; }
-  int stopImp() override { return nfw::PHASE_DONE; }
+  int stopImp() override {
+    nfw::Logger::get()->stopPlay();  // a replay goes before what it plays to
+    nfw::SensorSysLogger::get()->stopPlay();
+    return nfw::PHASE_DONE;
+  }
   int shutdownImp() override {
     nfw::Gnss::get()->shutdown();  // what is under way is delivered first
     return nfw::PHASE_DONE;
@@ -51,6 +55,7 @@ int main() {
   lConfig.pMsgLogInfoMap = &NO_NAMES;
   lConfig.maxParsedGgaDataListenerNum = 1;
   lConfig.maxPlayerNum = lConfig.maxLogTypeNum = 2;  // the service follows replays of both logs
+  lConfig.maxLogFieldSize = 1023;                    // takes every line of the log
   nfw::initializeNaviAppFramework(lConfig);
   utl::MsgDrivenSharedThread lThread(nfw::ComponentManager::getMaxMsgDataSize(), 16, 0, "First_App_Thread", 0);
   if (lThread.start(1, 10000, nullptr, 1, 0, utl::ThreadPriority(3), 0) != 0) return 1;

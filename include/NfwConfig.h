@@ -17,7 +17,9 @@ struct Config {
   unsigned int maxRecordEventListenerNum = 0;     ///< Logger
   unsigned int maxPlayerNum = 0;                  ///< Logger
   unsigned int maxLogTypeNum = 0;                 ///< Logger
-  unsigned int maxLogFieldSize = 0;               ///< Logger: largest data of one record, bytes
+  /// Logger: largest data of one record, bytes. At least 1023, the longest line of the log: once the Logger is
+  /// initialised every line is offered to it, recording or not, and one that is longer costs an error line.
+  unsigned int maxLogFieldSize = 0;
   unsigned int logBufferSize = 0;                 ///< Logger: write buffer, bytes
   unsigned int maxLogFileSize = 0;                ///< Logger: bytes
   const MsgLogInfoMap* pMsgLogInfoMap = nullptr;  ///< ProcessMsg: not copied, must outlive the library's use

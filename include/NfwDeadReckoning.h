@@ -34,6 +34,8 @@ class SourceSwitch;
 /// nfw::DeadReckoning::get()->initialize();
 /// nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&lMyListener);
 /// ...
+/// nfw::Logger::get()->stopPlay();                  // where one plays
+/// nfw::SensorSysLoggerManager::get()->stopPlay();
 /// nfw::DeadReckoning::get()->finalize();
 /// nfw::DeadReckoning::destroy();
 /// @endcode
@@ -50,12 +52,17 @@ class NFW_API DeadReckoning : public SysLogPlaySwitch, public LogPlaySwitch {
   static void initializeLoggerId(int nValue);
 
   static DeadReckoning* get();  ///< the one instance, created on the first call
-  static void destroy();        ///< deletes the instance; finalize() comes first. Not from a listener.
+  /// Deletes the instance; finalize() comes first. Not from a listener. An instance whose thread did not end, because a
+  /// listener is still in its call, is left behind instead, without another wait: that call may return into it, nobody
+  /// is called any more, and the next get() makes a new one.
+  static void destroy();
 
   /// Starts the thread and the sources and goes live. False, with the reason in the log, when a step fails: what was
   /// done before it stays done, and finalize() is the way back.
   bool initialize();
-  /// Switches every source off, leaves the SDK and both log services, and stops the thread. Not from a listener.
+  /// Switches every source off, leaves the SDK and both log services, and stops the thread. Not from a listener. Stop
+  /// a playback first: what it has queued by then cannot be handed on any more, with an error line for each set. A
+  /// listener that is in its call is waited for 30000 ms.
   void finalize();
 
   /// True also for a null listener and for one that is attached already.

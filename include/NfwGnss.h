@@ -44,6 +44,8 @@ class NmeaDataListener;
 /// nfw::Gnss::get()->initialize();
 /// nfw::Gnss::get()->attachParsedGgaDataListener(&lMyListener);
 /// ...
+/// nfw::Logger::get()->stopPlay();                  // where one plays
+/// nfw::SensorSysLoggerManager::get()->stopPlay();
 /// nfw::Gnss::get()->shutdown();
 /// nfw::Gnss::destroy();
 /// @endcode
@@ -70,13 +72,18 @@ class NFW_API Gnss : public SysLogPlaySwitch, public LogPlaySwitch {
   static void initializeLoggerId(int nValue);
   static void initializeGpsSdkGeodeticSystemType(int nValue);
 
-  static Gnss* get();     ///< the one instance, created on the first call
-  static void destroy();  ///< deletes the instance; shutdown() comes first. Not from a listener.
+  static Gnss* get();  ///< the one instance, created on the first call
+  /// Deletes the instance; shutdown() comes first. Not from a listener. An instance whose thread did not end, because a
+  /// listener is still in its call, is left behind instead, without another wait: that call may return into it, nobody
+  /// is called any more, and the next get() makes a new one.
+  static void destroy();
 
   /// Starts the thread and the sources and goes live. False, with the reason in the log, when a step fails: what was
   /// done before it stays done, and shutdown() is the way back.
   bool initialize();
-  /// Switches every source off, leaves the SDK and both log services, and stops the thread. Not from a listener.
+  /// Switches every source off, leaves the SDK and both log services, and stops the thread. Not from a listener. Stop
+  /// a playback first: of the texts that are still queued then, none can be handed on any more, and each writes an
+  /// error line for itself and one for its record. A listener that is in its call is waited for 30000 ms.
   void shutdown();
 
   /// Each returns true also for a null listener and for one that is attached already.

@@ -57,14 +57,16 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   static unsigned int mMaxRecordEventListenerNum;
   static unsigned int mMaxPlayerNum;
   static unsigned int mMaxLogTypeNum;    ///< the most play listeners, one a log type id
-  static unsigned int mMaxLogFieldSize;  ///< bytes of the largest record, written or played
+  static unsigned int mMaxLogFieldSize;  ///< bytes of the largest record, written or played; log lines take 1023
   static unsigned int mLogBufferSize;    ///< bytes between the callers and the disk; 64 KiB and more keep callers quick
   static unsigned int mMaxLogFileSize;   ///< bytes; a file that would grow past it is followed by a new one
 
   /// The logger, made at the first call. Starts nothing.
   static Logger* get();
   /// Deletes it, after a shutdown() if there was none. Not from a callback, and not while another thread still uses
-  /// what get() returned; threads in the static write() are waited for.
+  /// what get() returned; threads in the static write() are waited for, those that come later are not. One whose
+  /// thread did not end, because a callback has not returned, is left behind instead of deleted, without another wait:
+  /// the callback may return into it, nobody is called any more, and the next get() makes a new logger.
   static void destroy();
 
   ~Logger() override;

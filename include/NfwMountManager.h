@@ -54,7 +54,10 @@ class NFW_API MountManager : public ZTSMountListener, public utl::ThreadMsgListe
   static void initializeMaxListenerNum(unsigned int nValue);
 
   static MountManager* get();  ///< creates it on first use
-  static void destroy();       ///< after shutdown(); without it, that is done first
+  /// After shutdown(); without it, that is done first. A manager whose thread did not end, because a listener is still
+  /// in its call, is left behind instead of deleted, without another wait: that call may return into it, nobody is
+  /// called any more, and the next get() makes a new one.
+  static void destroy();
 
   ~MountManager() override;
   MountManager(const MountManager&) = delete;
@@ -64,7 +67,8 @@ class NFW_API MountManager : public ZTSMountListener, public utl::ThreadMsgListe
   /// @return false when the thread cannot be started, and after shutdown()
   bool initialize() NFW_EXCLUDES(mSync);
 
-  /// Stops listening; what was told before is still delivered. Returns when the thread has ended. It is final.
+  /// Stops listening; what was told before is still delivered. Returns when the thread has ended, or
+  /// after 30000 ms, with a line, when a listener is in its call for so long. It is final.
   void shutdown() NFW_EXCLUDES(mSync);
 
   /// Returns when it is done; not to be called with a lock held that a listener takes. Null and a listener that is

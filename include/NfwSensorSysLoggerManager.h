@@ -39,7 +39,9 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
   /// The manager, made at the first call. Starts nothing.
   static SensorSysLoggerManager* get();
   /// Deletes it, after a shutdown() if there was none. Not from a callback, and not while another thread still uses
-  /// what get() returned; threads in the static write() are waited for.
+  /// what get() returned; threads in the static write() are waited for, those that come later are not. One whose
+  /// thread did not end, because a callback has not returned, is left behind instead of deleted, without another wait:
+  /// the callback may return into it, nobody is called any more, and the next get() makes a new manager.
   static void destroy();
 
   ~SensorSysLoggerManager() override;

@@ -89,7 +89,7 @@ TYPED_TEST(ServiceEndTest, ThreadsThatWriteAllTheTimeDoNotHoldUpItsEnd) {
       while (!lIsOver) TypeParam::write();
     });
   }
-  for (int i = 0; i < 5; ++i) {
+  for (int i = 0; i < 3; ++i) {
     EXPECT_TRUE(Service::get()->initialize());
     const auto lEnd = std::async(std::launch::async, [] { Service::destroy(); });
     if (lEnd.wait_for(std::chrono::seconds(20)) == std::future_status::ready) continue;
