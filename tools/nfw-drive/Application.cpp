@@ -108,7 +108,7 @@ bool Application::addComponents() {
       lpPositioning,
       new DeadReckoningComponent(mFailure),
       new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
-                           createView(mOptions, mProgress, mOutput)),
+                           createView(mOptions, mProgress, mLogKinds, mOutput)),
       lpRecording,
       new MountComponent(mOptions.mRecord.mDrive, *lpRecording),
   };
@@ -194,6 +194,7 @@ void Application::noteEnd(unsigned int nEvents) {
 }
 
 int Application::finish() {
+  mLog.tellRepeats();
   if (mFailure.isNoted()) {
     complain(mFailure.getText());
     return mFailure.getExit();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DisplayComponent.h"
+#include "LogFold.h"
 #include "RecordingContents.h"
 #include "SourceComponent.h"
 #include "Summary.h"
@@ -39,6 +40,8 @@ class Application {
 
   const Options& mOptions;
   Events mEvents;  // before every thread: it blocks signals
+  LogKinds mLogKinds{mOptions.mFoldsLog};
+  LogFold mLog{mLogKinds};
   Failure mFailure{mEvents};
   Progress mProgress;
   Windows mWindows;

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "LogKinds.h"
 #include "NfwNmeaSentence.h"
 #include "Options.h"
 #include "Output.h"
@@ -32,6 +33,7 @@ class View {
 };
 
 /// The view for the format: a live table when the output is a terminal, else plain lines.
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, tool::Output& nOutput);
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
+                                 tool::Output& nOutput);
 
 }  // namespace drive
