@@ -118,6 +118,28 @@ TEST(Drive, bothToolsBearClosedDescriptors) {
   EXPECT_EQ(nfwtest::readFile(lDirectory / "whole.log"), nfwtest::logRecord(20, 1000, "$GPGLL"));
 }
 
+// A receiver of kinds and qualities that the library does not know: its errors are told once of a kind, and counted.
+TEST(Drive, countsTheLinesOfTheLibraryThatRepeat) {
+  const nfwtest::TempDir lDirectory;
+  std::string lText;
+  for (int i = 10; i < 40; ++i) {
+    lText += "$GPRMC,1200" + std::to_string(i) + ",A,3559.0,N,13900.0,E,0,0,280226,,,S\n$GPTXT,1,1," +
+             std::to_string(i) + "\n";
+  }
+  nfwtest::writeFile(lDirectory / "odd.nmea", lText);
+  const auto lErrorLines = [&](std::vector<std::string> nMore) {
+    nMore.insert(nMore.begin(), {lDirectory / "odd.nmea", "--speed", "max", "--format", "none"});
+    int lExit = -1;
+    const std::string lLines = "\n" + ToolRun::errors(nMore, &lExit);
+    size_t lCount = 0;
+    for (size_t i = lLines.find("\nERR "); i != std::string::npos; i = lLines.find("\nERR ", i + 1)) ++lCount;
+    EXPECT_EQ(lLines.find(": 30 times") != std::string::npos, lCount < 20) << lLines;
+    return lCount;
+  };
+  EXPECT_LT(lErrorLines({}), 20u);
+  EXPECT_GT(lErrorLines({"--log-level", "3"}), 60u);
+}
+
 // A server on the loopback with a port of its own.
 class Server {
  public:

@@ -183,6 +183,7 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
   ASSERT_EQ(record({"sim", "--for", "2"}).mExit, 0);
   nfwtest::writeFile(path("text"), "hello\n");
   nfwtest::writeFile(path("text.gz"), "\x1F\x8B\x08");
+  nfwtest::writeFile(path("old"), "$GPRMC,120000,A,3559.0,N,13900.0,E,0,0,280226,,\n$GPVTG,0,T,,M,36,N,66,K\n");
   nfwtest::writeFile(path("spoilt"), "$GPGLL,,,,,,V,N*65\n");
   const std::string lNote = nfwtest::logRecord(200, 0, "a note").replace(26, 8, "000000C8");
   nfwtest::writeFile(path("notes"), lNote);
@@ -201,6 +202,7 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"/dev/null"}, 1, "no sentence came"},
       {{path("text")}, 1, "is it NMEA 0183"},
       {{path("spoilt")}, 1, "no sentence with a right checksum"},
+      {{path("old")}, 1, "no sentence could be parsed: unparsable 2 (2 without a mode field: NMEA before 2.3)"},
       {{"--replay", path("notes"), "--format", "nmea"}, 0, "holds no sentences"},
       {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
       {{"--replay", path("cut")}, 1, "nfw-log recover"},

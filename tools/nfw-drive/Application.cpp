@@ -130,7 +130,7 @@ bool Application::addComponents() {
       lpPositioning,
       new DeadReckoningComponent(mFailure),
       new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
-                           createView(mOptions, mProgress, mOutput)),
+                           createView(mOptions, mProgress, mLogKinds, mOutput)),
       new RecordingComponent(mOptions.mRecord, mThread, mRecorder, mFailure),
       new MountComponent(mOptions.mRecord.mDrive, mRecorder),
   };
@@ -220,6 +220,7 @@ void Application::noteEnd(unsigned int nEvents) {
 }
 
 int Application::finish() {
+  mLog.tellRepeats();
   if (mFailure.isNoted()) {
     complain(mFailure.getText());
     return mFailure.getExit();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DisplayComponent.h"
+#include "LogFold.h"
 #include "Recorder.h"
 #include "RecordingContents.h"
 #include "SourceComponent.h"
@@ -44,6 +45,8 @@ class Application {
 
   const Options& mOptions;
   Events mEvents;  // before every thread: it blocks signals
+  LogKinds mLogKinds{mOptions.mFoldsLog};
+  LogFold mLog{mLogKinds};
   Failure mFailure{mEvents};
   Progress mProgress;
   Windows mWindows;

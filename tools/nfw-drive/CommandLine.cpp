@@ -59,6 +59,7 @@ Output:
   nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
   The log goes to standard error, on a live view under the table. With nmea the summary does, too.
+  Without --log-level, errors and warnings of the library are shown once of a kind, and counted.
 
 Exit status:
   0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, listeners did not
@@ -293,6 +294,7 @@ std::optional<Options> parseCommandLine(int nArgc, const char* const* npArgv, in
     const bool lHasSource = lApp.get_option("SOURCE")->count() > 0;
     Settings lSettings(lArguments.mSettings);
     if (!lArguments.mSettings.empty()) applySettings(lApp, lSettings, lArguments);
+    lOptions.mFoldsLog = lApp.get_option("--log-level")->count() == 0;
     complete(lArguments, lHasSource, lOptions);
     if (!lSettings.write()) {
       throw CLI::ValidationError(lArguments.mSettings, "cannot be written");

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "JsonRecord.h"
+#include "LogKinds.h"
 #include "NfwNmeaDataParser.h"
 #include "SentenceTime.h"
 
@@ -79,6 +80,7 @@ DRG_GSV_SATELLITE satelliteOf(const char* npText, int nFirstField) {
 }  // namespace
 
 void EpochRecords::take(std::string_view nSentence) {
+  const LogMute lMute;
   char lText[MAX_PARSED + 1];
   if (nSentence.size() > MAX_PARSED) return;
   lText[nSentence.copy(lText, MAX_PARSED)] = '\0';

@@ -1,5 +1,6 @@
 #include "ExpectedStream.h"
 
+#include "LogKinds.h"
 #include "NfwNmeaDataParser.h"
 #include "SentenceText.h"
 
@@ -15,6 +16,7 @@ const unsigned int COMBINED = bit(nfw::NMEA_GGA) | bit(nfw::NMEA_GLL) | bit(nfw:
 }  // namespace
 
 ExpectedStream::Fate ExpectedStream::onSentence(std::string_view nSentence) {
+  const LogMute lMute;
   mTally.mSentences.add(nSentence);
   const tool::TerminatedSentence lText(nSentence);
   const int lKind = nfw::NmeaDataParser::analyzeNmeaSentenceType(lText.mText, lText.mSize);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "JsonRecord.h"
+#include "ModeField.h"
 #include "NfwNmeaDataParser.h"
 #include "SentenceText.h"
 #include "SentenceTime.h"
@@ -49,7 +50,8 @@ bool FixState::isReckoned() const {
   return mGga.quality == nfw::QUALITY_INVALID && !mRmc.status && mReckonedRmc.status;
 }
 
-void FixState::takeTime(std::string_view nSentence) {
+void FixState::takeText(std::string_view nSentence) {
+  mLacksMode = mLacksMode || tool::lacksMode(nSentence);
   const int64_t lTime = tool::sentenceTime(nSentence);
   if (lTime >= 0) mTimeMs = lTime;
 }
@@ -97,7 +99,9 @@ std::string FixState::dops() const {
 }
 
 std::string FixState::fix() const {
-  return fmt::format("{}, {}", FIXES[mGsa.mode], isReckoned() ? "reckoned" : QUALITIES[mGga.quality]);
+  const bool lIsWanting = mLacksMode && mGga.quality == nfw::QUALITY_INVALID;
+  return fmt::format("{}, {}{}", FIXES[mGsa.mode], isReckoned() ? "reckoned" : QUALITIES[mGga.quality],
+                     lIsWanting ? ": no mode field (NMEA before 2.3)" : "");
 }
 
 std::string FixState::satellites() const {

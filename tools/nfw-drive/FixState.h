@@ -19,17 +19,18 @@ class FixState {
   void take(const nfw::VtgSentence& nRecord) { mVtg = nRecord; }
   /// A sentence of dead reckoning: its position stands in when the receiver has none.
   void takeReckoned(std::string_view nSentence);
-  /// The time is taken from the text: the records keep the digits behind the second unscaled.
-  void takeTime(std::string_view nSentence);
+  /// The time is taken from the text: the records keep the digits behind the second unscaled. So is what keeps a
+  /// sentence from becoming a record.
+  void takeText(std::string_view nSentence);
 
-  bool isReckoned() const;         ///< the receiver has no position, dead reckoning has
-  std::string time() const;        ///< "2026-01-31 08:00:12.300"
-  std::string position() const;    ///< "35.6580000 139.7450000", or "no position"
-  std::string altitude() const;    ///< "42.1 m", "-" when nobody knows
-  std::string speed() const;       ///< "36.4 km/h", or "no speed"
-  std::string course() const;      ///< "123.4 deg", or "no course"
-  std::string dops() const;        ///< "PDOP 1.50 HDOP 0.90 VDOP 1.20", "-" for what nobody knows
-  std::string fix() const;         ///< "3D, gps", "no fix, invalid", "no fix, reckoned" ...
+  bool isReckoned() const;       ///< the receiver has no position, dead reckoning has
+  std::string time() const;      ///< "2026-01-31 08:00:12.300"
+  std::string position() const;  ///< "35.6580000 139.7450000", or "no position"
+  std::string altitude() const;  ///< "42.1 m", "-" when nobody knows
+  std::string speed() const;     ///< "36.4 km/h", or "no speed"
+  std::string course() const;    ///< "123.4 deg", or "no course"
+  std::string dops() const;      ///< "PDOP 1.50 HDOP 0.90 VDOP 1.20", "-" for what nobody knows
+  std::string fix() const;  ///< "3D, gps", "no fix, invalid", "no fix, reckoned" ..., with the cause when it is known
   std::string satellites() const;  ///< "GPS 10, GLONASS 8 in view"
 
   const nfw::GgaSentence& getGga() const { return mGga; }
@@ -49,6 +50,7 @@ class FixState {
   nfw::GnssSentenceDate mDate;
   std::array<uint32_t, SYSTEM_TYPES> mInView{};
   int64_t mTimeMs = -1;
+  bool mLacksMode = false;  // RMC, GLL or VTG come without a mode field
 };
 
 }  // namespace drive

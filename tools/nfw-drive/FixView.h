@@ -8,7 +8,7 @@ namespace drive {
 /// What the views of the fix share: they gather it.
 class FixView : public View {
  public:
-  void showRaw(std::string_view nSentence) override { mFix.takeTime(nSentence); }
+  void showRaw(std::string_view nSentence) override { mFix.takeText(nSentence); }
   void showDeadReckoning(std::string_view nSentence) override { mFix.takeReckoned(nSentence); }
   void showGga(const nfw::GgaSentence& nRecord) override { mFix.take(nRecord); }
   void showGsa(const nfw::GsaSentence& nRecord) override { mFix.take(nRecord); }

@@ -1,5 +1,8 @@
 #include "Intake.h"
 
+#include "DriveLog.h"
+#include "LogKinds.h"
+#include "ModeField.h"
 #include "ZTSDeadReckoningHost.h"
 
 namespace drive {
@@ -23,11 +26,19 @@ void Intake::count(std::string_view nSentence) {
   const ExpectedStream::Fate lFate = mProgress.mExpected.onSentence(nSentence);
   const bool lIsOdd = lFate.mKind != nfw::NMEA_UNKNOWN && !lFate.mIsParsed;
   (lIsOdd ? mProgress.mUnparsable : mProgress.mAccepted).add(lFate.mKind);
+  if (lIsOdd && tool::lacksMode(nSentence)) noteLackOfMode();
   if (mCountsStored) countStored(nSentence);
+}
+
+void Intake::noteLackOfMode() {
+  if (mProgress.mWithoutMode.fetch_add(1, std::memory_order_relaxed) > 0) return;
+  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING,
+         "RMC, GLL or VTG without a mode field (NMEA before 2.3) cannot be used: they give no fix");
 }
 
 // What a replay of the sensor log will give: the sentence as it comes out of its record.
 void Intake::countStored(std::string_view nSentence) {
+  const LogMute lMute;
   unsigned char lRecord[nfw::NmeaBinaryLogData::MIN_RECORD_BUFFER] = {};
   const int lSize =
       mConverter.convertFromNmeaSentence(reinterpret_cast<const unsigned char*>(nSentence.data()),

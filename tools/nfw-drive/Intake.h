@@ -50,6 +50,7 @@ class Intake : public tool::SentenceSink {
 
  private:
   void count(std::string_view nSentence);
+  void noteLackOfMode();
   void countStored(std::string_view nSentence);
   void feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport);
 

@@ -12,16 +12,23 @@ void LogPane::remove() {
   mIsInstalled = false;
 }
 
-void LogPane::writeLine(int, int nLevel, const char* npText) {
+void LogPane::writeLine(int nType, int nLevel, const char* npText) {
   static const char* const WORDS[] = {"", "ERR ", "WRN ", "INF ", "DTL ", "DBG "};
+  const LogKinds::Verdict lVerdict = mKinds.judge(nType, nLevel, npText);
+  if (!lVerdict.mIsShown) return;
   const std::lock_guard<std::mutex> lLock(mMutex);
   if (mLines.size() == mMaxLines) mLines.pop_front();
-  mLines.push_back((nLevel >= 1 && nLevel <= 5 ? WORDS[nLevel] : "") + std::string(npText));
+  mLines.push_back({(nLevel >= 1 && nLevel <= 5 ? WORDS[nLevel] : "") + std::string(npText), lVerdict.mKind});
 }
 
 std::vector<std::string> LogPane::lines() const {
   const std::lock_guard<std::mutex> lLock(mMutex);
-  return {mLines.begin(), mLines.end()};
+  std::vector<std::string> lLines;
+  for (const Line& lLine : mLines) {
+    const uint64_t lCount = lLine.mKind != LogKinds::NO_KIND ? mKinds.count(lLine.mKind) : 1;
+    lLines.push_back(lCount > 1 ? std::to_string(lCount) + " x " + lLine.mText : lLine.mText);
+  }
+  return lLines;
 }
 
 }  // namespace drive

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "LogKinds.h"
 #include "SysLogServiceHost.h"
 
 namespace drive {
@@ -12,7 +13,8 @@ namespace drive {
 /// Keeps the last log lines for a view that fills the terminal. While it is installed they do not go to standard error.
 class LogPane : public syslogservice::Sink {
  public:
-  explicit LogPane(size_t nLines) : mMaxLines(nLines) {}
+  /// @param nKinds not owned, outlives it
+  LogPane(size_t nLines, LogKinds& nKinds) : mMaxLines(nLines), mKinds(nKinds) {}
   ~LogPane() override { remove(); }
   LogPane(const LogPane&) = delete;
   LogPane& operator=(const LogPane&) = delete;
@@ -24,9 +26,15 @@ class LogPane : public syslogservice::Sink {
   std::vector<std::string> lines() const;
 
  private:
+  struct Line {
+    std::string mText;
+    int mKind;
+  };
+
   const size_t mMaxLines;
+  LogKinds& mKinds;
   mutable std::mutex mMutex;
-  std::deque<std::string> mLines;
+  std::deque<Line> mLines;
   syslogservice::Sink* mpBefore = nullptr;
   bool mIsInstalled = false;
 };

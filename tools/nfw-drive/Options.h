@@ -49,6 +49,7 @@ struct Options {
   std::optional<int64_t> mWallLimitMs;  ///< ends a run that is not paced by its source
   Format mFormat = FORMAT_TABLE;
   int mLogLevel = 3;
+  bool mFoldsLog = true;  ///< nobody asked for a level: lines of the library that repeat are counted
   bool mJudgesChecksums = true;
   bool mShowsDeadReckoning = false;
 

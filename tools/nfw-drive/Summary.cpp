@@ -56,7 +56,7 @@ std::string rejectedText(const Progress& nProgress) {
     const auto lVerdict = static_cast<tool::LineVerdict>(i);
     lText += fmt::format("{} {}  ", tool::lineVerdictName(lVerdict), nProgress.mLines.get(lVerdict));
   }
-  return lText + fmt::format("unparsable {}", nProgress.mUnparsable.total());
+  return lText + nProgress.unparsableText();
 }
 
 std::string phasesText(const PhaseDriver& nPhases) {

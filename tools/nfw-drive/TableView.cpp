@@ -103,8 +103,7 @@ std::string TableView::rejects() const {
     const uint64_t lCount = mProgress.mLines.get(lVerdict);
     if (lCount > 0) lText += fmt::format("  {} {}", tool::lineVerdictName(lVerdict), lCount);
   }
-  const uint64_t lUnparsable = mProgress.mUnparsable.total();
-  return lUnparsable > 0 ? lText + fmt::format("  unparsable {}", lUnparsable) : lText;
+  return mProgress.mUnparsable.total() > 0 ? lText + "  " + mProgress.unparsableText() : lText;
 }
 
 }  // namespace drive

@@ -13,11 +13,12 @@ class TableView : public FixView {
  public:
   static constexpr const char* SHOW_CURSOR = "\x1b[?25h";
 
-  TableView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput)
+  TableView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds, OutputQueue& nOutput)
       : mSource(nOptions.getName()),
         mShowsDeadReckoning(nOptions.mShowsDeadReckoning),
         mProgress(nProgress),
-        mOutput(nOutput) {}
+        mOutput(nOutput),
+        mLog(LOG_LINES, nKinds) {}
 
   void begin() override;
   void tick() override { draw(); }
@@ -36,7 +37,7 @@ class TableView : public FixView {
   std::string mReckoned[2];  // the last RMC and GGA of dead reckoning
   const Progress& mProgress;
   OutputQueue& mOutput;
-  LogPane mLog{LOG_LINES};
+  LogPane mLog;
   size_t mDrawn = 0;  // lines on the terminal
 };
 

@@ -7,7 +7,8 @@
 
 namespace drive {
 
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput) {
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
+                                 OutputQueue& nOutput) {
   const bool lIsPrompt = !nOptions.mPlay.mPaced || nOptions.mPlay.mSpeed > 0.0;  // else the buffer may fill up first
   switch (nOptions.mFormat) {
     case FORMAT_JSON:
@@ -19,7 +20,7 @@ std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgr
     case FORMAT_TABLE:
       break;
   }
-  if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions, nProgress, nOutput);
+  if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions, nProgress, nKinds, nOutput);
   return std::make_unique<LineView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
 }
 

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string_view>
 
+#include "LogKinds.h"
 #include "NfwNmeaSentence.h"
 #include "Options.h"
 #include "OutputQueue.h"
@@ -32,6 +33,11 @@ class View {
 };
 
 /// The view for the format: a live table when the output is a terminal, else plain lines.
+<<<<<<< HEAD
 std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput);
+=======
+std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
+                                 tool::Output& nOutput);
+>>>>>>> w/source
 
 }  // namespace drive

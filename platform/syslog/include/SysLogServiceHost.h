@@ -16,6 +16,9 @@ class Sink {
 /// thread is inside the old sink any more.
 Sink* setSink(Sink* npSink);
 
+/// Writes a line as it goes without a sink: for a sink that lets some lines pass.
+void writeToStandardError(int nType, int nLevel, const char* npText);
+
 /// Colours by level on standard error: by default only when that is a terminal.
 void setColoured(bool nColoured);
 

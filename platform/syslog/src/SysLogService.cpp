@@ -48,11 +48,7 @@ void setAllFilterLevel(int nLevel) { gTypes.setAllLevels(nLevel); }
 
 void applog(int nType, int nLevel, const char* npText) {
   if (npText == nullptr || gSink.write(nType, nLevel, npText)) return;
-  const int lErrno = errno;  // the caller may log first and look at it then
-  char lSource[syslogservice::LogTypes::NAME_SIZE + 1];
-  describeSource(nType, lSource);
-  gStandardError.writeLine(nLevel, lSource, npText);
-  errno = lErrno;
+  syslogservice::writeToStandardError(nType, nLevel, npText);
 }
 
 int BinaryLogWrite(int nKind, const void* npData, unsigned int nSize) {
@@ -63,6 +59,15 @@ int BinaryLogWrite(int nKind, const void* npData, unsigned int nSize) {
 namespace syslogservice {
 
 Sink* setSink(Sink* npSink) { return gSink.exchange(npSink); }
+
+void writeToStandardError(int nType, int nLevel, const char* npText) {
+  const int lErrno = errno;  // the caller may log first and look at it then
+  char lSource[LogTypes::NAME_SIZE + 1];
+  describeSource(nType, lSource);
+  gStandardError.writeLine(nLevel, lSource, npText);
+  errno = lErrno;
+}
+
 void setColoured(bool nColoured) { gStandardError.setColoured(nColoured); }
 bool setBinaryLogFile(const char* npPath) { return gBinaryLog.setFile(npPath); }
 bool flushBinaryLog(unsigned int nTimeoutMs) { return gBinaryLog.flush(nTimeoutMs); }

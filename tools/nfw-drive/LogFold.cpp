@@ -1,0 +1,13 @@
+#include "LogFold.h"
+
+#include <fmt/format.h>
+
+namespace drive {
+
+void LogFold::tellRepeats() const {
+  mKinds.eachRepeated([](int nType, int nLevel, const char* npText, uint64_t nCount) {
+    syslogservice::writeToStandardError(nType, nLevel, fmt::format("{}: {} times", npText, nCount).c_str());
+  });
+}
+
+}  // namespace drive
