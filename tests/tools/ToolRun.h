@@ -8,8 +8,8 @@
 /// One run of nfw-drive as a process of its own.
 class ToolRun {
  public:
-  /// Starts it. Standard error goes to the test's own.
-  explicit ToolRun(const std::vector<std::string>& nArguments);
+  /// Starts it. Standard error goes to the test's own, or into a file.
+  explicit ToolRun(const std::vector<std::string>& nArguments, const std::string& nErrorFile = {});
   ~ToolRun();
   ToolRun(const ToolRun&) = delete;
   ToolRun& operator=(const ToolRun&) = delete;
