@@ -7,8 +7,10 @@
 #include <thread>
 
 #include "JsonRecord.h"
+#include "LogReport.h"
 #include "NfwNmeaDataParser.h"
 #include "Output.h"
+#include "OutputQueue.h"
 #include "Window.h"
 
 namespace {
@@ -39,6 +41,78 @@ TEST(Output, tellsAReaderThatWentAwayFromAFailure) {
   EXPECT_EQ(lFailing.getState(), tool::Output::FAILED);
   EXPECT_EQ(lFailing.getError(), ENOSPC);
   ::close(lFull);
+}
+
+TEST(OutputQueue, waitsForNoReaderAndCountsWhatIsNotTaken) {
+  using std::chrono::milliseconds;
+  std::signal(SIGPIPE, SIG_IGN);
+  int lPipe[2] = {};
+  ASSERT_EQ(::pipe(lPipe), 0);
+  drive::OutputQueue lQueue(lPipe[1], 300000);  // more than the pipe takes
+  ASSERT_TRUE(lQueue.start());
+  const std::string lLines = std::string(999, 'x') + "\n" + std::string(999, 'y') + "\n";
+  unsigned int lTaken = 0;
+  while (lQueue.write(lLines)) ++lTaken;
+  EXPECT_GE(lTaken, 149u);
+  EXPECT_EQ(lQueue.lost(), 2u);
+  std::thread lHeld([&] { lQueue.awaitRoom(); });
+  EXPECT_FALSE(lQueue.drain(milliseconds(50)));
+  lQueue.letGo();
+  lHeld.join();
+  EXPECT_FALSE(lQueue.finish(milliseconds(50)));
+  EXPECT_GT(lQueue.lost(), 100u);
+  EXPECT_FALSE(lQueue.write(lLines));
+  ::close(lPipe[0]);  // lets the thread go
+}
+
+TEST(OutputQueue, writesEverythingInItsOrder) {
+  int lPipe[2] = {};
+  ASSERT_EQ(::pipe(lPipe), 0);
+  std::string lRead;
+  std::thread lReader([&] {
+    char lText[777];
+    for (ssize_t lSize = 1; (lSize = ::read(lPipe[0], lText, sizeof(lText))) > 0;) {
+      lRead.append(lText, static_cast<size_t>(lSize));
+    }
+  });
+  std::string lWritten;
+  {
+    drive::OutputQueue lQueue(lPipe[1], 5000);
+    ASSERT_TRUE(lQueue.start());
+    for (int i = 0; i < 20000; ++i) {
+      const std::string lLine = std::to_string(i) + "\n";
+      lQueue.awaitRoom();
+      EXPECT_TRUE(lQueue.write(lLine));
+      lWritten += lLine;
+    }
+    EXPECT_TRUE(lQueue.finish(std::chrono::seconds(20)));
+    EXPECT_EQ(lQueue.lost(), 0u);
+  }
+  ::close(lPipe[1]);
+  lReader.join();
+  ::close(lPipe[0]);
+  EXPECT_EQ(lRead, lWritten);
+}
+
+TEST(LogReport, speaksAtTheBeginningEveryTenSecondsAndAtTheEnd) {
+  drive::LogReport lReport("the log");
+  lReport.want("here");
+  nfw::LogRecordCounts lCounts;
+  std::vector<int> lSpoken;
+  const auto lStart = drive::Spell::Clock::now();
+  for (int lSecond = 0; lSecond < 60; ++lSecond) {
+    ++lCounts.mRecorded;
+    if (lSecond >= 5 && lSecond < 30) ++lCounts.mFailed;
+    if (lSecond == 50) lCounts.mIsFailing = true;
+    if (lSecond == 52) lCounts.mIsFailing = false;
+    lCounts.mReason = nfw::LOG_LOSS_WRITE;
+    lCounts.mError = ENOSPC;
+    if (!lReport.look(lCounts, lStart + std::chrono::seconds(lSecond)).empty()) lSpoken.push_back(lSecond);
+  }
+  EXPECT_EQ(lSpoken, (std::vector<int>{5, 15, 25, 31, 50, 53}));
+  EXPECT_EQ(lReport.getVerdict().find("the log in here: 25 of 85 records are missing (0 refused, 25 failed) since "),
+            0u);
+  EXPECT_NE(lReport.getVerdict().find(": the file cannot be written: No space left on device"), std::string::npos);
 }
 
 TEST(Window, neverHoldsMoreThanItsPlaces) {

@@ -25,7 +25,7 @@ std::vector<std::string> commandLine(const std::vector<std::string>& nArguments)
 
 }  // namespace
 
-ToolRun::ToolRun(const std::vector<std::string>& nArguments, int nRead) {
+ToolRun::ToolRun(const std::vector<std::string>& nArguments, int nRead, const std::string& nErrorFile) {
   std::vector<std::string> lWords = commandLine(nArguments);
   std::vector<char*> lArgv;
   for (std::string& lWord : lWords) lArgv.push_back(lWord.data());
@@ -36,6 +36,9 @@ ToolRun::ToolRun(const std::vector<std::string>& nArguments, int nRead) {
   ::posix_spawn_file_actions_init(&lActions);
   ::posix_spawn_file_actions_addopen(&lActions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
   ::posix_spawn_file_actions_adddup2(&lActions, lPipe[1], nRead);
+  if (!nErrorFile.empty()) {
+    ::posix_spawn_file_actions_addopen(&lActions, STDERR_FILENO, nErrorFile.c_str(), O_WRONLY | O_CREAT, 0600);
+  }
   ::posix_spawnp(&mPid, lArgv[0], &lActions, nullptr, lArgv.data(), environ);
   ::posix_spawn_file_actions_destroy(&lActions);
   ::close(lPipe[1]);

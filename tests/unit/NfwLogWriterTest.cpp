@@ -210,6 +210,27 @@ TEST_F(LogWriterTest, MakesAHundredFilesASecond) {
   EXPECT_EQ(100u, records().size());
 }
 
+TEST_F(LogWriterTest, NeverSharesAFileWithAnotherRecorder) {
+  const size_t RECORDERS = 4;
+  for (size_t i = 0; i < 25; ++i) {
+    std::vector<std::thread> lRecorders;
+    std::atomic<size_t> lReady{0};
+    for (size_t k = 0; k < RECORDERS; ++k) {
+      lRecorders.emplace_back([&] {
+        nfw::LogWriter lWriter(10000, 10000);
+        EXPECT_TRUE(lWriter.initialize());
+        for (++lReady; lReady < RECORDERS;) std::this_thread::yield();
+        EXPECT_TRUE(lWriter.start(mDir.path().c_str(), "drive", nullptr));
+        EXPECT_EQ(ACCEPTED, lWriter.write(20, "one", 3));
+        lWriter.stop();
+      });
+    }
+    for (std::thread& lRecorder : lRecorders) lRecorder.join();
+  }
+  EXPECT_EQ(25 * RECORDERS, mDir.files().size());
+  EXPECT_EQ(25 * RECORDERS, records().size());
+}
+
 TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
   record(200);
   EXPECT_EQ(ACCEPTED, write(std::string(100, 'a')));

@@ -25,8 +25,9 @@ const unsigned int COMPONENT_NUM = 7;
 const unsigned int LISTENERS = 4;
 const unsigned int PLAYERS = 4;
 const unsigned int LOG_TYPES = 4;
-const std::chrono::seconds PHASE_LIMIT{60};  // services wait 30 s for a thread of theirs
-const unsigned int MAX_RECORD = 4096;        // bytes; a sentence, a line of the log, a note
+const std::chrono::seconds PHASE_LIMIT{60};         // services wait 30 s for a thread of theirs,
+const std::chrono::seconds SILENT_PHASE_LIMIT{10};  // in vain when that waits for a medium
+const unsigned int MAX_RECORD = 4096;               // bytes; a sentence, a line of the log, a note
 
 // To standard error, unless nobody takes it: that holds nothing up for long.
 void say(std::string_view nText) {
@@ -173,7 +174,7 @@ bool Application::driveDown(Phase nPhase) {
     return false;
   }
   if (nPhase == STOP) mStopTime = Events::Clock::now();
-  const auto lLimit = Events::Clock::now() + PHASE_LIMIT;
+  const auto lLimit = Events::Clock::now() + (mRecorder.isSilent() ? SILENT_PHASE_LIMIT : PHASE_LIMIT);
   while (!mPhases.isComplete(nPhase) && Events::Clock::now() < lLimit) {
     const bool lIsSignalled = (mEvents.wait(lLimit) & Events::SIGNALLED) != 0;
     if (lIsSignalled && Events::Clock::now() - mStopTime > std::chrono::seconds(1)) abandon();
@@ -181,6 +182,7 @@ bool Application::driveDown(Phase nPhase) {
   if (mPhases.isComplete(nPhase)) return true;
   complain(fmt::format("the phase \"{}\" does not complete", phaseName(nPhase)));
   mIsLeftBehind = true;
+  mRecorder.giveUp();
   return false;
 }
 
@@ -223,15 +225,21 @@ int Application::finish() {
   mLog.tellRepeats();
   if (mFailure.isNoted()) {
     complain(mFailure.getText());
+    judgeLogs();
+    endOutput();
     return mFailure.getExit();
   }
   bool lIsReplaySame = true;
   const std::string lVerdict = compareReplay(&lIsReplaySame);
-  awaitReader();
+  if (mOptions.mFormat == FORMAT_NMEA) endOutput();
   writeSummary(lVerdict);
+  if (mOptions.mFormat != FORMAT_NMEA) endOutput();
+  return judge(lIsReplaySame);
+}
+
+void Application::endOutput() {
   awaitReader();
   mIsLeftBehind = !mOutput.finish(mPatience) || mIsLeftBehind;
-  return judge(lIsReplaySame);
 }
 
 // Where the source has waited for the reader, the end does, too, until a signal. Otherwise not for long.
@@ -252,6 +260,7 @@ void Application::writeSummary(const std::string& nVerdict) {
   if (mOptions.mFormat == FORMAT_NMEA) {
     say(lSummary.toText());
   } else {
+    awaitReader();  // makes room
     mOutput.write(mOptions.mFormat == FORMAT_JSON ? lSummary.toJson() : lSummary.toText());
   }
 }
@@ -281,7 +290,7 @@ int Application::judge(bool nIsReplaySame) const {
                                                                  : ": what was played is not what was recorded"));
   }
   if (mOutput.lost() > 0) {
-    complain(fmt::format("standard output: {} lines found no room, its reader was too slow", mOutput.lost()));
+    complain(fmt::format("standard output: {} lines were not taken: its reader is too slow", mOutput.lost()));
   }
   const std::string lSilence = silence();
   if (!lSilence.empty()) complain(lSilence);

@@ -38,6 +38,7 @@ class Application {
   bool hasSource() const { return mOptions.mSource.mKind != SourceSpec::NONE; }
   bool isReplaying() const { return mOptions.mReplay.isWanted(); }
   bool mayHoldSource() const;
+  void endOutput();
   void awaitReader();
   bool judgeLogs() const;
   void leave(int nExit);

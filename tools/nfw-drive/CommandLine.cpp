@@ -45,6 +45,11 @@ Recordings:
   run that made it.
   --record-on records onto a stick or card while it is mounted: DRIVE is the kernel's name of
   the device (sda1), or the last name of the mount point of one without a device.
+  The summary tells of each log how many records were recorded, refused and lost, and its bytes.
+  While records are lost the log says so at once, every ten seconds, and when it is over; in the
+  end a line on standard error says which log, how many, since when and why, and the exit status
+  is 1. So it is for a backup that failed, for a stick that never came, and for a medium that
+  does not answer, which is left behind after a while.
 
 Settings:
   --settings FILE keeps SOURCE, --speed, --record, --prefix, --backup and --log-level as lines
@@ -58,12 +63,15 @@ Output:
   json    one object a line for each parsed sentence; the last is the summary
   nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
+  Who reads too slowly holds up a file, standard input or the simulator when nothing is recorded.
+  Otherwise nothing waits: 4 MiB are kept, further lines are left out, counted and told.
   The log goes to standard error, on a live view under the table. With nmea the summary does, too.
   Without --log-level, errors and warnings of the library are shown once of a kind, and counted.
 
 Exit status:
-  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, listeners did not
-  receive what they should, or nothing came that is a sentence; 2  a wrong command line, or what it names cannot be read or written.
+  0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, a recording is not
+  whole, listeners did not receive what they should, the reader of the output did not, or nothing came that is a
+  sentence; 2  a wrong command line, or what it names cannot be read or written.
   Another Ctrl-C, a second later, ends at once.
 
 Examples:

@@ -150,8 +150,13 @@ nfw::LogRecordCounts Recorder::sensorCounts() const {
 bool Recorder::finish() {
   if (mWorker.finish([this] { end(); }, isSilent() ? SILENT_END_TIME : END_TIME)) return true;
   mIsLeftBehind = true;
-  for (LogReport* const lpLog : {&mLog, &mSensorLog}) lpLog->noteFault("the medium does not answer");
+  giveUp();
   return false;
+}
+
+void Recorder::giveUp() {
+  const char* const lpWhy = isSilent() ? "the medium does not answer" : "the recording was not ended";
+  for (LogReport* const lpLog : {&mLog, &mSensorLog}) lpLog->noteFault(lpWhy);
 }
 
 // What listeners received is known by now, and nothing comes any more.

@@ -23,8 +23,9 @@ class Recorder {
   /// Records below a directory that has just appeared, and stops because it goes.
   void beginIn(const std::string& nDirectory);
   void endIn();
-  /// Says in the log when the medium does not answer. Now and then.
-  void watch();
+  bool isSilent() const;  ///< the medium does not answer
+  void watch();           ///< says so in the log, when called now and then
+  void giveUp();          ///< nothing will end the recordings any more: what is known of them stands
   /// Ends the recordings and both log services. False when the medium does not answer: they are left behind.
   bool finish();
 
@@ -39,7 +40,6 @@ class Recorder {
   bool startSensorLog();
   bool makeSensorFile();
   void awaitBackup();
-  bool isSilent() const;
   void look();
   nfw::LogRecordCounts sensorCounts() const;
   void writeEndNotes() const;

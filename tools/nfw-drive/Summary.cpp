@@ -127,7 +127,7 @@ std::string Summary::toText() const {
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.delivered().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
       logText("Sensor log", mSensorLog),
-      mLostLines > 0 ? fmt::format("Output      {} lines found no room\n", mLostLines) : "", phasesText(mPhases));
+      mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {

@@ -37,7 +37,7 @@ class View {
 std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput);
 =======
 std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
-                                 tool::Output& nOutput);
+                                 OutputQueue& nOutput);
 >>>>>>> w/source
 
 }  // namespace drive

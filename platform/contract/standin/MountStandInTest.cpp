@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "PlatformSeams.h"
 #include "TempTree.h"
 #include "ZTSMount.h"
 #include "ZTSMountHost.h"
@@ -52,6 +53,7 @@ class Recorder : public ZTSMountListener {
 };
 
 bool gIsReadable = true;
+std::mutex gSilence;  // held while a medium does not answer
 
 class MountTables : public testing::Test {
  protected:
@@ -115,6 +117,39 @@ class MountTables : public testing::Test {
 
 const string STICK = "36 25 8:1 / /media/a\\040stick rw,nosuid shared:1 master:2 - vfat /dev/sda1 rw\n";
 const string LONG_POINT = "/media/" + string(57, 'x');
+
+// A medium that does not answer is left alone, told as unreadable, and told again when it answers.
+TEST_F(MountTables, WaitForNoMediumLongerThanTheLimit) {
+  mOptions.mAnswerMs = 20;
+  mOptions.mpIsReadable = [](const char*) {
+    const std::lock_guard<std::mutex> lSilence(gSilence);
+    return true;
+  };
+  std::unique_lock<std::mutex> lSilence(gSilence);
+  mounthost::MountTableSource lSource(mOptions);
+  lSource.update(STICK);
+  EXPECT_EQ((Told{"1 2 6 sda1 /media/a stick"}), mRecorder.take());
+  EXPECT_TRUE(lSource.hasDevices());
+  lSource.checkDevices();
+  EXPECT_EQ(Told(), mRecorder.take());
+  lSilence.unlock();
+  Told lTold;
+  while (lTold.empty()) {
+    lSource.checkDevices();
+    lTold = mRecorder.take();
+  }
+  EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), lTold);
+}
+
+TEST(MountWatch, StartsOnlyWithAThread) {
+  {
+    const seams::Failing lFailing(seams::THREAD_START);
+    EXPECT_FALSE(mounthost::startWatching());
+  }
+  EXPECT_TRUE(mounthost::startWatching());
+  EXPECT_FALSE(mounthost::startWatching()) << "it runs already";
+  mounthost::stopWatching();
+}
 
 TEST_F(MountTables, AreToldByTypePortAndEvent) {
   const struct {

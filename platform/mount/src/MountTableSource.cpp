@@ -1,7 +1,4 @@
-#include <dirent.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <iterator>
 #include <list>
 
@@ -28,16 +25,6 @@ bool isKnownFileSystem(const std::string& nType) {
   return false;
 }
 
-// False when the medium does not give what it holds. That this process may not look is not the medium's fault.
-bool readsDirectory(const char* npPoint) {
-  DIR* const lpDirectory = opendir(npPoint);
-  if (lpDirectory == nullptr) return errno == EACCES || errno == EPERM || errno == ENOENT;
-  errno = 0;
-  const bool lIsRead = readdir(lpDirectory) != nullptr || errno == 0;
-  closedir(lpDirectory);
-  return lIsRead;
-}
-
 }  // namespace
 
 struct MountTableSource::State {
@@ -55,7 +42,7 @@ struct MountTableSource::State {
         mMediaDirectory(std::string(nOptions.mpMediaDirectory) + "/"),
         mDatabasePoint(nOptions.mpDatabasePoint),
         mExternalDatabasePoint(nOptions.mpExternalDatabasePoint),
-        mpIsReadable(nOptions.mpIsReadable != nullptr ? nOptions.mpIsReadable : &readsDirectory),
+        mpIsReadable(nOptions.mpIsReadable != nullptr ? nOptions.mpIsReadable : &directoryIsReadable),
         mAnswerMs(nOptions.mAnswerMs) {}
 
   bool isMedium(const std::string& nPoint) const {

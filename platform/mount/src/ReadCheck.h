@@ -4,6 +4,10 @@
 #include <memory>
 #include <string>
 
+/// False when the medium does not give what the directory holds. That this process may not look is not the medium's
+/// fault. It returns when the medium has answered.
+bool directoryIsReadable(const char* npPoint);
+
 /// Asks on a thread of its own, which is left behind while the medium's file system does not answer. Copies share the
 /// answer.
 class ReadCheck {

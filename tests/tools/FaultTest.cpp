@@ -1,0 +1,153 @@
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <nlohmann/json.hpp>
+
+#include "Intake.h"
+#include "LineReader.h"
+#include "LogRecords.h"
+#include "MountNamespace.h"
+#include "Simulator.h"
+#include "TempDir.h"
+#include "ToolRun.h"
+
+// What breaks while a run goes on is told, and nothing else waits for it.
+
+namespace {
+
+using nlohmann::json;
+namespace fs = std::filesystem;
+
+class Fault : public testing::Test {
+ protected:
+  Fault() { fs::create_directory(log()); }
+  std::string log() const { return mDirectory / "log"; }
+  std::string sensor() const { return mDirectory / "sensor.bin"; }
+  std::string errors() const { return nfwtest::readFile(mDirectory / "err"); }
+  std::vector<std::string> arguments(std::vector<std::string> nMore) const {
+    nMore.insert(nMore.end(), {"sim", "--rate", "10", "--log-level", "0"});
+    return nMore;
+  }
+  size_t recorded(const std::string& nDirectory) const {
+    size_t lCount = 0;
+    for (const auto& lEntry : fs::recursive_directory_iterator(nDirectory)) {
+      if (lEntry.is_regular_file()) lCount += nfwtest::parseLogRecords(nfwtest::readFile(lEntry.path())).size();
+    }
+    return lCount;
+  }
+
+  const nfwtest::TempDir mDirectory;
+};
+
+TEST_F(Fault, aRecordingThatIsNotWholeIsToldAndFails) {
+  const struct {
+    const char* mpName;
+    std::vector<std::string> mArguments;
+    std::function<void()> mHappens;
+    const char* mpLine;
+  } CASES[] = {
+      {"log removed", {"--record", log()}, [&] { fs::remove_all(log()); }, ": the file was removed\n"},
+      {"log moved away",
+       {"--record", log(), "--max-file-size", "8192"},
+       [&] { fs::rename(log(), mDirectory / "away"); },
+       ": no file can be made: No such file or directory\n"},
+      {"sensor log removed", {"--sys-record", sensor()}, [&] { fs::remove(sensor()); }, ": the file was removed\n"},
+      {"nothing to back up", {"--record", log(), "--backup", log() + "/none"}, [] {}, ": no backup of "},
+      {"a stick that never came", {"--record-on", "none9"}, [] {}, "none9 was never there to record onto\n"},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpName);
+    fs::create_directories(log());
+    fs::remove(mDirectory / "err");
+    std::vector<std::string> lArguments = arguments(lCase.mArguments);
+    lArguments.insert(lArguments.end(), {"--speed", "20", "--for", "20", "--format", "json"});
+    ToolRun lRun(lArguments, mDirectory / "err");
+    ASSERT_NE(lRun.readLine(), "");
+    lCase.mHappens();
+    const std::string lOutput = lRun.readAll();
+    EXPECT_EQ(lRun.wait(), 1);
+    EXPECT_NE(errors().find(lCase.mpLine), std::string::npos) << errors();
+    EXPECT_EQ(errors().find('\n'), errors().size() - 1) << "one line: " << errors();
+    const json lSummary = json::parse(lOutput.substr(lOutput.rfind("{\"type\":\"summary\"")));
+    if (lSummary.contains("data_log")) {
+      EXPECT_EQ(lSummary["data_log"]["recorded"], recorded(mDirectory.path()));
+    } else {
+      EXPECT_EQ(lSummary["sensor_log"]["recorded"], 0);
+    }
+    fs::remove_all(log());
+    fs::remove_all(mDirectory / "away");
+  }
+}
+
+TEST_F(Fault, aFullMediumIsTold) {
+  const std::string lRefusal = nfwtest::enterMountNamespace();
+  if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
+  ASSERT_EQ(mount("none", log().c_str(), "tmpfs", 0, "size=64k"), 0) << strerror(errno);
+  ToolRun lRun(arguments({"--record", log(), "--sys-record", log() + "/s.bin", "--speed", "max", "--for", "8",
+                          "--format", "none"}),
+               mDirectory / "err");
+  const std::string lOutput = lRun.readAll();
+  EXPECT_EQ(lRun.wait(), 1);
+  umount(log().c_str());
+  for (const char* const lpLog : {"the data log in ", "the sensor log in "}) {
+    EXPECT_NE(errors().find(lpLog), std::string::npos) << errors();
+  }
+  EXPECT_NE(errors().find(": the file cannot be written: No space left on device\n"), std::string::npos) << errors();
+  EXPECT_EQ(lOutput.find(" 0 refused, 0 failed"), std::string::npos) << lOutput;
+}
+
+// Nobody reads: what is recorded still comes to the file each second, and a signal ends the run.
+TEST_F(Fault, aReaderThatStopsHoldsUpNothing) {
+  ToolRun lRun(arguments({"--record", log(), "--speed", "20", "--format", "json"}), mDirectory / "err");
+  ASSERT_NE(lRun.readLine(), "");
+  for (int i = 0; i < 3000 && recorded(log()) < 5000; ++i) ::poll(nullptr, 0, 10);
+  EXPECT_GE(recorded(log()), 5000u);
+  lRun.signal(SIGINT);
+  EXPECT_EQ(lRun.wait(), 1);
+  EXPECT_NE(errors().find(" lines were not taken: its reader is too slow\n"), std::string::npos) << errors();
+}
+
+TEST_F(Fault, threadsAndMemoryThatAreNotToBeHadEndTheRunInOneLine) {
+  if (std::string(NFW_EMULATOR) != "" || std::string(NFW_SANITIZE) != "") GTEST_SKIP() << "needs more memory itself";
+  for (int lMiB = 16; lMiB < 200; lMiB += 6) {
+    SCOPED_TRACE(lMiB);
+    const std::string lCommand = "ulimit -v " + std::to_string(lMiB * 1024) +
+                                 "; exec " NFW_DRIVE_PROGRAM
+                                 " sim --speed max --for 1 --format none --log-level 0 --record " +
+                                 log() + " >/dev/null 2>" + (mDirectory / "err");
+    const int lStatus = std::system(lCommand.c_str());
+    const std::string lErrors = errors();
+    ASSERT_TRUE(WIFEXITED(lStatus)) << lErrors;
+    if (WEXITSTATUS(lStatus) == 127) continue;  // not even loaded
+    const int lExit = WEXITSTATUS(lStatus) == 0 ? 0 : 1;
+    EXPECT_EQ(lExit, WEXITSTATUS(lStatus)) << lErrors;
+    EXPECT_EQ(lExit, std::count(lErrors.begin(), lErrors.end(), '\n')) << lErrors;
+  }
+}
+
+// A run that is stopped between a sentence and its report has taken the sentence all the same.
+TEST(Intake, countsASentenceWhoseReportIsNotTakenAnyMore) {
+  gpshost::Receiver lReceiver;
+  ASSERT_TRUE(lReceiver.start());
+  drive::Windows lWindows;
+  drive::Progress lProgress;
+  tool::LineReader lReader(lProgress.mLines);
+  drive::Intake lIntake(lReceiver, nullptr, &lWindows, {}, lProgress);
+  drive::Simulator lSimulator({});
+  lWindows.mReports.close();
+  for (int i = 0; i < 3; ++i) {
+    std::string lText;
+    lSimulator.writeEpoch(&lText);
+    EXPECT_TRUE(lReader.feed(lText.data(), lText.size(), lIntake));
+  }
+  EXPECT_EQ(lProgress.accepted(), lProgress.mLines.total());
+  EXPECT_TRUE(lProgress.addsUp());
+}
+
+}  // namespace
