@@ -67,7 +67,7 @@ TEST_F(Fault, aRecordingThatIsNotWholeIsToldAndFails) {
     fs::remove(mDirectory / "err");
     std::vector<std::string> lArguments = arguments(lCase.mArguments);
     lArguments.insert(lArguments.end(), {"--speed", "20", "--for", "20", "--format", "json"});
-    ToolRun lRun(lArguments, mDirectory / "err");
+    ToolRun lRun(lArguments, STDOUT_FILENO, mDirectory / "err");
     ASSERT_NE(lRun.readLine(), "");
     lCase.mHappens();
     const std::string lOutput = lRun.readAll();
@@ -104,7 +104,7 @@ TEST_F(Fault, aFullMediumIsTold) {
 
 // Nobody reads: what is recorded still comes to the file each second, and a signal ends the run.
 TEST_F(Fault, aReaderThatStopsHoldsUpNothing) {
-  ToolRun lRun(arguments({"--record", log(), "--speed", "20", "--format", "json"}), mDirectory / "err");
+  ToolRun lRun(arguments({"--record", log(), "--speed", "20", "--format", "json"}), STDOUT_FILENO, mDirectory / "err");
   ASSERT_NE(lRun.readLine(), "");
   for (int i = 0; i < 3000 && recorded(log()) < 5000; ++i) ::poll(nullptr, 0, 10);
   EXPECT_GE(recorded(log()), 5000u);

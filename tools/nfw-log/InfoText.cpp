@@ -2,8 +2,10 @@
 
 #include <fmt/format.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "JsonObject.h"
 #include "Messages.h"
@@ -24,14 +26,29 @@ const char* kindText(tool::RecordKind nKind) {
   return NAMES[nKind];
 }
 
-uint64_t sizeOf(const std::string& nPath) {
+/// A pipe has no size.
+void addSize(const std::string& nPath, JsonObject& nFile) {
   struct stat lStat = {};
-  return ::stat(nPath.c_str(), &lStat) == 0 ? static_cast<uint64_t>(lStat.st_size) : 0;
+  const int lResult = nPath == "-" ? ::fstat(STDIN_FILENO, &lStat) : ::stat(nPath.c_str(), &lStat);
+  if (lResult != 0 || !S_ISREG(lStat.st_mode)) return nFile.null("size");
+  nFile.number("size", static_cast<uint64_t>(lStat.st_size));
 }
 
+// A second; NAN where no time has passed that would tell.
 double rate(uint64_t nRecords, const RecordingStats& nStats) {
   const uint64_t lMs = nStats.mTimeline.getElapsedMs();
-  return lMs == 0 ? 0.0 : static_cast<double>(nRecords) * 1000.0 / static_cast<double>(lMs);
+  return lMs == 0 ? NAN : static_cast<double>(nRecords) * 1000.0 / static_cast<double>(lMs);
+}
+
+std::string rateText(uint64_t nRecords, const RecordingStats& nStats) {
+  const double lRate = rate(nRecords, nStats);
+  return std::isnan(lRate) ? "" : fmt::format(", {:.1f} a second", lRate);
+}
+
+std::string timeLine(const char* npTitle, int64_t nTime, uint32_t nTick, const RecordingStats& nStats) {
+  if (nStats.mRecords == 0) return fmt::format("{:<12}-\n", npTitle);
+  const char* const lpClock = nStats.mKind == tool::SENSOR_RECORD ? " UTC" : " local time";
+  return fmt::format("{:<12}{}{}, tick {}\n", npTitle, timeText(nTime), nTime == NO_TIME ? "" : lpClock, nTick);
 }
 
 // The kinds that come most, first.
@@ -44,8 +61,8 @@ std::vector<IdStats::Type> typesOf(const IdStats& nId) {
 }
 
 std::string idText(const std::string& nName, const IdStats& nId, const RecordingStats& nStats) {
-  std::string lText = fmt::format("Id {:<9}{}, {}, {:.1f} a second: ", nName, countText(nId.getRecords(), "record"),
-                                  sizeText(nId.getBytes()), rate(nId.getRecords(), nStats));
+  std::string lText = fmt::format("Id {:<9}{}, {}{}: ", nName, countText(nId.getRecords(), "record"),
+                                  sizeText(nId.getBytes()), rateText(nId.getRecords(), nStats));
   for (const IdStats::Type& lType : typesOf(nId)) lText += fmt::format(" {} {}", lType.name(), lType.mCount);
   if (nId.getOther() > 0) lText += fmt::format(" other {}", nId.getOther());
   return lText + "\n";
@@ -74,7 +91,8 @@ std::string damagesText(const RecordingStats& nStats) {
   return lText;
 }
 
-void addTime(const char* npKey, int64_t nTime, uint32_t nTick, JsonObject& nObject) {
+void addTime(const char* npKey, int64_t nTime, uint32_t nTick, const RecordingStats& nStats, JsonObject& nObject) {
+  if (nStats.mRecords == 0) return nObject.null(npKey);
   JsonObject lTime(nObject.key(npKey));
   if (nTime == NO_TIME) lTime.null("time");
   if (nTime != NO_TIME) lTime.text("time", timeText(nTime));
@@ -113,10 +131,9 @@ std::string infoText(const Recording& nRecording, const RecordingStats& nStats) 
   std::string lText = fmt::format("{:<12}{}\n{:<12}{}, {}, {}\n", "Recording", tool::printableText(nRecording.mName),
                                   "Kind", kindText(nStats.mKind), countText(nRecording.mPaths.size(), "file"),
                                   sizeText(nStats.mBytes + nStats.mLostBytes));
-  lText += fmt::format("{:<12}{}, {:.1f} a second\n", "Records", nStats.mRecords, rate(nStats.mRecords, nStats));
-  const char* const lpClock = nStats.mKind == tool::SENSOR_RECORD ? "UTC" : "local time";
-  lText += fmt::format("{:<12}{} {}, tick {}\n", "First", timeText(nStats.mFirstTime), lpClock, nStats.mFirstTick);
-  lText += fmt::format("{:<12}{} {}, tick {}\n", "Last", timeText(nStats.mLastTime), lpClock, nStats.mLastTick);
+  lText += fmt::format("{:<12}{}{}\n", "Records", nStats.mRecords, rateText(nStats.mRecords, nStats));
+  lText += timeLine("First", nStats.mFirstTime, nStats.mFirstTick, nStats);
+  lText += timeLine("Last", nStats.mLastTime, nStats.mLastTick, nStats);
   lText += fmt::format("{:<12}{}\n", "Duration", durationText(nStats.mTimeline.getElapsedMs()));
   for (const auto& [lId, lStats] : nStats.mIds) lText += idText(std::to_string(lId), lStats, nStats);
   if (nStats.mOtherIds.getRecords() > 0) lText += idText("others", nStats.mOtherIds, nStats);
@@ -136,12 +153,12 @@ std::string infoJson(const Recording& nRecording, const RecordingStats& nStats) 
       for (const std::string& lPath : nRecording.mPaths) {
         JsonObject lFile(lFiles.element());
         lFile.text("path", lPath);
-        lFile.number("size", sizeOf(lPath));
+        addSize(lPath, lFile);
       }
     }
     lInfo.number("records", nStats.mRecords);
-    addTime("first", nStats.mFirstTime, nStats.mFirstTick, lInfo);
-    addTime("last", nStats.mLastTime, nStats.mLastTick, lInfo);
+    addTime("first", nStats.mFirstTime, nStats.mFirstTick, nStats, lInfo);
+    addTime("last", nStats.mLastTime, nStats.mLastTick, nStats, lInfo);
     lInfo.number("duration_ms", nStats.mTimeline.getElapsedMs());
     lInfo.real("per_second", rate(nStats.mRecords, nStats));
     {

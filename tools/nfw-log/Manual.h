@@ -6,7 +6,7 @@ namespace logtool {
 inline const char* const MANUAL = R"(Inputs:
   A file is recognised by its bytes: a log (nfw::Logger) or a sensor log (nfw::SensorSysLoggerManager).
   A directory stands for all recordings in it: the files DIR/PREFIX_YYYYMMDD-hhmmss_NN.log of a prefix are
-  one recording, read in their order. - is standard input.
+  one recording, read in the order of their names, or of their ticks where a clock was set back. - is standard input.
 
 Moments (--from, --to, --until):
   90, 90s, 250ms, 1.5m, 2h    from the begin of the recording
@@ -19,13 +19,18 @@ Types (--type):
   DR                          reports of dead reckoning in a sensor log
   LOG, DATA                   lines of the application log; anything else
 
+Tracks (convert, plot):
+  The receiver's: id 0 of a sensor log, id 20 of a log, or else the id with the first sentence. --id chooses others;
+  several are several tracks with their names. What the log in a directory tells of is not taken from a sensor log
+  beside it again.
+
 Output:
   A file appears under its name when it is complete. One that exists is replaced only with --force, an input never.
   Damaged places are named on standard error and left out.
 
 Exit status:
   0  done; 1  check found something wrong, or the output could not be written;
-  2  a wrong command line, or an input that cannot be read
+  2  a wrong command line, an input that cannot be read, or a selection that cannot select anything
 
 nfw-log COMMAND --help tells the options of a command.
 
@@ -67,7 +72,7 @@ inline const char* const MERGE_EXAMPLES = R"(  nfw-log merge front.log rear.log 
   first by the times that they tell; their ticks are moved by one number each, so that the result replays.
 )";
 inline const char* const CONVERT_EXAMPLES = R"(  nfw-log convert --to nmea sensor.bin         the sentences, decoded
-  nfw-log convert --to gpx /data/log -o drive.gpx
+  nfw-log convert --to gpx --id 20,21 /data/log -o drive.gpx   the receiver's and dead reckoning's tracks
   nfw-log convert --to csv --id 21 --from 10m --until 20m drive.log -o dead-reckoning.csv
 )";
 inline const char* const PLOT_EXAMPLES = R"(  nfw-log plot drive.log -o drive.svg
