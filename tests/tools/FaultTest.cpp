@@ -91,7 +91,7 @@ TEST_F(Fault, aFullMediumIsTold) {
   ASSERT_EQ(mount("none", log().c_str(), "tmpfs", 0, "size=64k"), 0) << strerror(errno);
   ToolRun lRun(arguments({"--record", log(), "--sys-record", log() + "/s.bin", "--speed", "max", "--for", "8",
                           "--format", "none"}),
-               mDirectory / "err");
+               STDOUT_FILENO, mDirectory / "err");
   const std::string lOutput = lRun.readAll();
   EXPECT_EQ(lRun.wait(), 1);
   umount(log().c_str());
