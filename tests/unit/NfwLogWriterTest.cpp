@@ -382,6 +382,10 @@ TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSecon
     std::vector<std::string> lData;
     for (const std::string& lText : data()) lData.push_back(lText.substr(0, lText.find('x')));
     EXPECT_EQ(lAccepted, lData);
+    const nfw::LogRecordCounts lCounts = mpWriter->getRecordCounts();
+    EXPECT_EQ(lAccepted.size(), lCounts.mRecorded);
+    EXPECT_EQ(60u, lCounts.mRecorded + lCounts.mRefused);
+    EXPECT_EQ(0u, lCounts.mFailed);
     EXPECT_EQ(lBufferSize > 0 ? 44u : 39u, lAccepted.size());  // until the second breaks, and from its replacement on
     for (const std::string& lFile : mDir.files()) std::filesystem::remove(lFile);
   }

@@ -33,11 +33,7 @@ class View {
 };
 
 /// The view for the format: a live table when the output is a terminal, else plain lines.
-<<<<<<< HEAD
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, OutputQueue& nOutput);
-=======
 std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
                                  OutputQueue& nOutput);
->>>>>>> w/source
 
 }  // namespace drive

@@ -82,6 +82,12 @@ uint64_t LogFile::cutBack(StreamBuffer& nBuffer) {
 
 uint64_t LogFile::firstSize(const StreamBuffer& nBuffer) { return nBuffer.isEmpty() ? 0 : recordSizeAt(nBuffer, 0); }
 
+unsigned int LogFile::recordNum(const StreamBuffer& nBuffer) {
+  unsigned int lCount = 0;
+  for (uint64_t lAt = 0; lAt < nBuffer.size(); ++lCount) lAt += recordSizeAt(nBuffer, static_cast<unsigned int>(lAt));
+  return lCount;
+}
+
 int LogFile::writePart(const void* npBytes, unsigned int nSize) {
   const int lResult = writeBytes(npBytes, nSize);
   if (lResult < 0) return lResult;

@@ -41,6 +41,7 @@ class LogFile {
 
   /// The size of the ring's first record, of which nothing is in the file; 0 when there is none.
   static uint64_t firstSize(const StreamBuffer& nBuffer);
+  static unsigned int recordNum(const StreamBuffer& nBuffer);  ///< all of them, where the first is whole
 
   /// A record that does not go through the ring: its parts one after the other, then it is whole; cutBack() when one
   /// fails.

@@ -258,7 +258,11 @@ bool LogWriter::rotate(const Record& nRecord) {
 
 /// Another file, when nothing goes into this one any more: a stick that was pulled and is back under the same path
 /// takes new files, while what was open on it fails for ever.
-bool LogWriter::beginReplacement(LogFile& nFile) { return mReplacing.take() && createFile(nFile); }
+bool LogWriter::beginReplacement(LogFile& nFile) {
+  if (!mReplacing.take() || !createFile(nFile)) return false;
+  mTally.noteBuffered(LogFile::recordNum(mBuffer), mBuffer.size());
+  return true;
+}
 
 /// Kept only when something could be written into it: a full disk keeps the file it has, and is left no empty ones.
 bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
@@ -266,10 +270,10 @@ bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
     nFile.remove();
     return false;
   }
+  mTally.moveOn(!mFile.hasName());
   logClosed(mFile);
   mFile.close();
   mFile = std::move(nFile);
-  mTally.beginFile();
   logCreated(mFile);
   logNewFile(mFile);
   return true;
@@ -289,11 +293,7 @@ int LogWriter::write(int nLogTypeId, const void* npData, unsigned int nSize) {
   bool lIsDone = false;
   {
     const WatchedLock lLock(mSync);
-    if (!isAccepting()) return refuseUntaken();
-    if (isHeldBack(lRecord) && !mFlushingForLines.take()) {
-      mTally.refuse(LOG_LOSS_WRITE, mFile.getError());
-      return NOT_ACCEPTED;
-    }
+    if (!isAccepting() || (isHeldBack(lRecord) && !mFlushingForLines.take())) return refuseUntaken();
     if (isSimple(lRecord)) {
       lIsDone = true;
       lResult = tally(lRecord, buffer(lRecord));
@@ -319,7 +319,11 @@ bool LogWriter::isHeldBack(const Record& nRecord) const {
 
 // What is offered while nothing is recorded is nobody's loss.
 int LogWriter::refuseUntaken() {
-  if (isRefusing()) mTally.refuse(LOG_LOSS_BACKUP);
+  if (isAccepting()) {
+    mTally.refuse(LOG_LOSS_WRITE, mFile.getError());  // a line that is held back
+  } else if (isRefusing()) {
+    mTally.refuse(LOG_LOSS_BACKUP);
+  }
   return NOT_ACCEPTED;
 }
 

@@ -42,6 +42,21 @@ class RecordTally {
   }
   void loseFile() { mCounts = withoutFile(); }
 
+  /// What is still buffered, of the records that were taken.
+  void noteBuffered(unsigned long long nRecordNum, unsigned long long nSize) {
+    mBufferedNum = nRecordNum;
+    mBufferedSize = nSize;
+  }
+  /// Another file takes the place of the present one, and what was noted as buffered; the rest stays, or is lost.
+  void moveOn(bool nIsFileLost) {
+    mCounts.mRecorded -= mBufferedNum;
+    mCounts.mBytes -= mBufferedSize;
+    if (nIsFileLost) loseFile();
+    beginFile();
+    mCounts.mRecorded += mBufferedNum;
+    mCounts.mBytes += mBufferedSize;
+  }
+
  private:
   void note(LogLoss nReason, int nError) {
     mCounts.mReason = nReason;
@@ -50,6 +65,8 @@ class RecordTally {
 
   LogRecordCounts mCounts;
   LogRecordCounts mEarlier;  // when the file began
+  unsigned long long mBufferedNum = 0;
+  unsigned long long mBufferedSize = 0;
 };
 
 }  // namespace nfw
