@@ -365,6 +365,7 @@ void breakOpenFile(const std::string& nPath) {
 }
 
 TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSeconds) {
+  mHasOtherFiles = true;  // and they are removed
   seams::ManualClock lClock;
   for (const unsigned int lBufferSize : {4000u, 0u}) {  // without a buffer, each record by itself
     record(lBufferSize);
@@ -411,6 +412,7 @@ TEST_F(LogWriterTest, AFullDiskGetsNoTrailOfEmptyFiles) {
 
 // The name is another's meanwhile.
 TEST_F(LogWriterTest, CutsItsOwnFileBackAndNotTheOneOfItsName) {
+  mHasOtherFiles = true;
   record(40000);
   const std::string lPath = mDir.files()[0];
   for (int i = 0; i < 30; ++i) write(std::string(1000 - 49, 'x'));
