@@ -2,7 +2,7 @@
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "RecordPrinter.h"
-#include "Run.h"
+#include "Commands.h"
 
 namespace logtool {
 

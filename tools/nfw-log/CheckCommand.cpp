@@ -5,7 +5,7 @@
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "RecordJudge.h"
-#include "Run.h"
+#include "Commands.h"
 
 namespace logtool {
 

@@ -13,7 +13,7 @@
 #include "Manual.h"
 #include "Messages.h"
 #include "Output.h"
-#include "Run.h"
+#include "Commands.h"
 
 namespace logtool {
 

@@ -1,7 +1,7 @@
 #include "InfoText.h"
 #include "Messages.h"
 #include "OutputFile.h"
-#include "Run.h"
+#include "Commands.h"
 
 namespace logtool {
 

@@ -9,7 +9,7 @@
 #include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
-#include "Run.h"
+#include "Commands.h"
 
 namespace logtool {
 

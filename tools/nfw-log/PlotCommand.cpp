@@ -5,7 +5,7 @@
 #include "PlotPage.h"
 #include "PrintableText.h"
 #include "ProblemReport.h"
-#include "Run.h"
+#include "Commands.h"
 #include "TrackReader.h"
 
 namespace logtool {
