@@ -12,12 +12,12 @@
 #include <thread>
 
 #include "BenchSupport.h"
+#include "LittleEndian.h"
+#include "LogRecord.h"
 #include "NfwAppLog.h"
-#include "NfwLittleEndian.h"
 #include "NfwLogPlayListener.h"
 #include "NfwLogPlayer.h"
 #include "NfwLogReader.h"
-#include "NfwLogRecord.h"
 #include "NfwLogger.h"
 
 namespace {

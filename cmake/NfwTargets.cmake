@@ -79,10 +79,7 @@ endfunction()
 
 # nfw_inside(NAME): lets a program see what the library hides: it links the objects, not the library
 function(nfw_inside nName)
-  target_sources(${nName} PRIVATE $<TARGET_OBJECTS:nfw_objects>)
-  target_link_libraries(${nName} PRIVATE nfw_options NfwPlatform)
-  target_include_directories(${nName} PRIVATE
-    $<TARGET_PROPERTY:nfw_objects,INTERFACE_INCLUDE_DIRECTORIES>)
+  target_link_libraries(${nName} PRIVATE nfw)
 endfunction()
 
 # nfw_test(NAME [SERIAL] SOURCES...): a test program; what it tests is the caller's to link. SERIAL: it keeps the time of

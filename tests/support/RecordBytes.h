@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "NfwRecordFields.h"
+#include "RecordFields.h"
 
 /// All fields one behind the other, without what the compiler puts between them.
 template <class Record>

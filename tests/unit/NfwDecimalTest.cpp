@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "NfwDecimal.h"
+#include "Decimal.h"
 
 using nfw::Decimal;
 

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "NfwGpsSdkRecords.h"
+#include "GpsSdkRecords.h"
 #include "NfwNmeaDataParser.h"
 #include "PlatformSeams.h"
 #include "RecordBytes.h"

@@ -2,9 +2,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "GpsSdkRecords.h"
 #include "LogRecords.h"
 #include "NfwGpsSdkPlayer.h"
-#include "NfwGpsSdkRecords.h"
 #include "Positioning.h"
 #include "SharedThread.h"
 

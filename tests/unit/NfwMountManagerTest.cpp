@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "NfwMountDeviceList.h"
+#include "MountDeviceList.h"
 #include "NfwMountManager.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "NfwThreadMsgSizeCalculator.h"

@@ -6,8 +6,8 @@
 #include <random>
 
 #include "BinaryLog.h"
-#include "NfwBinaryNumber.h"
-#include "NfwSentenceFields.h"
+#include "BinaryNumber.h"
+#include "FieldScanner.h"
 #include "PlatformSeams.h"
 
 namespace {
@@ -29,8 +29,8 @@ std::optional<int32_t> byTheRule(const std::string& nText, unsigned int nScale, 
 /// By the short road where it takes the text, else with care.
 std::optional<int32_t> asStored(const std::string& nText, unsigned int nScale, bool nIsNegated = false) {
   const std::string lSentence = "$GPXXX," + nText + (nIsNegated ? ",S*" : ",N*");
-  nfw::SentenceFields lFields(reinterpret_cast<const unsigned char*>(lSentence.data()),
-                              static_cast<unsigned int>(lSentence.size()));
+  nfw::FieldScanner lFields(reinterpret_cast<const unsigned char*>(lSentence.data()),
+                            static_cast<unsigned int>(lSentence.size()));
   if (const std::optional<int32_t> lTaken = lFields.takeScaled(nScale, "NS")) return lTaken;
   int32_t lValue = 0;
   if (!nfw::convertFloatStrToSint32(nText.c_str(), nScale, nIsNegated, &lValue)) return std::nullopt;
@@ -118,7 +118,7 @@ TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesForManyNumbers) {
     } else {
       snprintf(lText, sizeof(lText), "%u.%0*u", lWhole, static_cast<int>(lBelow(9)), lBelow(100000000));
     }
-    lText[nfw::SentenceFields::MAX_FIELD] = '\0';
+    lText[nfw::FieldScanner::MAX_FIELD] = '\0';
     expectByTheRule(lText, lScale);
   }
 }

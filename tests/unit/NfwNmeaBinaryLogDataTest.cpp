@@ -4,7 +4,7 @@
 #include <cstring>
 
 #include "BinaryLog.h"
-#include "NfwBinaryNumber.h"
+#include "BinaryNumber.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "PlatformSeams.h"
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "NfwNmeaCheckSumCalclator.h"
-#include "NfwNmeaConversion.h"
 #include "NfwNmeaDataParser.h"
-#include "NfwNmeaItem.h"
+#include "NmeaConversion.h"
+#include "NmeaItem.h"
 #include "NmeaParserCheck.h"
 #include "PlatformSeams.h"
 

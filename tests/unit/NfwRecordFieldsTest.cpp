@@ -3,7 +3,7 @@
 #include <cstring>
 #include <vector>
 
-#include "NfwRecordFields.h"
+#include "RecordFields.h"
 
 using namespace nfw;
 

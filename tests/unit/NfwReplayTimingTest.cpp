@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "NfwReplayTiming.h"
+#include "ReplayTiming.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "NfwGnssLoggerPlayer.h"
 #include "NfwGnssSensorSysLoggerPlayer.h"
-#include "NfwSentenceReplay.h"
 #include "Positioning.h"
+#include "SentenceReplay.h"
 #include "SharedThread.h"
 
 namespace {

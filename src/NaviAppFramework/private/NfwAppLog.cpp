@@ -6,8 +6,8 @@
 #include <cstring>
 
 #include "NfwLogger.h"
-#include "NfwWatched.h"
 #include "SysLogService.h"
+#include "Watched.h"
 #include "utl/Map.h"
 #include "utl/StringUtil.h"
 

@@ -3,7 +3,7 @@
 #include "NfwAppLog.h"
 #include "NfwComponentManager.h"
 #include "NfwPhaseIndex.h"
-#include "NfwWatched.h"
+#include "Watched.h"
 
 namespace nfw {
 

@@ -1,12 +1,12 @@
 #include "NfwComponentManager.h"
 
+#include "FieldMsg.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwFieldMsg.h"
-#include "NfwMsgRoute.h"
 #include "NfwPhaseIndex.h"
-#include "NfwServiceThread.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwWatched.h"
+#include "ServiceThread.h"
+#include "Watched.h"
 
 namespace nfw {
 

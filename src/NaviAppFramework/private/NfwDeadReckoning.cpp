@@ -5,9 +5,9 @@
 #include "NfwDeadReckoningSdkDataReceiver.h"
 #include "NfwDeadReckoningSensorSysLoggerPlayer.h"
 #include "NfwLogger.h"
-#include "NfwOneInstance.h"
-#include "NfwSourceSwitch.h"
 #include "NfwThreadMsgProfilerManager.h"
+#include "OneInstance.h"
+#include "SourceSwitch.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

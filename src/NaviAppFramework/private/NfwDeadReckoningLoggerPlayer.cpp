@@ -1,13 +1,13 @@
 #include "NfwDeadReckoningLoggerPlayer.h"
 
+#include "BytesMsg.h"
+#include "GatheredMsg.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwBytesMsg.h"
-#include "NfwGatheredMsg.h"
 #include "NfwLogger.h"
-#include "NfwMsgRoute.h"
 #include "NfwNmeaDataParser.h"
-#include "NfwPostRecord.h"
 #include "NfwThreadMsgProfilerManager.h"
+#include "PostRecord.h"
 
 namespace nfw {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "NfwDeadReckoningDataDispatcher.h"
 #include "NfwLogPlayListener.h"
-#include "NfwPlaySource.h"
+#include "PlaySource.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

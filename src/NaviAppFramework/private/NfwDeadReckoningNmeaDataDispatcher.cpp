@@ -1,7 +1,7 @@
 #include "NfwDeadReckoningNmeaDataDispatcher.h"
 
-#include "NfwDeadReckoningSlots.h"
-#include "NfwFieldMsg.h"
+#include "DeadReckoningSlots.h"
+#include "FieldMsg.h"
 #include "NfwThreadMsgProfilerManager.h"
 
 namespace nfw {

@@ -1,9 +1,9 @@
 // Hands dead-reckoning results to their listeners, sentence by sentence.
 #pragma once
 
+#include "DispatcherCore.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwDeadReckoningNmeaSentence.h"
-#include "NfwDispatcherCore.h"
 
 namespace nfw {
 

@@ -1,13 +1,13 @@
 #include "NfwDeadReckoningSdkDataReceiver.h"
 
+#include "BytesMsg.h"
+#include "DeadReckoningSlots.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwBytesMsg.h"
-#include "NfwDeadReckoningSlots.h"
 #include "NfwLogger.h"
-#include "NfwMsgRoute.h"
-#include "NfwPostRecord.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwThreadMsgProfilerManager.h"
+#include "PostRecord.h"
 
 namespace nfw {
 namespace {

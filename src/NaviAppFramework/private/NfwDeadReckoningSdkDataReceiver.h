@@ -3,7 +3,7 @@
 
 #include "NfwDeadReckoningDataDispatcher.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
-#include "NfwPlaySource.h"
+#include "PlaySource.h"
 #include "ZTSDeadReckoning.h"
 #include "utl/MsgDrivenSharedThread.h"
 

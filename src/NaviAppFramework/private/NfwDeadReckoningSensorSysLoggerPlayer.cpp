@@ -1,11 +1,11 @@
 #include "NfwDeadReckoningSensorSysLoggerPlayer.h"
 
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwMsgRoute.h"
-#include "NfwPostRecord.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwVersionedBytesMsg.h"
+#include "PostRecord.h"
+#include "VersionedBytesMsg.h"
 
 namespace nfw {
 namespace {

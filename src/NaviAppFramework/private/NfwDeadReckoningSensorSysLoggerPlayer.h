@@ -1,10 +1,10 @@
 // Binary records of the sensor log as a source of the dead-reckoning service.
 #pragma once
 
-#include "NfwConverters.h"
+#include "Converters.h"
 #include "NfwDeadReckoningDataDispatcher.h"
-#include "NfwPlaySource.h"
 #include "NfwSysLogPlayListener.h"
+#include "PlaySource.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

@@ -5,8 +5,8 @@
 #include "NfwGnssSensorSysLoggerPlayer.h"
 #include "NfwGpsSdkPlayer.h"
 #include "NfwLogger.h"
-#include "NfwOneInstance.h"
-#include "NfwSourceSwitch.h"
+#include "OneInstance.h"
+#include "SourceSwitch.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

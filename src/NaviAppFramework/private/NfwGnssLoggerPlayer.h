@@ -2,8 +2,8 @@
 #pragma once
 
 #include "NfwLogPlayListener.h"
-#include "NfwPlaySource.h"
-#include "NfwSentenceReplay.h"
+#include "PlaySource.h"
+#include "SentenceReplay.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

@@ -1,12 +1,12 @@
 #include "NfwGnssSensorSysLoggerPlayer.h"
 
+#include "GatheredMsg.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwGatheredMsg.h"
-#include "NfwMsgRoute.h"
-#include "NfwPostRecord.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwVersionedBytesMsg.h"
+#include "PostRecord.h"
+#include "VersionedBytesMsg.h"
 
 namespace nfw {
 namespace {

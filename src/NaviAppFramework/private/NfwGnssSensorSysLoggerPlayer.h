@@ -1,10 +1,10 @@
 // Binary records of the sensor log as a source of the GNSS service.
 #pragma once
 
-#include "NfwConverters.h"
-#include "NfwPlaySource.h"
-#include "NfwSentenceReplay.h"
+#include "Converters.h"
 #include "NfwSysLogPlayListener.h"
+#include "PlaySource.h"
+#include "SentenceReplay.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

@@ -1,14 +1,14 @@
 #include "NfwGpsSdkPlayer.h"
 
+#include "BytesMsg.h"
+#include "GpsSdkRecords.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwBytesMsg.h"
-#include "NfwGpsSdkRecords.h"
 #include "NfwLogger.h"
-#include "NfwMsgRoute.h"
-#include "NfwPostRecord.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwWatched.h"
+#include "PostRecord.h"
+#include "Watched.h"
 
 namespace nfw {
 namespace {

@@ -4,7 +4,7 @@
 #include "Gps.h"
 #include "NfwGnssDataDispatcher.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
-#include "NfwPlaySource.h"
+#include "PlaySource.h"
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfw {

@@ -1,8 +1,8 @@
 #include "NfwLogReader.h"
 
+#include "LittleEndian.h"
+#include "LogRecord.h"
 #include "NfwAppLog.h"
-#include "NfwLittleEndian.h"
-#include "NfwLogRecord.h"
 
 namespace nfw {
 namespace {

@@ -1,7 +1,7 @@
 // Reads log record files.
 #pragma once
 
-#include "NfwRecordReader.h"
+#include "RecordReader.h"
 
 namespace nfw {
 

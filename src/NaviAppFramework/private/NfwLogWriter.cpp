@@ -6,13 +6,13 @@
 #include <cstdio>
 #include <utility>
 
+#include "FieldMsg.h"
+#include "LogQuiet.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwFieldMsg.h"
-#include "NfwLogQuiet.h"
-#include "NfwMsgRoute.h"
-#include "NfwServiceThread.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwWatched.h"
+#include "ServiceThread.h"
+#include "Watched.h"
 #include "utl/StringUtil.h"
 #include "utl/Time.h"
 

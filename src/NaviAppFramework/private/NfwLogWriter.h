@@ -4,16 +4,16 @@
 #include <atomic>
 #include <cstdint>
 
-#include "NfwLogFile.h"
-#include "NfwLogFilePath.h"
-#include "NfwLogRecordBase.h"
+#include "LogFile.h"
+#include "LogFilePath.h"
+#include "LogRecordBase.h"
 #include "NfwOperationControl.h"
-#include "NfwRetryInterval.h"
-#include "NfwServiceThread.h"
-#include "NfwRecordTally.h"
 #include "NfwStreamBuffer.h"
 #include "NfwThreadSafety.h"
 #include "NfwZtFileCopy.h"
+#include "RecordTally.h"
+#include "RetryInterval.h"
+#include "ServiceThread.h"
 #include "ZTSync.h"
 #include "utl/Event.h"
 #include "utl/MsgDrivenThread.h"

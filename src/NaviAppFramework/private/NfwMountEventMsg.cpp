@@ -1,7 +1,7 @@
 #include "NfwMountEventMsg.h"
 
-#include "NfwFieldMsg.h"
-#include "NfwMountFields.h"
+#include "FieldMsg.h"
+#include "MountFields.h"
 
 namespace nfw {
 

@@ -1,16 +1,16 @@
 #include "NfwMountManager.h"
 
+#include "ListenerTable.h"
+#include "MountDeviceInfo.h"
+#include "MountDeviceList.h"
+#include "MountMsg.h"
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
-#include "NfwListenerTable.h"
-#include "NfwMountDeviceInfo.h"
-#include "NfwMountDeviceList.h"
-#include "NfwMountMsg.h"
-#include "NfwMsgRoute.h"
-#include "NfwOneInstance.h"
 #include "NfwOperationControl.h"
-#include "NfwServiceThread.h"
 #include "NfwThreadMsgProfilerManager.h"
-#include "NfwWatched.h"
+#include "OneInstance.h"
+#include "ServiceThread.h"
+#include "Watched.h"
 
 namespace nfw {
 namespace {

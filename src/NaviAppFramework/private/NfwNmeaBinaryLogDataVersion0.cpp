@@ -1,13 +1,13 @@
 #include "NfwNmeaBinaryLogDataVersion0.h"
 
+#include "BinaryRecordFormat.h"
+#include "DeadReckoningRecord.h"
 #include "NfwAppLog.h"
-#include "NfwBinaryRecordFormat.h"
-#include "NfwDeadReckoningRecord.h"
 #include "NfwNmeaDataParser.h"
-#include "NfwReportEncoder.h"
-#include "NfwSatelliteNumber.h"
-#include "NfwSentenceDecoder.h"
-#include "NfwSentenceEncoder.h"
+#include "ReportEncoder.h"
+#include "SatelliteNumber.h"
+#include "SentenceDecoder.h"
+#include "SentenceEncoder.h"
 
 namespace nfw {
 namespace {

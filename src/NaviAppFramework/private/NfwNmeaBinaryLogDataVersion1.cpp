@@ -1,6 +1,6 @@
 #include "NfwNmeaBinaryLogDataVersion1.h"
 
-#include "NfwSatelliteNumber.h"
+#include "SatelliteNumber.h"
 
 namespace nfw {
 namespace {

@@ -1,6 +1,6 @@
 #include "NfwNmeaDataDispatcher.h"
 
-#include "NfwBytesMsg.h"
+#include "BytesMsg.h"
 #include "NfwThreadMsgProfilerManager.h"
 
 namespace nfw {

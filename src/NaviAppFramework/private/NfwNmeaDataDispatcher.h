@@ -1,7 +1,7 @@
 // Hands sentences, as they came, to their listeners.
 #pragma once
 
-#include "NfwDispatcherCore.h"
+#include "DispatcherCore.h"
 #include "NfwNmeaDataListener.h"
 
 namespace nfw {

@@ -1,7 +1,7 @@
 #include "NfwNmeaDataParser.h"
 
-#include "NfwGsvBlocks.h"
-#include "NfwNmeaFields.h"
+#include "GsvBlocks.h"
+#include "NmeaFields.h"
 
 namespace nfw {
 

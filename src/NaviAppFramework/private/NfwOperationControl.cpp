@@ -1,8 +1,8 @@
 #include "NfwOperationControl.h"
 
 #include "NfwAppLog.h"
-#include "NfwWatched.h"
 #include "SysLogService.h"
+#include "Watched.h"
 
 namespace nfw {
 namespace {

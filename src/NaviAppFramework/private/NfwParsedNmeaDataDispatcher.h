@@ -2,7 +2,7 @@
 #pragma once
 
 #include "NfwParsedNmeaDataListener.h"
-#include "NfwRecordDispatcher.h"
+#include "RecordDispatcher.h"
 
 namespace nfw {
 

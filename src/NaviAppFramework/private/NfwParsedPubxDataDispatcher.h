@@ -2,7 +2,7 @@
 #pragma once
 
 #include "NfwParsedPubxDataListener.h"
-#include "NfwRecordDispatcher.h"
+#include "RecordDispatcher.h"
 
 namespace nfw {
 

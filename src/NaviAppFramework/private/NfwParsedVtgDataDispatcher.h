@@ -2,7 +2,7 @@
 #pragma once
 
 #include "NfwParsedVtgDataListener.h"
-#include "NfwRecordDispatcher.h"
+#include "RecordDispatcher.h"
 
 namespace nfw {
 

@@ -3,11 +3,11 @@
 #include <cerrno>
 #include <cstring>
 
+#include "LittleEndian.h"
 #include "NfwAppLog.h"
-#include "NfwLittleEndian.h"
-#include "NfwSensorRecord.h"
-#include "NfwWatched.h"
+#include "SensorRecord.h"
 #include "SysLogService.h"
+#include "Watched.h"
 #include "utl/Time.h"
 
 namespace nfw {

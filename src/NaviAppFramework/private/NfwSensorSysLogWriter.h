@@ -4,8 +4,8 @@
 #include <atomic>
 
 #include "NfwOperationControl.h"
-#include "NfwRecordTally.h"
 #include "NfwThreadSafety.h"
+#include "RecordTally.h"
 #include "ZTSync.h"
 
 namespace nfw {

@@ -1,7 +1,7 @@
 #include "NfwSensorSysLogger.h"
 
-#include "NfwOneInstance.h"
 #include "NfwSensorSysLoggerManager.h"
+#include "OneInstance.h"
 
 namespace nfw {
 namespace {

@@ -1,16 +1,16 @@
 #include "NfwSensorSysLoggerManager.h"
 
+#include "MsgRoute.h"
 #include "NfwAppLog.h"
 #include "NfwLogger.h"
-#include "NfwMsgRoute.h"
-#include "NfwOneInstance.h"
-#include "NfwPlayMsgs.h"
-#include "NfwPlayService.h"
 #include "NfwSensorSysLogWriter.h"
 #include "NfwSysLogPlayDataDispatcher.h"
 #include "NfwSysLogPlayListener.h"
 #include "NfwSysLogPlayer.h"
 #include "NfwThreadMsgProfilerManager.h"
+#include "OneInstance.h"
+#include "PlayMsgs.h"
+#include "PlayService.h"
 
 namespace nfw {
 namespace {

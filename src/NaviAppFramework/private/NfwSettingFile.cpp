@@ -4,11 +4,11 @@
 #include <cstring>
 #include <limits>
 
+#include "FileReplacement.h"
 #include "NfwAppLog.h"
-#include "NfwFileReplacement.h"
-#include "NfwSettingNumber.h"
-#include "NfwSettingSearch.h"
-#include "NfwWatched.h"
+#include "SettingNumber.h"
+#include "SettingSearch.h"
+#include "Watched.h"
 #include "utl/StringUtil.h"
 
 namespace nfw {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "NfwAppLog.h"
-#include "NfwWatched.h"
+#include "Watched.h"
 
 namespace nfw {
 

@@ -2,10 +2,10 @@
 
 #include <cstdio>
 
-#include "NfwSensorRecord.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwSysLogPlayListener.h"
 #include "NfwSysLogReader.h"
+#include "SensorRecord.h"
 
 namespace nfw {
 namespace {

@@ -1,7 +1,7 @@
 // Plays one log type id of a sensor system-log file.
 #pragma once
 
-#include "NfwTimedReplay.h"
+#include "TimedReplay.h"
 
 namespace nfw {
 

@@ -1,8 +1,8 @@
 #include "NfwSysLogReader.h"
 
+#include "LittleEndian.h"
 #include "NfwAppLog.h"
-#include "NfwLittleEndian.h"
-#include "NfwSensorRecord.h"
+#include "SensorRecord.h"
 
 namespace nfw {
 namespace {

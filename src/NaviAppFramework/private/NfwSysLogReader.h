@@ -1,7 +1,7 @@
 // Reads sensor system-log files.
 #pragma once
 
-#include "NfwRecordReader.h"
+#include "RecordReader.h"
 
 namespace nfw {
 

@@ -1,7 +1,7 @@
 #include "NfwThreadMsgProfilerManager.h"
 
 #include "NfwThreadMsgSizeCalculator.h"
-#include "NfwWatched.h"
+#include "Watched.h"
 
 namespace nfw {
 namespace {
