@@ -11,36 +11,36 @@ namespace {
 
 using namespace drive;
 
-TEST(SourceSpec, namesWhatCanBeOpened) {
+TEST(SourceAddress, namesWhatCanBeOpened) {
   struct Case {
     const char* mpText;
-    SourceSpec::Kind mKind;
+    SourceAddress::Kind mKind;
     const char* mpPath;
     const char* mpHost;
     const char* mpPort;
     unsigned int mBaud;
   };
   const Case CASES[] = {
-      {"sim", SourceSpec::SIMULATOR, "", "", "", 4800},
-      {"-", SourceSpec::STDIN, "", "", "", 4800},
-      {"drive.nmea", SourceSpec::FILE, "drive.nmea", "", "", 4800},
-      {"/no/such:9600", SourceSpec::FILE, "/no/such:9600", "", "", 4800},
-      {"/dev/null", SourceSpec::FILE, "/dev/null", "", "", 4800},
-      {"/dev/ttyNONE0", SourceSpec::SERIAL, "/dev/ttyNONE0", "", "", 4800},
-      {"/dev/ttyNONE0:115200", SourceSpec::SERIAL, "/dev/ttyNONE0", "", "", 115200},
-      {"tcp://phone.local:11123", SourceSpec::TCP, "", "phone.local", "11123", 4800},
-      {"tcp://[::1]:2947", SourceSpec::TCP, "", "::1", "2947", 4800},
+      {"sim", SourceAddress::SIMULATOR, "", "", "", 4800},
+      {"-", SourceAddress::STDIN, "", "", "", 4800},
+      {"drive.nmea", SourceAddress::FILE, "drive.nmea", "", "", 4800},
+      {"/no/such:9600", SourceAddress::FILE, "/no/such:9600", "", "", 4800},
+      {"/dev/null", SourceAddress::FILE, "/dev/null", "", "", 4800},
+      {"/dev/ttyNONE0", SourceAddress::SERIAL, "/dev/ttyNONE0", "", "", 4800},
+      {"/dev/ttyNONE0:115200", SourceAddress::SERIAL, "/dev/ttyNONE0", "", "", 115200},
+      {"tcp://phone.local:11123", SourceAddress::TCP, "", "phone.local", "11123", 4800},
+      {"tcp://[::1]:2947", SourceAddress::TCP, "", "::1", "2947", 4800},
   };
   for (const Case& lCase : CASES) {
     SCOPED_TRACE(lCase.mpText);
-    SourceSpec lSpec;
+    SourceAddress lAddress;
     std::string lReason;
-    ASSERT_TRUE(parseSourceSpec(lCase.mpText, 4800, &lSpec, &lReason)) << lReason;
-    EXPECT_EQ(lSpec.mKind, lCase.mKind);
-    EXPECT_EQ(lSpec.mPath, lCase.mpPath);
-    EXPECT_EQ(lSpec.mHost, lCase.mpHost);
-    EXPECT_EQ(lSpec.mPort, lCase.mpPort);
-    EXPECT_EQ(lSpec.mBaud, lCase.mBaud);
+    ASSERT_TRUE(parseSourceAddress(lCase.mpText, 4800, &lAddress, &lReason)) << lReason;
+    EXPECT_EQ(lAddress.mKind, lCase.mKind);
+    EXPECT_EQ(lAddress.mPath, lCase.mpPath);
+    EXPECT_EQ(lAddress.mHost, lCase.mpHost);
+    EXPECT_EQ(lAddress.mPort, lCase.mpPort);
+    EXPECT_EQ(lAddress.mBaud, lCase.mBaud);
   }
   const char* const REFUSED[][2] = {
       {"tcp://host", "tcp://HOST:PORT"},          {"tcp://:1", "tcp://HOST:PORT"},
@@ -49,9 +49,9 @@ TEST(SourceSpec, namesWhatCanBeOpened) {
       {"udp://:10110", "tcp://HOST:PORT"},        {"gpsd://localhost:2947", "tcp://localhost:2947"},
       {"localhost:2947", "tcp://localhost:2947"}, {"[::1]:2947", "tcp://[::1]:2947"}};
   for (const auto& [lpText, lpReason] : REFUSED) {
-    SourceSpec lSpec;
+    SourceAddress lAddress;
     std::string lReason;
-    EXPECT_FALSE(parseSourceSpec(lpText, 4800, &lSpec, &lReason)) << lpText;
+    EXPECT_FALSE(parseSourceAddress(lpText, 4800, &lAddress, &lReason)) << lpText;
     EXPECT_NE(lReason.find(lpReason), std::string::npos) << lReason;
   }
 }
@@ -104,7 +104,7 @@ class ScriptedSource : public SentenceSource {
 
 class Reading : public SourceReader::Listener {
  public:
-  SourceReader::Result run(SourceSpec::Kind nKind, const std::string& nName) {
+  SourceReader::Result run(SourceAddress::Kind nKind, const std::string& nName) {
     mSpec.mKind = nKind;
     mSpec.mName = nName;
     SourceReader lReader(mSpec, mSource, mLines, mStopper, *this);
@@ -117,7 +117,7 @@ class Reading : public SourceReader::Listener {
     mStopper.request();
   }
   ScriptedSource mSource;
-  SourceSpec mSpec;
+  SourceAddress mSpec;
   tool::Stopper mStopper;
   tool::LineCounts mCounts;
   tool::LineReader mLines{mCounts};
@@ -131,7 +131,7 @@ TEST(SourceReader, readsAFileToItsEnd) {
   Reading lReading;
   lReading.mSource.mOpens = {SentenceSource::OPENED};
   lReading.mSource.mTexts = {"$GPGLL,,,,,,V", ",N*64\n$GPG"};
-  EXPECT_EQ(lReading.run(SourceSpec::FILE, "x.nmea"), SourceReader::ENDED);
+  EXPECT_EQ(lReading.run(SourceAddress::FILE, "x.nmea"), SourceReader::ENDED);
   EXPECT_EQ(lReading.mList.mSentences, std::vector<std::string>{"$GPGLL,,,,,,V,N*64"});
   EXPECT_EQ(lReading.mCounts.get(tool::LINE_CUT), 1u);
   EXPECT_EQ(lReading.mOpened, 1);
@@ -140,25 +140,25 @@ TEST(SourceReader, readsAFileToItsEnd) {
 TEST(SourceReader, tellsWhyASourceCannotBeRead) {
   Reading lUnopened;
   lUnopened.mSource.mOpens = {SentenceSource::OPEN_FAILED};
-  EXPECT_EQ(lUnopened.run(SourceSpec::SERIAL, "/dev/ttyS9"), SourceReader::UNREADABLE);
+  EXPECT_EQ(lUnopened.run(SourceAddress::SERIAL, "/dev/ttyS9"), SourceReader::UNREADABLE);
   EXPECT_EQ(lUnopened.mReason, "/dev/ttyS9: not today");
   Reading lTorn;
   lTorn.mSource.mOpens = {SentenceSource::OPENED};
   lTorn.mSource.mEnd = SentenceSource::BROKEN;
-  EXPECT_EQ(lTorn.run(SourceSpec::FILE, "x.nmea"), SourceReader::UNREADABLE);
+  EXPECT_EQ(lTorn.run(SourceAddress::FILE, "x.nmea"), SourceReader::UNREADABLE);
   EXPECT_EQ(lTorn.mReason, "x.nmea: torn");
 }
 
 TEST(SourceReader, saysThatItTriesALiveSourceAgain) {
   Reading lUnopened;
   lUnopened.mSource.mOpens = {SentenceSource::OPEN_LATER};
-  EXPECT_EQ(lUnopened.run(SourceSpec::TCP, "tcp://h:1"), SourceReader::ENDED);
+  EXPECT_EQ(lUnopened.run(SourceAddress::TCP, "tcp://h:1"), SourceReader::ENDED);
   EXPECT_EQ(lUnopened.mTrouble, "tcp://h:1: not today; trying again in 1 s");
   Reading lTorn;
   lTorn.mSource.mOpens = {SentenceSource::OPENED};
   lTorn.mSource.mTexts = {"$GPGLL,,,,,,V,N*64\n$GP"};
   lTorn.mSource.mEnd = SentenceSource::BROKEN;
-  EXPECT_EQ(lTorn.run(SourceSpec::TCP, "tcp://h:1"), SourceReader::ENDED);
+  EXPECT_EQ(lTorn.run(SourceAddress::TCP, "tcp://h:1"), SourceReader::ENDED);
   EXPECT_EQ(lTorn.mTrouble, "tcp://h:1: torn; trying again in 1 s");
   EXPECT_EQ(lTorn.mCounts.get(tool::LINE_CUT), 1u);
 }

@@ -35,7 +35,7 @@ class Application {
   int judge(bool nIsReplaySame) const;
   std::string silence() const;
   bool isAllDelivered() const;
-  bool hasSource() const { return mOptions.mSource.mKind != SourceSpec::NONE; }
+  bool hasSource() const { return mOptions.mSource.mKind != SourceAddress::NONE; }
   bool isReplaying() const { return mOptions.mReplay.isWanted(); }
   bool mayHoldSource() const;
   void endOutput();

@@ -21,9 +21,9 @@ class SourceReader {
   };
   enum Result { ENDED, UNREADABLE };
 
-  SourceReader(const SourceSpec& nSpec, SentenceSource& nSource, tool::LineReader& nReader, tool::Stopper& nStopper,
-               Listener& nListener)
-      : mSpec(nSpec), mSource(nSource), mReader(nReader), mStopper(nStopper), mListener(nListener) {}
+  SourceReader(const SourceAddress& nAddress, SentenceSource& nSource, tool::LineReader& nReader,
+               tool::Stopper& nStopper, Listener& nListener)
+      : mSpec(nAddress), mSource(nSource), mReader(nReader), mStopper(nStopper), mListener(nListener) {}
 
   /// @param npReason of UNREADABLE: the source's name and what is the matter
   Result run(tool::SentenceSink& nSink, std::string* npReason);
@@ -36,7 +36,7 @@ class SourceReader {
   bool waitToRetry(const std::string& nReason);
 
   static constexpr unsigned int MAX_RETRY_S = 30;
-  const SourceSpec& mSpec;
+  const SourceAddress& mSpec;
   SentenceSource& mSource;
   tool::LineReader& mReader;
   tool::Stopper& mStopper;

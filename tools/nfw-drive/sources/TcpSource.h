@@ -11,12 +11,12 @@ namespace drive {
 /// sends for long counts as broken: a peer that is gone without a word leaves a connection that never ends.
 class TcpSource : public SentenceSource {
  public:
-  TcpSource(const SourceSpec& nSpec, tool::Stopper& nStopper)
-      : mHost(nSpec.mHost),
-        mPort(nSpec.mPort),
-        mSilence(nSpec.mSilence),
+  TcpSource(const SourceAddress& nAddress, tool::Stopper& nStopper)
+      : mHost(nAddress.mHost),
+        mPort(nAddress.mPort),
+        mSilence(nAddress.mSilence),
         mStopper(nStopper),
-        mReader(nStopper, nSpec.mSilence) {}
+        mReader(nStopper, nAddress.mSilence) {}
 
   OpenResult open(std::string* npReason) override;
   int read(char* npBuffer, size_t nSize, std::string* npReason) override;

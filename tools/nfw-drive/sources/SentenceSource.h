@@ -6,7 +6,7 @@
 
 #include "DeadReckoner.h"
 #include "Simulator.h"
-#include "SourceSpec.h"
+#include "SourceAddress.h"
 #include "Stopper.h"
 
 namespace drive {
@@ -36,7 +36,7 @@ class SentenceSource {
 };
 
 /// @param nStopper not owned, outlives the source
-std::unique_ptr<SentenceSource> createSource(const SourceSpec& nSpec, const SimulatorOptions& nSimulator,
+std::unique_ptr<SentenceSource> createSource(const SourceAddress& nAddress, const SimulatorOptions& nSimulator,
                                              tool::Stopper& nStopper);
 
 }  // namespace drive

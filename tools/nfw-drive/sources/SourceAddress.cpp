@@ -1,4 +1,4 @@
-#include "SourceSpec.h"
+#include "SourceAddress.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -49,28 +49,28 @@ bool hasScheme(const std::string& nText) {
   return lEnd != std::string::npos && lEnd > 0 && nText.find_first_not_of(SCHEME_BYTES) == lEnd;
 }
 
-bool parseTcp(const std::string& nAddress, SourceSpec* npSpec, std::string* npReason) {
+bool parseTcp(const std::string& nAddress, SourceAddress* npAddress, std::string* npReason) {
   const size_t lColon = nAddress.rfind(':');
   unsigned int lPort = 0;
   if (lColon == std::string::npos || !toNumber(nAddress.substr(lColon + 1), &lPort) || lPort == 0 || lPort > 65535) {
     *npReason = "needs a port: tcp://HOST:PORT";
     return false;
   }
-  npSpec->mHost = nAddress.substr(0, lColon);
-  npSpec->mPort = nAddress.substr(lColon + 1);
-  if (npSpec->mHost.size() > 2 && npSpec->mHost.front() == '[' && npSpec->mHost.back() == ']') {
-    npSpec->mHost = npSpec->mHost.substr(1, npSpec->mHost.size() - 2);  // [::1]
+  npAddress->mHost = nAddress.substr(0, lColon);
+  npAddress->mPort = nAddress.substr(lColon + 1);
+  if (npAddress->mHost.size() > 2 && npAddress->mHost.front() == '[' && npAddress->mHost.back() == ']') {
+    npAddress->mHost = npAddress->mHost.substr(1, npAddress->mHost.size() - 2);  // [::1]
   }
-  if (npSpec->mHost.empty()) *npReason = "needs a host: tcp://HOST:PORT";
-  npSpec->mKind = SourceSpec::TCP;
-  return !npSpec->mHost.empty();
+  if (npAddress->mHost.empty()) *npReason = "needs a host: tcp://HOST:PORT";
+  npAddress->mKind = SourceAddress::TCP;
+  return !npAddress->mHost.empty();
 }
 
 // "localhost:2947", which is no path
 bool isHostAndPort(const std::string& nText) {
-  SourceSpec lSpec;
+  SourceAddress lAddress;
   std::string lIgnored;
-  return nText.find('/') == std::string::npos && parseTcp(nText, &lSpec, &lIgnored);
+  return nText.find('/') == std::string::npos && parseTcp(nText, &lAddress, &lIgnored);
 }
 
 // What is meant for a server, but is not written as one.
@@ -87,39 +87,41 @@ bool isOddServer(const std::string& nText, std::string* npReason) {
 }
 
 // "/dev/ttyUSB0:4800" is the device and its speed.
-void splitBaud(const std::string& nText, SourceSpec* npSpec) {
+void splitBaud(const std::string& nText, SourceAddress* npAddress) {
   const size_t lColon = nText.rfind(':');
   unsigned int lBaud = 0;
   if (lColon == std::string::npos || isThere(nText)) return;
   if (!toNumber(nText.substr(lColon + 1), &lBaud)) return;
   const std::string lPath = nText.substr(0, lColon);
   if (!looksSerial(lPath) && !isTerminal(lPath)) return;
-  npSpec->mPath = lPath;
-  npSpec->mBaud = lBaud;
+  npAddress->mPath = lPath;
+  npAddress->mBaud = lBaud;
 }
 
-bool parsePath(const std::string& nText, SourceSpec* npSpec, std::string* npReason) {
-  npSpec->mPath = nText;
-  splitBaud(nText, npSpec);
-  npSpec->mKind = looksSerial(npSpec->mPath) || isTerminal(npSpec->mPath) ? SourceSpec::SERIAL : SourceSpec::FILE;
-  if (npSpec->mKind != SourceSpec::SERIAL || isSerialSpeed(npSpec->mBaud)) return true;
-  *npReason = "has no speed of " + std::to_string(npSpec->mBaud) + " baud";
+bool parsePath(const std::string& nText, SourceAddress* npAddress, std::string* npReason) {
+  npAddress->mPath = nText;
+  splitBaud(nText, npAddress);
+  npAddress->mKind =
+      looksSerial(npAddress->mPath) || isTerminal(npAddress->mPath) ? SourceAddress::SERIAL : SourceAddress::FILE;
+  if (npAddress->mKind != SourceAddress::SERIAL || isSerialSpeed(npAddress->mBaud)) return true;
+  *npReason = "has no speed of " + std::to_string(npAddress->mBaud) + " baud";
   return false;
 }
 
 }  // namespace
 
-bool parseSourceSpec(const std::string& nText, unsigned int nDefaultBaud, SourceSpec* npSpec, std::string* npReason) {
-  npSpec->mName = nText;
-  npSpec->mBaud = nDefaultBaud;
+bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, SourceAddress* npAddress,
+                        std::string* npReason) {
+  npAddress->mName = nText;
+  npAddress->mBaud = nDefaultBaud;
   if (nText == "sim") return true;
   if (nText == "-") {
-    npSpec->mKind = SourceSpec::STDIN;
-    npSpec->mName = "standard input";
+    npAddress->mKind = SourceAddress::STDIN;
+    npAddress->mName = "standard input";
     return true;
   }
-  if (nText.rfind(TCP_SCHEME, 0) == 0) return parseTcp(nText.substr(TCP_SCHEME.size()), npSpec, npReason);
-  return !isOddServer(nText, npReason) && parsePath(nText, npSpec, npReason);
+  if (nText.rfind(TCP_SCHEME, 0) == 0) return parseTcp(nText.substr(TCP_SCHEME.size()), npAddress, npReason);
+  return !isOddServer(nText, npReason) && parsePath(nText, npAddress, npReason);
 }
 
 }  // namespace drive

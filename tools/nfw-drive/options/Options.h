@@ -4,7 +4,7 @@
 
 #include "PacedSink.h"
 #include "Simulator.h"
-#include "SourceSpec.h"
+#include "SourceAddress.h"
 
 namespace drive {
 
@@ -41,7 +41,7 @@ struct ReplayOptions {
 
 /// What the command line asks for.
 struct Options {
-  SourceSpec mSource;
+  SourceAddress mSource;
   SimulatorOptions mSimulator;
   PlayOptions mPlay;
   RecordOptions mRecord;

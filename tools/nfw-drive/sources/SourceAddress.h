@@ -6,7 +6,7 @@
 namespace drive {
 
 /// A source as the command line names it.
-struct SourceSpec {
+struct SourceAddress {
   enum Kind { SIMULATOR, FILE, STDIN, SERIAL, TCP, NONE };
 
   Kind mKind = SIMULATOR;
@@ -24,6 +24,7 @@ struct SourceSpec {
 /// Tells what a text names: "sim", "-", "tcp://HOST:PORT", a terminal device with or without ":BAUD", or a file.
 /// @param nDefaultBaud for a device without its own
 /// @return false, with the reason, when the text names nothing that can be opened
-bool parseSourceSpec(const std::string& nText, unsigned int nDefaultBaud, SourceSpec* npSpec, std::string* npReason);
+bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, SourceAddress* npAddress,
+                        std::string* npReason);
 
 }  // namespace drive

@@ -186,8 +186,9 @@ bool isRegularFile(const std::string& nPath) {
   return ::stat(nPath.c_str(), &lStat) == 0 && S_ISREG(lStat.st_mode);
 }
 
-bool isPacedByItself(const SourceSpec& nSource) {
-  return nSource.mKind == SourceSpec::SIMULATOR || (nSource.mKind == SourceSpec::FILE && isRegularFile(nSource.mPath));
+bool isPacedByItself(const SourceAddress& nSource) {
+  return nSource.mKind == SourceAddress::SIMULATOR ||
+         (nSource.mKind == SourceAddress::FILE && isRegularFile(nSource.mPath));
 }
 
 double parseSpeed(const std::string& nText, const std::string& nPlace) {
@@ -201,11 +202,11 @@ double parseSpeed(const std::string& nText, const std::string& nPlace) {
 
 // Live sources come at their own pace and replays at that of the recording. There a kept speed waits for another run.
 void setSpeed(const Arguments& nArguments, Options& nOptions) {
-  const SourceSpec& lSource = nOptions.mSource;
+  const SourceAddress& lSource = nOptions.mSource;
   nOptions.mPlay.mPaced = isPacedByItself(lSource) || (!nArguments.mSpeed.empty() && !lSource.isLive());
   if (nArguments.mSpeed.empty()) return;
   const double lSpeed = parseSpeed(nArguments.mSpeed, nArguments.place("--speed"));
-  const bool lIsReplay = lSource.mKind == SourceSpec::NONE;
+  const bool lIsReplay = lSource.mKind == SourceAddress::NONE;
   if (!lSource.isLive() && !lIsReplay) {
     nOptions.mPlay.mSpeed = lSpeed;
   } else if (nArguments.mPlaces.count("--speed") == 0) {
@@ -216,7 +217,7 @@ void setSpeed(const Arguments& nArguments, Options& nOptions) {
 
 void setLimit(double nSeconds, Options& nOptions) {
   if (nSeconds == 0.0) return;
-  const int64_t lLeadMs = nOptions.mSource.mKind == SourceSpec::NONE ? ReplayOptions::LEAD_MS : 0;
+  const int64_t lLeadMs = nOptions.mSource.mKind == SourceAddress::NONE ? ReplayOptions::LEAD_MS : 0;
   const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0)) + lLeadMs;
   (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
 }
@@ -243,11 +244,11 @@ void checkNewFile(const std::string& nPath) {
 
 void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   std::string lReason;
-  if (!parseSourceSpec(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
+  if (!parseSourceAddress(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
     throw CLI::ValidationError(nArguments.place("SOURCE"), nArguments.mSource + ": " + lReason);
   }
   nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
-  if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceSpec::NONE;
+  if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceAddress::NONE;
   setSpeed(nArguments, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
   nOptions.mFormat = FORMATS.at(nArguments.mFormat);
