@@ -11,7 +11,7 @@ from dataclasses import dataclass
 from build import ToolError, run
 
 MARGIN_SECONDS = 5  # beside ten times a case's usual time
-NO_RUNAWAYS = "ulimit -v 8000000 -f 8000000 -c 0"  # KiB of memory, blocks of a file, no cores
+NO_RUNAWAYS = "ulimit -v 8000000 && ulimit -f 40000000 && ulimit -c 0"  # KiB of memory, 512-byte blocks of a file, no cores
 
 
 @dataclass(frozen=True)

@@ -1,4 +1,5 @@
 """Finds the places of the sources that can be made faulty."""
+import collections
 import hashlib
 import json
 import multiprocessing
@@ -11,6 +12,8 @@ from clang.cindex import Index, TranslationUnitLoadError
 import operators
 from build import ToolError
 from subsystems import subsystem_of
+
+CACHE_FORM = b"1"  # another one when this file makes other sites of the same source
 
 
 @dataclass(frozen=True)
@@ -84,7 +87,7 @@ def is_off(path, operator):
 def sites_in(unit, path, source_path, source):
     """The sites of one file of a translation unit."""
     table = [(name, make) for name, _, make in operators.OPERATORS if not is_off(path, name)]
-    seen, found = {}, []
+    seen, found, alike = set(), [], collections.Counter()
     for node, parents in walk(unit.cursor, [], source_path):
         place = operators.Place(node, parents, source)
         if place.end <= place.start:
@@ -94,8 +97,9 @@ def sites_in(unit, path, source_path, source):
                 before, after = touched_lines(source, edit)
                 if before == after or (name, edit) in seen:
                     continue
-                seen[(name, edit)] = True
-                number = sum(1 for site in found if (site.operator, site.before, site.after) == (name, before, after))
+                seen.add((name, edit))
+                number = alike[(name, before, after)]
+                alike[(name, before, after)] += 1
                 line = source.count(b"\n", 0, edit.start) + 1
                 found.append(Site(fault_id(path, name, before, after, number), path, name, edit.start, edit.end,
                                   edit.text, line, scope_of(parents, node), before, after))
@@ -124,16 +128,12 @@ def read_file(task):
     return sites
 
 
-def tool_text():
-    folder = os.path.dirname(__file__)
-    return b"".join(open(os.path.join(folder, name), "rb").read() for name in ("operators.py", "sites.py"))
-
-
 def find_sites(build, subsystems, jobs):
     """All sites of the subsystems; those of a header only where few units include it."""
     folder = os.path.join(build.folder, "sites")
     os.makedirs(folder, exist_ok=True)
-    tool = tool_text()
+    with open(operators.__file__, "rb") as file:
+        tool = CACHE_FORM + file.read()
     tasks = []
     for path in build.sources_for_faults():
         if subsystem_of(path) not in subsystems:
