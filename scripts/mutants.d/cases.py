@@ -92,7 +92,8 @@ class Runner:
                 new = os.path.join(folder, name)
                 lines.append(f"mount --bind {quote(new)} "
                              f"{quote(os.path.join(self.build.folder, os.path.relpath(new, self.files)))}")
-        lines.append(f"mount --bind {quote(self.temporary)} /tmp")
+        if not self.build.folder.startswith("/tmp/"):  # the build would be hidden
+            lines.append(f"mount --bind {quote(self.temporary)} /tmp")
         lines.append("exec " + " ".join(quote(word) for word in command))
         return " && ".join(lines)
 
