@@ -46,7 +46,7 @@ def cut(text):
 
 
 def difference(site):
-    """Where, by which operator, and the line before and after without what both have."""
+    """Where, by which operator, and the lines before and after."""
     return f"{site.path}:{site.line}: {site.operator} ({site.id})\n  - {cut(site.before)}\n  + {cut(site.after)}"
 
 
@@ -77,14 +77,10 @@ def table(results):
 
 
 def survivors(results):
-    told = sorted((NAMES.index(site.subsystem), site.path, site.line, site.id) for site, verdict in results
-                  if verdict.verdict == SURVIVED)
-    by_id = {site.id: (site, verdict) for site, verdict in results}
     lines = []
-    for _, _, _, name in told:
-        site, verdict = by_id[name]
-        note = "" if verdict.reached_by else "\n  (no test reaches it)"
-        lines.append(difference(site) + note)
+    for site, verdict in results:
+        if verdict.verdict == SURVIVED:
+            lines.append(difference(site) + ("" if verdict.reached_by else "\n  (no test reaches it)"))
     return "\n".join(lines)
 
 
