@@ -39,6 +39,7 @@ class Worker:
         shutil.rmtree(self.folder, ignore_errors=True)
         self.files = os.path.join(self.folder, "files")
         self.runner = Runner(build, self.folder, self.files)
+        self.base = Runner(build, self.folder)
 
     def try_fault(self, site):
         includers = [os.path.relpath(unit.source, self.build.root) for unit in self.build.units_of(site.path)]
@@ -145,7 +146,7 @@ class Worker:
                 failed = self.first_failure(left)
                 if failed is None:
                     break
-                if self.fails_again(failed):
+                if self.is_to_blame(failed):
                     return Verdict(CAUGHT, self.coverage.cases[failed].name, unsteady=unsteady)
                 unsteady.append(self.coverage.cases[failed].name)
                 left.remove(failed)
@@ -160,13 +161,13 @@ class Worker:
                 return names.get(outcome.failed, group[-1])
         return None
 
-    def fails_again(self, index):
-        """Without a fault it passed; a failure that does not come twice may be the machine's."""
-        return not self.run_group([index]).passed
+    def is_to_blame(self, index):
+        """Whether the fault is, and not the machine: the case fails again by itself, and passes without the fault."""
+        return not self.run_group([index]).passed and self.run_group([index], self.base).passed
 
-    def run_group(self, group):
+    def run_group(self, group, runner=None):
         limit = 10 * sum(self.coverage.seconds[index] for index in group) + MARGIN_SECONDS
-        return self.runner.run([self.coverage.cases[index] for index in group], limit)
+        return (runner or self.runner).run([self.coverage.cases[index] for index in group], limit)
 
     def by_program(self, indices):
         """Cases that one process can run, commands without a filter by themselves."""
