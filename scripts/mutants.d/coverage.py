@@ -1,0 +1,209 @@
+"""Which test runs which line: each case once by itself, in the build without a fault."""
+import bisect
+import concurrent.futures
+import hashlib
+import json
+import os
+import queue
+import re
+import shutil
+import struct
+import subprocess
+import sys
+
+from build import ToolError, run
+from cases import Runner, read_cases
+from subsystems import subsystem_of
+
+TRIES = 3  # a case that passes once in so many passes: the machine may be busy
+LIMIT = 120  # seconds
+NAMED = 10  # tests that an error names
+
+
+class Coverage:
+    """The cases with their times, and for each line of a source the cases that reach it."""
+
+    def __init__(self, cases, seconds, lines):
+        self.cases = cases
+        self.seconds = seconds  # by the index of the case
+        self.lines = lines  # path -> line -> set of indices; a line with code that nothing reaches has an empty set
+
+    def reaching(self, site, includers):
+        """The cases for a fault: those of its line, or where that has no code, of its function, or else of its file."""
+        lines = self.lines.get(site.path, {})
+        if site.line in lines:
+            return lines[site.line]
+        if site.scope:
+            inside = [cases for line, cases in lines.items() if site.scope[0] <= line <= site.scope[1]]
+            if inside:
+                return set().union(*inside)
+        paths = [site.path] if lines else includers
+        return set().union(*(cases for path in paths for cases in self.lines.get(path, {}).values()))
+
+
+def measure(build, jobs, say):
+    """The coverage of the sources as they are, measured or from the cache."""
+    folder = os.path.join(build.folder, "coverage")
+    file_name = os.path.join(folder, f"{state_of(build)}.json")
+    cases = read_cases(build)
+    if os.path.exists(file_name):
+        with open(file_name) as file:
+            kept = json.load(file)
+        if kept["cases"] == [case.name for case in cases]:
+            lines = {path: {int(line): set(indices) for line, indices in rows.items()}
+                     for path, rows in kept["lines"].items()}
+            return Coverage(cases, kept["seconds"], lines)
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(folder)
+    seconds = run_all(build, cases, folder, jobs, say)
+    say("reading the coverage")
+    lines = collect(build, cases, folder)
+    with open(file_name, "w") as file:
+        json.dump({"cases": [case.name for case in cases], "seconds": seconds,
+                   "lines": {path: {line: sorted(indices) for line, indices in rows.items()}
+                             for path, rows in lines.items()}}, file)
+    return Coverage(cases, seconds, lines)
+
+
+def state_of(build):
+    """A name for the sources as they are, tests and all."""
+    state = hashlib.sha1()
+    for path in sorted(run(["git", "-C", build.root, "ls-files", "-co", "--exclude-standard"]).splitlines()):
+        name = os.path.join(build.root, path)
+        if re.match(r"(src|platform|tools|tests|include|cmake)/|CMakeLists|scripts/mutants\.d/(cover|coverage)", path) and \
+                os.path.isfile(name):
+            with open(name, "rb") as file:
+                state.update(path.encode() + b"\0" + file.read())
+    return state.hexdigest()[:16]
+
+
+def run_all(build, cases, folder, jobs, say):
+    """Runs each case by itself; the seconds that each takes."""
+    runners = queue.Queue()
+    for number in range(jobs):
+        runners.put(Runner(build, os.path.join(build.folder, "work", f"base-{number}")))
+
+    def one(index):
+        runner = runners.get()
+        try:
+            return run_case(runner, cases[index], os.path.join(folder, str(index)))
+        finally:
+            runners.put(runner)
+
+    seconds = [0.0] * len(cases)
+    failed = []
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        running = {pool.submit(one, index): index for index in range(len(cases))}
+        for done, future in enumerate(concurrent.futures.as_completed(running), 1):
+            index = running[future]
+            say(f"coverage: {done} of {len(cases)} tests")
+            outcome = future.result()
+            seconds[index] = outcome.seconds
+            if not outcome.passed:
+                failed.append(cases[index].name)
+    if failed:
+        more = f" and {len(failed) - NAMED} more" if len(failed) > NAMED else ""
+        raise ToolError(f"without a fault these tests fail: {', '.join(sorted(failed)[:NAMED])}{more}")
+    return seconds
+
+
+def run_case(runner, case, folder):
+    os.makedirs(folder, exist_ok=True)
+    for _ in range(TRIES):
+        outcome = runner.run([case], LIMIT, {"NFW_COVER": folder})
+        if outcome.passed:
+            break
+    return outcome
+
+
+def collect(build, cases, folder):
+    """Path -> line -> the cases that reach it."""
+    modules = {}
+    lines = {}
+    for index in range(len(cases)):
+        place = os.path.join(folder, str(index))
+        for name in os.listdir(place):
+            if not name.endswith(".hit"):
+                continue
+            module = name[:-len(".hit")]
+            if module not in modules:
+                modules[module] = Module(build, module, os.path.join(place, module + ".pcs"))
+                for path, line in modules[module].all_lines():
+                    lines.setdefault(path, {}).setdefault(line, set())
+            with open(os.path.join(place, name), "rb") as file:
+                hits = file.read()
+            for path, line in modules[module].lines_of(hits):
+                lines[path][line].add(index)
+        shutil.rmtree(place)
+    return lines
+
+
+class Module:
+    """A library or program: the lines of each of its blocks."""
+
+    def __init__(self, build, name, pcs):
+        with open(pcs, "rb") as file:
+            data = file.read()
+        addresses = struct.unpack(f"<{len(data) // 8}Q", data)
+        places = [os.path.join(build.folder, kind, name) for kind in ("bin", "lib")]
+        rows = line_rows(next(place for place in places if os.path.exists(place)), build.root)
+        order = sorted(range(len(addresses)), key=addresses.__getitem__)
+        starts = [addresses[index] for index in order]
+        self.blocks = [set() for _ in addresses]
+        for start, end, line in rows:
+            at = max(bisect.bisect_right(starts, start) - 1, 0)
+            while at < len(starts) and starts[at] < end:
+                self.blocks[order[at]].add(line)
+                at += 1
+
+    def all_lines(self):
+        return set().union(*self.blocks) if self.blocks else set()
+
+    def lines_of(self, hits):
+        found = set()
+        for index in re.finditer(b"\x01", hits):
+            found |= self.blocks[index.start() - 1]  # the byte of block 0 is the one behind the first
+        return found
+
+
+def line_rows(binary, root):
+    """Stretches of addresses with the line of ours that they come from: (start, end, (path, line))."""
+    process = subprocess.Popen(["llvm-dwarfdump", "--debug-line", binary], stdout=subprocess.PIPE, text=True)
+    rows, folders, files, last = [], {}, {}, None
+    pattern = re.compile(r"0x([0-9a-f]{16})\s+(\d+)\s+\d+\s+(\d+) ")
+    for text in process.stdout:
+        row = pattern.match(text)
+        if row:
+            address, line, number = int(row.group(1), 16), int(row.group(2)), int(row.group(3))
+            if last is not None and last[1] is not None and last[0] < address:
+                rows.append((last[0], address, last[1]))
+            path = path_in(files.get(number), folders, root)
+            last = (address, (path, line) if path and line else None)
+            if "end_sequence" in text:
+                last = None
+        elif text.startswith("debug_line["):
+            folders, files, last = {}, {}, None
+        elif text.startswith("include_directories["):
+            folders[int(text[20:23])] = text.split('"')[1]
+        elif text.startswith("file_names["):
+            number = int(text[11:14])
+            files[number] = [None, 0]
+        elif text.lstrip().startswith("name: "):
+            files[number][0] = text.split('"')[1]
+        elif text.lstrip().startswith("dir_index: "):
+            files[number][1] = int(text.split(":")[1])
+    if process.wait() != 0:
+        raise ToolError(f"llvm-dwarfdump --debug-line {binary}: exit status {process.returncode}")
+    return rows
+
+
+def path_in(file, folders, root, known={}):
+    """The path from the root of a source of ours, or None."""
+    if file is None:
+        return None
+    key = (file[0], folders.get(file[1], ""), folders.get(0, ""))
+    if key not in known:
+        path = os.path.normpath(os.path.join(key[2], key[1], key[0]))
+        path = os.path.relpath(path, root) if path.startswith(root + "/") else None
+        known[key] = path if path and subsystem_of(path) else None
+    return known[key]
