@@ -16,7 +16,7 @@ expect() {  # SCRIPT STATUS TEXT ARGUMENT...: the output has the text
 }
 
 for script in "$ROOT"/scripts/* "$ROOT"/bench/* "$ROOT"/.ci/*; do
-  [ -x "$script" ] || continue
+  [ -f "$script" ] && [ -x "$script" ] || continue
   purpose=$(sed -n '2s/^[#"]* *//p' "$script")
   expect "$script" 0 "${purpose:0:20}" --help
   expect "$script" 0 "${purpose:0:20}" -h
