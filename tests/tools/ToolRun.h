@@ -9,7 +9,8 @@
 /// One run of nfw-drive as a process of its own.
 class ToolRun {
  public:
-  /// Starts it. What it writes to the one descriptor is read; standard error else goes to the test's own, or into a file.
+  /// Starts it. What it writes to the one descriptor is read; standard error else goes to the test's own, or into a
+  /// file.
   explicit ToolRun(const std::vector<std::string>& nArguments, int nRead = STDOUT_FILENO,
                    const std::string& nErrorFile = {});
   ~ToolRun();

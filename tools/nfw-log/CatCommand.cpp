@@ -1,8 +1,8 @@
+#include "Commands.h"
 #include "Follower.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "RecordPrinter.h"
-#include "Commands.h"
 
 namespace logtool {
 

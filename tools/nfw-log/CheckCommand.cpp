@@ -1,11 +1,11 @@
 #include <array>
 
+#include "Commands.h"
 #include "JsonObject.h"
 #include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "RecordJudge.h"
-#include "Commands.h"
 
 namespace logtool {
 

@@ -10,10 +10,10 @@
 #include <filesystem>
 #include <sstream>
 
+#include "Commands.h"
 #include "Manual.h"
 #include "Messages.h"
 #include "Output.h"
-#include "Commands.h"
 
 namespace logtool {
 

@@ -1,7 +1,7 @@
+#include "Commands.h"
 #include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
-#include "Commands.h"
 #include "Sentences.h"
 #include "TrackReader.h"
 #include "TrackRecords.h"

@@ -1,7 +1,7 @@
+#include "Commands.h"
 #include "InfoText.h"
 #include "Messages.h"
 #include "OutputFile.h"
-#include "Commands.h"
 
 namespace logtool {
 

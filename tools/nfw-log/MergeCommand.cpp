@@ -5,11 +5,11 @@
 #include <memory>
 #include <queue>
 
+#include "Commands.h"
 #include "MergeInput.h"
 #include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
-#include "Commands.h"
 
 namespace logtool {
 

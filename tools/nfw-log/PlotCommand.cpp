@@ -1,11 +1,11 @@
 #include <filesystem>
 
+#include "Commands.h"
 #include "Messages.h"
 #include "OutputFile.h"
 #include "PlotPage.h"
 #include "PrintableText.h"
 #include "ProblemReport.h"
-#include "Commands.h"
 #include "TrackReader.h"
 
 namespace logtool {
