@@ -39,8 +39,14 @@ int createThread(pthread_t* npThread, void* (*npEnter)(void*), void* npArgument)
 
 BinaryLogFile* BinaryLogFile::open(const char* npPath, unsigned int nTimeoutMs) {
   BinaryLogFile* const lpFile = new (std::nothrow) BinaryLogFile;
-  const int lError = lpFile == nullptr ? ENOMEM : lpFile->start(npPath, nTimeoutMs);
-  if (lError == 0) return lpFile;
+  int lError = lpFile == nullptr ? ENOMEM : lpFile->start(npPath);
+  if (lError == 0) {
+    lError = lpFile->waitUntilOpen(nTimeoutMs);
+    if (lError == 0) return lpFile;
+    release(lpFile);
+  } else {
+    delete lpFile;
+  }
   errno = lError;
   return nullptr;
 }
@@ -49,28 +55,23 @@ BinaryLogFile::~BinaryLogFile() {
   if (mFile >= 0) ::close(mFile);
 }
 
-/// Opens the file on the thread. When that fails the object is gone.
-int BinaryLogFile::start(const char* npPath, unsigned int nTimeoutMs) {
+/// The thread opens the file. On an error there is no thread.
+int BinaryLogFile::start(const char* npPath) {
   const size_t lLength = strnlen(npPath, sizeof(mPath));
   int lError = lLength == sizeof(mPath) ? ENAMETOOLONG : 0;
   if (lError == 0) memcpy(mPath, npPath, lLength);
   if (!mBatches[0].hasMemory() || !mBatches[1].hasMemory()) lError = ENOMEM;
-  if (lError == 0) lError = createThread(&mThread, &BinaryLogFile::enter, this);
-  if (lError != 0) {
-    delete this;
-    return lError;
+  return lError == 0 ? createThread(&mThread, &BinaryLogFile::enter, this) : lError;
+}
+
+int BinaryLogFile::waitUntilOpen(unsigned int nTimeoutMs) {
+  const int64_t lDeadline = deadlineOf(nTimeoutMs);
+  utl::MutexLock lLock(mMutex);
+  while (mState == OPENING && mChanged.wait(mMutex, lDeadline)) {
   }
-  {
-    const int64_t lDeadline = deadlineOf(nTimeoutMs);
-    utl::MutexLock lLock(mMutex);
-    while (mState == OPENING && mChanged.wait(mMutex, lDeadline)) {
-    }
-    if (mState == OPEN) return 0;
-    lError = mState == OPENING ? ETIMEDOUT : mCounts.mError;
-    mIsGivenUp = true;
-  }
-  release(this);
-  return lError;
+  if (mState == OPEN) return 0;
+  mIsGivenUp = true;
+  return mState == OPENING ? ETIMEDOUT : mCounts.mError;
 }
 
 void* BinaryLogFile::enter(void* npThis) {

@@ -36,7 +36,8 @@ class BinaryLogFile {
 
   BinaryLogFile() = default;
   ~BinaryLogFile();
-  int start(const char* npPath, unsigned int nTimeoutMs);
+  int start(const char* npPath);
+  int waitUntilOpen(unsigned int nTimeoutMs);
   static void* enter(void* npThis);
   bool run();
   int openFile();

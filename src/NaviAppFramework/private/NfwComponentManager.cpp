@@ -270,7 +270,8 @@ void ComponentManager::onAllFinalized() {
   stopThread(*mpWatchThread);
   {
     const WatchedLock lLock(mSync);
-    watched([&] { mpThread->abortMsg(this); });
+    auto* const lpThread = mpThread;
+    watched([&] { lpThread->abortMsg(this); });
     mpThread = nullptr;
   }
   releaseComponents();

@@ -21,7 +21,7 @@ class OutputQueue {
   static constexpr size_t ROOM = 4 * 1024 * 1024;
 
   /// @param nFd not owned
-  explicit OutputQueue(int nFd, size_t nRoom = ROOM) : mFd(nFd), mRoom(nRoom), mOutput(nFd) {}
+  explicit OutputQueue(int nFd, size_t nRoom = ROOM) : mRoom(nRoom), mOutput(nFd) {}
   ~OutputQueue();
   OutputQueue(const OutputQueue&) = delete;
   OutputQueue& operator=(const OutputQueue&) = delete;
@@ -57,7 +57,6 @@ class OutputQueue {
   std::string_view topPiece() const;
 
   static constexpr size_t PIECE_SIZE = 16 * 1024;
-  const int mFd;
   const size_t mRoom;
   tool::Output mOutput;  // on the thread
   std::atomic<tool::Output::State> mState{tool::Output::OPEN};
