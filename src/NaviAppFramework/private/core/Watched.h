@@ -18,6 +18,8 @@ struct Here {
                             int nLine = __builtin_LINE()) {
     return Here{npFile, npFunction, nLine};
   }
+  /// The same class, in the operation that asks.
+  constexpr Here in(const char* npFunction = __builtin_FUNCTION()) const { return Here{mpFile, npFunction, mLine}; }
 };
 
 /// Tells phase 1 when built and phase 2 when destroyed.

@@ -16,7 +16,7 @@ RecordReader::RecordReader(const RecordFormat& nFormat, const Here& nHere)
     : mFormat(nFormat), mHere(nHere), mSync(nFormat.mpLockName) {}
 
 bool RecordReader::open(int nLogTypeId, const char* npPath) {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (mpFile != nullptr) return false;
   std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
   if (!lpFile->open(0, 0) || !mWindow.open(lpFile.get())) return false;
@@ -30,20 +30,20 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
 }
 
 void RecordReader::close() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   mpFile.reset();
   mHasFailed = false;
   mLogTypeId = -1;
 }
 
 bool RecordReader::isOpened() const {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   return mpFile != nullptr && mpFile->isOpened();
 }
 
 bool RecordReader::getFirstLogTime(unsigned int* npTime) {
   static const char* const OPERATION = "getFirstLogTime";
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (mpFile == nullptr || mHasFailed) return false;
   unsigned long long lSize = 0;
   if (mpFile->getSize(&lSize)) mWindow.limit(lSize);
@@ -65,7 +65,7 @@ bool RecordReader::getFirstLogTime(unsigned int* npTime) {
 }
 
 int RecordReader::nextRecord(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize) {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (mpFile == nullptr || mHasFailed) return ERROR;
   if (mIsCanceled) return CANCELED;
   if (mAskBudget.take() && !getSize()) return ERROR;

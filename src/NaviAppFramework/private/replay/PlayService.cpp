@@ -72,12 +72,12 @@ bool PlayService::logFailure(const char* npOperation, const char* npText) const 
 // --- life
 
 bool PlayService::startServiceThread(utl::ThreadMsgListener* npListener) {
-  return startThread(mThread, npListener, THREAD_PRIORITY, mHere);
+  return startThread(mThread, npListener, THREAD_PRIORITY, mHere.in());
 }
 
 bool PlayService::closeGate() {
   if (mState.exchange(SHUT_DOWN) == SHUT_DOWN) return false;
-  watched([this] { return mControl.prohibit(); }, mHere);
+  watched([this] { return mControl.prohibit(); }, mHere.in());
   return true;
 }
 
@@ -85,8 +85,8 @@ bool PlayService::closeGate() {
 // player, or wait for a play listener. What it could not be told is done when it has ended: nothing else touches the
 // replays then. Of a thread that did not end in time nothing is asked.
 bool PlayService::stopServiceThread() {
-  const bool lIsPosted = watched([this] { return mThread.postMsg(mFormat.mShutdownMsg); }, mHere);
-  mThreadEnd.stop(mThread, "Timeout", mHere);
+  const bool lIsPosted = watched([this] { return mThread.postMsg(mFormat.mShutdownMsg); }, mHere.in());
+  mThreadEnd.stop(mThread, "Timeout", mHere.in());
   if (mThread.isRunning()) return false;
   if (!lIsPosted) stopReplays();
   if (mPlayers.size() == 0) return true;
@@ -96,7 +96,7 @@ bool PlayService::stopServiceThread() {
 }
 
 bool PlayService::hasEnded() {
-  if (mThreadEnd.isOver(mThread, "Timeout", mHere)) return true;
+  if (mThreadEnd.isOver(mThread, "Timeout", mHere.in())) return true;
   mIsLeftBehind = true;
   mPlayers.mute();
   return false;
@@ -203,7 +203,7 @@ void PlayService::detachPlayListenerInternal(const void* npListener, unsigned in
     mThread.eraseMsgInternal(&lJudge);
     mReplays.removeAt(i - 1);
   }
-  if (watched([this] { return mThread.postMsg(LogPlayDataDispatcherMsg(mFormat.mPlayEndMsg)); }, mHere)) return;
+  if (watched([this] { return mThread.postMsg(LogPlayDataDispatcherMsg(mFormat.mPlayEndMsg)); }, mHere.in())) return;
   logFailure("detachPlayListenerInternal", "Can't post thread");
 }
 
@@ -227,12 +227,12 @@ bool PlayService::hasReplay(const TimedReplay* npReplay) const {
 bool PlayService::startPlay(const char* npPath) {
   const Operation lOperation(*this);
   if (!lOperation) return false;
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (mIsPlaying) return false;
   LogPathMsg lMsg(mFormat.mStartPlayMsg);
   if (!utl::copyStr(lMsg.mPath, LOG_PATH_SIZE, npPath)) return logFailure("startPlay", "Can't copy path");
   if (!beginPlay(npPath)) return false;
-  if (watched([&] { return mThread.postMsg(lMsg); }, mHere)) return true;
+  if (watched([&] { return mThread.postMsg(lMsg); }, mHere.in())) return true;
   mPlayingFile[0] = '\0';
   mIsPlaying = false;
   return logFailure("startPlay", "Can't post thread");
@@ -267,7 +267,7 @@ void PlayService::onStartPlay(utl::ThreadRawMsg& nMsg) {
 
 void PlayService::setLogDispatchEnd(TimedReplay* npReplay) {
   const LogPlayDataDispatcherMsg lMsg(mFormat.mPlayEndMsg, npReplay);
-  if (!watched([&] { return mThread.postMsg(lMsg); }, mHere)) logFailure("setLogDispatchEnd", "Can't post thread");
+  if (!watched([&] { return mThread.postMsg(lMsg); }, mHere.in())) logFailure("setLogDispatchEnd", "Can't post thread");
 }
 
 void PlayService::onPlayEnd(utl::ThreadRawMsg& nMsg) {
@@ -291,7 +291,7 @@ bool PlayService::stopPlay() {
     return true;
   }
   if (watched([&] { return ServiceRequests::isInListener() ? mThread.postMsg(lMsg) : mThread.sendMsgSync(lMsg); },
-              mHere)) {
+              mHere.in())) {
     return true;
   }
   return logFailure("stopPlay", "Can't send thread");
@@ -313,7 +313,7 @@ void PlayService::stopPlayInternal(unsigned int nPlayNumber) {
 }
 
 bool PlayService::getPlayingDir(char* npBuffer, unsigned int nSize) {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (utl::extractDirPath(mPlayingFile, npBuffer, nSize)) return true;
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::getPlayingDir(): Can't extract directory path: File=%s", mFormat.mpClass,
          mPlayingFile);
@@ -323,19 +323,19 @@ bool PlayService::getPlayingDir(char* npBuffer, unsigned int nSize) {
 // --- the playback's state
 
 bool PlayService::markStarted() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   mIsStarted = mIsPlaying;
   return mIsStarted;
 }
 
 bool PlayService::isStarted() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   return mIsStarted;
 }
 
 /// True once a playback. An end message from before the playback was taken up says nothing about it.
 bool PlayService::claimEnd() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (!mIsPlaying || !mIsStarted || mIsEnded) return false;
   mIsEnded = true;
   return true;
@@ -343,20 +343,20 @@ bool PlayService::claimEnd() {
 
 /// False for another playback than the one that was meant.
 bool PlayService::claimStop(unsigned int nPlayNumber) {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (!mIsPlaying || nPlayNumber != mPlayNumber) return false;
   mIsStarted = false;
   return true;
 }
 
 unsigned int PlayService::playNumber() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   return mPlayNumber;
 }
 
 /// Until here nothing new can have begun, so what is queued belongs to the playback that is over.
 void PlayService::endPlay() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   mThread.eraseMsg(mFormat.mStartPlayMsg);
   mThread.eraseMsg(mFormat.mPlayEndMsg);
   mPlayingFile[0] = '\0';

@@ -77,7 +77,7 @@ class PlayService {
   /// Starts the thread, then the recorder; INITIALIZED when both were true.
   template <class StartRecorder>
   bool initialize(utl::ThreadMsgListener* npListener, StartRecorder nStartRecorder) {
-    const WatchedLock lLock(mLifeSync, mHere);
+    const WatchedLock lLock(mLifeSync, mHere.in());
     if (mState != CREATED || !startServiceThread(npListener) || !nStartRecorder()) return false;
     mState = INITIALIZED;
     return true;
@@ -87,7 +87,7 @@ class PlayService {
   /// this call did it, and the thread has ended.
   template <class StopRecorder>
   bool shutdown(StopRecorder nStopRecorder) {
-    const WatchedLock lLock(mLifeSync, mHere);
+    const WatchedLock lLock(mLifeSync, mHere.in());
     if (!closeGate()) return false;
     nStopRecorder();
     return stopServiceThread();

@@ -11,14 +11,14 @@ bool ServiceRequests::isInListener() { return TimedReplay::delivering() != nullp
 
 bool ServiceRequests::attach(ZTSync& nSync, const utl::Msg& nMsg, bool& nResult, const char* npOperation) {
   if (isInListener()) return false;
-  const WatchedLock lLock(nSync, at(npOperation));
+  const WatchedLock lLock(nSync, mHere.in(npOperation));
   nResult = false;
-  return logged(watched([&] { return mThread.sendMsgInterrupt(nMsg); }, at(npOperation)), npOperation) && nResult;
+  return logged(watched([&] { return mThread.sendMsgInterrupt(nMsg); }, mHere.in(npOperation)), npOperation) && nResult;
 }
 
 bool ServiceRequests::detach(const utl::Msg& nMsg, const char* npOperation) {
   return logged(
-      watched([&] { return isInListener() ? mThread.postMsg(nMsg) : mThread.sendMsgInterrupt(nMsg); }, at(npOperation)),
+      watched([&] { return isInListener() ? mThread.postMsg(nMsg) : mThread.sendMsgInterrupt(nMsg); }, mHere.in(npOperation)),
       npOperation);
 }
 

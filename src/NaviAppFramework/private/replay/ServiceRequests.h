@@ -26,7 +26,6 @@ class ServiceRequests {
 
  private:
   bool logged(bool nIsSent, const char* npOperation) const;
-  Here at(const char* npOperation) const { return Here{mHere.mpFile, npOperation, mHere.mLine}; }
 
   const char* const mpClass;
   const Here mHere;

@@ -55,7 +55,7 @@ void TimedReplay::fail(const char* npOperation, const char* npText) const {
 bool TimedReplay::start(unsigned int nStartTick, const char* npPath) {
   if (!mControl.start()) return false;
   const AutoCompleteOperation lComplete(mControl);
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   unsigned int lFirstTime = 0;
   if (mpThread != nullptr || !openFile(npPath, &lFirstTime)) return false;
   if (mpPool == nullptr) mpPool = std::make_unique<utl::MemoryPool>(mFormat.mpPoolName, mMaxDataSize, PENDING_NUM);
@@ -83,7 +83,7 @@ utl::MsgDrivenThread* TimedReplay::newThread() {
   mFormat.mpThreadName(mLogTypeId, lName);
   std::unique_ptr<utl::MsgDrivenThread> lpThread(
       new utl::MsgDrivenThread(mFormat.mpMaxMsgDataSize(), mFormat.mQueueLength, lName, PENDING_NUM));
-  if (!startThread(*lpThread, this, THREAD_PRIORITY, mHere)) return nullptr;
+  if (!startThread(*lpThread, this, THREAD_PRIORITY, mHere.in())) return nullptr;
   if (postSetTimer(*lpThread)) return lpThread.release();
   fail("start", "Can't post thread");
   discardThread(std::move(lpThread));
@@ -91,21 +91,21 @@ utl::MsgDrivenThread* TimedReplay::newThread() {
 }
 
 bool TimedReplay::postSetTimer(utl::MsgDrivenThread& nThread) const {
-  return watched([&nThread] { return nThread.postMsg(SET_TIMER_MSG); }, mHere);
+  return watched([&nThread] { return nThread.postMsg(SET_TIMER_MSG); }, mHere.in());
 }
 
 void TimedReplay::discardThread(std::unique_ptr<utl::MsgDrivenThread> npThread) {
-  stopThread(*npThread, "Timeout", mHere);
+  stopThread(*npThread, "Timeout", mHere.in());
   utl::ThreadManager::remove(npThread.get());
 }
 
 void TimedReplay::stop() {
   mpReader->requestCancelNext();
-  if (!watched([this] { return mControl.prohibit(); }, mHere)) return;
+  if (!watched([this] { return mControl.prohibit(); }, mHere.in())) return;
   const AutoPermitOperation lPermit(mControl);
   std::unique_ptr<utl::MsgDrivenThread> lpThread;
   {
-    const WatchedLock lLock(mSync, mHere);
+    const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return;
     mTiming.start(0, 0);
     clearLogInfoMap();
@@ -126,7 +126,7 @@ void TimedReplay::endDispatch() {
   if (!mControl.start()) return;
   const AutoCompleteOperation lComplete(mControl);
   {
-    const WatchedLock lLock(mSync, mHere);
+    const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return;
     clearLogInfoMap();
     mpThread->eraseMsg(SET_TIMER_MSG);
@@ -136,7 +136,7 @@ void TimedReplay::endDispatch() {
 }
 
 void TimedReplay::clearLogInfoMap() {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   for (unsigned int i = 0; i < mPending.size(); ++i) {
     if (mpThread != nullptr) mpThread->killTimer(mPending.keyAt(i), 1);
     mpPool->free(mPending.valueAt(i).mpData);
@@ -159,7 +159,7 @@ void TimedReplay::onSetTimer(utl::ThreadRawMsg& /*nMsg*/) {
   const AutoCompleteOperation lComplete(mControl);
   bool lIsOver = false;
   {
-    const WatchedLock lLock(mSync, mHere);
+    const WatchedLock lLock(mSync, mHere.in());
     lIsOver = mpThread != nullptr && !readAhead();
   }
   if (lIsOver) endDispatch();
@@ -267,12 +267,12 @@ void TimedReplay::onTimer(utl::ThreadRawMsg& nMsg) {
   callListener(lInfo);
   mpPool->free(lInfo.mpData);
 
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   if (!postSetTimer(*mpThread)) fail("onTimer", "Can't post thread");
 }
 
 bool TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
-  const WatchedLock lLock(mSync, mHere);
+  const WatchedLock lLock(mSync, mHere.in());
   utl::TimerMsg lMsg;
   if (mpThread == nullptr || !lMsg.restoreFrom(nMsg)) return false;
   mpThread->killTimer(lMsg.getTimerId(), 1);
