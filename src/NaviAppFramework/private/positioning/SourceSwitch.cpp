@@ -3,22 +3,27 @@
 #include "NfwAppLog.h"
 #include "NfwLogger.h"
 #include "NfwSensorSysLoggerManager.h"
-#include "Watched.h"
 
 namespace nfw {
 
 SourceSwitch::SourceSwitch(const char* npFacade, const char* npLockName, utl::MsgDrivenSharedThread& nThread,
-                           Source nLive, Source nSysLog, Source nLog)
-    : mpFacade(npFacade), mThread(nThread), mLive(nLive), mSysLog(nSysLog), mLog(nLog), mSync(npLockName, 1) {}
+                           Source nLive, Source nSysLog, Source nLog, const Here& nHere)
+    : mpFacade(npFacade),
+      mHere(nHere),
+      mThread(nThread),
+      mLive(nLive),
+      mSysLog(nSysLog),
+      mLog(nLog),
+      mSync(npLockName, 1) {}
 
 bool SourceSwitch::initialize(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
   mIsInitialized = true;
-  if (!startThread(mThread)) return false;
+  if (!startThread(mThread, mHere.in())) return false;
   forgetPlaying();
   if (!initializeSource(mLive) || !initializeSource(mSysLog) || !initializeSource(mLog)) return false;
   if (!attachTo(Logger::get()->attachPlayer(npLogPlayer), "Logger")) return false;
   if (!attachTo(SensorSysLoggerManager::get()->attachPlayer(npSysLogPlayer), "SensorSysLoggerManager")) return false;
-  const WatchedLock lLock(mSync);
+  const WatchedLock lLock(mSync, mHere.in());
   select();
   return true;
 }
@@ -30,22 +35,22 @@ void SourceSwitch::shutdown(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer
   for (const Source* lpSource : mAll) lpSource->mSource.finalize();
   SensorSysLoggerManager::get()->detachPlayer(npSysLogPlayer);
   Logger::get()->detachPlayer(npLogPlayer);
-  mThreadEnd.stop(mThread, "TIMEOUT");
+  mThreadEnd.stop(mThread, "TIMEOUT", mHere.in());
 }
 
 bool SourceSwitch::end(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
   if (mIsInitialized) shutdown(npLogPlayer, npSysLogPlayer);
-  return mThreadEnd.isOver(mThread, "TIMEOUT");
+  return mThreadEnd.isOver(mThread, "TIMEOUT", mHere.in());
 }
 
 /// What an earlier life was told: nothing plays now, or the sources could not attach.
 void SourceSwitch::forgetPlaying() {
-  const WatchedLock lLock(mSync);
+  const WatchedLock lLock(mSync, mHere.in());
   isLogPlaying = isSysLogPlaying = false;
 }
 
 void SourceSwitch::setPlaying(bool SourceSwitch::*npFlag, bool nIsPlaying) {
-  const WatchedLock lLock(mSync);
+  const WatchedLock lLock(mSync, mHere.in());
   this->*npFlag = nIsPlaying;
   select();
 }

@@ -6,6 +6,7 @@
 #include "NfwThreadSafety.h"
 #include "PlaySource.h"
 #include "ServiceThread.h"
+#include "Watched.h"
 #include "ZTSync.h"
 #include "utl/MsgDrivenSharedThread.h"
 
@@ -22,7 +23,7 @@ class SourceSwitch {
   };
 
   SourceSwitch(const char* npFacade, const char* npLockName, utl::MsgDrivenSharedThread& nThread, Source nLive,
-               Source nSysLog, Source nLog);
+               Source nSysLog, Source nLog, const Here& nHere = Here::now());
 
   /// Starts the thread and the sources, attaches the facade to both log services and switches a source on. What was
   /// done before a failing step stays done: shutdown() is the way back.
@@ -44,6 +45,7 @@ class SourceSwitch {
   bool attachTo(bool nIsAttached, const char* npService);
 
   const char* const mpFacade;
+  const Here mHere;
   utl::MsgDrivenSharedThread& mThread;
   const Source mLive;
   const Source mSysLog;

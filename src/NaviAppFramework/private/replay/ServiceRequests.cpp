@@ -17,9 +17,9 @@ bool ServiceRequests::attach(ZTSync& nSync, const utl::Msg& nMsg, bool& nResult,
 }
 
 bool ServiceRequests::detach(const utl::Msg& nMsg, const char* npOperation) {
-  return logged(
-      watched([&] { return isInListener() ? mThread.postMsg(nMsg) : mThread.sendMsgInterrupt(nMsg); }, mHere.in(npOperation)),
-      npOperation);
+  return logged(watched([&] { return isInListener() ? mThread.postMsg(nMsg) : mThread.sendMsgInterrupt(nMsg); },
+                        mHere.in(npOperation)),
+                npOperation);
 }
 
 bool ServiceRequests::logged(bool nIsSent, const char* npOperation) const {
