@@ -207,7 +207,7 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
       {{"--replay", path("cut")}, 1, "nfw-log recover"},
       {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
-      {{"--replay", recording(), "--for", "0.001"}, 0, ""},
+      {{"--replay", recording(), "--for", "0.5"}, 0, ""},
   };
   for (const auto& lCase : CASES) {
     int lExit = -1;
