@@ -344,25 +344,6 @@ TEST_F(LoggerTest, WhatIsAskedForInsideAPlayListenerDoesNothingToWhatCameAfterwa
             mNotes.all());
 }
 
-TEST_F(LoggerTest, AStopInsideAPlayListenerNeverMeetsTheNextPlayback) {
-  std::atomic<int> lHeard{0}, lStopped{0};
-  mpLogger->attachPlayListener(20, &mListener);
-  mListener.mOnData = [&] {  // beside the stop of the outside
-    for (++lHeard; lStopped < lHeard;) std::this_thread::yield();
-    mpLogger->stopPlay();
-    mpLogger->startPlay(mPath.c_str());
-  };
-  ASSERT_TRUE(play(logRecord(20, 0, "a")));
-  for (int i = 1; i <= 2000; ++i) {
-    ASSERT_TRUE(nfwtest::pump(
-        mClock, [&] { return lHeard == i; }, 500))
-        << i;
-    lStopped = i;
-    mpLogger->stopPlay();
-    ASSERT_TRUE(mpLogger->startPlay(mPath.c_str()));
-  }
-}
-
 TEST_F(LoggerTest, TheEndOfEveryReplayFindsItsPlaceInTheQueue) {
   Logger::destroy();
   Logger::initializeMaxLogTypeNum(70);
@@ -407,14 +388,6 @@ TEST_F(LoggerTest, DetachingTheLastReplayEndsPlayback) {
   mpLogger->setLogDispatchEnd(nullptr);  // judged again: told once
   EXPECT_TRUE(mpLogger->stopPlay());
   EXPECT_EQ((Strings{"first start", "first end 0", "first stop"}), mNotes.all());
-}
-
-TEST_F(LoggerTest, UnknownMessagesAreNamed) {
-  nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Eu));
-  mpLogger->receiveMsg(0, lNone);
-  mpLogger->receiveMsg(0, lUnknown);
-  EXPECT_EQ((Strings{"Logger::receiveMsg(): Can't get MsgId", "Logger::receiveMsg(): UnknownMsg: MsgId=-2147480562"}),
-            mLog.texts());
 }
 
 TEST(LoggerLifeTest, AThreadThatCannotStartIsNamed) {

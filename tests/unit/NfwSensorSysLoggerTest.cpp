@@ -149,13 +149,4 @@ TEST_F(SensorSysLoggerTest, PlaysTwoRecordingsOneAfterTheOther) {
   EXPECT_TRUE(mLog.has("SensorSysLoggerManager::detachPlayListener(): Can't send thread"));
 }
 
-TEST_F(SensorSysLoggerTest, UnknownMessagesAreNamed) {
-  nfwtest::RawMsg lNone, lUnknown(1);
-  SensorSysLoggerManager::get()->receiveMsg(0, lNone);
-  SensorSysLoggerManager::get()->receiveMsg(0, lUnknown);
-  EXPECT_EQ((Strings{"SensorSysLoggerManager::receiveMsg(): Can't get MsgId",
-                     "SensorSysLoggerManager::receiveMsg(): UnknownMsg: MsgId=1"}),
-            mLog.texts());
-}
-
 }  // namespace
