@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
-#include <condition_variable>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -18,6 +17,7 @@
 #include "NfwThreadMsgProfilerManager.h"
 #include "NfwThreadMsgSizeCalculator.h"
 #include "PlatformSeams.h"
+#include "Replays.h"
 #include "SharedThread.h"
 #include "StuckCall.h"
 #include "ZTSMountHost.h"
@@ -48,30 +48,33 @@ ST_MNT_MOUNT_INFO sdkInfo(const string& nDrive, int nEvent, int nType = 1) {
 }
 
 /// What listeners were told, in order, and the ids of the drives.
-class Diary {
+class Diary : public nfwtest::Notes {
  public:
-  void note(const string& nText, const nfw::MountDevice& nDevice = nfw::MountDevice()) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mTexts.push_back(nText);
-    mIds[nDevice.mDrive] = nDevice.mDeviceId;
-    mHasNew.notify_all();
+  void note(const string& nText, const nfw::MountDevice& nDevice) {
+    {
+      const std::lock_guard<std::mutex> lLock(mIdMutex);
+      mIds[nDevice.mDrive] = nDevice.mDeviceId;
+    }
+    add(nText);
   }
   /// All up to this text, once it is there.
   Texts takeTo(const string& nText) {
-    std::unique_lock<std::mutex> lLock(mMutex);
-    const auto isThere = [&] { return std::find(mTexts.begin(), mTexts.end(), nText) != mTexts.end(); };
-    EXPECT_TRUE(mHasNew.wait_for(lLock, std::chrono::seconds(20), isThere)) << nText;
-    return std::exchange(mTexts, Texts());
+    const auto isThere = [&] {
+      const Texts lTexts = all();
+      return std::find(lTexts.begin(), lTexts.end(), nText) != lTexts.end();
+    };
+    EXPECT_TRUE(nfwtest::eventually(isThere)) << nText;
+    const Texts lTexts = all();
+    clear();
+    return lTexts;
   }
   int idOf(const string& nDrive) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
+    const std::lock_guard<std::mutex> lLock(mIdMutex);
     return mIds.count(nDrive) != 0 ? mIds[nDrive] : -1;
   }
 
  private:
-  std::mutex mMutex;
-  std::condition_variable mHasNew;
-  Texts mTexts;
+  std::mutex mIdMutex;
   std::map<string, int> mIds;
 };
 
@@ -249,7 +252,7 @@ TEST_F(MountManagerTest, IsToldAgainWhatItsQueueHadNoRoomFor) {
   lExpected.push_back("A:d150 3");
   EXPECT_FALSE(mounthost::tellUndelivered());
   lMayGoOn.on();
-  for (int i = 0; i < 1000000 && !mounthost::tellUndelivered(); ++i) std::this_thread::yield();
+  EXPECT_TRUE(nfwtest::eventually([] { return mounthost::tellUndelivered(); }));
   EXPECT_EQ(lExpected, mDiary.takeTo("A:d150 3"));
 }
 
@@ -455,7 +458,7 @@ TEST_F(MountManagerTest, IsUsedFromManySides) {
   });
   std::atomic<int> lEventNum{0};
   mA.mOnEvent = [&](const MountEventMsg&) {
-    if (++lEventNum == 500) mDiary.note("enough");
+    if (++lEventNum == 500) mDiary.add("enough");
   };
   EXPECT_TRUE(mpManager->attachListener(&mA));
   mDiary.takeTo("enough");
