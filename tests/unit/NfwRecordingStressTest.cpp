@@ -10,6 +10,7 @@
 #include "NfwLogPlayDataDispatcher.h"
 #include "NfwLogWriter.h"
 #include "NfwLogger.h"
+#include "NfwMountManager.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "NfwSysLogPlayDataDispatcher.h"
 #include "PlatformSeams.h"
@@ -49,6 +50,15 @@ struct DataLog {
   static constexpr unsigned int OTHER_THREADS = 1;  // stopped before it
   static Player makePlayer(Notes& nNotes) { return Player(nNotes, "player"); }
   static void write() { Logger::write(1, "data", 4); }
+  static std::string record(int nId, uint32_t nTime) { return nfwtest::logRecord(nId, nTime, "x"); }
+  static void startRecord(Logger& nLogger, const std::string& nPath) {
+    char lPath[300];
+    nLogger.startRecord(nPath.c_str(), "s", nullptr);
+    APPLOG(nfw::LOG_TYPE_NFW, nfw::LOG_LEVEL_INFO, "line");
+    nLogger.flush();
+    nLogger.getRecordingDir(lPath, sizeof lPath);
+    nLogger.getPlayingDir(lPath, sizeof lPath);
+  }
 };
 
 struct SensorLog {
@@ -58,6 +68,8 @@ struct SensorLog {
   static constexpr unsigned int OTHER_THREADS = 0;
   static Player makePlayer(Notes& nNotes) { return Player(nNotes); }
   static void write() { Service::write(1, 1, const_cast<char*>("data"), 4); }
+  static std::string record(int nId, uint32_t nTime) { return nfwtest::sensorRecord(nId, 1, nTime, "x"); }
+  static void startRecord(Service& nService, const std::string& /*nPath*/) { nService.startRecord(); }
 };
 
 template <class Log>
@@ -65,13 +77,18 @@ class ServiceEndTest : public testing::Test {
  protected:
   ServiceEndTest() {
     Logger::initializeMaxPlayerNum(2);
-    Logger::initializeMaxLogTypeNum(1);
+    Logger::initializeMaxLogTypeNum(3);
     Logger::initializeMaxLogFieldSize(100);
     Logger::initializeLogBufferSize(1000);
-    Logger::initializeMaxLogFileSize(1000);
+    Logger::initializeMaxLogFileSize(20000);
+    EXPECT_TRUE(syslogservice::setBinaryLogFile((mDir / "binary").c_str()));
   }
-  ~ServiceEndTest() override { Log::Service::destroy(); }
+  ~ServiceEndTest() override {
+    Log::Service::destroy();
+    syslogservice::setBinaryLogFile(nullptr);
+  }
 
+  nfwtest::TempDir mDir, mRecording;
   seams::CapturedLog mLog;
 };
 
@@ -119,6 +136,54 @@ TYPED_TEST(ServiceEndTest, ThreadsThatWriteAllTheTimeDoNotHoldUpItsEnd) {
   lWriters.clear();
 }
 
+TYPED_TEST(ServiceEndTest, EverythingAtOnceLeavesWholeRecords) {
+  using Service = typename TypeParam::Service;
+  seams::ManualClock lClock;
+  Notes lNotes;
+  auto lPlayer = TypeParam::makePlayer(lNotes);
+  std::vector<nfwtest::PlayListener> lListeners(3, nfwtest::PlayListener(lNotes));
+  std::atomic<unsigned int> lCalls{0};
+  lListeners[0].mOnData = [&] {
+    if (++lCalls % 40 == 0) Service::get()->stopPlay();
+  };
+  lListeners[1].mOnData = [&] { Service::get()->detachPlayListener(&lListeners[1]); };
+  std::string lFile;
+  for (unsigned int i = 0; i < 200; ++i) lFile += TypeParam::record(static_cast<int>(i % 3), i * 10);
+  nfwtest::writeFile(this->mDir / "played", lFile);
+  const Worker lWriter([](unsigned int) { TypeParam::write(); });  // also while there is no service
+  const Worker lTime([&](unsigned int) { lClock.advance(20), lNotes.clear(); });
+  for (int lRound = 0; lRound < 3; ++lRound) {
+    Service* const lpService = Service::get();
+    ASSERT_TRUE(lpService->initialize());
+    {
+      const Worker lRecorder([&](unsigned int i) {
+        TypeParam::startRecord(*lpService, this->mRecording.path());
+        if (i % 2 == 0) lpService->stopRecord();
+      });
+      const Worker lComingAndGoing([&](unsigned int i) {
+        lpService->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
+        lpService->attachPlayer(&lPlayer), lpService->detachPlayer(&lPlayer);
+        if (i % 5 == 0) lpService->detachPlayListener(&lListeners[i % 2]);
+      });
+      for (int i = 0; i < 10; ++i) {
+        lpService->startPlay((this->mDir / "played").c_str());
+        for (int k = 0; k < 50 && lpService->isPlaying(); ++k) std::this_thread::yield();
+        lpService->stopPlay();
+      }
+      if (lRound % 2 == 0) lpService->shutdown();  // under the others
+    }
+    const auto lSecond = std::async(std::launch::async, [&] { lpService->shutdown(); });
+    lpService->shutdown();
+    lSecond.wait();
+    Service::destroy();
+  }
+  for (const std::string& lPath : this->mRecording.files()) {
+    size_t lRest = 1;
+    nfwtest::parseLogRecords(nfwtest::readFile(lPath), &lRest);
+    EXPECT_EQ(0u, lRest) << lPath;
+  }
+}
+
 TEST(UnknownMessageTest, IsNamedByWhoeverGetsIt) {
   const seams::CapturedLog lLog;
   nfw::LogWriter lWriter(1000, 1000);
@@ -131,7 +196,8 @@ TEST(UnknownMessageTest, IsNamedByWhoeverGetsIt) {
                {&lReplay, "LogPlayDataDispatcher"},
                {&lSysReplay, "SysLogPlayDataDispatcher"},
                {Logger::get(), "Logger"},
-               {SensorSysLoggerManager::get(), "SensorSysLoggerManager"}};
+               {SensorSysLoggerManager::get(), "SensorSysLoggerManager"},
+               {nfw::MountManager::get(), "MountManager"}};
   std::vector<std::string> lExpected;
   for (const auto& lCase : CASES) {
     nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Eu));
@@ -143,98 +209,7 @@ TEST(UnknownMessageTest, IsNamedByWhoeverGetsIt) {
   EXPECT_EQ(lExpected, lLog.texts());
   Logger::destroy();
   SensorSysLoggerManager::destroy();
-}
-
-/// Recordings of 200 records of three ids, to be played.
-template <class Make>
-std::string recordingOf(const std::string& nPath, Make nMake) {
-  std::string lBytes;
-  for (unsigned int i = 0; i < 200; ++i) lBytes += nMake(static_cast<int>(i % 3), i * 10);
-  nfwtest::writeFile(nPath, lBytes);
-  return nPath;
-}
-
-TEST(RecordingStressTest, EverythingAtOnceLeavesWholeRecords) {
-  Logger::initializeMaxRecordEventListenerNum(4);
-  Logger::initializeMaxPlayerNum(4);
-  Logger::initializeMaxLogTypeNum(4);
-  Logger::initializeMaxLogFieldSize(2000);
-  Logger::initializeLogBufferSize(20000);
-  Logger::initializeMaxLogFileSize(200000);
-  const nfwtest::TempDir lDir, lRecording;
-  const seams::CapturedLog lLog;
-  seams::ManualClock lClock;
-  EXPECT_TRUE(syslogservice::setBinaryLogFile((lDir / "binary").c_str()));
-  const std::string lLogPath =
-      recordingOf(lDir / "log", [](int i, uint32_t t) { return nfwtest::logRecord(i, t, "x"); });
-  const std::string lSensorPath =
-      recordingOf(lDir / "sensor", [](int i, uint32_t t) { return nfwtest::sensorRecord(i, 1, t, "x"); });
-  Notes lNotes;
-  nfwtest::Player lPlayer(lNotes, "player");
-  nfwtest::SysPlayer lSysPlayer(lNotes);
-  nfwtest::RecordListener lRecordListener(lNotes, "record");
-  std::vector<nfwtest::PlayListener> lListeners(3, nfwtest::PlayListener(lNotes));
-  std::atomic<unsigned int> lCalls{0};
-  lListeners[0].mOnData = [&] {
-    if (++lCalls % 40 == 0) Logger::get()->stopPlay(), SensorSysLoggerManager::get()->stopPlay();
-  };
-  lListeners[1].mOnData = [&] { Logger::get()->detachPlayListener(&lListeners[1]); };
-  lPlayer.mOnEnd = [] { Logger::get()->stopPlay(); };
-
-  const auto lWrite = [](unsigned int i) {
-    char lData[1000] = {};
-    Logger::write(static_cast<int>(i % 3), lData, i % 1000);
-    SensorSysLoggerManager::write(static_cast<int>(i % 3), 1, lData, i % 1000);
-    if (i % 16 == 0) APPLOG(nfw::LOG_TYPE_NFW, nfw::LOG_LEVEL_INFO, "line %u", i);
-  };
-  const Worker lWriter(lWrite), lSecondWriter(lWrite);  // also while there is no logger
-  const Worker lTime([&](unsigned int) { lClock.advance(20), lNotes.clear(); });
-  for (int lRound = 0; lRound < 3; ++lRound) {
-    Logger* const lpLogger = Logger::get();
-    SensorSysLoggerManager* const lpManager = SensorSysLoggerManager::get();
-    ASSERT_TRUE(lpLogger->initialize() && lpManager->initialize());
-    const auto lShutdown = [&] { lpLogger->shutdown(), lpManager->shutdown(); };
-    {
-      const Worker lRecorder([&](unsigned int i) {
-        lpLogger->startRecord(lRecording.path().c_str(), "s", i % 8 == 0 ? lDir.path().c_str() : nullptr);
-        lpManager->startRecord();
-        char lPath[300];
-        lpLogger->getRecordingDir(lPath, sizeof lPath);
-        if (i % 2 == 0) lpLogger->stopRecord();
-        if (i % 3 == 0) lpManager->stopRecord();
-        lpLogger->flush();
-      });
-      const Worker lComingAndGoing([&](unsigned int i) {
-        lpLogger->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
-        lpManager->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
-        lpLogger->attachPlayer(&lPlayer), lpManager->attachPlayer(&lSysPlayer);
-        lpLogger->attachRecordEventListener(&lRecordListener);
-        lpLogger->detachPlayer(&lPlayer), lpManager->detachPlayer(&lSysPlayer);
-        lpLogger->detachRecordEventListener(&lRecordListener);
-        if (i % 5 == 0) lpLogger->detachPlayListener(&lListeners[i % 2]);
-        if (i % 7 == 0) lpManager->detachPlayListener(&lListeners[i % 2]);
-      });
-      for (int i = 0; i < 10; ++i) {
-        lpLogger->startPlay(lLogPath.c_str()), lpManager->startPlay(lSensorPath.c_str());
-        char lPath[300];
-        lpLogger->getPlayingDir(lPath, sizeof lPath);
-        for (int k = 0; k < 50 && lpLogger->isPlaying(); ++k) std::this_thread::yield();
-        lpLogger->stopPlay(), lpManager->stopPlay();
-      }
-      if (lRound % 2 == 0) lShutdown();  // under the others
-    }
-    const auto lSecond = std::async(std::launch::async, lShutdown);
-    lShutdown();
-    lSecond.wait();
-    Logger::destroy();
-    SensorSysLoggerManager::destroy();
-  }
-  syslogservice::setBinaryLogFile(nullptr);
-  for (const std::string& lFile : lRecording.files()) {
-    size_t lRest = 1;
-    nfwtest::parseLogRecords(nfwtest::readFile(lFile), &lRest);
-    EXPECT_EQ(0u, lRest) << lFile;
-  }
+  nfw::MountManager::destroy();
 }
 
 }  // namespace

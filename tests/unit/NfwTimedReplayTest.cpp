@@ -209,21 +209,6 @@ TEST_F(TimedReplayTest, SensorRecordsFollowTimeStampsThatGoBack) {
   EXPECT_TRUE(mLog.has("SysLogPlayDataDispatcher::onSetTimer(): Can't get next record: Id=0x04"));
 }
 
-// While a listener blocks, stop() waits; the listener's own operations do not.
-TEST_F(TimedReplayTest, AMutedListenerIsNotCalledAgain) {
-  Replay lReplay(20, &mListener, nfw::Logger::get(), 10);
-  EXPECT_EQ(nullptr, nfw::TimedReplay::delivering());
-  mListener.mOnData = [&] {
-    EXPECT_EQ(&lReplay, nfw::TimedReplay::delivering());
-    nfw::TimedReplay::delivering()->mute();
-  };
-  ASSERT_TRUE(start(lReplay, logRecord(20, 1, "a") + logRecord(20, 1, "b")));
-  readAhead(lReplay);
-  playAt({START});
-  EXPECT_TRUE(waitForEnd());
-  EXPECT_EQ(1u, mNotes.count());
-}
-
 // --- when a record is due
 
 const int64_t DROPPED = -1;
