@@ -65,13 +65,6 @@ class LogWriterTest : public testing::Test {
   void fill(int nCount, size_t nSize) {
     for (int i = 0; i < nCount; ++i) write(std::string(nSize - 49, 'x'));
   }
-  /// A file that ends inside a record, of 1000 bytes each: 20480 bytes of 30000.
-  void fillToMidRecord() {
-    record(40000);
-    fill(30, 1000);
-    nfwtest::RawMsg lMsg;
-    EXPECT_TRUE(eventually([&] { return fileSize() >= 20480; }, [&] { mpWriter->onWriteFile(lMsg); }));
-  }
   /// Every record of every file, in order.
   std::vector<LogRecordParts> records() {
     std::vector<LogRecordParts> lAll;
@@ -135,35 +128,33 @@ TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
   const std::string lLong(260, 'd');
   const std::string lFits(240, 'p');                                  // as a prefix, but not with the rest of the name
   const std::string lNoName(259 - mDir.path().size() - 1 - 16, 'p');  // as the one before, but for the serial
+  const char* const lpDir = mDir.path().c_str();
+  const std::string lNoPathMade = "NfwLogWriter::createFilePath(): Can't ";
   const std::string lNoPath = "LogWriter::open(): Can't create path: Dir=" + mDir.path() + " FilePrifix=";
   const struct {
     const char *mpDirectory, *mpPrefix;
     Strings mLines;
+    std::optional<seams::Point> mPoint = {};
   } CASES[] = {
       {nullptr, "drive", {}},
-      {mDir.path().c_str(), nullptr, {}},
+      {lpDir, nullptr, {}},
       {lFile.c_str(), "drive", {}},
       {lLong.c_str(), "drive", {"NfwLogWriter::start(): Can't copy dir path: " + lLong}},
-      {mDir.path().c_str(), lLong.c_str(), {"NfwLogWriter::start(): Can't copy file prefix: " + lLong}},
-      {mDir.path().c_str(), lFits.c_str(), {"NfwLogWriter::createFilePath(): Can't create base path", lNoPath + lFits}},
-      {mDir.path().c_str(), lNoName.c_str(), {"NfwLogWriter::createFilePath(): Can't create path", lNoPath + lNoName}},
+      {lpDir, lLong.c_str(), {"NfwLogWriter::start(): Can't copy file prefix: " + lLong}},
+      {lpDir, lFits.c_str(), {lNoPathMade + "create base path", lNoPath + lFits}},
+      {lpDir, lNoName.c_str(), {lNoPathMade + "create path", lNoPath + lNoName}},
       {lMissing.c_str(), "drive", {"LogWriter::open(): Can't open " + lMissing + "/drive_20240506-070809_00.log"}},
+      {lpDir, "drive", {lNoPathMade + "get local time", lNoPath + "drive"}, seams::LOCAL_TIME},
+      {lpDir, "drive", {lNoPathMade + "get time", lNoPath + "drive"}, seams::LOCAL_TIME_FIELDS},
   };
   make();
   for (const auto& lCase : CASES) {
     mLog.clear();
+    std::optional<seams::Failing> lFailing;
+    if (lCase.mPoint) lFailing.emplace(*lCase.mPoint);
     EXPECT_FALSE(mpWriter->start(lCase.mpDirectory, lCase.mpPrefix, nullptr));
     EXPECT_EQ(lCase.mLines, mLog.texts());
     EXPECT_FALSE(mpWriter->isRecording());
-  }
-  for (const seams::Point lPoint : {seams::LOCAL_TIME, seams::LOCAL_TIME_FIELDS}) {
-    const seams::Failing lFailing(lPoint);
-    mLog.clear();
-    EXPECT_FALSE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
-    EXPECT_EQ((Strings{std::string("NfwLogWriter::createFilePath(): Can't get ") +
-                           (lPoint == seams::LOCAL_TIME ? "local time" : "time"),
-                       lNoPath + "drive"}),
-              mLog.texts());
   }
   EXPECT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", ""));
   EXPECT_FALSE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
@@ -193,20 +184,19 @@ TEST_F(LogWriterTest, NamesWhatIsWrongWithARecord) {
   EXPECT_EQ(FAILED, mpWriter->write(-1, "x", 1));
   EXPECT_EQ(FAILED, mpWriter->write(0x1A, nullptr, 1));
   EXPECT_EQ(FAILED, mpWriter->write(0x1A, "x", 0xFFFFFFCFu));
-  const struct {
-    seams::Point mPoint;
-    const char* mpWords;
-  } CASES[] = {{seams::LOCAL_TIME, "Can't get local time"},
-               {seams::LOCAL_TIME_FIELDS, "Can't get time"},
-               {seams::TICK, "Can't get tick time"}};
   Strings lExpected = {"LogWriter::write(): LogTypeId is negative value",
                        "LogWriter::write(): Data is null: Id=0x0000001A",
                        "LogWriter::write(): Data is too big: Id=0x0000001A DataSize=4294967247 Byte"};
-  for (const auto& lCase : CASES) {
-    const seams::Failing lFailing(lCase.mPoint);
+  const std::pair<seams::Point, const char*> CASES[] = {
+      {seams::LOCAL_TIME, "local time"}, {seams::LOCAL_TIME_FIELDS, "time"}, {seams::TICK, "tick time"}};
+  for (const auto& [lPoint, lpWords] : CASES) {
+    const seams::Failing lFailing(lPoint);
     EXPECT_EQ(FAILED, write("x", 0x1A));
-    lExpected.push_back("LogWriter::write(): " + std::string(lCase.mpWords) + ": Id=0x0000001A");
+    lExpected.push_back("LogWriter::write(): Can't get " + std::string(lpWords) + ": Id=0x0000001A");
   }
+  mTime.emplace(10000, 1, 1, 0, 0, 0, 0);
+  EXPECT_EQ(FAILED, write("x", 0x1A));
+  lExpected.push_back("LogWriter::write(): Can't create prefix: Id=0x0000001A");
   Strings lLines = mLog.texts();
   lLines.erase(lLines.begin());  // the file's creation
   EXPECT_EQ(lExpected, lLines);
@@ -274,16 +264,14 @@ TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
   EXPECT_EQ(ACCEPTED, write(std::string(100, 'b')));
   EXPECT_EQ(149u, fileSize());
   EXPECT_EQ(ACCEPTED, write(std::string(152, 'c')));
+  const auto lSizes = [](const char* npWords, size_t nSize, const char* npEnd) {
+    return std::string("LogWriter::write(): Log ") + npWords + ": Id=0x00000014 Record=" + std::to_string(nSize + 49) +
+           " Byte Base=48 Byte Data=" + std::to_string(nSize) + " Byte " + npEnd + " Byte";
+  };
+  const std::string lFlushed = "LogWriter::write(): Flushed File";
   EXPECT_EQ(
-      (Strings{"LogWriter::write(): Log Buffer is not Enough: Id=0x00000014 Record=149 Byte Base=48 Byte Data=100 Byte "
-               "Free=51 Byte",
-               "LogWriter::write(): Flushed File",
-               "LogWriter::write(): Log Buffer is not Enough: Id=0x00000014 Record=201 Byte Base=48 Byte Data=152 Byte "
-               "Free=51 Byte",
-               "LogWriter::write(): Flushed File",
-               "LogWriter::write(): Log Data is too Big: Id=0x00000014 Record=201 Byte Base=48 Byte Data=152 Byte "
-               "Buffer=200 Byte",
-               "LogWriter::write(): Written File Directory"}),
+      (Strings{lSizes("Buffer is not Enough", 100, "Free=51"), lFlushed, lSizes("Buffer is not Enough", 152, "Free=51"),
+               lFlushed, lSizes("Data is too Big", 152, "Buffer=200"), "LogWriter::write(): Written File Directory"}),
       mLog.texts());
   for (const auto& lLine : mLog.lines()) EXPECT_EQ(2, lLine.mLevel);
   EXPECT_EQ(499u, fileSize());
@@ -324,7 +312,10 @@ TEST_F(LogWriterTest, IsWokenWhenABatchIsThere) {
 
 // The name of the file is another's meanwhile: what is cut back is its own.
 TEST_F(LogWriterTest, LosesNoWholeRecordToAFailedWrite) {
-  fillToMidRecord();
+  record(40000);
+  fill(30, 1000);
+  nfwtest::RawMsg lMsg;  // what is written ends inside a record
+  EXPECT_TRUE(eventually([&] { return fileSize() >= 20480; }, [&] { mpWriter->onWriteFile(lMsg); }));
   const std::string lPath = mDir.files()[0], lLine = "Can't write data: " + lPath;
   const auto lMove = [](const std::string& nFrom, const std::string& nTo) { std::filesystem::rename(nFrom, nTo); };
   lMove(lPath, mDir / "moved");
