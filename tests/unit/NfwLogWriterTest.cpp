@@ -217,8 +217,12 @@ TEST_F(LogWriterTest, RotatesBehindARecordThatJustFits) {
   EXPECT_EQ(ACCEPTED, write(lLarge));
   EXPECT_EQ(ACCEPTED, write("after"));
   EXPECT_EQ(4u, mDir.files().size());
+  EXPECT_FALSE(mpWriter->open());
+  mpWriter->close();
+  EXPECT_EQ(ACCEPTED, write("fifth"));
   mpWriter->stop();
-  EXPECT_EQ((Strings{lData, lData, lData, "", lLarge, "after"}), data());
+  EXPECT_EQ((Strings{lData, lData, lData, "", lLarge, "after", "fifth"}), data());
+  EXPECT_EQ(5u, mDir.files().size());
 }
 
 TEST_F(LogWriterTest, MakesAHundredFilesASecond) {
@@ -301,10 +305,17 @@ TEST_F(LogWriterTest, LeavesLessThanABatchInTheBuffer) {
   EXPECT_EQ(1u, mLog.count("LogWriter::onWriteFile(): Can't post thread"));
 }
 
+// What a crash at any moment would leave: whole records in their order, and at most a part of the next.
 TEST_F(LogWriterTest, IsWokenWhenABatchIsThere) {
   record(1000000);
   Strings lExpected;
-  for (int i = 0; i < 500; ++i) write(lExpected.emplace_back(std::to_string(i) + std::string(60, 'x')));
+  for (int i = 0; i < 500; ++i) {
+    write(lExpected.emplace_back(std::to_string(i) + std::string(60, 'x')));
+    size_t lRest = 0;
+    const size_t lCount = parseLogRecords(readFile(mDir.files()[0]), &lRest).size();
+    EXPECT_TRUE(lCount < lExpected.size() || lRest == 0);
+    EXPECT_LT(lRest, 112u);
+  }
   EXPECT_TRUE(eventually([&] { return fileSize() + 10240 > 500 * (49 + 61); }));  // but for less than a batch
   mpWriter->stop();
   EXPECT_EQ(lExpected, data());

@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
-#include <sys/ptrace.h>
-#include <sys/wait.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <climits>
-#include <csignal>
 #include <cstring>
 #include <functional>
 #include <thread>
@@ -14,19 +13,51 @@
 #include "MountNamespace.h"
 #include "NfwSettingFile.h"
 #include "PlatformSeams.h"
-#include "SettingSamples.h"
 #include "TempTree.h"
 
 namespace {
 
+std::function<int(int)> gOnSync;
+
+}  // namespace
+
+/// Instead of the C library's.
+extern "C" int fsync(int nDescriptor) {
+  return gOnSync ? gOnSync(nDescriptor) : static_cast<int>(syscall(SYS_fsync, nDescriptor));
+}
+
+namespace {
+
+using Strings = std::vector<std::string>;
 using nfw::SettingFile;
-using nfwtest::Settings;
 using std::string;
 
 const string KEY_32(32, 'k');
 const string VALUE_200(200, 'v');
 const string FULL_WIDTH_MINUS_12 = "\xEF\xBC\x8D\xEF\xBC\x91\xEF\xBC\x92";
 const string FULL_WIDTH_PLUS_12_BLANK = "\xEF\xBC\x8B\xEF\xBC\x91\xEF\xBC\x92\xE3\x80\x80";
+
+class Settings : public nfw::SettingFile {
+ public:
+  using SettingFile::SettingFile;
+
+  int mScale = 6;
+  string mName = "right";
+  bool mResult = true;                 // of both operations, when they did not fail
+  std::function<void()> mDuringWrite;  // called between the two parameters
+  int mReadNum = 0;
+
+ private:
+  bool readParameters(utl::File& nFile) override {
+    ++mReadNum;
+    return readParam(nFile, "Scale", &mScale) && mResult;
+  }
+  bool writeParameters(utl::File& nFile) override {
+    if (!writeParam(nFile, "Scale", mScale)) return false;
+    if (mDuringWrite) mDuringWrite();
+    return writeParam(nFile, "Name", mName.c_str()) && mResult;
+  }
+};
 
 class SettingFileTest : public testing::Test {
  protected:
@@ -322,6 +353,7 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
   namespace fs = std::filesystem;
   mTree.write("settings", "old and longer than what is written now, as can be seen");
   fs::permissions(path(), fs::perms::owner_read | fs::perms::owner_write);
+  const unsigned int lOwner = chown(path().c_str(), 1234, 1234) == 0 ? 1234 : geteuid();  // root may
   mTree.link("settings", "link");
   mTree.link("new", "dangling");
   for (const char* lpName : {"link", "dangling"}) {
@@ -331,6 +363,8 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
     EXPECT_EQ("Scale=6\nName=right\n", mTree.read(lpName));
   }
   EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(path()).permissions());
+  struct stat lStat;
+  EXPECT_TRUE(stat(path().c_str(), &lStat) == 0 && lStat.st_uid == lOwner);
   Settings lSettings("/dev/full");  // really full
   EXPECT_FALSE(lSettings.save());
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
@@ -372,68 +406,26 @@ TEST_F(SettingFileTest, SaversOfOnePathWaitForEachOther) {
   EXPECT_TRUE(lContent == "Scale=2\nName=right\n" || lContent == "Scale=111111111\nName=right\n") << lContent;
 }
 
-// --- killed while it saves
-
-const char OLD[] = "Scale=1\nName=old\n";
-const char NEW[] = "Scale=6\nName=right\n";
-
-/// A child that is stopped at the beginning and the end of every system call.
-class TracedSave {
- public:
-  explicit TracedSave(const char* npPath) : mChild(fork()) {
-    if (mChild == 0) save(npPath);
-    mIsTraced = wait() && WIFSTOPPED(mStatus);
+// Only so does a power cut leave the old file or the new one.
+TEST_F(SettingFileTest, HasTheBytesOnTheMediumBeforeTheNameIsGiven) {
+  mTree.write("settings", "old");
+  Strings lSeen;  // by each sync: of what, and what the file holds under its name
+  gOnSync = [&](int nDescriptor) {
+    struct stat lStat;
+    EXPECT_EQ(0, fstat(nDescriptor, &lStat));
+    lSeen.push_back((S_ISDIR(lStat.st_mode) ? "directory" : std::to_string(lStat.st_size)) + " " +
+                    mTree.read("settings"));
+    return 0;
+  };
+  EXPECT_TRUE(Settings(path().c_str()).save());
+  EXPECT_EQ((Strings{"19 old", "directory Scale=6\nName=right\n"}), lSeen);
+  for (const int lError : {EINVAL, EIO}) {  // a file system that cannot tell is taken at its word
+    mTree.write("settings", "old");
+    gOnSync = [lError](int) { return errno = lError, -1; };
+    EXPECT_EQ(lError == EINVAL, Settings(path().c_str()).save());
+    EXPECT_EQ(lError == EINVAL ? "Scale=6\nName=right\n" : "old", mTree.read("settings"));
   }
-  bool isTraced() const { return mIsTraced; }
-
-  /// False when the child ended by itself before.
-  bool runTo(int nStop) {
-    for (int i = 0; i < nStop; ++i) {
-      if (ptrace(PTRACE_SYSCALL, mChild, nullptr, nullptr) != 0 || !wait() || !WIFSTOPPED(mStatus)) return false;
-    }
-    return true;
-  }
-  void kill() {
-    ::kill(mChild, SIGKILL);
-    wait();
-  }
-  bool hasSaved() const { return WIFEXITED(mStatus) && WEXITSTATUS(mStatus) == 0; }
-
- private:
-  [[noreturn]] static void save(const char* npPath) {
-    nfwtest::Settings lSettings(npPath);
-    if (ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) _exit(2);
-    raise(SIGSTOP);
-    _exit(lSettings.save() ? 0 : 1);
-  }
-  bool wait() { return waitpid(mChild, &mStatus, 0) == mChild; }
-
-  int mStatus = 0;
-  pid_t mChild;
-  bool mIsTraced = false;
-};
-
-TEST(SettingFileCrash, LeavesTheOldOrTheNewFileWholeAtEverySystemCall) {
-  const nfwtest::TempTree lTree;
-  const std::string lPath = lTree.path("settings");
-  int lOldNum = 0;
-  int lNewNum = 0;
-  for (int lStop = 1;; ++lStop) {
-    lTree.write("settings", OLD);
-    TracedSave lSave(lPath.c_str());
-    if (!lSave.isTraced()) GTEST_SKIP() << "system calls cannot be traced here (ptrace is refused)";
-    const bool lIsInside = lSave.runTo(lStop);
-    if (lIsInside) lSave.kill();
-    const std::string lContent = lTree.read("settings");
-    ASSERT_TRUE(lContent == OLD || lContent == NEW) << "killed at stop " << lStop << ": " << lContent;
-    ++(lContent == OLD ? lOldNum : lNewNum);
-    if (lIsInside) continue;
-    EXPECT_TRUE(lSave.hasSaved());
-    EXPECT_EQ(1u, lTree.entryNum());  // what the killed ones left was used up
-    break;
-  }
-  EXPECT_GT(lOldNum, 10);  // it was really met before,
-  EXPECT_GT(lNewNum, 2);   // and behind the change
+  gOnSync = nullptr;
 }
 
 }  // namespace
