@@ -291,16 +291,4 @@ TEST_F(ReaderTest, AFastReaderMeetsTheNewEndWhenItReadsOn) {
   EXPECT_EQ(END, next().mResult);
 }
 
-TEST_F(ReaderTest, ReadsRecordsThatStraddleWhatIsReadAtOnce) {
-  std::string lFile;
-  for (unsigned int i = 0; i < 3000; ++i) lFile += logRecord(static_cast<int>(i % 3), i, std::string(i % 97, 'x'));
-  ASSERT_TRUE(open(1, lFile));
-  for (unsigned int i = 1; i < 3000; i += 3) {
-    const Read lRead = next();
-    ASSERT_EQ(static_cast<int>(i % 97), lRead.mResult);
-    ASSERT_EQ(i, lRead.mTime);
-  }
-  EXPECT_EQ(END, next().mResult);
-}
-
 }  // namespace

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -292,7 +293,11 @@ TEST_F(LogWriterTest, LeavesLessThanABatchInTheBuffer) {
   fill(1, 1023);  // 10239 bytes
   mpWriter->onWriteFile(lMsg);
   EXPECT_EQ(0u, fileSize());
-  mpWriter->flush();
+  {
+    const seams::Failing lMedium(seams::FILE_FLUSH);
+    mpWriter->flush();
+    EXPECT_EQ(1u, lMedium.hits());
+  }
   EXPECT_EQ(10239u, fileSize());
   const seams::Failing lPost(seams::POST);  // the thread stays asleep
   fill(11, 1024);
@@ -373,29 +378,56 @@ TEST_F(LogWriterTest, CutsAShortWriteBackAndGoesOnWhenThereIsRoomAgain) {
 
 TEST_F(LogWriterTest, DirectWritesAreWholeOrCutOff) {
   mHasOtherFiles = true;  // of three writers
+  static const char* const PARTS[] = {"base data", "data", "postfix"};
   for (unsigned int i = 0; i < 3; ++i) {
     record(60);
+    EXPECT_EQ(ACCEPTED, write("longer than the buffer"));
     const seams::Failing lFailing(seams::FILE_WRITE, i, 1);
     EXPECT_EQ(FAILED, write("longer than the buffer"));
-    static const char* const PARTS[] = {"base data", "data", "postfix"};
     EXPECT_EQ(1u, mLog.count("LogWriter::write(): Can't write " + std::string(PARTS[i]) +
                              " to file: Ret=4294967295 Id=0x00000014"));
-    EXPECT_EQ(0u, fileSize());
+    EXPECT_EQ(71u, fileSize());
     EXPECT_EQ(ACCEPTED, write("longer than the buffer"));
     mpWriter->stop();
   }
-  EXPECT_EQ(3u, records().size());
+  EXPECT_EQ(6u, records().size());
 }
 
-/// Whatever is written to the open file of this path fails from now on, as on a stick that was pulled.
-void breakOpenFile(const std::string& nPath) {
-  const int lFull = ::open("/dev/full", O_WRONLY);
+/// Whatever is written to the open file of this path goes to this descriptor from now on.
+void replaceOpenFile(const std::string& nPath, int nDescriptor) {
   for (const auto& lEntry : std::filesystem::directory_iterator("/proc/self/fd")) {
     std::error_code lIgnored;
     if (std::filesystem::read_symlink(lEntry, lIgnored) != nPath) continue;
-    dup2(lFull, std::stoi(lEntry.path().filename()));
+    dup2(nDescriptor, std::stoi(lEntry.path().filename()));
   }
-  ::close(lFull);
+  ::close(nDescriptor);
+}
+
+// A disk that takes its time: a pipe that is read later.
+TEST_F(LogWriterTest, ASlowDiskHoldsUpNobodyWhoseRecordHasRoom) {
+  mHasOtherFiles = true;
+  record();
+  int lPipe[2] = {};
+  ASSERT_EQ(0, pipe(lPipe));
+  EXPECT_LE(0, fcntl(lPipe[1], F_SETPIPE_SZ, 4096));
+  replaceOpenFile(mDir.files()[0], lPipe[1]);
+  fill(9, 1000);
+  const auto lFlush = std::async(std::launch::async, [&] { mpWriter->flush(); });
+  const auto isStuck = [&] {
+    int lSize = 0;
+    return ioctl(lPipe[0], FIONREAD, &lSize) == 0 && lSize >= 4096;
+  };
+  EXPECT_TRUE(eventually(isStuck));
+  const auto lWrite = std::async(std::launch::async, [&] { fill(1, 1000); });
+  EXPECT_EQ(std::future_status::ready, lWrite.wait_for(std::chrono::seconds(20)));
+  const auto lReader = std::async(std::launch::async, [&] {
+    char lBytes[4096];
+    while (read(lPipe[0], lBytes, sizeof lBytes) > 0) continue;
+  });
+  lFlush.wait();
+  mpWriter->stop();
+  lReader.wait();
+  ::close(lPipe[0]);
 }
 
 TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSeconds) {
@@ -407,7 +439,7 @@ TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSecon
     Strings lAccepted;
     for (int i = 0; i < 60; ++i) {
       if (i == 40) lClock.advance(10000);
-      if (i == 10 || i == 20) breakOpenFile(mDir.files().back());
+      if (i == 10 || i == 20) replaceOpenFile(mDir.files().back(), ::open("/dev/full", O_WRONLY));
       const std::string lData = std::to_string(i) + std::string(449, 'x');
       if (write(lData) == ACCEPTED) lAccepted.push_back(lData);
     }

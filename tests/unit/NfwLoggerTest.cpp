@@ -175,6 +175,20 @@ TEST_F(LoggerTest, PlaysAFileToItsListeners) {
   }
 }
 
+TEST_F(LoggerTest, HasASecondToReadAhead) {
+  mListener.mHasTicks = true;
+  EXPECT_TRUE(mpLogger->attachPlayListener(20, &mListener));
+  ASSERT_TRUE(play(logRecord(20, 10, "a") + logRecord(20, 11, "b") + logRecord(20, 9, "old")));
+  EXPECT_TRUE(
+      mLog.waitFor("LogPlayDataDispatcher::onSetTimer(): Log is skipped: Invalid log time: Target=9 msec "
+                   "Base=10 msec LogPos=100 Id=0x00000014"));  // all is read
+  mClock.advance(1000);
+  EXPECT_TRUE(mNotes.waitFor(1));
+  mClock.advance(1);
+  EXPECT_TRUE(mNotes.waitFor(2));
+  EXPECT_EQ((Strings{"101000:a", "101001:b"}), mNotes.all());
+}
+
 TEST_F(LoggerTest, EndsAtOnceWhereNothingCanBeStarted) {
   mpLogger->attachPlayer(&mFirst);
   ASSERT_TRUE(play(logRecord(20, 0, "a")));
