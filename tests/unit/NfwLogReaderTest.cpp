@@ -13,6 +13,7 @@ namespace {
 using nfwtest::logRecord;
 using nfwtest::sensorRecord;
 using nfwtest::writeFile;
+using Strings = std::vector<std::string>;
 
 const int ERROR = -1, END = -3, CANCELED = -4;
 const unsigned int BUFFER_SIZE = 70000;
@@ -99,7 +100,7 @@ TEST_F(ReaderTest, SensorRecordsCarryAVersion) {
   unsigned int lTime = 0;
   EXPECT_TRUE(mSysReader.getFirstLogTime(&lTime));
   EXPECT_EQ(70u, lTime);
-  EXPECT_EQ(std::vector<std::string>{"### Start Sensor sysLog : Id=0x0f"}, mLog.texts());
+  EXPECT_EQ(Strings{"### Start Sensor sysLog : Id=0x0f"}, mLog.texts());
   EXPECT_EQ(4, mLog.lines()[0].mLevel);
   mSysReader.requestCancelNext();  // cannot be
   const Read lRead = next(SENSOR);
@@ -173,7 +174,7 @@ TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
     EXPECT_EQ(ERROR, next(lCase.mKind).mResult);
     EXPECT_FALSE(getFirstLogTime(lCase.mKind));
     const char* const lpClass = lCase.mKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
-    ASSERT_EQ(std::vector<std::string>{std::string(lpClass) + lCase.mpLine}, mLog.texts());
+    ASSERT_EQ(Strings{std::string(lpClass) + lCase.mpLine}, mLog.texts());
     EXPECT_EQ(1, mLog.lines()[0].mLevel);
   }
 }
@@ -198,10 +199,9 @@ TEST_F(ReaderTest, TheFirstTimeMayNotBeHad) {
       EXPECT_EQ(lCase.mResult, getFirstLogTime(lKind, &lTime));
       EXPECT_EQ(77u, lTime);
     }
-    EXPECT_EQ(
-        (std::vector<std::string>{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
-                                  "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
-        mLog.texts());
+    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
+                       "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
+              mLog.texts());
     EXPECT_EQ(ERROR, next().mResult);
   }
   ASSERT_TRUE(open(20, ""));
@@ -271,7 +271,7 @@ TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
       std::filesystem::resize_file(mPath, lCase.mWhole * lRecord.size() + lCase.mBytes);
       const bool lIsEnd = lCase.mLines[lKind].empty();
       for (int i = 0; i < 2; ++i) EXPECT_EQ(lIsEnd ? END : ERROR, next(lKind).mResult);
-      EXPECT_EQ(lIsEnd ? std::vector<std::string>() : std::vector{lCase.mLines[lKind]}, mLog.texts());
+      EXPECT_EQ(lIsEnd ? Strings() : std::vector{lCase.mLines[lKind]}, mLog.texts());
       if (!lIsEnd) continue;
       writeFile(mPath, lFile.substr(0, 31 * lRecord.size()));
       EXPECT_EQ(4, next(lKind).mResult);
