@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <optional>
 
 #include "LogRecords.h"
@@ -207,6 +208,35 @@ TEST_F(TimedReplayTest, SensorRecordsFollowTimeStampsThatGoBack) {
   ASSERT_TRUE(start(lReplay, sensorRecord(4, 0, 1, std::string(1201, 'x')), mClock.tick() + 1000));
   EXPECT_TRUE(waitForSensorEnd());
   EXPECT_TRUE(mLog.has("SysLogPlayDataDispatcher::onSetTimer(): Can't get next record: Id=0x04"));
+}
+
+/// A timer's message whose id, 0x7F7F7F7F, no pending record has.
+class StrayTimer : public nfwtest::RawMsg {
+ public:
+  StrayTimer() : RawMsg(utl::TimerMsg::MSG_ID) {}
+  bool beginInput() override { return true; }
+
+ protected:
+  bool take(ItemKind /*nKind*/, void* npItem, unsigned int nSize) override {
+    return memset(npItem, 0x7F, nSize) != nullptr;
+  }
+};
+
+TEST_F(TimedReplayTest, NamesATimerWithoutARecord) {
+  Replay lReplay(20, &mListener, nfw::Logger::get(), 10);
+  SysReplay lSysReplay(4, &mListener, nfw::SensorSysLoggerManager::get());
+  StrayTimer lTimer;
+  lReplay.receiveMsg(0, lTimer);  // it does not play
+  const std::string lLine = "LogPlayDataDispatcher::onTimer(): Can't find log info: TimerId=2139062143 msec Id=";
+  nfw::TimedReplay* const REPLAYS[] = {&lReplay, &lSysReplay};
+  for (nfw::TimedReplay* const lpReplay : REPLAYS) {
+    ASSERT_TRUE(start(*lpReplay, lpReplay == &lReplay ? logRecord(20, 1, "a") : sensorRecord(4, 0, 1, "a")));
+    readAhead(*lpReplay);
+    mLog.clear();
+    lpReplay->receiveMsg(0, lTimer);
+    ASSERT_EQ(Strings{lLine + lpReplay->getIdText()}, mLog.texts());
+    EXPECT_EQ(1, mLog.lines()[0].mLevel);
+  }
 }
 
 // --- when a record is due
