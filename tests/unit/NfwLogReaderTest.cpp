@@ -281,6 +281,16 @@ TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
   }
 }
 
+TEST_F(ReaderTest, AFileThatShrinksAndCannotBeReadOnIsAnError) {
+  const std::string lOwn = logRecord(20, 1, "data");
+  ASSERT_TRUE(open(20, lOwn + lOwn + lOwn));
+  EXPECT_EQ(4, next().mResult);
+  std::filesystem::resize_file(mPath, 2 * lOwn.size());
+  const seams::Failing lFailing(seams::FILE_SEEK);
+  EXPECT_EQ(ERROR, next().mResult);
+  EXPECT_EQ(Strings{"LogReader::next(): Can't get log pos: Id=0x00000014"}, mLog.texts());
+}
+
 TEST_F(ReaderTest, AFastReaderMeetsTheNewEndWhenItReadsOn) {
   std::string lFile;
   for (int i = 0; i < 5000; ++i) lFile += logRecord(20, 1, "data");
