@@ -39,7 +39,8 @@ class LoggerTest : public testing::Test {
     return mpLogger->startPlay(mPath.c_str());
   }
   bool pumpTo(size_t nCount) {
-    return nfwtest::pump(mClock, [&] { return mNotes.count() >= nCount; });
+    return nfwtest::pump(
+        mClock, [&] { return mNotes.count() >= nCount; }, 10);
   }
   Strings dataOf(const std::string& nDirectory) {
     Strings lData;

@@ -141,7 +141,8 @@ TEST_F(SensorSysLoggerTest, PlaysTwoRecordingsOneAfterTheOther) {
                                 sensorRecord(4, 0, 70, "b") + sensorRecord(4, 0, 80, "c"));
   ASSERT_TRUE(lpLogger->startPlay(mPath.c_str()));
   EXPECT_TRUE(lpLogger->isPlaying());
-  ASSERT_TRUE(nfwtest::pump(mClock, [&] { return mNotes.count() >= 4; }));
+  ASSERT_TRUE(nfwtest::pump(
+      mClock, [&] { return mNotes.count() >= 4; }, 10));
   EXPECT_EQ((Strings{"start", "v1 a", "v0 c", "end"}), mNotes.all());  // b became the new base
   EXPECT_TRUE(lpLogger->stopPlay());
   EXPECT_TRUE(lpManager->detachPlayer(&lPlayer));
