@@ -11,7 +11,7 @@ import struct
 import subprocess
 import sys
 
-from build import ToolError, run
+from build import ToolError
 from cases import Runner, read_cases
 from subsystems import subsystem_of
 
@@ -42,39 +42,62 @@ class Coverage:
 
 
 def measure(build, jobs, say):
-    """The coverage of the sources as they are, measured or from the cache."""
+    """The coverage of the build as it is: each test program's is measured, or kept from when it was the same."""
     folder = os.path.join(build.folder, "coverage")
-    file_name = os.path.join(folder, f"{state_of(build)}.json")
-    cases = read_cases(build)
+    os.makedirs(folder, exist_ok=True)
+    programs = {}
+    for case in read_cases(build):
+        programs.setdefault(case.program, []).append(case)
+    shared, modules = shared_state(build), {}
+    cases, seconds, lines = [], [], {}
+    for program, own in programs.items():
+        kept = measure_program(build, own, os.path.join(folder, program), shared, modules, jobs, say)
+        for path, rows in kept["lines"].items():
+            for line, indices in rows.items():
+                lines.setdefault(path, {}).setdefault(int(line), set()).update(index + len(cases) for index in indices)
+        cases += own
+        seconds += kept["seconds"]
+    return Coverage(cases, seconds, lines)
+
+
+def measure_program(build, cases, folder, shared, modules, jobs, say):
+    """Of one program's cases; indices are among these."""
+    state = shared.copy()
+    add_file(state, os.path.join(build.folder, "bin", cases[0].program))
+    state.update(repr(cases).encode())
+    file_name = folder + ".json"
     if os.path.exists(file_name):
         with open(file_name) as file:
             kept = json.load(file)
-        if kept["cases"] == [case.name for case in cases]:
-            lines = {path: {int(line): set(indices) for line, indices in rows.items()}
-                     for path, rows in kept["lines"].items()}
-            return Coverage(cases, kept["seconds"], lines)
+        if kept["state"] == state.hexdigest():
+            return kept
     shutil.rmtree(folder, ignore_errors=True)
     os.makedirs(folder)
     seconds = run_all(build, cases, folder, jobs, say)
     say("reading the coverage")
-    lines = collect(build, cases, folder)
+    lines = collect(build, cases, folder, modules)
+    kept = {"state": state.hexdigest(), "seconds": seconds,
+            "lines": {path: {line: sorted(indices) for line, indices in rows.items()} for path, rows in lines.items()}}
     with open(file_name, "w") as file:
-        json.dump({"cases": [case.name for case in cases], "seconds": seconds,
-                   "lines": {path: {line: sorted(indices) for line, indices in rows.items()}
-                             for path, rows in lines.items()}}, file)
-    return Coverage(cases, seconds, lines)
+        json.dump(kept, file)
+    return kept
 
 
-def state_of(build):
-    """A name for the sources as they are, tests and all."""
+def add_file(state, name):
+    with open(name, "rb") as file:
+        state.update(name.encode() + b"\0" + file.read())
+
+
+def shared_state(build):
+    """What every test program may run besides itself: the libraries and the tools."""
     state = hashlib.sha1()
-    for path in sorted(run(["git", "-C", build.root, "ls-files", "-co", "--exclude-standard"]).splitlines()):
-        name = os.path.join(build.root, path)
-        if re.match(r"(src|platform|tools|tests|include|cmake)/|CMakeLists|scripts/mutants\.d/(cover|coverage)", path) and \
-                os.path.isfile(name):
-            with open(name, "rb") as file:
-                state.update(path.encode() + b"\0" + file.read())
-    return state.hexdigest()[:16]
+    add_file(state, __file__)
+    for kind in ("lib", "bin"):
+        folder = os.path.join(build.folder, kind)
+        for name in sorted(os.listdir(folder)):
+            if os.path.isfile(os.path.join(folder, name)) and not name.endswith("_tests"):
+                add_file(state, os.path.join(folder, name))
+    return state
 
 
 def run_all(build, cases, folder, jobs, say):
@@ -116,10 +139,9 @@ def run_case(runner, case, folder):
     return outcome
 
 
-def collect(build, cases, folder):
-    """Path -> line -> the cases that reach it."""
-    modules = {}
-    lines = {}
+def collect(build, cases, folder, modules):
+    """Path -> line -> the cases that reach it; the modules are kept for the next program."""
+    lines, seen = {}, set()
     for index in range(len(cases)):
         place = os.path.join(folder, str(index))
         for name in os.listdir(place):
@@ -128,6 +150,8 @@ def collect(build, cases, folder):
             module = name[:-len(".hit")]
             if module not in modules:
                 modules[module] = Module(build, module, os.path.join(place, module + ".pcs"))
+            if module not in seen:
+                seen.add(module)
                 for path, line in modules[module].all_lines():
                     lines.setdefault(path, {}).setdefault(line, set())
             with open(os.path.join(place, name), "rb") as file:
@@ -146,7 +170,7 @@ class Module:
             data = file.read()
         addresses = struct.unpack(f"<{len(data) // 8}Q", data)
         places = [os.path.join(build.folder, kind, name) for kind in ("bin", "lib")]
-        rows = line_rows(next(place for place in places if os.path.exists(place)), build.root)
+        rows = line_rows(next(place for place in places if os.path.exists(place)), build)
         order = sorted(range(len(addresses)), key=addresses.__getitem__)
         starts = [addresses[index] for index in order]
         self.blocks = [set() for _ in addresses]
@@ -166,7 +190,7 @@ class Module:
         return found
 
 
-def line_rows(binary, root):
+def line_rows(binary, build):
     """Stretches of addresses with the line of ours that they come from: (start, end, (path, line))."""
     process = subprocess.Popen(["llvm-dwarfdump", "--debug-line", binary], stdout=subprocess.PIPE, text=True)
     rows, folders, files, last = [], {}, {}, None
@@ -177,7 +201,7 @@ def line_rows(binary, root):
             address, line, number = int(row.group(1), 16), int(row.group(2)), int(row.group(3))
             if last is not None and last[1] is not None and last[0] < address:
                 rows.append((last[0], address, last[1]))
-            path = path_in(files.get(number), folders, root)
+            path = path_in(files.get(number), folders, build)
             last = (address, (path, line) if path and line else None)
             if "end_sequence" in text:
                 last = None
@@ -197,13 +221,14 @@ def line_rows(binary, root):
     return rows
 
 
-def path_in(file, folders, root, known={}):
-    """The path from the root of a source of ours, or None."""
+def path_in(file, folders, build, known={}):
+    """The path from the root of a source of ours, or None. Folder 0 is the one it was compiled in: this build's, though
+    a compiler cache may have it from another copy of the project, with another name."""
     if file is None:
         return None
-    key = (file[0], folders.get(file[1], ""), folders.get(0, ""))
+    key = (file[0], folders.get(file[1], "") if file[1] else "")
     if key not in known:
-        path = os.path.normpath(os.path.join(key[2], key[1], key[0]))
-        path = os.path.relpath(path, root) if path.startswith(root + "/") else None
+        path = os.path.normpath(os.path.join(build.folder, key[1], key[0]))
+        path = os.path.relpath(path, build.root) if path.startswith(build.root + "/") else None
         known[key] = path if path and subsystem_of(path) else None
     return known[key]

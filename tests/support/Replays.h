@@ -50,15 +50,22 @@ class Notes {
   std::vector<std::string> mNotes;
 };
 
-/// Moves the clock by steps until the condition holds. False when it does not within a minute of real time.
-inline bool pump(seams::ManualClock& nClock, const std::function<bool()>& nCondition, unsigned int nStepMs = 1) {
-  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+/// Asks again and again until the condition holds. False when it does not within a minute: a busy machine may take
+/// long.
+inline bool eventually(const std::function<bool()>& nCondition,
+                       const std::function<void()>& nBetween = std::this_thread::yield) {
+  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::minutes(1);
   while (!nCondition()) {
     if (std::chrono::steady_clock::now() > lEnd) return false;
-    nClock.advance(nStepMs);
-    std::this_thread::yield();
+    nBetween();
   }
   return true;
+}
+
+/// Moves the clock by steps until the condition holds.
+inline bool pump(seams::ManualClock& nClock, const std::function<bool()>& nCondition, unsigned int nStepMs = 1) {
+  const auto lStep = [&] { nClock.advance(nStepMs), std::this_thread::yield(); };
+  return eventually(nCondition, lStep);
 }
 
 /// Receives from both logs. Notes "tick:data".

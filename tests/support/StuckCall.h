@@ -1,6 +1,8 @@
 // A callback that does not return until a test lets it.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -20,7 +22,9 @@ class StuckCall {
     mEntered.set_value();
     mLeft.get_future().wait();
   }
-  void awaitEntry() { mEntered.get_future().wait(); }
+  void awaitEntry() {
+    EXPECT_EQ(std::future_status::ready, mEntered.get_future().wait_for(std::chrono::minutes(1))) << "not called";
+  }
   /// Lets the callback return. False when its thread has not ended within a minute.
   bool leave() {
     mLeft.set_value();

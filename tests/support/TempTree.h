@@ -1,52 +1,28 @@
 // A directory of a test's own, and the files that it puts there.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
+#include "TempDir.h"
 
 namespace nfwtest {
 
-/// Gone, with everything in it, at the end of the test.
-class TempTree {
+class TempTree : public TempDir {
  public:
-  TempTree() {
-    mPath = (std::filesystem::temp_directory_path() / "nfw-XXXXXX").string();
-    EXPECT_NE(nullptr, mkdtemp(mPath.data())) << mPath;
-  }
-  ~TempTree() {
-    std::error_code lIgnored;
-    std::filesystem::remove_all(mPath, lIgnored);
-  }
-  TempTree(const TempTree&) = delete;
-  TempTree& operator=(const TempTree&) = delete;
-
-  const std::string& path() const { return mPath; }
-  std::string path(const std::string& nName) const { return mPath + "/" + nName; }
+  using TempDir::path;
+  std::string path(const std::string& nName) const { return *this / nName; }
 
   /// Creates the directories above the file as well.
   void write(const std::string& nName, const std::string& nContent) const {
     std::filesystem::create_directories(std::filesystem::path(path(nName)).parent_path());
-    std::ofstream(path(nName), std::ios::binary) << nContent;
+    writeFile(path(nName), nContent);
   }
-  std::string read(const std::string& nName) const {
-    std::ifstream lFile(path(nName), std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(lFile), {});
-  }
+  std::string read(const std::string& nName) const { return readFile(path(nName)); }
   void link(const std::string& nTarget, const std::string& nName) const {
     std::filesystem::create_directories(std::filesystem::path(path(nName)).parent_path());
     std::filesystem::create_symlink(nTarget, path(nName));
   }
   unsigned int entryNum() const {
-    return static_cast<unsigned int>(std::distance(std::filesystem::directory_iterator(mPath), {}));
+    return static_cast<unsigned int>(std::distance(std::filesystem::directory_iterator(path()), {}));
   }
-
- private:
-  std::string mPath;
 };
 
 }  // namespace nfwtest

@@ -6,7 +6,6 @@
 #include "NfwLogReader.h"
 #include "NfwSysLogReader.h"
 #include "PlatformSeams.h"
-#include "SysLogServiceHost.h"
 #include "TempDir.h"
 
 namespace {
@@ -14,9 +13,17 @@ namespace {
 using nfwtest::logRecord;
 using nfwtest::sensorRecord;
 using nfwtest::writeFile;
+using Strings = std::vector<std::string>;
 
 const int ERROR = -1, END = -3, CANCELED = -4;
 const unsigned int BUFFER_SIZE = 70000;
+
+enum Kind { LOG, SENSOR };
+const int OWN[] = {20, 4};  // the id that is read, by kind
+
+std::string record(Kind nKind, int nId, uint32_t nTime, const std::string& nData) {
+  return nKind == LOG ? logRecord(nId, nTime, nData) : sensorRecord(nId, 0, nTime, nData);
+}
 
 struct Read {
   int mResult;
@@ -34,17 +41,22 @@ class ReaderTest : public testing::Test {
     mSysReader.close();
     return mReader.open(nId, mPath.c_str()) && mSysReader.open(nId, mPath.c_str());
   }
-  Read next() {
+  Read next(Kind nKind = LOG) {
     Read lRead{};
-    lRead.mResult = mReader.next(&lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition);
+    lRead.mResult = nKind == LOG
+                        ? mReader.next(&lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition)
+                        : mSysReader.next(&lRead.mVersion, &lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition);
     if (lRead.mResult > 0) lRead.mData.assign(mBuffer.data(), static_cast<size_t>(lRead.mResult));
     return lRead;
   }
-  Read nextSensor() {
-    Read lRead{};
-    lRead.mResult = mSysReader.next(&lRead.mVersion, &lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition);
-    if (lRead.mResult > 0) lRead.mData.assign(mBuffer.data(), static_cast<size_t>(lRead.mResult));
-    return lRead;
+  bool getFirstLogTime(Kind nKind, unsigned int* npTime = nullptr) {
+    return nKind == LOG ? mReader.getFirstLogTime(npTime) : mSysReader.getFirstLogTime(npTime);
+  }
+  /// How many records come until none does.
+  int countToEnd(Kind nKind) {
+    int lCount = 0;
+    while (next(nKind).mResult > 0) ++lCount;
+    return lCount;
   }
 
   nfwtest::TempDir mDir;
@@ -88,94 +100,82 @@ TEST_F(ReaderTest, SensorRecordsCarryAVersion) {
   unsigned int lTime = 0;
   EXPECT_TRUE(mSysReader.getFirstLogTime(&lTime));
   EXPECT_EQ(70u, lTime);
-  EXPECT_EQ(std::vector<std::string>{"### Start Sensor sysLog : Id=0x0f"}, mLog.texts());
+  EXPECT_EQ(Strings{"### Start Sensor sysLog : Id=0x0f"}, mLog.texts());
   EXPECT_EQ(4, mLog.lines()[0].mLevel);
   mSysReader.requestCancelNext();  // cannot be
-  const Read lRead = nextSensor();
+  const Read lRead = next(SENSOR);
   EXPECT_EQ(lLargest, lRead.mData);
   EXPECT_EQ(15, lRead.mVersion);
   EXPECT_EQ(71u, lRead.mTime);
   EXPECT_EQ(9u, lRead.mPosition);
   EXPECT_EQ(0, mSysReader.next(nullptr, nullptr, mBuffer.data(), 5, nullptr));
-  EXPECT_EQ(END, nextSensor().mResult);
+  EXPECT_EQ(END, next(SENSOR).mResult);
 }
 
 // No crash, no invented record; the last one may lack its postfix, which is not looked at.
 TEST_F(ReaderTest, ReadsWhatIsWholeOfAFileCutAnywhere) {
-  const std::string lFile = logRecord(20, 1, "first") + logRecord(3, 2, "other") + logRecord(20, 3, "third");
-  const std::string lSensor =
-      sensorRecord(4, 0, 1, "first") + sensorRecord(3, 0, 2, "other") + sensorRecord(4, 0, 3, "3");
-  for (size_t lSize = 0; lSize <= lFile.size(); ++lSize) {
-    ASSERT_TRUE(open(20, lFile.substr(0, lSize)));
-    int lCount = 0;
-    while (next().mResult > 0) ++lCount;
-    EXPECT_EQ(lSize >= lFile.size() - 1 ? 2 : lSize >= 53 ? 1 : 0, lCount) << lSize;
-    const bool lIsBoundary =
-        lSize == 0 || lSize >= lFile.size() - 1 || (lSize >= 53 && lSize <= 54) || (lSize >= 102 && lSize <= 108);
-    EXPECT_EQ(lIsBoundary ? END : ERROR, next().mResult) << lSize;
-  }
-  for (size_t lSize = 0; lSize <= lSensor.size(); ++lSize) {
-    ASSERT_TRUE(open(4, lSensor.substr(0, lSize)));
-    int lCount = 0;
-    while (nextSensor().mResult > 0) ++lCount;
-    EXPECT_EQ(lSize == lSensor.size() ? 2 : lSize >= 12 ? 1 : 0, lCount) << lSize;
+  const struct {
+    Kind mKind;
+    size_t mEnds[3][2];  // of each record: from where to where a cut leaves it to its end
+  } CASES[] = {{LOG, {{53, 54}, {102, 108}, {161, 162}}}, {SENSOR, {{12, 12}, {19, 24}, {36, 36}}}};
+  for (const auto& lCase : CASES) {
+    const int lOwn = OWN[lCase.mKind];
+    const std::string lFile = record(lCase.mKind, lOwn, 1, "first") + record(lCase.mKind, 3, 2, "other") +
+                              record(lCase.mKind, lOwn, 3, "third");
+    ASSERT_EQ(lCase.mEnds[2][1], lFile.size());
+    for (size_t lSize = 0; lSize <= lFile.size(); ++lSize) {
+      ASSERT_TRUE(open(lOwn, lFile.substr(0, lSize)));
+      EXPECT_EQ((lSize >= lCase.mEnds[0][0]) + (lSize >= lCase.mEnds[2][0]), countToEnd(lCase.mKind)) << lSize;
+      bool lIsWhole = lSize == 0;
+      for (const auto& lEnd : lCase.mEnds) lIsWhole = lIsWhole || (lSize >= lEnd[0] && lSize <= lEnd[1]);
+      EXPECT_EQ(lIsWhole ? END : ERROR, next(lCase.mKind).mResult) << lSize;
+    }
   }
 }
-
-struct FailureCase {
-  seams::Point mPoint;
-  unsigned int mAfter;
-  std::string mFile;
-  const char* mpLine;
-};
 
 TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
   const std::string lOwn = logRecord(20, 1, "data"), lOther = logRecord(3, 1, std::string(66000, 'x'));
   const std::string lWindow = logRecord(20, 1, std::string(65536 - 12, 'w'));  // ends with what is read at once
-  const std::string lHuge = logRecord(20, 1, "data", 0xFFFFFFFFu);
-  const FailureCase CASES[] = {
-      {seams::FILE_SIZE, 0, lOwn, "Can't get file size: Id=0x00000014"},
-      {seams::FILE_POSITION, 0, lOwn, "Can't get log pos: Id=0x00000014"},
-      {seams::FILE_SEEK, 0, lOwn, "Can't seek log type Id field: Id=0x00000014 LogPos=0"},
-      {seams::FILE_READ, 0, lOwn, "Can't read log type Id: Ret=4294967295 Id=0x00000014 LogPos=0"},
-      {seams::FILE_SEEK, 1, lOther + lOwn, "Can't seek next log record: Id=0x00000014 LogPos=0"},
-      {seams::FILE_SEEK, 1, lWindow, "Can't skip postfix field: Id=0x00000014 LogPos=0"},
-      {seams::POINT_NUM, 0, lOwn.substr(0, 38), "Can't read log type Id: Ret=2 Id=0x00000014 LogPos=0"},
-      {seams::POINT_NUM, 0, lOwn.substr(0, 43), "Can't read time: Ret=3 Id=0x00000014 LogPos=0"},
-      {seams::POINT_NUM, 0, lOwn.substr(0, 44), "Can't read data size: Ret=0 Id=0x00000014 LogPos=0"},
-      {seams::POINT_NUM, 0, lOwn.substr(0, 50), "Can't read data: Ret=2 Id=0x00000014 LogPos=0"},
-      {seams::POINT_NUM, 0, lHuge,
+  const std::string lFar = sensorRecord(3, 0, 1, std::string(65535, 'x')).substr(0, 65000);
+  const struct {
+    Kind mKind;
+    seams::Point mPoint;
+    unsigned int mAfter;
+    std::string mFile;
+    const char* mpLine;
+  } CASES[] = {
+      {LOG, seams::FILE_SIZE, 0, lOwn, "Can't get file size: Id=0x00000014"},
+      {LOG, seams::FILE_POSITION, 0, lOwn, "Can't get log pos: Id=0x00000014"},
+      {LOG, seams::FILE_SEEK, 0, lOwn, "Can't seek log type Id field: Id=0x00000014 LogPos=0"},
+      {LOG, seams::FILE_READ, 0, lOwn, "Can't read log type Id: Ret=4294967295 Id=0x00000014 LogPos=0"},
+      {LOG, seams::FILE_SEEK, 1, lOther + lOwn, "Can't seek next log record: Id=0x00000014 LogPos=0"},
+      {LOG, seams::FILE_SEEK, 1, lWindow, "Can't skip postfix field: Id=0x00000014 LogPos=0"},
+      {LOG, seams::POINT_NUM, 0, lOwn.substr(0, 38), "Can't read log type Id: Ret=2 Id=0x00000014 LogPos=0"},
+      {LOG, seams::POINT_NUM, 0, lOwn.substr(0, 43), "Can't read time: Ret=3 Id=0x00000014 LogPos=0"},
+      {LOG, seams::POINT_NUM, 0, lOwn.substr(0, 44), "Can't read data size: Ret=0 Id=0x00000014 LogPos=0"},
+      {LOG, seams::POINT_NUM, 0, lOwn.substr(0, 50), "Can't read data: Ret=2 Id=0x00000014 LogPos=0"},
+      {LOG, seams::POINT_NUM, 0, logRecord(20, 1, "data", 0xFFFFFFFFu),
        "Can't read data: Buffer is not enough: DataSize=4294967295 Byte BufferSize=70000 Byte Id=0x00000014 LogPos=0"},
+      {SENSOR, seams::FILE_SIZE, 0, "x", "Can't get file size: Id=0x04"},
+      {SENSOR, seams::FILE_POSITION, 0, "x", "Can't get log pos: Id=0x04"},
+      {SENSOR, seams::FILE_READ, 0, "x", "Can't read log Info: Ret=4294967295 Id=0x04 LogPos=0"},
+      {SENSOR, seams::FILE_SEEK, 0, lFar, "Can't seek next log record: Id=0x04 LogPos=0"},
+      {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0", 3), "Can't read time: Ret=2 Id=0x04 LogPos=0"},
+      {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\1", 6), "Can't read data size: Ret=1 Id=0x04 LogPos=0"},
+      {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\2\0x", 8), "Can't read data: Ret=1 Id=0x04 LogPos=0"},
   };
-  for (const FailureCase& lCase : CASES) {
-    ASSERT_TRUE(open(20, lCase.mFile));
+  for (const auto& lCase : CASES) {
+    ASSERT_TRUE(open(OWN[lCase.mKind], lCase.mFile));
     mLog.clear();
     std::optional<seams::Failing> lFailing;
     if (lCase.mPoint != seams::POINT_NUM) lFailing.emplace(lCase.mPoint, lCase.mAfter);
-    EXPECT_EQ(ERROR, next().mResult) << lCase.mpLine;
+    EXPECT_EQ(ERROR, next(lCase.mKind).mResult) << lCase.mpLine;
     lFailing.reset();
-    EXPECT_EQ(ERROR, next().mResult);
-    EXPECT_FALSE(mReader.getFirstLogTime(nullptr));
-    ASSERT_EQ(std::vector<std::string>{"LogReader::next(): " + std::string(lCase.mpLine)}, mLog.texts());
+    EXPECT_EQ(ERROR, next(lCase.mKind).mResult);
+    EXPECT_FALSE(getFirstLogTime(lCase.mKind));
+    const char* const lpClass = lCase.mKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
+    ASSERT_EQ(Strings{std::string(lpClass) + lCase.mpLine}, mLog.texts());
     EXPECT_EQ(1, mLog.lines()[0].mLevel);
-  }
-  const FailureCase SENSOR_CASES[] = {
-      {seams::FILE_SIZE, 0, "x", "Can't get file size: Id=0x04"},
-      {seams::FILE_POSITION, 0, "x", "Can't get log pos: Id=0x04"},
-      {seams::FILE_READ, 0, "x", "Can't read log Info: Ret=4294967295 Id=0x04 LogPos=0"},
-      {seams::FILE_SEEK, 0, sensorRecord(3, 0, 1, std::string(65535, 'x')).substr(0, 65000),
-       "Can't seek next log record: Id=0x04 LogPos=0"},
-      {seams::POINT_NUM, 0, std::string("\x04\0\0", 3), "Can't read time: Ret=2 Id=0x04 LogPos=0"},
-      {seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\1", 6), "Can't read data size: Ret=1 Id=0x04 LogPos=0"},
-      {seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\2\0x", 8), "Can't read data: Ret=1 Id=0x04 LogPos=0"},
-  };
-  for (const FailureCase& lCase : SENSOR_CASES) {
-    ASSERT_TRUE(open(4, lCase.mFile));
-    mLog.clear();
-    std::optional<seams::Failing> lFailing;
-    if (lCase.mPoint != seams::POINT_NUM) lFailing.emplace(lCase.mPoint, lCase.mAfter);
-    EXPECT_EQ(ERROR, nextSensor().mResult) << lCase.mpLine;
-    EXPECT_EQ(std::vector<std::string>{"SysLogReader::next(): " + std::string(lCase.mpLine)}, mLog.texts());
   }
 }
 
@@ -193,20 +193,15 @@ TEST_F(ReaderTest, TheFirstTimeMayNotBeHad) {
   for (const auto& lCase : CASES) {
     ASSERT_TRUE(open(20, lOwn));
     mLog.clear();
-    unsigned int lTime = 77;
-    {
+    for (const Kind lKind : {LOG, SENSOR}) {
+      unsigned int lTime = 77;
       const seams::Failing lFailing(lCase.mPoint, lCase.mAfter);
-      EXPECT_EQ(lCase.mResult, mReader.getFirstLogTime(&lTime));
+      EXPECT_EQ(lCase.mResult, getFirstLogTime(lKind, &lTime));
+      EXPECT_EQ(77u, lTime);
     }
-    {
-      const seams::Failing lFailing(lCase.mPoint, lCase.mAfter);
-      EXPECT_EQ(lCase.mResult, mSysReader.getFirstLogTime(&lTime));
-    }
-    EXPECT_EQ(77u, lTime);
-    EXPECT_EQ(
-        (std::vector<std::string>{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
-                                  "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
-        mLog.texts());
+    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
+                       "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
+              mLog.texts());
     EXPECT_EQ(ERROR, next().mResult);
   }
   ASSERT_TRUE(open(20, ""));
@@ -249,66 +244,60 @@ TEST_F(ReaderTest, ReadsBeyondFourGigabytes) {
 
 // What is gone is not delivered, though it was read together with what came before; what comes back is read on.
 TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
-  const std::string lOwn = logRecord(20, 1, "data"), lSensor = sensorRecord(4, 0, 1, "data");
   const struct {
     size_t mWhole, mBytes;  // of the file: records, and bytes of the next
-    int mResult;
-    const char *mpLine, *mpSensorLine;
+    std::string mLines[2];  // by kind; empty: it is the end
   } CASES[] = {
-      {0, 0, END, nullptr, nullptr},
-      {2, 0, END, nullptr, nullptr},
-      {30, 0, END, nullptr, nullptr},
-      {30, 4, ERROR, "LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
-       "SysLogReader::next(): Can't read time: Ret=3 Id=0x04 LogPos=330"},
-      {30, 10, ERROR, "LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
-       "SysLogReader::next(): Can't read data: Ret=3 Id=0x04 LogPos=330"},
+      {0, 0, {}},
+      {2, 0, {}},
+      {30, 0, {}},
+      {30,
+       4,
+       {"LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
+        "SysLogReader::next(): Can't read time: Ret=3 Id=0x04 LogPos=330"}},
+      {30,
+       10,
+       {"LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
+        "SysLogReader::next(): Can't read data: Ret=3 Id=0x04 LogPos=330"}},
   };
   for (const auto& lCase : CASES) {
-    for (const bool lIsSensor : {false, true}) {
-      const std::string& lRecord = lIsSensor ? lSensor : lOwn;
+    for (const Kind lKind : {LOG, SENSOR}) {
+      const std::string lRecord = record(lKind, OWN[lKind], 1, "data");
       std::string lFile;
       for (int i = 0; i < 40; ++i) lFile += lRecord;
-      ASSERT_TRUE(open(lIsSensor ? 4 : 20, lFile));
-      const auto lNext = [&] { return lIsSensor ? nextSensor().mResult : next().mResult; };
-      for (int i = 0; i < 30; ++i) ASSERT_EQ(4, lNext());
+      ASSERT_TRUE(open(OWN[lKind], lFile));
+      for (int i = 0; i < 30; ++i) ASSERT_EQ(4, next(lKind).mResult);
       mLog.clear();
       std::filesystem::resize_file(mPath, lCase.mWhole * lRecord.size() + lCase.mBytes);
-      EXPECT_EQ(lCase.mResult, lNext());
-      EXPECT_EQ(lCase.mResult, lNext());
-      const char* const lpLine = lIsSensor ? lCase.mpSensorLine : lCase.mpLine;
-      EXPECT_EQ(lpLine != nullptr ? std::vector<std::string>{lpLine} : std::vector<std::string>{}, mLog.texts());
-      if (lCase.mResult != END) continue;
-      std::filesystem::resize_file(mPath, 30 * lRecord.size());
-      nfwtest::writeFile(mPath, nfwtest::readFile(mPath) + lRecord);
-      EXPECT_EQ(4, lNext());
+      const bool lIsEnd = lCase.mLines[lKind].empty();
+      for (int i = 0; i < 2; ++i) EXPECT_EQ(lIsEnd ? END : ERROR, next(lKind).mResult);
+      EXPECT_EQ(lIsEnd ? Strings() : std::vector{lCase.mLines[lKind]}, mLog.texts());
+      if (!lIsEnd) continue;
+      writeFile(mPath, lFile.substr(0, 31 * lRecord.size()));
+      EXPECT_EQ(4, next(lKind).mResult);
       std::filesystem::resize_file(mPath, 0);
-      EXPECT_FALSE(lIsSensor ? mSysReader.getFirstLogTime(nullptr) : mReader.getFirstLogTime(nullptr));
+      EXPECT_FALSE(getFirstLogTime(lKind));
     }
   }
+}
+
+TEST_F(ReaderTest, AFileThatShrinksAndCannotBeReadOnIsAnError) {
+  const std::string lOwn = logRecord(20, 1, "data");
+  ASSERT_TRUE(open(20, lOwn + lOwn + lOwn));
+  EXPECT_EQ(4, next().mResult);
+  std::filesystem::resize_file(mPath, 2 * lOwn.size());
+  const seams::Failing lFailing(seams::FILE_SEEK);
+  EXPECT_EQ(ERROR, next().mResult);
+  EXPECT_EQ(Strings{"LogReader::next(): Can't get log pos: Id=0x00000014"}, mLog.texts());
 }
 
 TEST_F(ReaderTest, AFastReaderMeetsTheNewEndWhenItReadsOn) {
   std::string lFile;
   for (int i = 0; i < 5000; ++i) lFile += logRecord(20, 1, "data");
   ASSERT_TRUE(open(20, lFile));
-  int lCount = 0;
-  for (; lCount < 1000; ++lCount) ASSERT_EQ(4, next().mResult);
+  for (int i = 0; i < 1000; ++i) ASSERT_EQ(4, next().mResult);
   std::filesystem::resize_file(mPath, lFile.size() / 2);
-  int lResult = 0;
-  while ((lResult = next().mResult) == 4) ++lCount;
-  EXPECT_EQ(END, lResult);
-  EXPECT_EQ(2500, lCount);
-}
-
-TEST_F(ReaderTest, ReadsRecordsThatStraddleWhatIsReadAtOnce) {
-  std::string lFile;
-  for (unsigned int i = 0; i < 3000; ++i) lFile += logRecord(static_cast<int>(i % 3), i, std::string(i % 97, 'x'));
-  ASSERT_TRUE(open(1, lFile));
-  for (unsigned int i = 1; i < 3000; i += 3) {
-    const Read lRead = next();
-    ASSERT_EQ(static_cast<int>(i % 97), lRead.mResult);
-    ASSERT_EQ(i, lRead.mTime);
-  }
+  EXPECT_EQ(1500, countToEnd(LOG));
   EXPECT_EQ(END, next().mResult);
 }
 

@@ -1,26 +1,32 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <future>
 #include <optional>
 #include <thread>
 
 #include "LogRecords.h"
 #include "NfwLogWriter.h"
+#include "NfwStreamBuffer.h"
 #include "NfwZtFileCopy.h"
 #include "PlatformSeams.h"
+#include "Replays.h"
 #include "SharedThread.h"
 #include "TempDir.h"
 
 namespace {
 
+using nfwtest::eventually;
 using nfwtest::LogRecordParts;
 using nfwtest::parseLogRecords;
 using nfwtest::readFile;
+using Strings = std::vector<std::string>;
 
 const int ACCEPTED = nfw::LogWriter::SUCCESS;
 const int FAILED = nfw::LogWriter::FAILURE;
@@ -56,6 +62,10 @@ class LogWriterTest : public testing::Test {
     if (lResult == ACCEPTED) ++mTaken;
     return lResult;
   }
+  /// Records of a size each, with what they have before and after their data.
+  void fill(int nCount, size_t nSize) {
+    for (int i = 0; i < nCount; ++i) write(std::string(nSize - 49, 'x'));
+  }
   /// Every record of every file, in order.
   std::vector<LogRecordParts> records() {
     std::vector<LogRecordParts> lAll;
@@ -66,8 +76,8 @@ class LogWriterTest : public testing::Test {
     }
     return lAll;
   }
-  std::vector<std::string> data() {
-    std::vector<std::string> lData;
+  Strings data() {
+    Strings lData;
     for (const LogRecordParts& lRecord : records()) lData.push_back(lRecord.mData);
     return lData;
   }
@@ -75,7 +85,7 @@ class LogWriterTest : public testing::Test {
 
   nfwtest::TempDir mDir;
   seams::CapturedLog mLog;
-  seams::FixedLocalTime mTime{2024, 5, 6, 7, 8, 9, 10};
+  std::optional<seams::FixedLocalTime> mTime{std::in_place, 2024, 5, 6, 7, 8, 9, 10};
   std::optional<nfw::LogWriter> mpWriter;
   std::atomic<unsigned long long> mTaken{0};
   bool mHasOtherFiles = false;
@@ -87,7 +97,7 @@ TEST_F(LogWriterTest, WritesTheBytesOfARecord) {
   EXPECT_EQ(ACCEPTED, write("hello", 0x7ABCDEF0));
   EXPECT_EQ(ACCEPTED, write(""));
   mpWriter->stop();
-  ASSERT_EQ(std::vector<std::string>{mDir / "drive_20240506-070809_00.log"}, mDir.files());
+  ASSERT_EQ(Strings{mDir / "drive_20240506-070809_00.log"}, mDir.files());
   EXPECT_EQ(std::string("2024/05/06 07:08:09.010 ID7ABCDEF0: \xF0\xDE\xBC\x7A\x04\x03\x02\x01\x05\0\0\0hello\n", 54) +
                 std::string("2024/05/06 07:08:09.010 ID00000014: \x14\0\0\0\x04\x03\x02\x01\0\0\0\0\n", 49),
             readFile(mDir.files()[0]));
@@ -95,37 +105,56 @@ TEST_F(LogWriterTest, WritesTheBytesOfARecord) {
   EXPECT_EQ(1u, mLog.count("##### Close Log Record File: File=" + mDir.files()[0]));
 }
 
+TEST_F(LogWriterTest, ARecordHasTheTimeOfItsOwnWrite) {
+  record();
+  unsigned int l[] = {2024, 5, 6, 7, 8, 9, 10};
+  Strings lExpected, lTexts;
+  for (unsigned int& lField : l) {  // two records in a row differ in one field
+    ++lField;
+    mTime.emplace(l[0], l[1], l[2], l[3], l[4], l[5], l[6]);
+    write("");
+    char lText[60];
+    snprintf(lText, sizeof lText, "%04u/%02u/%02u %02u:%02u:%02u.%03u ID00000014: ", l[0], l[1], l[2], l[3], l[4], l[5],
+             l[6]);
+    lExpected.push_back(lText);
+  }
+  mpWriter->stop();
+  for (const LogRecordParts& lRecord : records()) lTexts.push_back(lRecord.mText);
+  EXPECT_EQ(lExpected, lTexts);
+}
+
 TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
-  nfwtest::writeFile(mDir / "file", "");
+  const std::string lFile = mDir / "file", lMissing = mDir / "missing";
+  nfwtest::writeFile(lFile, "");
   const std::string lLong(260, 'd');
-  const std::string lFits(240, 'p');  // as a prefix, but not with the rest of the name
+  const std::string lFits(240, 'p');                                  // as a prefix, but not with the rest of the name
+  const std::string lNoName(259 - mDir.path().size() - 1 - 16, 'p');  // as the one before, but for the serial
+  const char* const lpDir = mDir.path().c_str();
+  const std::string lNoPathMade = "NfwLogWriter::createFilePath(): Can't ";
+  const std::string lNoPath = "LogWriter::open(): Can't create path: Dir=" + mDir.path() + " FilePrifix=";
   const struct {
-    std::optional<std::string> mDirectory, mPrefix;
-    std::vector<std::string> mLines;
+    const char *mpDirectory, *mpPrefix;
+    Strings mLines;
+    std::optional<seams::Point> mPoint = {};
   } CASES[] = {
-      {std::nullopt, "drive", {}},
-      {mDir.path(), std::nullopt, {}},
-      {mDir / "file", "drive", {}},
-      {lLong, "drive", {"NfwLogWriter::start(): Can't copy dir path: " + lLong}},
-      {mDir.path(), lLong, {"NfwLogWriter::start(): Can't copy file prefix: " + lLong}},
-      {mDir.path(),
-       lFits,
-       {"NfwLogWriter::createFilePath(): Can't create base path",
-        "LogWriter::open(): Can't create path: Dir=" + mDir.path() + " FilePrifix=" + lFits}},
-      {mDir.path(),
-       std::string(259 - mDir.path().size() - 1 - 16, 'p'),
-       {"NfwLogWriter::createFilePath(): Can't create path", ""}},
-      {mDir / "missing", "drive", {"LogWriter::open(): Can't open " + (mDir / "missing/drive_20240506-070809_00.log")}},
+      {nullptr, "drive", {}},
+      {lpDir, nullptr, {}},
+      {lFile.c_str(), "drive", {}},
+      {lLong.c_str(), "drive", {"NfwLogWriter::start(): Can't copy dir path: " + lLong}},
+      {lpDir, lLong.c_str(), {"NfwLogWriter::start(): Can't copy file prefix: " + lLong}},
+      {lpDir, lFits.c_str(), {lNoPathMade + "create base path", lNoPath + lFits}},
+      {lpDir, lNoName.c_str(), {lNoPathMade + "create path", lNoPath + lNoName}},
+      {lMissing.c_str(), "drive", {"LogWriter::open(): Can't open " + lMissing + "/drive_20240506-070809_00.log"}},
+      {lpDir, "drive", {lNoPathMade + "get local time", lNoPath + "drive"}, seams::LOCAL_TIME},
+      {lpDir, "drive", {lNoPathMade + "get time", lNoPath + "drive"}, seams::LOCAL_TIME_FIELDS},
   };
   make();
   for (const auto& lCase : CASES) {
     mLog.clear();
-    EXPECT_FALSE(mpWriter->start(lCase.mDirectory ? lCase.mDirectory->c_str() : nullptr,
-                                 lCase.mPrefix ? lCase.mPrefix->c_str() : nullptr, nullptr));
-    ASSERT_EQ(lCase.mLines.size(), mLog.texts().size());
-    for (size_t i = 0; i < lCase.mLines.size(); ++i) {
-      EXPECT_TRUE(lCase.mLines[i].empty() || lCase.mLines[i] == mLog.texts()[i]) << mLog.texts()[i];
-    }
+    std::optional<seams::Failing> lFailing;
+    if (lCase.mPoint) lFailing.emplace(*lCase.mPoint);
+    EXPECT_FALSE(mpWriter->start(lCase.mpDirectory, lCase.mpPrefix, nullptr));
+    EXPECT_EQ(lCase.mLines, mLog.texts());
     EXPECT_FALSE(mpWriter->isRecording());
   }
   EXPECT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", ""));
@@ -133,7 +162,7 @@ TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
   make(1000, 0);
   mLog.clear();
   EXPECT_FALSE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
-  EXPECT_EQ(std::vector<std::string>{"LogWriter::open(): MaxLogFileSize == 0"}, mLog.texts());
+  EXPECT_EQ(Strings{"LogWriter::open(): MaxLogFileSize == 0"}, mLog.texts());
 }
 
 TEST_F(LogWriterTest, RefusesInEveryOtherState) {
@@ -156,21 +185,20 @@ TEST_F(LogWriterTest, NamesWhatIsWrongWithARecord) {
   EXPECT_EQ(FAILED, mpWriter->write(-1, "x", 1));
   EXPECT_EQ(FAILED, mpWriter->write(0x1A, nullptr, 1));
   EXPECT_EQ(FAILED, mpWriter->write(0x1A, "x", 0xFFFFFFCFu));
-  const struct {
-    seams::Point mPoint;
-    const char* mpWords;
-  } CASES[] = {{seams::LOCAL_TIME, "Can't get local time"},
-               {seams::LOCAL_TIME_FIELDS, "Can't get time"},
-               {seams::TICK, "Can't get tick time"}};
-  std::vector<std::string> lExpected = {"LogWriter::write(): LogTypeId is negative value",
-                                        "LogWriter::write(): Data is null: Id=0x0000001A",
-                                        "LogWriter::write(): Data is too big: Id=0x0000001A DataSize=4294967247 Byte"};
-  for (const auto& lCase : CASES) {
-    const seams::Failing lFailing(lCase.mPoint);
+  Strings lExpected = {"LogWriter::write(): LogTypeId is negative value",
+                       "LogWriter::write(): Data is null: Id=0x0000001A",
+                       "LogWriter::write(): Data is too big: Id=0x0000001A DataSize=4294967247 Byte"};
+  const std::pair<seams::Point, const char*> CASES[] = {
+      {seams::LOCAL_TIME, "local time"}, {seams::LOCAL_TIME_FIELDS, "time"}, {seams::TICK, "tick time"}};
+  for (const auto& [lPoint, lpWords] : CASES) {
+    const seams::Failing lFailing(lPoint);
     EXPECT_EQ(FAILED, write("x", 0x1A));
-    lExpected.push_back("LogWriter::write(): " + std::string(lCase.mpWords) + ": Id=0x0000001A");
+    lExpected.push_back("LogWriter::write(): Can't get " + std::string(lpWords) + ": Id=0x0000001A");
   }
-  std::vector<std::string> lLines = mLog.texts();
+  mTime.emplace(10000, 1, 1, 0, 0, 0, 0);
+  EXPECT_EQ(FAILED, write("x", 0x1A));
+  lExpected.push_back("LogWriter::write(): Can't create prefix: Id=0x0000001A");
+  Strings lLines = mLog.texts();
   lLines.erase(lLines.begin());  // the file's creation
   EXPECT_EQ(lExpected, lLines);
   for (const auto& lLine : mLog.lines()) EXPECT_EQ(lLine.mText[0] == '#' ? 4 : 1, lLine.mLevel);
@@ -190,8 +218,12 @@ TEST_F(LogWriterTest, RotatesBehindARecordThatJustFits) {
   EXPECT_EQ(ACCEPTED, write(lLarge));
   EXPECT_EQ(ACCEPTED, write("after"));
   EXPECT_EQ(4u, mDir.files().size());
+  EXPECT_FALSE(mpWriter->open());
+  mpWriter->close();
+  EXPECT_EQ(ACCEPTED, write("fifth"));
   mpWriter->stop();
-  EXPECT_EQ((std::vector<std::string>{lData, lData, lData, "", lLarge, "after"}), data());
+  EXPECT_EQ((Strings{lData, lData, lData, "", lLarge, "after", "fifth"}), data());
+  EXPECT_EQ(5u, mDir.files().size());
 }
 
 TEST_F(LogWriterTest, MakesAHundredFilesASecond) {
@@ -201,34 +233,33 @@ TEST_F(LogWriterTest, MakesAHundredFilesASecond) {
   EXPECT_EQ(mDir / "drive_20240506-070809_99.log", mDir.files().back());
   mLog.clear();
   EXPECT_EQ(FAILED, write(""));
-  EXPECT_EQ((std::vector<std::string>{"##### Close Log Record File: File=" + mDir.files().back(),
-                                      "NfwLogWriter::createFilePath(): Can't create path: Try Limit",
-                                      "LogWriter::open(): Can't create path: Dir=" + mDir.path() + " FilePrifix=drive",
-                                      "LogWriter::write(): Can't open new file: Id=0x00000014"}),
+  EXPECT_EQ((Strings{"##### Close Log Record File: File=" + mDir.files().back(),
+                     "NfwLogWriter::createFilePath(): Can't create path: Try Limit",
+                     "LogWriter::open(): Can't create path: Dir=" + mDir.path() + " FilePrifix=drive",
+                     "LogWriter::write(): Can't open new file: Id=0x00000014"}),
             mLog.texts());
   mpWriter->stop();
   EXPECT_EQ(100u, records().size());
 }
 
 TEST_F(LogWriterTest, NeverSharesAFileWithAnotherRecorder) {
-  const size_t RECORDERS = 4;
   for (size_t i = 0; i < 25; ++i) {
-    std::vector<std::thread> lRecorders;
-    std::atomic<size_t> lReady{0};
-    for (size_t k = 0; k < RECORDERS; ++k) {
-      lRecorders.emplace_back([&] {
+    std::promise<void> lGo;
+    const std::shared_future<void> lGone = lGo.get_future().share();
+    std::vector<std::future<void>> lRecorders;
+    for (size_t k = 0; k < 4; ++k) {
+      lRecorders.push_back(std::async(std::launch::async, [&] {
         nfw::LogWriter lWriter(10000, 10000);
         EXPECT_TRUE(lWriter.initialize());
-        for (++lReady; lReady < RECORDERS;) std::this_thread::yield();
+        lGone.wait();
         EXPECT_TRUE(lWriter.start(mDir.path().c_str(), "drive", nullptr));
         EXPECT_EQ(ACCEPTED, lWriter.write(20, "one", 3));
-        lWriter.stop();
-      });
+      }));
     }
-    for (std::thread& lRecorder : lRecorders) lRecorder.join();
+    lGo.set_value();
   }
-  EXPECT_EQ(25 * RECORDERS, mDir.files().size());
-  EXPECT_EQ(25 * RECORDERS, records().size());
+  EXPECT_EQ(100u, mDir.files().size());
+  EXPECT_EQ(100u, records().size());
 }
 
 TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
@@ -238,17 +269,14 @@ TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
   EXPECT_EQ(ACCEPTED, write(std::string(100, 'b')));
   EXPECT_EQ(149u, fileSize());
   EXPECT_EQ(ACCEPTED, write(std::string(152, 'c')));
+  const auto lSizes = [](const char* npWords, size_t nSize, const char* npEnd) {
+    return std::string("LogWriter::write(): Log ") + npWords + ": Id=0x00000014 Record=" + std::to_string(nSize + 49) +
+           " Byte Base=48 Byte Data=" + std::to_string(nSize) + " Byte " + npEnd + " Byte";
+  };
+  const std::string lFlushed = "LogWriter::write(): Flushed File";
   EXPECT_EQ(
-      (std::vector<std::string>{
-          "LogWriter::write(): Log Buffer is not Enough: Id=0x00000014 Record=149 Byte Base=48 Byte Data=100 Byte "
-          "Free=51 Byte",
-          "LogWriter::write(): Flushed File",
-          "LogWriter::write(): Log Buffer is not Enough: Id=0x00000014 Record=201 Byte Base=48 Byte Data=152 Byte "
-          "Free=51 Byte",
-          "LogWriter::write(): Flushed File",
-          "LogWriter::write(): Log Data is too Big: Id=0x00000014 Record=201 Byte Base=48 Byte Data=152 Byte "
-          "Buffer=200 Byte",
-          "LogWriter::write(): Written File Directory"}),
+      (Strings{lSizes("Buffer is not Enough", 100, "Free=51"), lFlushed, lSizes("Buffer is not Enough", 152, "Free=51"),
+               lFlushed, lSizes("Data is too Big", 152, "Buffer=200"), "LogWriter::write(): Written File Directory"}),
       mLog.texts());
   for (const auto& lLine : mLog.lines()) EXPECT_EQ(2, lLine.mLevel);
   EXPECT_EQ(499u, fileSize());
@@ -260,54 +288,68 @@ TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
 
 TEST_F(LogWriterTest, LeavesLessThanABatchInTheBuffer) {
   record(40000);
-  const std::string lData(1024 - 49, 'x');
   nfwtest::RawMsg lMsg;
-  for (int i = 0; i < 9; ++i) write(lData);
-  EXPECT_EQ(ACCEPTED, write(std::string(1023 - 49, 'y')));  // 10239 bytes
+  fill(9, 1024);
+  fill(1, 1023);  // 10239 bytes
   mpWriter->onWriteFile(lMsg);
   EXPECT_EQ(0u, fileSize());
-  mpWriter->flush();
-  EXPECT_EQ(10239u, fileSize());
   {
-    const seams::Failing lPost(seams::POST);  // the thread stays asleep
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(ACCEPTED, write(lData));
-    EXPECT_EQ(ACCEPTED, write(lData));
-    EXPECT_EQ(2u, mLog.count("LogWriter::write(): Can't post thread: Id=0x00000014"));
-    mpWriter->onWriteFile(lMsg);
-    EXPECT_EQ(10239u + 10240, fileSize());
+    const seams::Failing lMedium(seams::FILE_FLUSH);
+    mpWriter->flush();
+    EXPECT_EQ(1u, lMedium.hits());
   }
-  mpWriter->stop();
-  EXPECT_EQ(21u, records().size());
+  EXPECT_EQ(10239u, fileSize());
+  const seams::Failing lPost(seams::POST);  // the thread stays asleep
+  fill(11, 1024);
+  EXPECT_EQ(2u, mLog.count("LogWriter::write(): Can't post thread: Id=0x00000014"));
+  mpWriter->onWriteFile(lMsg);
+  EXPECT_EQ(10239u + 10240, fileSize());
+  fill(20, 1024);
+  mpWriter->onWriteFile(lMsg);  // and a further batch is left
+  EXPECT_EQ(10239u + 2 * 10240, fileSize());
+  EXPECT_EQ(1u, mLog.count("LogWriter::onWriteFile(): Can't post thread"));
 }
 
+// What a crash at any moment would leave: whole records in their order, and at most a part of the next.
 TEST_F(LogWriterTest, IsWokenWhenABatchIsThere) {
   record(1000000);
-  for (int i = 0; i < 3000; ++i) ASSERT_EQ(ACCEPTED, write("record " + std::to_string(i)));
-  nfwtest::RawMsg lMsg;
-  while (fileSize() + 10240 <= 3000 * 56) std::this_thread::yield();
+  Strings lExpected;
+  for (int i = 0; i < 500; ++i) {
+    write(lExpected.emplace_back(std::to_string(i) + std::string(60, 'x')));
+    if (i % 10 != 0) continue;
+    size_t lRest = 0;
+    const size_t lCount = parseLogRecords(readFile(mDir.files()[0]), &lRest).size();
+    EXPECT_TRUE(lCount < lExpected.size() || lRest == 0);
+    EXPECT_LT(lRest, 112u);
+  }
+  EXPECT_TRUE(eventually([&] { return fileSize() + 10240 > 500 * (49 + 61); }));  // but for less than a batch
   mpWriter->stop();
-  const std::vector<std::string> lData = data();
-  ASSERT_EQ(3000u, lData.size());
-  for (size_t i = 0; i < lData.size(); ++i) ASSERT_EQ("record " + std::to_string(i), lData[i]);
+  EXPECT_EQ(lExpected, data());
 }
 
+// The name of the file is another's meanwhile: what is cut back is its own.
 TEST_F(LogWriterTest, LosesNoWholeRecordToAFailedWrite) {
   record(40000);
-  const std::string lData(1000 - 49, 'x');
-  for (int i = 0; i < 30; ++i) write(lData);
-  nfwtest::RawMsg lMsg;
-  while (fileSize() < 20480) mpWriter->onWriteFile(lMsg);  // ends inside a record
-  const std::string lLine = "Can't write data: " + mDir.files()[0];
+  fill(30, 1000);
+  nfwtest::RawMsg lMsg;  // what is written ends inside a record
+  EXPECT_TRUE(eventually([&] { return fileSize() >= 20480; }, [&] { mpWriter->onWriteFile(lMsg); }));
+  const std::string lPath = mDir.files()[0], lLine = "Can't write data: " + lPath;
+  const auto lMove = [](const std::string& nFrom, const std::string& nTo) { std::filesystem::rename(nFrom, nTo); };
+  lMove(lPath, mDir / "moved");
+  nfwtest::writeFile(lPath, std::string(50000, 'o'));
   {
     const seams::Failing lFailing(seams::FILE_WRITE);
     mpWriter->flush();
     EXPECT_EQ(1u, mLog.count("LogWriter::flush(): " + lLine));
-    EXPECT_EQ(20000u, fileSize());              // cut back to whole records
-    for (int i = 0; i < 12; ++i) write(lData);  // wakes the thread
+    EXPECT_EQ(20000u, fileSize());  // cut back to whole records
+    fill(12, 1000);                 // wakes the thread
     EXPECT_TRUE(mLog.waitFor("LogWriter::onWriteFile(): " + lLine));
     mpWriter->flush();  // comes behind the thread's handler
     EXPECT_EQ(20000u, fileSize());
+    EXPECT_TRUE(mpWriter->getRecordCounts().mIsFailing);
   }
+  EXPECT_EQ(50000u, readFile(lPath).size());
+  lMove(mDir / "moved", lPath);
   EXPECT_EQ(ACCEPTED, write("after"));
   mpWriter->stop();
   EXPECT_EQ(42u, records().size());  // of 43, the one that was cut is lost
@@ -319,49 +361,74 @@ TEST_F(LogWriterTest, CutsAShortWriteBackAndGoesOnWhenThereIsRoomAgain) {
   rlimit lOld;
   ASSERT_EQ(0, getrlimit(RLIMIT_FSIZE, &lOld));
   const auto lOldAction = signal(SIGXFSZ, SIG_IGN);
-  const rlimit lSmall = {5000, lOld.rlim_max};
+  const rlimit lSmall = {5100, lOld.rlim_max};
   record(4000);
   ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &lSmall));
-  const std::string lData(451, 'x');  // 500 bytes a record
-  std::vector<int> lResults;
-  for (int i = 0; i < 40; ++i) lResults.push_back(write(lData));
-  EXPECT_EQ(FAILED, lResults.back());
+  fill(40, 500);
+  EXPECT_EQ(28u, mTaken);  // of two files, and of the ring
   EXPECT_LE(1u, mLog.count("LogWriter::write(): Can't write base data to buffer: Ret=4294967294 Id=0x00000014"));
   EXPECT_EQ(5000u, fileSize());                      // what finds room stays
   EXPECT_EQ(FAILED, write(std::string(4000, 'L')));  // too large for the buffer: may not stand in another record
   EXPECT_EQ(1u, mLog.count("LogWriter::write(): Can't write base data to file: Ret=4294967295 Id=0x00000014"));
   ASSERT_EQ(0, setrlimit(RLIMIT_FSIZE, &lOld));
   signal(SIGXFSZ, lOldAction);
-  for (int i = 0; i < 20; ++i) EXPECT_EQ(ACCEPTED, write("after"));
+  fill(20, 54);
   mpWriter->stop();
-  EXPECT_EQ(std::count(lResults.begin(), lResults.end(), ACCEPTED) + 20, static_cast<long>(records().size()));
+  EXPECT_EQ(48u, records().size());
 }
 
 TEST_F(LogWriterTest, DirectWritesAreWholeOrCutOff) {
   mHasOtherFiles = true;  // of three writers
+  static const char* const PARTS[] = {"base data", "data", "postfix"};
   for (unsigned int i = 0; i < 3; ++i) {
     record(60);
+    EXPECT_EQ(ACCEPTED, write("longer than the buffer"));
     const seams::Failing lFailing(seams::FILE_WRITE, i, 1);
     EXPECT_EQ(FAILED, write("longer than the buffer"));
-    static const char* const PARTS[] = {"base data", "data", "postfix"};
     EXPECT_EQ(1u, mLog.count("LogWriter::write(): Can't write " + std::string(PARTS[i]) +
                              " to file: Ret=4294967295 Id=0x00000014"));
-    EXPECT_EQ(0u, fileSize());
+    EXPECT_EQ(71u, fileSize());
     EXPECT_EQ(ACCEPTED, write("longer than the buffer"));
     mpWriter->stop();
   }
-  EXPECT_EQ(3u, records().size());
+  EXPECT_EQ(6u, records().size());
 }
 
-/// Whatever is written to the open file of this path fails from now on, as on a stick that was pulled.
-void breakOpenFile(const std::string& nPath) {
-  const int lFull = ::open("/dev/full", O_WRONLY);
+/// Whatever is written to the open file of this path goes to this descriptor from now on.
+void replaceOpenFile(const std::string& nPath, int nDescriptor) {
   for (const auto& lEntry : std::filesystem::directory_iterator("/proc/self/fd")) {
     std::error_code lIgnored;
     if (std::filesystem::read_symlink(lEntry, lIgnored) != nPath) continue;
-    dup2(lFull, std::stoi(lEntry.path().filename()));
+    dup2(nDescriptor, std::stoi(lEntry.path().filename()));
   }
-  ::close(lFull);
+  ::close(nDescriptor);
+}
+
+// A disk that takes its time: a pipe that is read later.
+TEST_F(LogWriterTest, ASlowDiskHoldsUpNobodyWhoseRecordHasRoom) {
+  mHasOtherFiles = true;
+  record();
+  int lPipe[2] = {};
+  ASSERT_EQ(0, pipe(lPipe));
+  EXPECT_LE(0, fcntl(lPipe[1], F_SETPIPE_SZ, 4096));
+  replaceOpenFile(mDir.files()[0], lPipe[1]);
+  fill(9, 1000);
+  const auto lFlush = std::async(std::launch::async, [&] { mpWriter->flush(); });
+  const auto isStuck = [&] {
+    int lSize = 0;
+    return ioctl(lPipe[0], FIONREAD, &lSize) == 0 && lSize >= 4096;
+  };
+  EXPECT_TRUE(eventually(isStuck));
+  const auto lWrite = std::async(std::launch::async, [&] { fill(1, 1000); });
+  EXPECT_EQ(std::future_status::ready, lWrite.wait_for(std::chrono::seconds(20)));
+  const auto lReader = std::async(std::launch::async, [&] {
+    char lBytes[4096];
+    while (read(lPipe[0], lBytes, sizeof lBytes) > 0) continue;
+  });
+  lFlush.wait();
+  mpWriter->stop();
+  lReader.wait();
+  ::close(lPipe[0]);
 }
 
 TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSeconds) {
@@ -370,19 +437,18 @@ TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSecon
   for (const unsigned int lBufferSize : {4000u, 0u}) {  // without a buffer, each record by itself
     record(lBufferSize);
     mLog.clear();
-    std::vector<std::string> lAccepted;
+    Strings lAccepted;
     for (int i = 0; i < 60; ++i) {
       if (i == 40) lClock.advance(10000);
-      if (i == 10 || i == 20) breakOpenFile(mDir.files().back());
-      if (write(std::to_string(i) + std::string(449, 'x')) == ACCEPTED) lAccepted.push_back(std::to_string(i));
+      if (i == 10 || i == 20) replaceOpenFile(mDir.files().back(), ::open("/dev/full", O_WRONLY));
+      const std::string lData = std::to_string(i) + std::string(449, 'x');
+      if (write(lData) == ACCEPTED) lAccepted.push_back(lData);
     }
     mpWriter->stop();
     EXPECT_EQ(3u, mDir.files().size());
     EXPECT_EQ(1u, mLog.count("##### Close Log Record File: File=" + mDir.files()[1]));
     EXPECT_EQ(1u, mLog.count("LogWriter::write(): New File was created: " + mDir.files()[2]));
-    std::vector<std::string> lData;
-    for (const std::string& lText : data()) lData.push_back(lText.substr(0, lText.find('x')));
-    EXPECT_EQ(lAccepted, lData);
+    EXPECT_EQ(lAccepted, data());
     const nfw::LogRecordCounts lCounts = mpWriter->getRecordCounts();
     EXPECT_EQ(lAccepted.size(), lCounts.mRecorded);
     EXPECT_EQ(60u, lCounts.mRecorded + lCounts.mRefused);
@@ -396,7 +462,7 @@ TEST_F(LogWriterTest, AFullDiskGetsNoTrailOfEmptyFiles) {
   seams::ManualClock lClock;
   for (const unsigned int lBufferSize : {4000u, 0u}) {
     record(lBufferSize);
-    const std::vector<std::string> lFiles = mDir.files();
+    const Strings lFiles = mDir.files();
     const seams::Failing lFull(seams::FILE_WRITE);
     std::optional<seams::Failing> lNoFile;
     for (int i = 0; i < 600; ++i) {
@@ -410,27 +476,6 @@ TEST_F(LogWriterTest, AFullDiskGetsNoTrailOfEmptyFiles) {
   }
 }
 
-// The name is another's meanwhile.
-TEST_F(LogWriterTest, CutsItsOwnFileBackAndNotTheOneOfItsName) {
-  mHasOtherFiles = true;
-  record(40000);
-  const std::string lPath = mDir.files()[0];
-  for (int i = 0; i < 30; ++i) write(std::string(1000 - 49, 'x'));
-  nfwtest::RawMsg lMsg;
-  while (fileSize() < 20480) mpWriter->onWriteFile(lMsg);  // ends inside a record
-  std::filesystem::rename(lPath, mDir / "moved");
-  nfwtest::writeFile(lPath, std::string(50000, 'o'));
-  {
-    const seams::Failing lFailing(seams::FILE_WRITE);
-    mpWriter->flush();
-  }
-  mpWriter->stop();
-  EXPECT_EQ(50000u, readFile(lPath).size());
-  size_t lRest = 1;
-  EXPECT_EQ(29u, parseLogRecords(readFile(mDir / "moved"), &lRest).size());
-  EXPECT_EQ(0u, lRest);
-}
-
 TEST_F(LogWriterTest, GoesOnWhenAVanishedDirectoryComesBack) {
   record(1000, 100);
   EXPECT_EQ(ACCEPTED, write(std::string(40, 'a')));
@@ -438,16 +483,15 @@ TEST_F(LogWriterTest, GoesOnWhenAVanishedDirectoryComesBack) {
   mLog.clear();
   for (int i = 0; i < 2; ++i) EXPECT_EQ(FAILED, write(std::string(40, 'b')));
   const std::string lPath = mDir / "drive_20240506-070809_00.log";
-  EXPECT_EQ((std::vector<std::string>{
-                "##### Close Log Record File: File=" + lPath, "LogWriter::open(): Can't open " + lPath,
-                "LogWriter::write(): Can't open new file: Id=0x00000014", "LogWriter::open(): Can't open " + lPath,
-                "LogWriter::write(): Can't open new file: Id=0x00000014"}),
+  EXPECT_EQ((Strings{"##### Close Log Record File: File=" + lPath, "LogWriter::open(): Can't open " + lPath,
+                     "LogWriter::write(): Can't open new file: Id=0x00000014", "LogWriter::open(): Can't open " + lPath,
+                     "LogWriter::write(): Can't open new file: Id=0x00000014"}),
             mLog.texts());
   EXPECT_TRUE(mpWriter->isRecording());
   std::filesystem::create_directory(mDir.path());
   EXPECT_EQ(ACCEPTED, write("back"));
   mpWriter->stop();
-  EXPECT_EQ(std::vector<std::string>{"back"}, data());
+  EXPECT_EQ(Strings{"back"}, data());
   EXPECT_EQ(2u, mpWriter->getRecordCounts().mRefused);
 }
 
@@ -487,7 +531,8 @@ TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   const std::string lWords = "[" + mDir.path() + "->" + lRecording + "/backup]";
   ASSERT_TRUE(mLog.waitFor("##### Backup Complete " + lWords + " Time=0 msec #####"));
   EXPECT_EQ(1u, mLog.count("##### Backup Start " + lWords + " #####"));
-  while (write("x") != ACCEPTED) std::this_thread::yield();
+  EXPECT_TRUE(eventually([&] { return write("x") == ACCEPTED; }));
+  EXPECT_EQ(nfw::LOG_BACKUP_DONE, mpWriter->getBackup());
   mpWriter->stop();
   EXPECT_EQ(std::string(200000, 'a'), readFile(lRecording + "/backup/a"));
   EXPECT_EQ("b", readFile(lRecording + "/backup/sub/deep/b"));
@@ -497,90 +542,123 @@ TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   }
 }
 
-TEST_F(LogWriterTest, RecordsAlsoWhenThereIsNothingToBackUp) {
+TEST_F(LogWriterTest, RecordsAlsoWhenNothingCanBeBackedUp) {
   make();
-  ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", (mDir / "missing").c_str()));
-  ASSERT_TRUE(mLog.waitFor("##### Backup Failure [" + (mDir / "missing") + "->" + (mDir / "backup") + "] #####"));
-  while (write("x") != ACCEPTED) std::this_thread::yield();
-  EXPECT_EQ(nfw::LOG_BACKUP_FAILED, mpWriter->getBackup());
-  mpWriter->stop();
-  {
-    const seams::Failing lPost(seams::POST);
-    ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", "/etc"));
-    EXPECT_EQ(1u, mLog.count("LogWriter::start(): Can't backup"));
+  const struct {
+    std::string mSource, mLine;
+    bool mIsPosted;
+  } CASES[] = {
+      {mDir / "missing", "##### Backup Failure [" + (mDir / "missing") + "->" + (mDir / "backup") + "] #####", true},
+      {"/etc", "LogWriter::start(): Can't backup", false},
+      {std::string(260, 'x'), "", true},
+  };
+  for (const auto& lCase : CASES) {
+    std::optional<seams::Failing> lPost;
+    if (!lCase.mIsPosted) lPost.emplace(seams::POST);
+    ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", lCase.mSource.c_str()));
+    EXPECT_TRUE(lCase.mLine.empty() || mLog.waitFor(lCase.mLine));
+    EXPECT_TRUE(eventually([&] { return write("x") == ACCEPTED; }));
+    EXPECT_EQ(nfw::LOG_BACKUP_FAILED, mpWriter->getBackup());
+    mpWriter->stop();
   }
-  EXPECT_EQ(ACCEPTED, write("y"));
-  mpWriter->stop();
-  ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", std::string(260, 'x').c_str()));
-  EXPECT_EQ(ACCEPTED, write("z"));
-  EXPECT_EQ(nfw::LOG_BACKUP_FAILED, mpWriter->getBackup());
+  for (const auto& lLine : mLog.lines()) {
+    const bool lIsFailure = lLine.mText == CASES[0].mLine || lLine.mText == CASES[1].mLine;
+    EXPECT_EQ(lIsFailure ? 1 : 4, lLine.mLevel) << lLine.mText;
+  }
 }
 
 TEST_F(LogWriterTest, StopCancelsABackupAtEveryMoment) {
+  mHasOtherFiles = true;
   nfwtest::TempDir lSource;
-  for (int i = 0; i < 20; ++i) nfwtest::writeFile(lSource / std::to_string(i), std::string(100000, 'x'));
+  nfwtest::writeFile(lSource / "large", "");
+  std::filesystem::resize_file(lSource / "large", 4ull << 30);  // of holes: seconds to copy
+  const std::string lWords = "[" + lSource.path() + "->" + (mDir / "backup") + "] #####";
   make();
-  for (int i = 0; i < 20; ++i) {
+  for (int i = 0; i < 10; ++i) {
+    mLog.clear();
     ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), ("r" + std::to_string(i)).c_str(), lSource.path().c_str()));
-    if (i % 2 != 0) mLog.waitFor("##### Backup Start [" + lSource.path() + "->" + (mDir / "backup") + "] #####");
+    if (i % 2 != 0) {
+      EXPECT_TRUE(mLog.waitFor("##### Backup Start " + lWords));
+      EXPECT_EQ(nfw::LOG_BACKUP_RUNNING, mpWriter->getBackup());
+      EXPECT_EQ(REFUSED, mpWriter->write(20, "x", 1));
+    }
     EXPECT_FALSE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
-    if (i == 19) mpWriter->shutdown();
+    if (i == 9) mpWriter->shutdown();
     mpWriter->stop();
     EXPECT_FALSE(mpWriter->isRecording());
-    mLog.clear();
+    EXPECT_TRUE(i % 2 == 0 || mLog.has("##### Backup Canceled " + lWords));
+    for (const std::string& lText : mLog.texts()) EXPECT_EQ(std::string::npos, lText.find("->/backup"));
   }
+  EXPECT_EQ(nfw::LOG_BACKUP_CANCELED, mpWriter->getBackup());
 }
 
 TEST(ZtFileCopyTest, AnswersACancelMadeBefore) {
   nfwtest::TempDir lDir;
   nfw::ZtFileCopy lCopy;
+  const std::string lTo = lDir / "to";
   lCopy.requestCancel();
-  EXPECT_EQ(nfw::ZtFileCopy::CANCELED, lCopy.execute("/etc", (lDir / "to").c_str(), 0));
+  EXPECT_EQ(nfw::ZtFileCopy::CANCELED, lCopy.execute("/etc", lTo.c_str(), 0));
+  EXPECT_FALSE(std::filesystem::exists(lTo));
   lCopy.clearCancel();
-  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute((lDir / "none").c_str(), (lDir / "to").c_str(), 0));
-  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute(lDir.path().c_str(), (lDir / "no/parent").c_str(), 0));
-  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute(lDir.path().c_str(), lDir.path().c_str(), 0));
+  for (const std::string& lTarget : {lDir / "no/parent", lDir.path()}) {
+    EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute(lDir.path().c_str(), lTarget.c_str(), 0));
+  }
+  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute(nullptr, lTo.c_str(), 0));
+  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute("/etc/passwd", lTo.c_str(), 0));
+  std::filesystem::create_directories(lDir / "from/taken/deep");  // what cannot be copied holds up nothing else
+  nfwtest::writeFile(lDir / "from/rest", "rest");
+  std::filesystem::create_directory(lTo);
+  nfwtest::writeFile(lDir / "to/taken", "");
+  EXPECT_EQ(nfw::ZtFileCopy::FAILED, lCopy.execute((lDir / "from").c_str(), lTo.c_str(), 0));
+  EXPECT_EQ("rest", readFile(lDir / "to/rest"));
 }
 
-TEST_F(LogWriterTest, UnknownMessagesAreNamed) {
-  make();
-  nfwtest::RawMsg lNone, lUnknown(1);
-  mpWriter->receiveMsg(0, lNone);
-  mpWriter->receiveMsg(0, lUnknown);
-  EXPECT_EQ((std::vector<std::string>{"LogWriter::receiveMsg(): Can't get MsgId",
-                                      "LogWriter::receiveMsg(): UnknownMsg: MsgId=1"}),
-            mLog.texts());
+std::string readAll(nfw::StreamBuffer& nBuffer, unsigned int nSize) {
+  std::string lBytes(nSize, '?');
+  const int lSize = nBuffer.read(lBytes.data(), nSize);
+  return lSize < 0 ? std::to_string(lSize) : lBytes.substr(0, static_cast<size_t>(lSize));
 }
 
-// Under the thread sanitizer: everything at once, for as long as the main thread starts and stops.
-TEST_F(LogWriterTest, StartsAndStopsAThousandTimesUnderWriters) {
-  make(20000, 50000);
-  mHasOtherFiles = true;  // and they are removed
-  std::atomic<bool> lIsOver{false};
-  std::atomic<unsigned int> lAccepted{0};
-  std::vector<std::thread> lWriters;
-  for (int i = 0; i < 3; ++i) {
-    lWriters.emplace_back([&, i] {
-      const std::string lData(static_cast<size_t>(30 + 200 * i), static_cast<char>('a' + i));
-      while (!lIsOver) {
-        if (write(lData, i) == ACCEPTED) ++lAccepted;
-        if (i == 2) mpWriter->flush();
-      }
-    });
-  }
-  for (int i = 0; i < 1000; ++i) {
-    const bool lIsLong = i % 50 == 0;
-    ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "s", nullptr));
-    const unsigned int lBefore = lAccepted;
-    while (lIsLong && lAccepted < lBefore + 100) std::this_thread::yield();
-    mpWriter->stop();
-    EXPECT_FALSE(mpWriter->isRecording());
-    if (lIsLong) records();  // nothing but whole ones
-    for (const std::string& lFile : mDir.files()) std::filesystem::remove(lFile);
-    mLog.clear();
-  }
-  lIsOver = true;
-  for (std::thread& lThread : lWriters) lThread.join();
+TEST(StreamBufferTest, KeepsTheOrderAcrossTheEndOfTheStorage) {
+  nfw::StreamBuffer lBuffer(5);
+  EXPECT_EQ(4, lBuffer.write("abcd", 4));
+  EXPECT_EQ("ab", readAll(lBuffer, 2));
+  EXPECT_EQ(3, lBuffer.write("efg", 3));
+  EXPECT_EQ(nfw::StreamBuffer::BUFFER_DEPLETION, lBuffer.write("h", 1));
+  EXPECT_EQ(0u, lBuffer.getFreeSpace());
+
+  const unsigned char* lpTop = nullptr;
+  EXPECT_EQ(3, lBuffer.top(&lpTop));  // up to the end of the storage
+  EXPECT_EQ("cde", std::string(reinterpret_cast<const char*>(lpTop), 3));
+  unsigned char lPeeked[2];
+  lBuffer.peek(2, lPeeked, 2);
+  EXPECT_EQ("ef", std::string(reinterpret_cast<const char*>(lPeeked), 2));
+  EXPECT_TRUE(lBuffer.eraseTop(1));
+  EXPECT_EQ("defg", readAll(lBuffer, 9));
+  EXPECT_EQ("-3", readAll(lBuffer, 9));
+  EXPECT_TRUE(lBuffer.eraseTop(9));
+  EXPECT_TRUE(lBuffer.isEmpty());
+}
+
+TEST(StreamBufferTest, SaysWhatItCannotDo) {
+  char lByte = 0;
+  const unsigned char* lpTop = nullptr;
+  nfw::StreamBuffer lBuffer(4);
+  EXPECT_EQ(nfw::StreamBuffer::FAILURE, lBuffer.write(nullptr, 1));
+  EXPECT_EQ(nfw::StreamBuffer::FAILURE, lBuffer.read(nullptr, 1));
+  EXPECT_EQ(0, lBuffer.write(&lByte, 0));
+
+  nfw::StreamBuffer lNothing(0);
+  EXPECT_EQ(nfw::StreamBuffer::BUFFER_DEPLETION, lNothing.write(&lByte, 1));
+  EXPECT_EQ(0, lNothing.write(&lByte, 0));
+  EXPECT_EQ(nfw::StreamBuffer::EMPTY, lNothing.read(&lByte, 1));
+  EXPECT_EQ(0, lNothing.top(&lpTop));
+
+  nfw::StreamBuffer lTooLarge(0xFFFFFFFDu);
+  EXPECT_EQ(nfw::StreamBuffer::FAILURE, lTooLarge.write(&lByte, 1));
+  EXPECT_EQ(nfw::StreamBuffer::FAILURE, lTooLarge.read(&lByte, 1));
+  EXPECT_EQ(nfw::StreamBuffer::FAILURE, lTooLarge.top(&lpTop));
+  EXPECT_TRUE(lTooLarge.eraseTop(1));
 }
 
 }  // namespace

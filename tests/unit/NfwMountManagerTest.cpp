@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <atomic>
 #include <climits>
-#include <condition_variable>
 #include <cstring>
 #include <functional>
+#include <future>
 #include <map>
-#include <mutex>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "MountDeviceList.h"
@@ -18,6 +16,7 @@
 #include "NfwThreadMsgProfilerManager.h"
 #include "NfwThreadMsgSizeCalculator.h"
 #include "PlatformSeams.h"
+#include "Replays.h"
 #include "SharedThread.h"
 #include "StuckCall.h"
 #include "ZTSMountHost.h"
@@ -47,47 +46,21 @@ ST_MNT_MOUNT_INFO sdkInfo(const string& nDrive, int nEvent, int nType = 1) {
   return lInfo;
 }
 
-/// What listeners were told, in order, and the ids of the drives.
-class Diary {
- public:
-  void note(const string& nText, const nfw::MountDevice& nDevice = nfw::MountDevice()) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mTexts.push_back(nText);
-    mIds[nDevice.mDrive] = nDevice.mDeviceId;
-    mHasNew.notify_all();
-  }
-  /// All up to this text, once it is there.
-  Texts takeTo(const string& nText) {
-    std::unique_lock<std::mutex> lLock(mMutex);
-    const auto isThere = [&] { return std::find(mTexts.begin(), mTexts.end(), nText) != mTexts.end(); };
-    EXPECT_TRUE(mHasNew.wait_for(lLock, std::chrono::seconds(20), isThere)) << nText;
-    return std::exchange(mTexts, Texts());
-  }
-  int idOf(const string& nDrive) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    return mIds.count(nDrive) != 0 ? mIds[nDrive] : -1;
-  }
-
- private:
-  std::mutex mMutex;
-  std::condition_variable mHasNew;
-  Texts mTexts;
-  std::map<string, int> mIds;
-};
-
-/// Notes "name:drive status" of each event in a diary that listeners share.
+/// Notes "name:drive status" of each event among those of other listeners.
 class Listener : public nfw::MountEventListener {
  public:
-  Listener(Diary& nDiary, string nName) : mDiary(nDiary), mName(std::move(nName)) {}
+  Listener(nfwtest::Notes& nNotes, string nName) : mNotes(nNotes), mName(std::move(nName)) {}
   void notifyMountEvent(MountEventMsg const& nEvent) override {
     if (mOnEvent) mOnEvent(nEvent);
-    mDiary.note(mName + ":" + nEvent.mDrive + " " + std::to_string(nEvent.mDeviceStatus), nEvent);
+    mIds[nEvent.mDrive] = nEvent.mDeviceId;
+    mNotes.add(mName + ":" + nEvent.mDrive + " " + std::to_string(nEvent.mDeviceStatus));
   }
 
   std::function<void(const MountEventMsg&)> mOnEvent;
+  std::map<string, int> mIds;  // of the drives
 
  private:
-  Diary& mDiary;
+  nfwtest::Notes& mNotes;
   const string mName;
 };
 
@@ -108,22 +81,30 @@ class MountManagerTest : public testing::Test {
   static void feed(const string& nDrive, int nEvent, int nType = 1) {
     mounthost::feedDeviceInfo(sdkInfo(nDrive, nEvent, nType));
   }
-  /// What listeners were told since the last call, up to an event of a drive of its own that is told to `mA`.
-  Texts told() {
-    feed("end", 1);
-    Texts lTexts = mDiary.takeTo("A:end 3");
-    lTexts.erase(
-        std::remove_if(lTexts.begin(), lTexts.end(), [](const string& n) { return n.find(":end ") != string::npos; }),
-        lTexts.end());
+  /// What listeners were told since the last call, once this is among it.
+  Texts takeTo(const string& nText) {
+    Texts lTexts;
+    const auto isThere = [&] {
+      lTexts = mNotes.all();
+      return std::count(lTexts.begin(), lTexts.end(), nText) > 0;
+    };
+    EXPECT_TRUE(nfwtest::eventually(isThere)) << nText;
+    mNotes.clear();
     return lTexts;
   }
-  int idOf(const string& nDrive) { return mDiary.idOf(nDrive); }
+  /// The same, up to an event of a drive of its own that is told to `mA`.
+  Texts told() {
+    feed("end", 1);
+    Texts lTexts = takeTo("A:end 3");
+    const auto isOfEnd = [](const string& n) { return n.find(":end ") != string::npos; };
+    lTexts.erase(std::remove_if(lTexts.begin(), lTexts.end(), isOfEnd), lTexts.end());
+    return lTexts;
+  }
+  int idOf(const string& nDrive) const { return mA.mIds.count(nDrive) != 0 ? mA.mIds.at(nDrive) : -1; }
 
   seams::CapturedLog mLog;
-  Diary mDiary;
-  Listener mA{mDiary, "A"};
-  Listener mB{mDiary, "B"};
-  Listener mC{mDiary, "C"};
+  nfwtest::Notes mNotes;
+  Listener mA{mNotes, "A"}, mB{mNotes, "B"}, mC{mNotes, "C"};
   MountManager* mpManager;
 };
 
@@ -216,14 +197,14 @@ TEST_F(MountManagerTest, ListsMoreDevicesThanItReserves) {
   for (int i = 0; i < 33; ++i) {
     EXPECT_EQ(0u, mLog.count(lWarning));
     feed("d" + std::to_string(i), 3);
-    mDiary.takeTo("A:d" + std::to_string(i) + " 4");
+    takeTo("A:d" + std::to_string(i) + " 4");
   }
   EXPECT_EQ(1u, mLog.count(lWarning));
   EXPECT_EQ(2, mLog.lines().back().mLevel);
   EXPECT_EQ(33u, lIds.size());
   EXPECT_EQ(*lIds.rbegin(), idOf("d32"));
   EXPECT_TRUE(mpManager->attachListener(&mB));  // told of all of them
-  Texts lTold = mDiary.takeTo("B:d32 4");
+  Texts lTold = takeTo("B:d32 4");
   EXPECT_EQ(33u, lTold.size());
   EXPECT_EQ("B:d0 4", lTold[0]);
   const int lLast = *lIds.rbegin();
@@ -231,7 +212,7 @@ TEST_F(MountManagerTest, ListsMoreDevicesThanItReserves) {
   mpManager = MountManager::get();
   start();
   feed("new", 3);
-  mDiary.takeTo("A:new 4");
+  takeTo("A:new 4");
   EXPECT_EQ(lLast + 1, idOf("new"));
 }
 
@@ -249,8 +230,8 @@ TEST_F(MountManagerTest, IsToldAgainWhatItsQueueHadNoRoomFor) {
   lExpected.push_back("A:d150 3");
   EXPECT_FALSE(mounthost::tellUndelivered());
   lMayGoOn.on();
-  for (int i = 0; i < 1000000 && !mounthost::tellUndelivered(); ++i) std::this_thread::yield();
-  EXPECT_EQ(lExpected, mDiary.takeTo("A:d150 3"));
+  EXPECT_TRUE(nfwtest::eventually([] { return mounthost::tellUndelivered(); }));
+  EXPECT_EQ(lExpected, takeTo("A:d150 3"));
 }
 
 TEST_F(MountManagerTest, TellsALateListenerEachDeviceAndTheNewestLast) {
@@ -265,7 +246,7 @@ TEST_F(MountManagerTest, TellsALateListenerEachDeviceAndTheNewestLast) {
     feed("a", 1);
   };
   feed("go", 3);
-  EXPECT_EQ((Texts{"A:go 4", "B:a 4", "B:b 4", "B:end 3", "B:go 4", "B:a 3", "A:a 3"}), mDiary.takeTo("A:a 3"));
+  EXPECT_EQ((Texts{"A:go 4", "B:a 4", "B:b 4", "B:end 3", "B:go 4", "B:a 3", "A:a 3"}), takeTo("A:a 3"));
   // An event that was queued before the listener was attached replaces the older state.
   mA.mOnEvent = [&](const MountEventMsg& nEvent) {
     if (strcmp(nEvent.mDrive, "go") != 0) return;
@@ -273,8 +254,7 @@ TEST_F(MountManagerTest, TellsALateListenerEachDeviceAndTheNewestLast) {
     EXPECT_TRUE(mpManager->attachListener(&mC));
   };
   feed("go", 3);
-  EXPECT_EQ((Texts{"B:go 4", "A:go 4", "C:a 4", "B:a 4", "A:a 4", "C:b 4", "C:end 3", "C:go 4"}),
-            mDiary.takeTo("C:go 4"));
+  EXPECT_EQ((Texts{"B:go 4", "A:go 4", "C:a 4", "B:a 4", "A:a 4", "C:b 4", "C:end 3", "C:go 4"}), takeTo("C:go 4"));
 }
 
 TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
@@ -304,16 +284,15 @@ TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
 
 TEST_F(MountManagerTest, AttachesAsManyAsMayBe) {
   start();
-  Listener lD(mDiary, "D");
-  EXPECT_TRUE(mpManager->attachListener(nullptr));
-  EXPECT_TRUE(mpManager->attachListener(&mA));
-  EXPECT_TRUE(mpManager->attachListener(&mB));
-  EXPECT_TRUE(mpManager->attachListener(&mC));
+  Listener lD(mNotes, "D");
+  for (Listener* const lpListener : {static_cast<Listener*>(nullptr), &mA, &mB, &mC}) {
+    EXPECT_TRUE(mpManager->attachListener(lpListener));
+  }
   EXPECT_FALSE(mpManager->attachListener(&lD));
   EXPECT_TRUE(mpManager->attachListener(&mA));  // there already
-  EXPECT_TRUE(mpManager->detachListener(&lD));
-  EXPECT_TRUE(mpManager->detachListener(nullptr));
-  EXPECT_TRUE(mpManager->detachListener(&mB));
+  for (Listener* const lpListener : {&lD, static_cast<Listener*>(nullptr), &mB}) {
+    EXPECT_TRUE(mpManager->detachListener(lpListener));
+  }
   EXPECT_TRUE(mpManager->attachListener(&lD));
 }
 
@@ -350,16 +329,12 @@ TEST_F(MountManagerTest, LogsWhatFails) {
   start();
   feed("a", 3);
   told();
-  nfwtest::RawMsg lUnknown(1);
-  nfwtest::RawMsg lUnreadable;
-  mpManager->receiveMsg(0, lUnknown);
-  mpManager->receiveMsg(0, lUnreadable);
   mA.mOnEvent = [&](const MountEventMsg&) {
     const seams::Failing lFailing(seams::POST);
     mpManager->attachListener(&mB);
   };
   feed("a", 1);
-  mDiary.takeTo("A:a 3");
+  takeTo("A:a 3");
   {
     const seams::Failing lFailing(seams::POST);
     mpManager->onNotifyReady();
@@ -370,15 +345,14 @@ TEST_F(MountManagerTest, LogsWhatFails) {
   for (const auto& lLine : mLog.lines()) {
     if (lLine.mLevel == 1) lLines.push_back(lLine.mText);
   }
-  EXPECT_EQ(
-      (Texts{"Thread Start[nfw::MountManager_Thread]", "MountManager::attachListener(): Can't send thread",
-             "MountManager::detachListener(): Can't send thread", "MountManager::receiveMsg(): UnknownMsg: MsgId=1",
-             "MountManager::receiveMsg(): Can't get MsgId", "MountManager::attachListenerInternal(): Can't post thread",
-             "MountManager::attachListenerInternal(): Can't post thread",
-             "MountManager::onNotifyReady(): Can't post thread",
-             "MountManager::onNotifyDeviceInfo(): Can't post thread",
-             "MountManager::attachListener(): Can't send thread"}),
-      lLines);
+  EXPECT_EQ((Texts{"Thread Start[nfw::MountManager_Thread]", "MountManager::attachListener(): Can't send thread",
+                   "MountManager::detachListener(): Can't send thread",
+                   "MountManager::attachListenerInternal(): Can't post thread",
+                   "MountManager::attachListenerInternal(): Can't post thread",
+                   "MountManager::onNotifyReady(): Can't post thread",
+                   "MountManager::onNotifyDeviceInfo(): Can't post thread",
+                   "MountManager::attachListener(): Can't send thread"}),
+            lLines);
 }
 
 TEST_F(MountManagerTest, EndsForGood) {
@@ -387,7 +361,7 @@ TEST_F(MountManagerTest, EndsForGood) {
   EXPECT_TRUE(mpManager->attachListener(&mB));
   feed("a", 3);
   mpManager->shutdown();  // what was told before is delivered
-  EXPECT_EQ((Texts{"B:a 4", "A:a 4"}), mDiary.takeTo("A:a 4"));
+  EXPECT_EQ((Texts{"B:a 4", "A:a 4"}), takeTo("A:a 4"));
   EXPECT_EQ("MountManager::shutdown(): MountEventListener remain: Count=2", mLog.lines().back().mText);
   EXPECT_EQ(2, mLog.lines().back().mLevel);
   EXPECT_FALSE(mpManager->initialize());
@@ -435,33 +409,26 @@ TEST_F(MountManagerTest, AsksTheSdkForTheExternalDatabase) {
 TEST_F(MountManagerTest, IsUsedFromManySides) {
   EXPECT_TRUE(mpManager->initialize());
   std::atomic<bool> lIsOver{false};
-  std::vector<std::thread> lThreads;
+  std::vector<std::future<void>> lThreads;
   for (const char* lpName : {"x", "y"}) {
-    lThreads.emplace_back([&, lpName] {
-      for (int i = 0; !lIsOver; ++i) feed(lpName + std::to_string(i % 5), i % 8);
-    });
+    lThreads.push_back(std::async(std::launch::async, [&, lpName] {
+      Listener lOwn(mNotes, lpName);
+      lOwn.mOnEvent = [&](const MountEventMsg& nEvent) {
+        EXPECT_TRUE(nEvent.mDeviceStatus != 7 || mpManager->detachListener(&lOwn));
+      };
+      for (int i = 0; !lIsOver; ++i) {
+        feed(lpName + std::to_string(i % 5), i % 8);
+        mpManager->attachListener(&lOwn);
+        mpManager->getDeviceStatus(i % 1000);
+        mpManager->detachListener(&lOwn);  // it goes, whether the manager still runs or not
+      }
+    }));
   }
-  lThreads.emplace_back([&] {
-    Listener lOwn(mDiary, "T");
-    lOwn.mOnEvent = [&](const MountEventMsg& nEvent) {
-      EXPECT_TRUE(nEvent.mDeviceStatus != 7 || mpManager->detachListener(&lOwn));
-    };
-    while (!lIsOver) {
-      mpManager->attachListener(&lOwn);
-      mpManager->getDeviceStatus(idOf("x1"));
-      mpManager->detachListener(&lOwn);
-    }
-    mpManager->detachListener(&lOwn);  // it goes, whether the manager still runs or not
-  });
-  std::atomic<int> lEventNum{0};
-  mA.mOnEvent = [&](const MountEventMsg&) {
-    if (++lEventNum == 500) mDiary.note("enough");
-  };
   EXPECT_TRUE(mpManager->attachListener(&mA));
-  mDiary.takeTo("enough");
+  EXPECT_TRUE(mNotes.waitFor(500));
   mpManager->shutdown();
   lIsOver = true;
-  for (std::thread& lThread : lThreads) lThread.join();
+  lThreads.clear();
 }
 
 }  // namespace

@@ -1,15 +1,22 @@
-// Every operation of both recording services at once; the thread sanitizer is the judge.
+// Both recording services under threads that do not let go of them; the thread sanitizer is the judge as well.
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <future>
 #include <thread>
 
 #include "LogRecords.h"
 #include "NfwAppLog.h"
+#include "NfwLogPlayDataDispatcher.h"
+#include "NfwLogWriter.h"
 #include "NfwLogger.h"
+#include "NfwMountManager.h"
 #include "NfwSensorSysLoggerManager.h"
+#include "NfwSysLogPlayDataDispatcher.h"
 #include "PlatformSeams.h"
 #include "Replays.h"
+#include "SharedThread.h"
+#include "StuckCall.h"
 #include "SysLogServiceHost.h"
 #include "TempDir.h"
 
@@ -17,6 +24,7 @@ namespace {
 
 using nfw::Logger;
 using nfw::SensorSysLoggerManager;
+using nfwtest::Notes;
 
 /// Runs its work again and again until stopped.
 class Worker {
@@ -35,114 +43,161 @@ class Worker {
   std::thread mThread;
 };
 
-class RecordingStressTest : public testing::Test {
- protected:
-  RecordingStressTest() {
-    Logger::initializeMaxRecordEventListenerNum(4);
-    Logger::initializeMaxPlayerNum(4);
-    Logger::initializeMaxLogTypeNum(4);
-    Logger::initializeMaxLogFieldSize(2000);
-    Logger::initializeLogBufferSize(20000);
-    Logger::initializeMaxLogFileSize(200000);
-    std::string lLog, lSensor;
-    for (unsigned int i = 0; i < 200; ++i) {
-      lLog += nfwtest::logRecord(static_cast<int>(i % 3), i * 10, "data");
-      lSensor += nfwtest::sensorRecord(static_cast<int>(i % 3), 1, i * 10, "data");
-    }
-    nfwtest::writeFile(mLogPath, lLog);
-    nfwtest::writeFile(mSensorPath, lSensor);
-    EXPECT_TRUE(syslogservice::setBinaryLogFile((mDir / "binary").c_str()));
+struct DataLog {
+  using Service = Logger;
+  using Player = nfwtest::Player;
+  static constexpr const char* THREAD = "nfw::Logger_Thread";
+  static constexpr unsigned int OTHER_THREADS = 1;  // stopped before it
+  static Player makePlayer(Notes& nNotes) { return Player(nNotes, "player"); }
+  static void write() { Logger::write(1, "data", 4); }
+  static std::string record(int nId, uint32_t nTime) { return nfwtest::logRecord(nId, nTime, "x"); }
+  static void startRecord(Logger& nLogger, const std::string& nPath) {
+    char lPath[300];
+    nLogger.startRecord(nPath.c_str(), "s", nullptr);
+    APPLOG(nfw::LOG_TYPE_NFW, nfw::LOG_LEVEL_INFO, "line");
+    nLogger.flush();
+    nLogger.getRecordingDir(lPath, sizeof lPath);
+    nLogger.getPlayingDir(lPath, sizeof lPath);
   }
-  ~RecordingStressTest() override { syslogservice::setBinaryLogFile(nullptr); }
-
-  nfwtest::TempDir mDir, mRecording;
-  const std::string mLogPath = mDir / "played.log", mSensorPath = mDir / "played.bin";
-  seams::CapturedLog mLog;
-  seams::ManualClock mClock;
 };
 
-TEST_F(RecordingStressTest, EverythingAtOnce) {
-  nfwtest::Notes lNotes;
-  nfwtest::Player lPlayer(lNotes, "player");
-  nfwtest::SysPlayer lSysPlayer(lNotes);
-  nfwtest::RecordListener lRecordListener(lNotes, "record");
-  nfwtest::PlayListener lListeners[3] = {nfwtest::PlayListener(lNotes), nfwtest::PlayListener(lNotes),
-                                         nfwtest::PlayListener(lNotes)};
+struct SensorLog {
+  using Service = nfw::SensorSysLoggerManager;
+  using Player = nfwtest::SysPlayer;
+  static constexpr const char* THREAD = "Sensor_SysLogger_Thread";
+  static constexpr unsigned int OTHER_THREADS = 0;
+  static Player makePlayer(Notes& nNotes) { return Player(nNotes); }
+  static void write() { Service::write(1, 1, const_cast<char*>("data"), 4); }
+  static std::string record(int nId, uint32_t nTime) { return nfwtest::sensorRecord(nId, 1, nTime, "x"); }
+  static void startRecord(Service& nService, const std::string& /*nPath*/) { nService.startRecord(); }
+};
+
+template <class Log>
+class ServiceEndTest : public testing::Test {
+ protected:
+  ServiceEndTest() {
+    Logger::initializeMaxPlayerNum(2);
+    Logger::initializeMaxLogTypeNum(3);
+    Logger::initializeMaxLogFieldSize(100);
+    Logger::initializeLogBufferSize(1000);
+    Logger::initializeMaxLogFileSize(20000);
+    EXPECT_TRUE(syslogservice::setBinaryLogFile((mDir / "binary").c_str()));
+  }
+  ~ServiceEndTest() override {
+    Log::Service::destroy();
+    syslogservice::setBinaryLogFile(nullptr);
+  }
+
+  nfwtest::TempDir mDir, mRecording;
+  seams::CapturedLog mLog;
+};
+
+using Logs = testing::Types<DataLog, SensorLog>;
+TYPED_TEST_SUITE(ServiceEndTest, Logs);
+
+TYPED_TEST(ServiceEndTest, AServiceThatIsStuckInAPlayerIsLeftBehindWhole) {
+  using Service = typename TypeParam::Service;
+  const std::string lLine = std::string("Thread Stop Timeout [") + TypeParam::THREAD + "]";
+  for (const bool lIsShutDown : {true, false}) {
+    nfwtest::StuckCall lStuck;
+    Notes lNotes;
+    auto lOther = TypeParam::makePlayer(lNotes), lFirst = TypeParam::makePlayer(lNotes);
+    lFirst.mOnStart = [&lStuck] { lStuck.enter(); };
+    Service* const lpService = Service::get();
+    ASSERT_TRUE(lpService->initialize() && lpService->attachPlayer(&lOther) && lpService->attachPlayer(&lFirst));
+    ASSERT_TRUE(lpService->startPlay("/nowhere"));
+    lStuck.awaitEntry();
+    this->mLog.clear();
+    {
+      const seams::Failing lNoTime(seams::THREAD_STOP, TypeParam::OTHER_THREADS);
+      if (lIsShutDown) lpService->shutdown();
+      Service::destroy();
+      EXPECT_EQ(1U, lNoTime.hits()) << "waited for once";
+    }
+    EXPECT_EQ((std::vector<std::string>{lLine}), this->mLog.texts());
+    EXPECT_NE(lpService, Service::get());
+    EXPECT_TRUE(Service::get()->initialize());
+    EXPECT_TRUE(lStuck.leave());
+    EXPECT_EQ(1U, lNotes.count()) << "nobody is called any more";
+    Service::destroy();
+  }
+}
+
+TYPED_TEST(ServiceEndTest, EverythingAtOnceLeavesWholeRecords) {
+  using Service = typename TypeParam::Service;
+  seams::ManualClock lClock;
+  Notes lNotes;
+  auto lPlayer = TypeParam::makePlayer(lNotes);
+  std::vector<nfwtest::PlayListener> lListeners(3, nfwtest::PlayListener(lNotes));
   std::atomic<unsigned int> lCalls{0};
   lListeners[0].mOnData = [&] {
-    if (++lCalls % 40 == 0) Logger::get()->stopPlay(), SensorSysLoggerManager::get()->stopPlay();
+    if (++lCalls % 40 == 0) Service::get()->stopPlay();
   };
-  lListeners[1].mOnData = [&] { Logger::get()->detachPlayListener(&lListeners[1]); };
-  lPlayer.mOnEnd = [] { Logger::get()->stopPlay(); };
-
-  const auto lWrite = [](unsigned int i) {
-    char lData[1000] = {};
-    Logger::write(static_cast<int>(i % 3), lData, i % 1000);
-    SensorSysLoggerManager::write(static_cast<int>(i % 3), 1, lData, i % 1000);
-    if (i % 16 == 0) APPLOG(nfw::LOG_TYPE_NFW, nfw::LOG_LEVEL_INFO, "line %u", i);
-  };
-  Worker lWriter(lWrite), lSecondWriter(lWrite);  // also while there is no logger
-  Worker lClock([&](unsigned int) {
-    mClock.advance(20);
-    mLog.clear();
-    lNotes.clear();
-    std::this_thread::yield();
-  });
+  lListeners[1].mOnData = [&] { Service::get()->detachPlayListener(&lListeners[1]); };
+  std::string lFile;
+  for (unsigned int i = 0; i < 200; ++i) lFile += TypeParam::record(static_cast<int>(i % 3), i * 10);
+  nfwtest::writeFile(this->mDir / "played", lFile);
+  const auto lWrite = [](unsigned int) { TypeParam::write(); };
+  const Worker lWriter(lWrite), lSecondWriter(lWrite), lThirdWriter(lWrite);  // also while there is no service
+  const Worker lTime([&](unsigned int) { lClock.advance(20), lNotes.clear(); });
   for (int lRound = 0; lRound < 3; ++lRound) {
-    Logger* const lpLogger = Logger::get();
-    SensorSysLoggerManager* const lpManager = SensorSysLoggerManager::get();
-    ASSERT_TRUE(lpLogger->initialize());
-    ASSERT_TRUE(lpManager->initialize());
+    Service* const lpService = Service::get();
+    ASSERT_TRUE(lpService->initialize());
     {
-      Worker lRecorder([&](unsigned int i) {
-        lpLogger->startRecord(mRecording.path().c_str(), "s", i % 8 == 0 ? mDir.path().c_str() : nullptr);
-        lpManager->startRecord();
-        std::this_thread::yield();
-        if (i % 2 == 0) lpLogger->stopRecord();
-        if (i % 3 == 0) lpManager->stopRecord();
-        lpLogger->flush();
-        char lPath[300];
-        lpLogger->getRecordingDir(lPath, sizeof lPath);
+      const Worker lRecorder([&](unsigned int i) {
+        TypeParam::startRecord(*lpService, this->mRecording.path());
+        if (i % 2 == 0) lpService->stopRecord();
       });
-      Worker lListenersAtWork([&](unsigned int i) {
-        lpLogger->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
-        lpManager->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
-        if (i % 5 == 0) lpLogger->detachPlayListener(&lListeners[i % 2]);
-        if (i % 7 == 0) lpManager->detachPlayListener(&lListeners[i % 2]);
-      });
-      Worker lPlayersAtWork([&](unsigned int) {
-        lpLogger->attachPlayer(&lPlayer);
-        lpManager->attachPlayer(&lSysPlayer);
-        lpLogger->attachRecordEventListener(&lRecordListener);
-        lpLogger->detachPlayer(&lPlayer);
-        lpManager->detachPlayer(&lSysPlayer);
-        lpLogger->detachRecordEventListener(&lRecordListener);
+      const Worker lComingAndGoing([&](unsigned int i) {
+        lpService->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
+        lpService->attachPlayer(&lPlayer), lpService->detachPlayer(&lPlayer);
+        if (i % 5 == 0) lpService->detachPlayListener(&lListeners[i % 2]);
       });
       for (int i = 0; i < 10; ++i) {
-        lpLogger->startPlay(mLogPath.c_str());
-        lpManager->startPlay(mSensorPath.c_str());
-        char lPath[300];
-        lpLogger->getPlayingDir(lPath, sizeof lPath);
-        const unsigned int lBefore = lCalls;
-        for (int lWait = 0; lWait < 50 && lCalls == lBefore && lpLogger->isPlaying(); ++lWait)
-          std::this_thread::yield();
-        lpLogger->stopPlay();
-        lpManager->stopPlay();
+        lpService->startPlay((this->mDir / "played").c_str());
+        for (int k = 0; k < 50 && lpService->isPlaying(); ++k) std::this_thread::yield();
+        lpService->stopPlay();
       }
-      if (lRound % 2 == 0) lpLogger->shutdown(), lpManager->shutdown();  // under the others
+      if (lRound % 2 == 0) lpService->shutdown();  // under the others
     }
-    std::thread lSecondShutdown([&] { lpLogger->shutdown(), lpManager->shutdown(); });
-    lpLogger->shutdown();
-    lpManager->shutdown();
-    lSecondShutdown.join();
-    Logger::destroy();
-    SensorSysLoggerManager::destroy();
+    const auto lSecond = std::async(std::launch::async, [&] { lpService->shutdown(); });
+    lpService->shutdown();
+    lSecond.wait();
+    Service::destroy();
   }
-  for (const std::string& lFile : mRecording.files()) {
+  for (const std::string& lPath : this->mRecording.files()) {
     size_t lRest = 1;
-    nfwtest::parseLogRecords(nfwtest::readFile(lFile), &lRest);
-    EXPECT_EQ(0u, lRest) << lFile;
+    nfwtest::parseLogRecords(nfwtest::readFile(lPath), &lRest);
+    EXPECT_EQ(0u, lRest) << lPath;
   }
+}
+
+TEST(UnknownMessageTest, IsNamedByWhoeverGetsIt) {
+  const seams::CapturedLog lLog;
+  nfw::LogWriter lWriter(1000, 1000);
+  nfw::LogPlayDataDispatcher lReplay(20, nullptr, Logger::get(), 10);
+  nfw::SysLogPlayDataDispatcher lSysReplay(4, nullptr, SensorSysLoggerManager::get());
+  const struct {
+    utl::ThreadMsgListener* mpReceiver;
+    std::string mName;
+  } CASES[] = {{&lWriter, "LogWriter"},
+               {&lReplay, "LogPlayDataDispatcher"},
+               {&lSysReplay, "SysLogPlayDataDispatcher"},
+               {Logger::get(), "Logger"},
+               {SensorSysLoggerManager::get(), "SensorSysLoggerManager"},
+               {nfw::MountManager::get(), "MountManager"}};
+  std::vector<std::string> lExpected;
+  for (const auto& lCase : CASES) {
+    nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Eu));
+    lCase.mpReceiver->receiveMsg(0, lNone);
+    lCase.mpReceiver->receiveMsg(0, lUnknown);
+    lExpected.push_back(lCase.mName + "::receiveMsg(): Can't get MsgId");
+    lExpected.push_back(lCase.mName + "::receiveMsg(): UnknownMsg: MsgId=-2147480562");
+  }
+  EXPECT_EQ(lExpected, lLog.texts());
+  Logger::destroy();
+  SensorSysLoggerManager::destroy();
+  nfw::MountManager::destroy();
 }
 
 }  // namespace

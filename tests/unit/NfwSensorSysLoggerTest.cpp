@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "LogRecords.h"
 #include "NfwLogger.h"
 #include "NfwSensorSysLogWriter.h"
@@ -55,27 +57,29 @@ TEST_F(SensorSysLoggerTest, TheWriterPacksRecords) {
   EXPECT_EQ(0, lWriter.write(1, 0, lData.data(), 0));
   EXPECT_EQ(sensorRecord(15, 15, 100000, std::string(1200, 'd')) + sensorRecord(1, 0, 100000, ""), written());
 
-  EXPECT_EQ(1, lWriter.write(16, 16, nullptr, 1201));
-  EXPECT_EQ(1, lWriter.write(-1, 0, lData.data(), 1));
-  EXPECT_EQ(1, lWriter.write(1, 16, nullptr, 1201));
-  EXPECT_EQ(1, lWriter.write(1, 0, nullptr, 1201));
-  EXPECT_EQ(1, lWriter.write(1, 0, lData.data(), 1201));
-  {
-    const seams::Failing lFailing(seams::TICK);
-    EXPECT_EQ(1, lWriter.write(1, 0, lData.data(), 1));
+  const struct {
+    int mId, mVersion;
+    unsigned int mSize;
+    bool mHasData;
+    std::string mLine;
+    std::optional<seams::Point> mPoint = {};
+  } CASES[] = {
+      {16, 16, 1201, false, "Invalid LogTypeId: 0x10"},
+      {-1, 0, 1, true, "Invalid LogTypeId: 0xffffffff"},
+      {1, 16, 1201, false, "Invalid LogVersion: 0x10"},
+      {1, 0, 1201, false, "Data is null: Id=0x01"},
+      {1, 0, 1201, true, "nDataSize is over: 1201"},
+      {1, 0, 1, true, "Can't get tick time: Id=0x01", seams::TICK},
+      {1, 0, 1, true, "Can't Write LogData: Id=0x01", seams::BINARY_LOG},
+  };
+  for (const auto& lCase : CASES) {
+    std::optional<seams::Failing> lFailing;
+    if (lCase.mPoint) lFailing.emplace(*lCase.mPoint);
+    mLog.clear();
+    EXPECT_EQ(1, lWriter.write(lCase.mId, lCase.mVersion, lCase.mHasData ? lData.data() : nullptr, lCase.mSize));
+    EXPECT_EQ(Strings{"SensorSysLogWriter::write(): " + lCase.mLine}, mLog.texts());
+    EXPECT_EQ(1, mLog.lines()[0].mLevel);
   }
-  {
-    const seams::Failing lFailing(seams::BINARY_LOG);
-    EXPECT_EQ(1, lWriter.write(1, 0, lData.data(), 1));
-  }
-  EXPECT_EQ((Strings{"SensorSysLogWriter::write(): Invalid LogTypeId: 0x10",
-                     "SensorSysLogWriter::write(): Invalid LogTypeId: 0xffffffff",
-                     "SensorSysLogWriter::write(): Invalid LogVersion: 0x10",
-                     "SensorSysLogWriter::write(): Data is null: Id=0x01",
-                     "SensorSysLogWriter::write(): nDataSize is over: 1201",
-                     "SensorSysLogWriter::write(): Can't get tick time: Id=0x01",
-                     "SensorSysLogWriter::write(): Can't Write LogData: Id=0x01"}),
-            mLog.texts());
   const nfw::LogRecordCounts lCounts = lWriter.getRecordCounts();
   EXPECT_EQ(2u, lCounts.mRecorded);
   EXPECT_EQ(7u, lCounts.mRefused);
@@ -137,7 +141,8 @@ TEST_F(SensorSysLoggerTest, PlaysTwoRecordingsOneAfterTheOther) {
                                 sensorRecord(4, 0, 70, "b") + sensorRecord(4, 0, 80, "c"));
   ASSERT_TRUE(lpLogger->startPlay(mPath.c_str()));
   EXPECT_TRUE(lpLogger->isPlaying());
-  ASSERT_TRUE(nfwtest::pump(mClock, [&] { return mNotes.count() >= 4; }));
+  ASSERT_TRUE(nfwtest::pump(
+      mClock, [&] { return mNotes.count() >= 4; }, 10));
   EXPECT_EQ((Strings{"start", "v1 a", "v0 c", "end"}), mNotes.all());  // b became the new base
   EXPECT_TRUE(lpLogger->stopPlay());
   EXPECT_TRUE(lpManager->detachPlayer(&lPlayer));
@@ -147,15 +152,6 @@ TEST_F(SensorSysLoggerTest, PlaysTwoRecordingsOneAfterTheOther) {
   EXPECT_TRUE(mLog.has("SensorSysLoggerManager::shutdown(): SysLogPlayDataDispatcher remain: Count=1"));
   EXPECT_FALSE(lpManager->detachPlayListener(&lListener));
   EXPECT_TRUE(mLog.has("SensorSysLoggerManager::detachPlayListener(): Can't send thread"));
-}
-
-TEST_F(SensorSysLoggerTest, UnknownMessagesAreNamed) {
-  nfwtest::RawMsg lNone, lUnknown(1);
-  SensorSysLoggerManager::get()->receiveMsg(0, lNone);
-  SensorSysLoggerManager::get()->receiveMsg(0, lUnknown);
-  EXPECT_EQ((Strings{"SensorSysLoggerManager::receiveMsg(): Can't get MsgId",
-                     "SensorSysLoggerManager::receiveMsg(): UnknownMsg: MsgId=1"}),
-            mLog.texts());
 }
 
 }  // namespace

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <array>
 #include <climits>
 #include <cstring>
 #include <functional>
@@ -9,17 +13,51 @@
 #include "MountNamespace.h"
 #include "NfwSettingFile.h"
 #include "PlatformSeams.h"
-#include "SettingSamples.h"
 #include "TempTree.h"
 
 namespace {
 
+std::function<int(int)> gOnSync;
+
+}  // namespace
+
+/// Instead of the C library's.
+extern "C" int fsync(int nDescriptor) {
+  return gOnSync ? gOnSync(nDescriptor) : static_cast<int>(syscall(SYS_fsync, nDescriptor));
+}
+
+namespace {
+
+using Strings = std::vector<std::string>;
 using nfw::SettingFile;
-using nfwtest::Settings;
 using std::string;
 
 const string KEY_32(32, 'k');
 const string VALUE_200(200, 'v');
+const string FULL_WIDTH_MINUS_12 = "\xEF\xBC\x8D\xEF\xBC\x91\xEF\xBC\x92";
+const string FULL_WIDTH_PLUS_12_BLANK = "\xEF\xBC\x8B\xEF\xBC\x91\xEF\xBC\x92\xE3\x80\x80";
+
+class Settings : public nfw::SettingFile {
+ public:
+  using SettingFile::SettingFile;
+
+  int mScale = 6;
+  string mName = "right";
+  bool mResult = true;                 // of both operations, when they did not fail
+  std::function<void()> mDuringWrite;  // called between the two parameters
+  int mReadNum = 0;
+
+ private:
+  bool readParameters(utl::File& nFile) override {
+    ++mReadNum;
+    return readParam(nFile, "Scale", &mScale) && mResult;
+  }
+  bool writeParameters(utl::File& nFile) override {
+    if (!writeParam(nFile, "Scale", mScale)) return false;
+    if (mDuringWrite) mDuringWrite();
+    return writeParam(nFile, "Name", mName.c_str()) && mResult;
+  }
+};
 
 class SettingFileTest : public testing::Test {
  protected:
@@ -50,50 +88,48 @@ class SettingFileTest : public testing::Test {
 
 TEST_F(SettingFileTest, FindsTheFirstLineOfAKey) {
   const struct {
-    const char* mpName;
-    string mContent;
-    long long mPosition;
-    string mKey;
+    string mContent, mKey;
     const char* mpValue;  // null: not found
-    string mLog;
+    long long mPosition = 0;
+    string mLog = "";
   } ROWS[] = {
-      {"plain", "a=1\nb=2\n", 0, "b", "2", ""},
-      {"first of two", "a=1\na=2\n", 0, "a", "1", ""},
-      {"first behind the position", "a=1\na=2\n", 4, "a", "2", ""},
-      {"before the position", "a=1\nb=2\nc=3\n", 8, "a", "1", ""},
-      {"at the end of the file", "a=1\nb=2\n", 8, "b", "2", ""},
-      {"line that straddles the position", "a=1\nlong=value\nc=3\n", 7, "long", "value", ""},
-      {"nowhere, from the middle", "a=1\nb=2\n", 4, "c", nullptr, ""},
-      {"empty value", "a=\n", 0, "a", "", ""},
-      {"'=' in the value", "a==b=\n", 0, "a", "=b=", ""},
-      {"last line without its end", "a=1\nb=2", 0, "b", "2", ""},
-      {"line ends of other systems", "a=1\r\nb=2\r\n", 0, "a", "1", ""},
-      {"'\\r' inside", "a=1\r2\n", 0, "a", "1\r2", ""},
-      {"comment", "#a=1\n# a=1\na=2\n", 0, "a", "2", ""},
-      {"blank before '#'", " #a=1\n", 0, " #a", "1", ""},
-      {"commented key never matches", "#a=1\n", 0, "#a", nullptr, ""},
-      {"full-width sharp is no comment", "\xEF\xBC\x83=1\n", 0, "\xEF\xBC\x83", "1", ""},
-      {"empty lines", "\n\r\n\na=1\n", 0, "a", "1", ""},
-      {"blank before '='", "a =1\n", 0, "a", nullptr, ""},
-      {"blank before the key", " a=1\n", 0, "a", nullptr, ""},
-      {"longer key", "ab=1\n", 0, "a", nullptr, ""},
-      {"shorter key", "a=1\n", 0, "ab", nullptr, ""},
-      {"no '='", "a\n", 0, "a", nullptr, ""},
-      {"other case", "A=1\n", 0, "a", nullptr, ""},
-      {"bytes above 127", "\xFF\x80=\xFE\n", 0, "\xFF\x80", "\xFE", ""},
-      {"zero bytes", string("\0a=1\na=2\n", 9), 0, "a", "2", ""},
-      {"empty file", "", 0, "a", nullptr, ""},
-      {"key of 32, value of 200 bytes", KEY_32 + "=" + VALUE_200 + "\n", 0, KEY_32, VALUE_200.c_str(), ""},
-      {"the rest of an over-long line is no line", string(233, 'x') + "a=1\na=2\n", 0, "a", "2", ""},
-      {"value beyond the buffer", "a=" + VALUE_200 + "v\na=1\n", 2, "a", "1", ""},
-      {"value beyond the buffer, met", "a=" + VALUE_200 + "v\na=1\n", 0, "a", nullptr,
-       "SettingFile::find():Copy Value:Line=a=" + VALUE_200 + "v [@]"},
-      {"empty key", "=1\n", 2, "", nullptr, "SettingFile::find():Key is Empty [@]"},
-      {"key of 33 bytes", KEY_32 + "k=1\n", 2, KEY_32 + "k", nullptr,
-       "SettingFile::find():Key is Too Long:Key=" + KEY_32 + "k [@]"},
+      {"a=1\nb=2\n", "b", "2"},                                      // plain
+      {"a=1\na=2\n", "a", "1"},                                      // first of two
+      {"a=1\na=2\n", "a", "2", 4},                                   // first behind the position
+      {"a=1\nb=2\nc=3\n", "a", "1", 8},                              // before the position
+      {"a=1\nb=2\n", "b", "2", 8},                                   // at the end of the file
+      {"a=1\nlong=value\nc=3\n", "long", "value", 7},                // line that straddles the position
+      {"a=1\nb=2\n", "c", nullptr, 4},                               // nowhere, from the middle
+      {"a=\n", "a", ""},                                             // empty value
+      {"a==b=\n", "a", "=b="},                                       // '=' in the value
+      {"a=1\nb=2", "b", "2"},                                        // last line without its end
+      {"a=1\r\nb=2\r\n", "a", "1"},                                  // line ends of other systems
+      {"a=1\r2\n", "a", "1\r2"},                                     // '\\r' inside
+      {"#a=1\n# a=1\na=2\n", "a", "2"},                              // comment
+      {" #a=1\n", " #a", "1"},                                       // blank before '#'
+      {"#a=1\n", "#a", nullptr},                                     // commented key never matches
+      {"\xEF\xBC\x83=1\n", "\xEF\xBC\x83", "1"},                     // full-width sharp is no comment
+      {"\n\r\n\na=1\n", "a", "1"},                                   // empty lines
+      {"a =1\n", "a", nullptr},                                      // blank before '='
+      {" a=1\n", "a", nullptr},                                      // blank before the key
+      {"ab=1\n", "a", nullptr},                                      // longer key
+      {"a=1\n", "ab", nullptr},                                      // shorter key
+      {"a\n", "a", nullptr},                                         // no '='
+      {"A=1\n", "a", nullptr},                                       // other case
+      {"\xFF\x80=\xFE\n", "\xFF\x80", "\xFE"},                       // bytes above 127
+      {string("\0a=1\na=2\n", 9), "a", "2"},                         // zero bytes
+      {"", "a", nullptr},                                            // empty file
+      {KEY_32 + "=" + VALUE_200 + "\n", KEY_32, VALUE_200.c_str()},  // key of 32, value of 200 bytes
+      {string(233, 'x') + "a=1\na=2\n", "a", "2"},                   // the rest of an over-long line is no line
+      {"a=" + VALUE_200 + "v\na=1\n", "a", "1", 2},                  // value beyond the buffer
+      {"a=" + VALUE_200 + "v\na=1\n", "a", nullptr, 0,
+       "SettingFile::find():Copy Value:Line=a=" + VALUE_200 + "v [@]"},  // value beyond the buffer, met
+      {"=1\n", "", nullptr, 2, "SettingFile::find():Key is Empty [@]"},  // empty key
+      {KEY_32 + "k=1\n", KEY_32 + "k", nullptr, 2,
+       "SettingFile::find():Key is Too Long:Key=" + KEY_32 + "k [@]"},  // key of 33 bytes
   };
   for (const auto& lRow : ROWS) {
-    SCOPED_TRACE(lRow.mpName);
+    SCOPED_TRACE(lRow.mContent);
     char lValue[201] = {};
     const bool lIsFound =
         SettingFile::find(open(lRow.mContent, lRow.mPosition), lRow.mKey.c_str(), lValue, sizeof(lValue));
@@ -156,64 +192,50 @@ string readAs(utl::File& nFile) {
 }
 
 TEST_F(SettingFileTest, ReadsNumbersInTheRangeOfTheirType) {
-  const auto lInt = &readAs<int>;
   const struct {
     string (*mpRead)(utl::File&);
-    string mText;
-    const char* mpResult;  // "-": fails, and the value is as it was
-  } ROWS[] = {
-      {lInt, "2147483647", "2147483647"},
-      {lInt, "2147483648", "-"},
-      {lInt, "-2147483648", "-2147483648"},
-      {lInt, "-2147483649", "-"},
-      {lInt, "99999999999999999999999999", "-"},
-      {lInt, "00000000000000000000000012", "12"},
-      {lInt, "+5", "5"},
-      {lInt, "-0", "0"},
-      {lInt, "12ab", "12"},
-      {lInt, "3.9", "3"},
-      {lInt, "7 ", "7"},
-      {lInt, "", "-"},
-      {lInt, "+", "-"},
-      {lInt, "-", "-"},
-      {lInt, "+-1", "-"},
-      {lInt, " 1", "-"},
-      {lInt, "x1", "-"},
-      {lInt, "\xEF\xBC\x8D\xEF\xBC\x91\xEF\xBC\x92", "-12"},  // full-width "-12"
-      {lInt,
-       "\xEF\xBC\x8B"
-       "1\xEF\xBC\x92\xE3\x80\x80"
-       "3",
-       "12"},
-      {lInt, "1\xEF\xBC", "1"},  // a character cut short
-      {&readAs<unsigned int>, "4294967295", "4294967295"},
-      {&readAs<unsigned int>, "4294967296", "-"},
-      {&readAs<unsigned int>, "+0", "0"},
-      {&readAs<unsigned int>, "-0", "-"},
-      {&readAs<unsigned int>, "-1", "-"},
-      {&readAs<short>, "32767", "32767"},
-      {&readAs<short>, "32768", "-"},
-      {&readAs<short>, "-32768", "-32768"},
-      {&readAs<short>, "-32769", "-"},
-      {&readAs<unsigned short>, "65535", "65535"},
-      {&readAs<unsigned short>, "65536", "-"},
-      {&readAs<signed char>, "127", "127"},
-      {&readAs<signed char>, "128", "-"},
-      {&readAs<signed char>, "-128", "-128"},
-      {&readAs<signed char>, "-129", "-"},
-      {&readAs<unsigned char>, "255", "255"},
-      {&readAs<unsigned char>, "256", "-"},
+    std::vector<std::array<string, 2>> mRows;  // a text and its number; "-": fails, and the value is as it was
+  } TYPES[] = {
+      {&readAs<int>,
+       {{"2147483647", "2147483647"},
+        {"2147483648", "-"},
+        {"-2147483648", "-2147483648"},
+        {"-2147483649", "-"},
+        {"21474836470", "-"},
+        {"99999999999999999999999999", "-"},
+        {"+5", "5"},
+        {"00000000000000000000000012", "12"},
+        {"-0", "0"},
+        {"12ab", "12"},
+        {"3.9", "3"},
+        {"7 ", "7"},
+        {"", "-"},
+        {"+", "-"},
+        {"-", "-"},
+        {"+-1", "-"},
+        {" 1", "-"},
+        {"x1", "-"},
+        {FULL_WIDTH_MINUS_12, "-12"},
+        {FULL_WIDTH_PLUS_12_BLANK + "3", "12"},
+        {"1\xEF\xBC", "1"}}},  // a character cut short
+      {&readAs<unsigned int>,
+       {{"4294967295", "4294967295"}, {"4294967296", "-"}, {"+0", "0"}, {"-0", "-"}, {"-1", "-"}}},
+      {&readAs<short>, {{"32767", "32767"}, {"32768", "-"}, {"-32768", "-32768"}, {"-32769", "-"}}},
+      {&readAs<unsigned short>, {{"65535", "65535"}, {"65536", "-"}}},
+      {&readAs<signed char>, {{"127", "127"}, {"128", "-"}, {"-128", "-128"}, {"-129", "-"}}},
+      {&readAs<unsigned char>, {{"255", "255"}, {"256", "-"}}},
   };
-  for (const auto& lRow : ROWS) {
-    SCOPED_TRACE(lRow.mText);
-    const string lLine = "SettingFile::readParam():Convert String to Value:Key=n [@]";
-    EXPECT_EQ(lRow.mpResult, lRow.mpRead(open("n=" + lRow.mText + "\n")));
-    EXPECT_EQ(string("-") == lRow.mpResult ? lLine : "", log());
+  const string lLine = "SettingFile::readParam():Convert String to Value:Key=n [@]";
+  for (const auto& lType : TYPES) {
+    for (const auto& [lText, lNumber] : lType.mRows) {
+      EXPECT_EQ(lNumber, lType.mpRead(open("n=" + lText + "\n"))) << lText;
+      EXPECT_EQ(lNumber == "-" ? lLine : "", log()) << lText;
+    }
   }
   int* const lpNone = nullptr;
   EXPECT_FALSE(SettingFile::readParam(open("n=1\n"), "n", lpNone));
   EXPECT_FALSE(SettingFile::readParam(*mpFile, "m", lpNone));  // not there: no line
-  EXPECT_EQ("SettingFile::readParam():Convert String to Value:Key=n [@]", log());
+  EXPECT_EQ(lLine, log());
 }
 
 TEST_F(SettingFileTest, WritesLinesThatItReads) {
@@ -331,6 +353,7 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
   namespace fs = std::filesystem;
   mTree.write("settings", "old and longer than what is written now, as can be seen");
   fs::permissions(path(), fs::perms::owner_read | fs::perms::owner_write);
+  const bool lIsGiven = chown(path().c_str(), 1234, 1235) == 0;  // root may
   mTree.link("settings", "link");
   mTree.link("new", "dangling");
   for (const char* lpName : {"link", "dangling"}) {
@@ -340,6 +363,9 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
     EXPECT_EQ("Scale=6\nName=right\n", mTree.read(lpName));
   }
   EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(path()).permissions());
+  struct stat lStat;
+  EXPECT_EQ(0, stat(path().c_str(), &lStat));
+  EXPECT_TRUE(!lIsGiven || (lStat.st_uid == 1234 && lStat.st_gid == 1235));
   Settings lSettings("/dev/full");  // really full
   EXPECT_FALSE(lSettings.save());
   EXPECT_TRUE(fs::is_character_file("/dev/full"));
@@ -379,6 +405,28 @@ TEST_F(SettingFileTest, SaversOfOnePathWaitForEachOther) {
   EXPECT_EQ(1u, mTree.entryNum());
   const string lContent = mTree.read("settings");
   EXPECT_TRUE(lContent == "Scale=2\nName=right\n" || lContent == "Scale=111111111\nName=right\n") << lContent;
+}
+
+// Only so does a power cut leave the old file or the new one.
+TEST_F(SettingFileTest, HasTheBytesOnTheMediumBeforeTheNameIsGiven) {
+  mTree.write("settings", "old");
+  Strings lSeen;  // by each sync: of what, and what the file holds under its name
+  gOnSync = [&](int nDescriptor) {
+    struct stat lStat;
+    EXPECT_EQ(0, fstat(nDescriptor, &lStat));
+    lSeen.push_back((S_ISDIR(lStat.st_mode) ? "directory" : std::to_string(lStat.st_size)) + " " +
+                    mTree.read("settings"));
+    return 0;
+  };
+  EXPECT_TRUE(Settings(path().c_str()).save());
+  EXPECT_EQ((Strings{"19 old", "directory Scale=6\nName=right\n"}), lSeen);
+  for (const int lError : {EINVAL, EIO}) {  // a file system that cannot tell is taken at its word
+    mTree.write("settings", "old");
+    gOnSync = [lError](int) { return errno = lError, -1; };
+    EXPECT_EQ(lError == EINVAL, Settings(path().c_str()).save());
+    EXPECT_EQ(lError == EINVAL ? "Scale=6\nName=right\n" : "old", mTree.read("settings"));
+  }
+  gOnSync = nullptr;
 }
 
 }  // namespace
