@@ -17,6 +17,7 @@
 #include "NfwLogPlaySwitch.h"
 #include "NfwLogPlayer.h"
 #include "NfwLogRecordEventListener.h"
+#include "NfwLogRetention.h"
 #include "NfwLogger.h"
 #include "NfwMountEventListener.h"
 #include "NfwMountEventMsg.h"

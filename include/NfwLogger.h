@@ -112,6 +112,15 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   /// lost with a killed process: call it as often as the records are worth. Waits for the disk.
   void flush();
 
+  /// What is recorded goes to the medium every `nIntervalMs`, by the writer's own thread: a power cut loses no more
+  /// than that. 0, the default: whenever the system likes. A medium that takes its time holds up nobody else.
+  /// @return false when not initialised
+  bool setSyncInterval(unsigned int nIntervalMs);
+  /// A record that comes `nLimitMs` or more after its file was begun begins another file, as one that would not fit
+  /// does. 0, the default: files end by their size alone. Takes effect with the next file.
+  /// @param nIsAligned files also end at the multiples of the limit in the local day: 3,600,000 is on the hour
+  void setMaxFileTime(unsigned int nLimitMs, bool nIsAligned);
+
   /// Plays a file to the attached play listeners; its first record is due 1000 ms from now.
   /// @return false while playing
   bool startPlay(const char* npPath);

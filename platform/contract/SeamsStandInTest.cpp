@@ -37,6 +37,7 @@ TEST(SeamsStandIn, FileOperationsFailOneByOne) {
       {"write", seams::FILE_WRITE, [&] { return lWriter.write("x", 1) == 1; }},
       {"writeLine", seams::FILE_WRITE, [&] { return lWriter.writeLine("x"); }},
       {"flush", seams::FILE_FLUSH, [&] { return lWriter.flush(); }},
+      {"sync", seams::FILE_SYNC, [&] { return lWriter.sync(); }},
   };
   for (const auto& lCase : CASES) {
     seams::Failing lFailing(lCase.mPoint, 1, 1);

@@ -123,6 +123,37 @@ TEST_F(LogWriterTest, ARecordHasTheTimeOfItsOwnWrite) {
   EXPECT_EQ(lExpected, lTexts);
 }
 
+TEST_F(LogWriterTest, BringsRecordsToTheMediumInTimeAndTellsOnceWhenItDoesNot) {
+  seams::ManualClock lClock;
+  seams::Failing lFailing(seams::FILE_SYNC, 1, 0);
+  EXPECT_FALSE(nfw::LogWriter(1000, 1000).setSyncInterval(1000));
+  record(100000, 100);
+  ASSERT_TRUE(mpWriter->setSyncInterval(500));
+  for (int i = 0; i < 3; ++i) {
+    write(std::string(40, 'x'));  // a file each
+    lClock.advance(500);
+  }
+  EXPECT_TRUE(mLog.waitFor("LogWriter::onSyncTimer(): Can't sync"));
+  mpWriter->shutdown();
+  EXPECT_EQ(1u, mLog.count("LogWriter::onSyncTimer(): Can't sync"));
+  EXPECT_LE(2u, lFailing.hits());
+}
+
+TEST_F(LogWriterTest, ARecordBehindTheTimeOfAFileBeginsAnother) {
+  seams::ManualClock lClock;
+  make();
+  mpWriter->setMaxFileTime(600000, true);  // the time is 07:08:09.010
+  ASSERT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", nullptr));
+  const unsigned int STEPS[] = {0, 110989, 1, 0, 110989, 1};
+  const size_t FILES[] = {1, 1, 2, 2, 2, 3};
+  for (int i = 0; i < 6; ++i) {
+    lClock.advance(STEPS[i]);
+    EXPECT_EQ(ACCEPTED, write("x"));
+    EXPECT_EQ(FILES[i], mDir.files().size()) << i;
+  }
+  mpWriter->setMaxFileTime(0, false);
+}
+
 TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
   const std::string lFile = mDir / "file", lMissing = mDir / "missing";
   nfwtest::writeFile(lFile, "");

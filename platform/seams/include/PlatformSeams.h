@@ -48,6 +48,7 @@ enum Point {
   FILE_POSITION,
   FILE_SIZE,
   FILE_FLUSH,
+  FILE_SYNC,
   LOG_TYPE,    ///< registerLogType is false
   BINARY_LOG,  ///< BinaryLogWrite gives -1
   POINT_NUM

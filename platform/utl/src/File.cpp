@@ -1,6 +1,7 @@
 #include "utl/File.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <climits>
@@ -93,6 +94,9 @@ int File::write(const void* npBuffer, unsigned int nSize) {
 
 // Nothing is held back: all there is to tell is whether a write has failed since the file was opened.
 bool File::flush() { return isOpened() && !mpState->mHasFailed && !seams::fails(seams::FILE_FLUSH); }
+
+bool File::sync() { return isOpened() && !seams::fails(seams::FILE_SYNC) && mpState->sync(); }
+bool File::syncFileSystem() { return isOpened() && !seams::fails(seams::FILE_SYNC) && ::syncfs(mpState->mFile) == 0; }
 
 bool File::truncate(unsigned long long nSize) { return mpState->isWriting() && mpState->cutAt(nSize); }
 

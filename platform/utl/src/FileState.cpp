@@ -54,6 +54,22 @@ bool File::State::openToWrite() {
   return mIsWriting;
 }
 
+bool File::State::sync() {
+  if (::fdatasync(mFile) != 0) return false;
+  mIsNameSynced = mIsNameSynced || syncName();
+  return mIsNameSynced;
+}
+
+bool File::State::syncName() {
+  const size_t lSlash = mPath.rfind('/');
+  const std::string lDirectory = lSlash == std::string::npos ? "." : mPath.substr(0, lSlash + 1);
+  const int lFile = ::open(lDirectory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (lFile < 0) return false;
+  const bool lIsDone = ::fsync(lFile) == 0 || errno == EINVAL;  // a file system may have nothing to sync there
+  ::close(lFile);
+  return lIsDone;
+}
+
 void File::State::close() {
   if (mFile >= 0) ::close(mFile);
   mFile = -1;
@@ -61,6 +77,7 @@ void File::State::close() {
   mHasFailed = false;
   mPosition = 0;
   mWindowSize = 0;
+  mIsNameSynced = false;
 }
 
 bool File::State::kernelSize(unsigned long long* npSize) const {

@@ -34,6 +34,7 @@ struct File::State {
   bool writeAll(iovec* npParts, int nCount);
   bool moveTo(long long nPosition);
   bool cutAt(unsigned long long nSize);
+  bool sync();  ///< the bytes; the first time also the name, or a power cut leaves bytes that nobody finds
 
   const std::string mPath;
   int mFile = -1;
@@ -45,6 +46,9 @@ struct File::State {
   bool isInWindow() const;
   bool fetch();
 
+  bool syncName();
+
+  bool mIsNameSynced = false;        // of sync() alone, which runs beside the others
   std::unique_ptr<char[]> mpWindow;  // from the first open for reading on
   unsigned long long mWindowStart = 0;
   unsigned int mWindowSize = 0;

@@ -181,6 +181,8 @@ void LogWriter::shutdown() {
   stop();
   mThreadEnd.stop(mThread);
   setBackupIdle(true);
+  UnsyncedFiles lFiles;
+  if (mIsSyncing && !mThread.isRunning() && takeUnsynced(&lFiles)) sync(lFiles);
 }
 
 // --- the file
@@ -200,6 +202,7 @@ bool LogWriter::openLocked() {
   if (mFile.isOpen() || !createFile(mFile)) return false;
   mBuffer.clear();
   mTally.beginFile();
+  mFileTime.begin();
   logCreated(mFile);
   return true;
 }
@@ -231,6 +234,8 @@ void LogWriter::closeLocked() {
     dropBuffer();
     if (!mFile.hasName()) mTally.loseFile();
     logClosed(mFile);
+    noteUnsynced();
+    mSyncedSize = 0;
     mFile.close();
   }
   mBuffer.clear();
@@ -272,8 +277,11 @@ bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
   }
   mTally.moveOn(!mFile.hasName());
   logClosed(mFile);
+  noteUnsynced();
+  mSyncedSize = 0;
   mFile.close();
   mFile = std::move(nFile);
+  mFileTime.begin();
   logCreated(mFile);
   logNewFile(mFile);
   return true;
@@ -570,12 +578,55 @@ bool LogWriter::endPiece(bool nIsWritten, int nSize, const char* npOperation) {
   return false;
 }
 
+// --- from the file to the medium
+
+bool LogWriter::setSyncInterval(unsigned int nIntervalMs) {
+  const LogQuiet lQuiet;
+  if (!mControl.start()) return false;
+  const AutoCompleteOperation lComplete(mControl);
+  const WatchedLock lLock(mSync);
+  if (!isInitialized()) return false;
+  if (mSyncTimerId != -1) mThread.killTimer(mSyncTimerId, 1);
+  mSyncTimerId = nIntervalMs == 0 ? -1 : mThread.setTimer(nIntervalMs, 0, 1);
+  mIsSyncing = mSyncTimerId != -1;
+  return nIntervalMs == 0 || mIsSyncing;
+}
+
+void LogWriter::setMaxFileTime(unsigned int nLimitMs, bool nIsAligned) {
+  const WatchedLock lLock(mSync);
+  mFileTime.set(nLimitMs, nIsAligned);
+}
+
+void LogWriter::noteUnsynced() {
+  if (!mIsSyncing || mFile.size() == mSyncedSize) return;
+  mUnsynced.add(mFile.share());
+  mSyncedSize = mFile.size();
+}
+
+/// False when there is nothing.
+bool LogWriter::takeUnsynced(UnsyncedFiles* npFiles) {
+  const WatchedLock lFileLock(mFileSync);
+  if (mFile.isOpen()) {
+    drain(EVERYTHING, "onSyncTimer");
+    noteUnsynced();
+  }
+  std::swap(*npFiles, mUnsynced);
+  return !npFiles->isEmpty();
+}
+
+// What cannot be synced may still be read for as long as the system runs: told once, until it works again.
+void LogWriter::sync(UnsyncedFiles& nFiles) {
+  const bool lWasFailing = std::exchange(mIsSyncFailing, !nFiles.sync());
+  if (mIsSyncFailing && !lWasFailing) APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::onSyncTimer(): Can't sync");
+}
+
 // --- the writer's thread
 
 void LogWriter::receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) {
   static const MsgRoute<LogWriter> ROUTES[] = {
       {BACKUP_MSG, &LogWriter::onBackup},
       {WRITE_FILE_MSG, &LogWriter::onWriteFile},
+      {utl::TimerMsg::MSG_ID, &LogWriter::onSyncTimer},
   };
   const LogQuiet lQuiet;
   routeMsg(*this, ROUTES, nMsg, "LogWriter");
@@ -602,6 +653,18 @@ void LogWriter::onWriteFile(utl::ThreadRawMsg& /*nMsg*/) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::onWriteFile(): Can't post thread");
   }
   utl::Thread::sleep(0);
+}
+
+// The medium is waited for without a lock, and without the gate: a shutdown would wait for it as long.
+void LogWriter::onSyncTimer(utl::ThreadRawMsg& /*nMsg*/) {
+  const LogQuiet lQuiet;
+  UnsyncedFiles lFiles;
+  {
+    if (!mControl.start()) return;
+    const AutoCompleteOperation lComplete(mControl);
+    if (!isInitialized() || !mIsSyncing || !takeUnsynced(&lFiles)) return;
+  }
+  sync(lFiles);
 }
 
 void LogWriter::onBackup(utl::ThreadRawMsg& nMsg) {

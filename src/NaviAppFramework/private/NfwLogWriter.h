@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "FileTime.h"
 #include "LogFile.h"
 #include "LogFilePath.h"
 #include "LogRecordBase.h"
@@ -14,6 +15,7 @@
 #include "RecordTally.h"
 #include "RetryInterval.h"
 #include "ServiceThread.h"
+#include "UnsyncedFiles.h"
 #include "ZTSync.h"
 #include "utl/Event.h"
 #include "utl/MsgDrivenThread.h"
@@ -50,6 +52,12 @@ class LogWriter : public utl::ThreadMsgListener {
   bool hasEnded() { return mThreadEnd.isOver(mThread); }  ///< after shutdown(): false when the thread runs on
   bool isRecording() const { return mIsRecording; }
 
+  /// The thread syncs every `nIntervalMs` what came into files since the last time; 0 (the default): never. False when
+  /// not initialised, or without a timer.
+  bool setSyncInterval(unsigned int nIntervalMs);
+  /// From the next file on: how long one is written to, 0 (the default) without end.
+  void setMaxFileTime(unsigned int nLimitMs, bool nIsAligned);
+
   LogRecordCounts getRecordCounts();  ///< waits for the disk
   LogBackup getBackup() const { return static_cast<LogBackup>(mBackup.load()); }
   /// A record that did not come as far as write().
@@ -61,6 +69,7 @@ class LogWriter : public utl::ThreadMsgListener {
   void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
   void onWriteFile(utl::ThreadRawMsg& nMsg);
   void onBackup(utl::ThreadRawMsg& nMsg);
+  void onSyncTimer(utl::ThreadRawMsg& nMsg);
 
  private:
   struct Record {
@@ -77,7 +86,7 @@ class LogWriter : public utl::ThreadMsgListener {
   bool isAccepting() const NFW_REQUIRES(mSync) { return mIsRecording && mStoppingCount == 0 && !mIsBackingUp; }
   uint64_t currentSize() const NFW_REQUIRES(mSync) { return mFile.size() + mBuffer.size(); }
   bool fitsFile(const Record& nRecord) const NFW_REQUIRES(mSync) {
-    return mFile.isOpen() && currentSize() + nRecord.size() <= mMaxLogFileSize;
+    return mFile.isOpen() && currentSize() + nRecord.size() <= mMaxLogFileSize && !mFileTime.isOver();
   }
 
   bool startLocked(const char* npDirectory, const char* npFilePrefix) NFW_REQUIRES(mFileSync, mSync);
@@ -113,6 +122,9 @@ class LogWriter : public utl::ThreadMsgListener {
   bool endPiece(bool nIsWritten, int nSize, const char* npOperation) NFW_REQUIRES(mFileSync, mSync);
   bool flushLocked() NFW_REQUIRES(mFileSync, mSync);
   bool drain(uint64_t nLimit, const char* npOperation) NFW_REQUIRES(mFileSync) NFW_EXCLUDES(mSync);
+  void noteUnsynced() NFW_REQUIRES(mFileSync);
+  bool takeUnsynced(UnsyncedFiles* npFiles);
+  void sync(UnsyncedFiles& nFiles);
 
   enum State { CREATED, INITIALIZED, SHUT_DOWN };
 
@@ -123,6 +135,12 @@ class LogWriter : public utl::ThreadMsgListener {
   LogFile mFile;  // changed under both locks, written to under mFileSync, asked under either
   StreamBuffer mBuffer NFW_GUARDED_BY(mSync);
   LogRecordBase mBase NFW_GUARDED_BY(mSync);
+  FileTime mFileTime NFW_GUARDED_BY(mSync);
+  UnsyncedFiles mUnsynced NFW_GUARDED_BY(mFileSync);
+  uint64_t mSyncedSize NFW_GUARDED_BY(mFileSync) = 0;  // of the open file
+  bool mIsSyncFailing = false;                         // on the thread, then on who shuts down
+  int mSyncTimerId NFW_GUARDED_BY(mSync) = -1;
+  std::atomic<bool> mIsSyncing{false};  // an interval is set
   ZtFileCopy mFileCopy;
   std::atomic<int> mState{CREATED};
   std::atomic<bool> mIsRecording{false};

@@ -183,6 +183,12 @@ void Logger::flush() {
   if (lOperation) mpInside->mWriter.flush();
 }
 
+bool Logger::setSyncInterval(unsigned int nIntervalMs) { return mpInside->mWriter.setSyncInterval(nIntervalMs); }
+
+void Logger::setMaxFileTime(unsigned int nLimitMs, bool nIsAligned) {
+  mpInside->mWriter.setMaxFileTime(nLimitMs, nIsAligned);
+}
+
 bool Logger::startRecord(const char* npDirectory, const char* npFilePrefix, const char* npBackupDirectory) {
   const PlayService::Operation lOperation(mpInside->mPlay);
   if (!lOperation || !mpInside->mWriter.start(npDirectory, npFilePrefix, npBackupDirectory)) return false;

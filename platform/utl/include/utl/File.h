@@ -30,6 +30,10 @@ class File {
   int read(void* npBuffer, unsigned int nSize);         ///< bytes read, fewer only at the end; -1 error
   int write(const void* npBuffer, unsigned int nSize);  ///< all bytes, or -1
   bool flush();                                         ///< to the kernel
+  /// What was written goes to the medium. False, with errno, when that failed, or nothing is open. One thread may be in
+  /// it, for as long as the medium takes, while another uses the object; not while it is closed.
+  bool sync();
+  bool syncFileSystem();  ///< the same for all files of the medium
   /// Ends the file that is open for writing at `nSize`, whatever its name means by now; the position is there.
   bool truncate(unsigned long long nSize);
 

@@ -23,7 +23,7 @@ uint64_t recordSizeAt(const StreamBuffer& nBuffer, unsigned int nOffset) {
 }  // namespace
 
 bool LogFile::open(const char* npPath) {
-  std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
+  auto lpFile = std::make_shared<utl::File>(npPath);
   errno = 0;
   const bool lIsOpen = lpFile->open(2, 1);
   noteResult(lIsOpen, errno);
@@ -34,8 +34,7 @@ bool LogFile::open(const char* npPath) {
 }
 
 void LogFile::close() {
-  if (mpFile != nullptr) mpFile->close();
-  mpFile.reset();
+  mpFile.reset();  // closed with its last owner
   noteResult(true, 0);
   mSize = mOpenSize = mLeftSize = 0;
 }

@@ -20,6 +20,7 @@ class LogFile {
   void remove();  ///< closes, and takes the name away: nothing came of the file
   bool isOpen() const { return mpFile != nullptr; }
   const char* getPath() const { return mpFile->getPath(); }
+  std::shared_ptr<utl::File> share() const { return mpFile; }  ///< for who syncs it, beyond a close()
   bool flush() { return mpFile->flush(); }
   bool hasName() const { return mpFile->hasName(); }
   bool hasFailed() const { return mHasFailed; }  ///< the last open or write
@@ -52,7 +53,7 @@ class LogFile {
   int writeBytes(const void* npBytes, unsigned int nSize);
   void noteResult(bool nIsDone, int nError);
 
-  std::unique_ptr<utl::File> mpFile;
+  std::shared_ptr<utl::File> mpFile;
   bool mHasFailed = false;
   int mError = 0;
   uint64_t mSize = 0;

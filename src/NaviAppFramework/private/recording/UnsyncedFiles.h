@@ -1,0 +1,40 @@
+// Files that hold bytes which may not be on the medium yet.
+#pragma once
+
+#include <memory>
+
+#include "utl/File.h"
+
+namespace nfw {
+
+/// Collected under the owner's lock, synced without it: a medium may take its time. One that collects more files than
+/// there is room for between two syncs has the whole file system of the last one synced.
+class UnsyncedFiles {
+ public:
+  void add(std::shared_ptr<utl::File> npFile) {
+    mIsOverflown = mIsOverflown || mNum == ROOM;
+    mpFiles[mNum == ROOM ? ROOM - 1 : mNum++] = std::move(npFile);
+  }
+
+  bool isEmpty() const { return mNum == 0; }
+
+  /// True when all of them are on the medium; forgets them in any case.
+  bool sync() {
+    bool lIsDone = !mIsOverflown || mpFiles[ROOM - 1]->syncFileSystem();
+    for (unsigned int i = 0; i < mNum; ++i) {
+      lIsDone = (mIsOverflown || mpFiles[i]->sync()) && lIsDone;
+      mpFiles[i].reset();
+    }
+    mNum = 0;
+    mIsOverflown = false;
+    return lIsDone;
+  }
+
+ private:
+  static constexpr unsigned int ROOM = 8;
+  std::shared_ptr<utl::File> mpFiles[ROOM];
+  unsigned int mNum = 0;
+  bool mIsOverflown = false;
+};
+
+}  // namespace nfw
