@@ -68,7 +68,7 @@ class SourcesTest : public testing::Test {
  protected:
   SourcesTest() {
     std::string lLog, lSensor;
-    for (unsigned int lTime = 0; lTime < 8000; lTime += 20) {
+    for (unsigned int i = 0, lTime = 0; i < 100; ++i, lTime += STEP_MS) {
       for (const std::string& lText : Facade::logTexts()) lLog += logRecord(Facade::LOGGER_ID, lTime, lText);
       lSensor += sensorRecord(Facade::SENSOR_ID, 1, lTime, Facade::sensorRecordData());
     }
@@ -84,29 +84,30 @@ class SourcesTest : public testing::Test {
     for (const std::string& lNote : mNotes.all()) lCount += Facade::sourceOf(lNote) == nSource;
     return lCount;
   }
-  bool pumpTo(char nSource, size_t nCount) {
-    int lStep = 0;
-    return pump(mClock, [&] {
-      if (lStep++ % 20 == 0) Facade::feed();
-      return heard(nSource) >= nCount;
-    });
-  }
-  /// All sources bring data: which of them arrives, once what was on its way at the switch has arrived?
-  std::string sources(char nExpected) {
-    EXPECT_TRUE(pumpTo(nExpected, 1)) << nExpected;
-    std::string lHeard;
-    for (int i = 0; i < 10 && lHeard != std::string(1, nExpected); ++i) {
-      mNotes.clear();
-      EXPECT_TRUE(pumpTo(nExpected, 5)) << nExpected;
-      std::set<char> lSources;
-      for (const std::string& lNote : mNotes.all()) lSources.insert(Facade::sourceOf(lNote));
-      lSources.erase('?');
-      lHeard = {lSources.begin(), lSources.end()};
+  /// Time for one record of each replay, and one of live data: one of the source arrives. The clock goes on only where
+  /// a replay began only behind it, and never as far as the next record.
+  bool next(char nSource) {
+    const size_t lBefore = heard(nSource);
+    mClock.advance(STEP_MS);
+    Facade::feed();
+    for (int i = 0; i < 3000 && heard(nSource) == lBefore; ++i) {
+      if (!mNotes.waitFor(mNotes.count() + 1, std::chrono::milliseconds(20))) mClock.advance(1000);
     }
-    return lHeard;
+    return heard(nSource) > lBefore;
+  }
+  /// All sources bring data: which of them arrives? Nothing is on its way when it begins, nor when it ends.
+  std::string sources(char nExpected) {
+    mNotes.clear();
+    for (int i = 0; i < 3 && !testing::Test::HasFailure(); ++i) EXPECT_TRUE(next(nExpected)) << nExpected;
+    std::set<char> lSources;
+    for (const std::string& lNote : mNotes.all()) lSources.insert(Facade::sourceOf(lNote));
+    lSources.erase('?');
+    return {lSources.begin(), lSources.end()};
   }
   std::string line(const char* npText) const { return std::string(Facade::NAME) + "::initialize(): Can't " + npText; }
   static std::string sourceName(const char* npSource) { return std::string(Facade::NAME) + npSource + "::initialize"; }
+
+  static const unsigned int STEP_MS = 10000000;
 
   seams::CapturedLog mLog;
   seams::ManualClock mClock;
@@ -120,65 +121,55 @@ class SourcesTest : public testing::Test {
 using Facades = testing::Types<GnssFacade, DeadReckoningFacade>;
 TYPED_TEST_SUITE(SourcesTest, Facades);
 
+// The players are told behind the service, for they were there before it: a switch is made when they have been told.
 TYPED_TEST(SourcesTest, ALogReplayWinsOverASensorLogReplayWhichWinsOverLiveData) {
-  this->begin();
-  EXPECT_EQ("l", this->sources('l'));
   nfw::Logger& lLog = *nfw::Logger::get();
   nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
-  const std::function<bool()> startLog = [&] { return lLog.startPlay(this->mLogPath.c_str()); };
-  const std::function<bool()> stopLog = [&] { return lLog.stopPlay(); };
-  const std::function<bool()> startSensor = [&] { return lSensor.startPlay(this->mSensorPath.c_str()); };
-  const std::function<bool()> stopSensor = [&] { return lSensor.stopPlay(); };
-  const struct {
-    const char* mpName;
-    std::function<bool()> mStep;
-    char mSource;
-  } STEPS[] = {
-      {"a log replay", startLog, 'L'},
-      {"its stop", stopLog, 'l'},
-      {"a sensor log replay", startSensor, 'S'},
-      {"its stop", stopSensor, 'l'},
-      {"a sensor log replay", startSensor, 'S'},
-      {"a log replay upon it", startLog, 'L'},
-      {"the sensor log's stop below", stopSensor, 'L'},
-      {"the log's stop", stopLog, 'l'},
-      {"a log replay", startLog, 'L'},
-      {"a sensor log replay below", startSensor, 'L'},
-      {"the log's stop leaves the other", stopLog, 'S'},
-      {"a log replay again", startLog, 'L'},
-      {"its stop", stopLog, 'S'},
-      {"the last stop", stopSensor, 'l'},
-  };
-  for (const auto& lStep : STEPS) {
-    ASSERT_TRUE(lStep.mStep()) << lStep.mpName;
-    EXPECT_EQ(std::string(1, lStep.mSource), this->sources(lStep.mSource)) << lStep.mpName;
+  Notes lSwitches;
+  nfwtest::Player lPlayer(lSwitches, "log");
+  nfwtest::SysPlayer lSysPlayer(lSwitches);
+  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  this->begin();
+  EXPECT_EQ("l", this->sources('l'));
+  // A replay of the log or of the sensor log starts or stops, and what is heard then.
+  for (const std::string lStep : {"L+ L", "L- l", "S+ S", "S- l", "S+ S", "L+ L", "S- L", "L- l", "L+ L", "S+ L",
+                                  "L- S", "L+ L", "L- S", "S- l"}) {
+    const size_t lBefore = lSwitches.count();
+    const bool lIsStart = lStep[1] == '+';
+    const bool lIsDone = lStep[0] == 'L'
+                             ? (lIsStart ? lLog.startPlay(this->mLogPath.c_str()) : lLog.stopPlay())
+                             : (lIsStart ? lSensor.startPlay(this->mSensorPath.c_str()) : lSensor.stopPlay());
+    ASSERT_TRUE(lIsDone) << lStep;
+    ASSERT_TRUE(lSwitches.waitFor(lBefore + 1)) << lStep;
+    EXPECT_EQ(lStep.substr(3), this->sources(lStep[3])) << lStep;
   }
+  lLog.detachPlayer(&lPlayer);
+  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, TheEndOfAReplayDoesNotGoBackToLiveData) {
-  this->begin();
   writeFile(this->mLogPath, "");
   writeFile(this->mSensorPath, "");
-  TypeParam::feed();
-  ASSERT_TRUE(pump(this->mClock, [this] { return this->heard('l') == 1; }));  // and nothing more is on its way
-  nfwtest::Player lPlayer(this->mNotes, "player");
-  ASSERT_TRUE(nfw::Logger::get()->attachPlayer(&lPlayer));
-  ASSERT_TRUE(nfw::Logger::get()->startPlay(this->mLogPath.c_str()));
-  const auto lIsEnded = [this] {
-    for (const std::string& lNote : this->mNotes.all()) {
-      if (lNote.compare(0, 10, "player end") == 0) return true;
-    }
-    return false;
-  };
-  ASSERT_TRUE(pump(this->mClock, lIsEnded));
-  TypeParam::Service::get()->receiveLogPlayEnd(0);
-  TypeParam::Service::get()->receiveSysLogPlayEnd();
-  this->mNotes.clear();
-  TypeParam::feed();
-  TypeParam::shutdown();  // hands on what is queued
-  EXPECT_EQ(0U, this->heard('l'));
-  nfw::Logger::get()->stopPlay();
-  nfw::Logger::get()->detachPlayer(&lPlayer);
+  nfw::Logger& lLog = *nfw::Logger::get();
+  nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
+  Notes lSwitches;
+  nfwtest::Player lPlayer(lSwitches, "log");
+  nfwtest::SysPlayer lSysPlayer(lSwitches);
+  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  for (const bool lIsLog : {true, false}) {
+    this->begin();
+    lSwitches.clear();
+    ASSERT_TRUE(lIsLog ? lLog.startPlay(this->mLogPath.c_str()) : lSensor.startPlay(this->mSensorPath.c_str()));
+    ASSERT_TRUE(pump(this->mClock, [&] { return lSwitches.count() == 2; }));  // start and end
+    TypeParam::Service::get()->receiveLogPlayEnd(0);
+    TypeParam::Service::get()->receiveSysLogPlayEnd();
+    TypeParam::feed();
+    TypeParam::shutdown();  // hands on what is queued
+    EXPECT_EQ(0U, this->heard('l')) << lIsLog;
+    lIsLog ? lLog.stopPlay() : lSensor.stopPlay();
+  }
+  lLog.detachPlayer(&lPlayer);
+  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, LivesFromInitializeToShutdownAndAgain) {
