@@ -380,6 +380,24 @@ TEST(FacadeTest, TwoServicesDoNotShareALoggerId) {
             errors(lLog));
 }
 
+TEST(FacadeTest, AListenerLeavesOneKindAtATime) {
+  seams::CapturedLog lLog;
+  LogServices lLogs;
+  Notes lNotes;
+  GnssListener lListener(lNotes);
+  nfw::Gnss& lGnss = *nfw::Gnss::get();
+  for (size_t i = 0; i < lListener.KIND_NUM; ++i) {
+    lNotes.clear();
+    ASSERT_TRUE(lGnss.initialize());
+    ASSERT_TRUE(lListener.attachTo(lGnss));
+    lListener.detachFrom(lGnss, i);
+    feedEpoch();
+    lGnss.shutdown();  // hands on what is queued
+    EXPECT_EQ(EPOCH_NOTE_NUM - (i == 0 ? 10 : 1), lNotes.count());
+    EXPECT_EQ(std::string::npos, kindsOf(lNotes).find(lListener.KIND_NAMES[i])) << lListener.KIND_NAMES[i];
+  }
+}
+
 TEST(FacadeTest, TheGeodeticSystemIsWgs84OrTokyo) {
   seams::CapturedLog lLog;
   LogServices lLogs;

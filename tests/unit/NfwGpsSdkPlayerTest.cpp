@@ -97,13 +97,7 @@ TEST_F(GpsSdkPlayerTest, PositionsGoOnWhileTheSensorLogIsStuck) {
 }
 
 TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {
-  RawMsg lNone, lUnknown(1);
-  mPlayer.receiveMsg(0, lNone);
-  mPlayer.receiveMsg(0, lUnknown);
-  EXPECT_EQ((Strings{"nfw::GpsSdkPlayer::receiveMsg(): Can't get MsgId",
-                     "nfw::GpsSdkPlayer::receiveMsg(): UnknownMsg: MsgId=1"}),
-            errors(mLog));
-  mLog.clear();
+  expectRefusals(mLog, mPlayer, "nfw::GpsSdkPlayer");
   mPlayer.on();
   {
     const seams::Failing lFailing(seams::POST);
@@ -115,26 +109,23 @@ TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {
 TEST_F(GpsSdkPlayerTest, HandsOnEachRecordWhileItIsOn) {
   const auto lFeed = [this] {
     mNotes.clear();
-    gpshost::feed(GGA_RECORD), gpshost::feed(GLL_RECORD), gpshost::feed(GSA_RECORD), gpshost::feed(GSV_RECORD);
-    gpshost::feed(RMC_RECORD), gpshost::feed(VTG_RECORD), gpshost::feed(ZDA_RECORD), gpshost::feed(PUBX_RECORD);
-    gpshost::feed(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD});
+    feedEpoch();
     mThread.settle();
-    return mNotes.all();
+    Strings lRecords;
+    for (const std::string& lNote : mNotes.all()) {
+      if (lNote[0] != '$') lRecords.push_back(lNote);
+    }
+    return lRecords;
   };
   ASSERT_TRUE(mPlayer.initialize());
   EXPECT_EQ(Strings{}, lFeed());
   mPlayer.on();
   using nfw::convertRecord;
+  const PARSE_NMEA ALL = {GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD};
   const Strings lAll = {
-      text(convertRecord(GGA_RECORD)),
-      text(convertRecord(GLL_RECORD)),
-      text(convertRecord(GSA_RECORD)),
-      text(convertRecord(GSV_RECORD)),
-      text(convertRecord(RMC_RECORD)),
-      text(convertRecord(VTG_RECORD)),
-      text(convertRecord(ZDA_RECORD)),
-      text(convertRecord(PUBX_RECORD)),
-      text(convertRecord(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD}))};
+      text(convertRecord(RMC_RECORD)), text(convertRecord(VTG_RECORD)), text(convertRecord(GGA_RECORD)),
+      text(convertRecord(GSA_RECORD)), text(convertRecord(GSV_RECORD)), text(convertRecord(GLL_RECORD)),
+      text(convertRecord(ALL)),        text(convertRecord(ZDA_RECORD)), text(convertRecord(PUBX_RECORD))};
   EXPECT_EQ(lAll, lFeed());
   mPlayer.notifyParseGgaSentence(nullptr);
   mPlayer.notifyParseNmeaSentence(nullptr);
