@@ -145,6 +145,11 @@ TEST_F(DispatcherTest, GnssRecordsReachTheListenersOfTheirOwnKindWholeUntilTheyL
     if (i < lAny.KIND_NUM) lExpected.erase(lExpected.begin() + static_cast<long>(i));
     EXPECT_EQ(lExpected, mNotes.all()) << i;
   }
+  EXPECT_TRUE(lGnss.detachNmeaDataListener(&lAny) && lGnss.detachParsedGgaDataListener(&lAny) &&
+              lGnss.detachParsedGllDataListener(&lAny) && lGnss.detachParsedGsaDataListener(&lAny) &&
+              lGnss.detachParsedGsvDataListener(&lAny) && lGnss.detachParsedVtgDataListener(&lAny) &&
+              lGnss.detachParsedZdaDataListener(&lAny) && lGnss.detachParsedRmcDataListener(&lAny) &&
+              lGnss.detachParsedPubxDataListener(&lAny) && lGnss.detachParsedNmeaSentenceListener(&lAny));
 }
 
 TEST(ThreadMsgProfileTest, SizesAreThoseOfTheThirtyTwoBitCount) {

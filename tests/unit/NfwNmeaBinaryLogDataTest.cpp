@@ -113,6 +113,12 @@ TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
       // Satellite blocks: the last message has what is left over, an empty field makes its block not valid.
       {"$GPGSV,3,3,09,01,40,083,*75", "04 4750 03 03 09 01 0028005300", "04 4750 03 03 09 0100 0028005300",
        "$GPGSV,3,3,09,01,40,083,*"},
+      {"$GPGSV,1,1,01, ,40,083,46*", "04 4750 01 01 01 00 00282e5300", "04 4750 01 01 01 0000 00282e5300",
+       "$GPGSV,1,1,01,,40,083,46*"},
+      {"$GPGSV,1,1,01, 01 , ,083,46*", "04 4750 01 01 01 01 00002e5300", "04 4750 01 01 01 0100 00002e5300",
+       "$GPGSV,1,1,01,01,,083,46*"},
+      {"$GPGSV,1,1,01, 01 ,40,083,46*", "04 4750 01 01 01 01 01282e5300", "04 4750 01 01 01 0100 01282e5300",
+       "$GPGSV,1,1,01,01,40,083,46*"},
       {"$GPGSV,1,1,00*79", "04 4750 01 01 00", nullptr, "$GPGSV,1,1,00*"},
       {"$GPGSV,1,2,07,01,40,083,46*79", "04 4750 01 02 07", nullptr, "$GPGSV,1,2,07*"},
       // Kept for compatibility: a count above 15 spills into the quality, a quality above 15 keeps its low bits.
