@@ -214,42 +214,29 @@ TYPED_TEST(SourcesTest, SaysWhichStepFailsAndBeginsAnewAfterShutdown) {
   const auto lPlayerFails = [](const char* npPlayer) {
     return std::string(npPlayer) + "initialize() nfw::attachPlayListener() false";
   };
+  // Both log services anew, each with room for so many players; below 0 it is not initialized.
+  const auto restart = [](int nSensorRoom, int nLogRoom) {
+    SensorSysLoggerManager::destroy();
+    Logger::destroy();
+    Logger::initializeMaxPlayerNum(static_cast<unsigned int>(nSensorRoom));  // of both
+    if (nSensorRoom >= 0) SensorSysLoggerManager::get()->initialize();
+    Logger::initializeMaxPlayerNum(static_cast<unsigned int>(nLogRoom));
+    if (nLogRoom >= 0) Logger::get()->initialize();
+  };
   const struct {
-    const char* mpName;
-    std::function<void()> mBreak;
+    int mSensorRoom, mLogRoom;
     Strings mLines;
   } CASES[] = {
-      {"sensor player",
-       [] { SensorSysLoggerManager::destroy(); },
-       {lPlayerFails(TypeParam::SENSOR_PLAYER), this->line(this->sourceName("SysLogPlayer").c_str())}},
-      {"log player",
-       [] {
-         Logger::destroy();
-         SensorSysLoggerManager::get()->initialize();
-       },
-       {lPlayerFails(TypeParam::LOG_PLAYER), this->line(this->sourceName("LogPlayer").c_str())}},
-      {"player of the logger",
-       [] {
-         Logger::destroy();
-         Logger::initializeMaxPlayerNum(0);
-         Logger::get()->initialize();
-       },
-       {this->line("Logger::attachPlayer")}},
-      {"player of the sensor log",
-       [] {
-         SensorSysLoggerManager::destroy();
-         SensorSysLoggerManager::get()->initialize();  // no room for players either
-         Logger::destroy();
-         Logger::initializeMaxPlayerNum(2);
-         Logger::get()->initialize();
-       },
-       {this->line("SensorSysLoggerManager::attachPlayer")}},
+      {-1, 2, {lPlayerFails(TypeParam::SENSOR_PLAYER), this->line(this->sourceName("SysLogPlayer").c_str())}},
+      {2, -1, {lPlayerFails(TypeParam::LOG_PLAYER), this->line(this->sourceName("LogPlayer").c_str())}},
+      {2, 0, {this->line("Logger::attachPlayer")}},
+      {0, 2, {this->line("SensorSysLoggerManager::attachPlayer")}},
   };
   for (const auto& lCase : CASES) {
-    lCase.mBreak();
+    restart(lCase.mSensorRoom, lCase.mLogRoom);
     this->mLog.clear();
-    EXPECT_FALSE(Service::get()->initialize()) << lCase.mpName;
-    EXPECT_EQ(lCase.mLines, errors(this->mLog)) << lCase.mpName;
+    EXPECT_FALSE(Service::get()->initialize()) << lCase.mLines.back();
+    EXPECT_EQ(lCase.mLines, errors(this->mLog));
     TypeParam::feed();  // its thread runs and its SDK calls, but no source is on
     TypeParam::shutdown();
   }
@@ -259,8 +246,7 @@ TYPED_TEST(SourcesTest, SaysWhichStepFailsAndBeginsAnewAfterShutdown) {
     EXPECT_FALSE(Service::get()->initialize());
     EXPECT_EQ(Strings{std::string("Thread Start[") + TypeParam::THREAD + "]"}, errors(this->mLog));
   }
-  SensorSysLoggerManager::destroy();
-  SensorSysLoggerManager::get()->initialize();
+  restart(2, 2);
   this->mNotes.clear();
   this->begin();
   EXPECT_EQ("l", this->sources('l'));
