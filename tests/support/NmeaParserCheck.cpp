@@ -134,7 +134,7 @@ class Reference {
         !direction("MagneticDeclination Direction", &lDirection)) {
       return false;
     }
-    if (lDirection == DIRECTION_WEST) npRecord->magneticDeclination *= -1;
+    if (lDirection == DIRECTION_WEST) npRecord->magneticDeclination = -npRecord->magneticDeclination;
     return mode(&npRecord->mode);
   }
 
