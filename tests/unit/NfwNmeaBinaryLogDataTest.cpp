@@ -30,7 +30,8 @@ const char* const RMC = "$GPRMC,123519.00,A,4807.038,N,01131.000,E,022.4,084.4,2
 const char* const VTG = "$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K,A*25\r\n";
 const char* const ZDA = "$GPZDA,123519.00,23,03,2024,00,00*6B\r\n";
 const char* const PUBX =
-    "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.92,1.19,0.77,9,1*5F\r\n";
+    "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,258,0.92,1.19,0.77,9,1*"
+    "5F\r\n";
 
 /// The lines of the log so far, by operation and words: "convertFromGgaSentence(): Extract Quality Error|...".
 std::string said(seams::CapturedLog& nLog) {
@@ -106,10 +107,10 @@ TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
        "$GPRMC,123519.000,A,4807.03800,N,01131.00000,E,22.400,84.40,230394,3.1,W,A*"},
       {VTG, "06 4750 01 5e150000 700d0000 7c150000 d8270000", nullptr, "$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,A*"},
       {PUBX,
-       "08 0000 13 00000000 704dd904 59be1d1c 1f74f804 1d570800 15000000 14000000 07000000 481e0000 07000000 0000 "
+       "08 0000 13 00000000 704dd904 59be1d1c 1f74f804 1d570800 15000000 14000000 07000000 481e0000 07000000 0201 "
        "5c000000 77000000 4d000000 09",
        nullptr,
-       "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,1*"},
+       "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,258,0.92,1.19,0.77,9,1*"},
       // Satellite blocks: the last message has what is left over, an empty field makes its block not valid.
       {"$GPGSV,3,3,09,01,40,083,*75", "04 4750 03 03 09 01 0028005300", "04 4750 03 03 09 0100 0028005300",
        "$GPGSV,3,3,09,01,40,083,*"},
@@ -122,9 +123,9 @@ TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
       {"$GPGSV,1,1,00*79", "04 4750 01 01 00", nullptr, "$GPGSV,1,1,00*"},
       {"$GPGSV,1,2,07,01,40,083,46*79", "04 4750 01 02 07", nullptr, "$GPGSV,1,2,07*"},
       // Kept for compatibility: a count above 15 spills into the quality, a quality above 15 keeps its low bits.
-      {"$GPGGA,1.5,,,,,2,18,,,M,,M,1,2*5E",
-       "01 4750 32 dc050000 00000000 00000000 00000000 00000000 00000000 0100 0200", nullptr,
-       "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,1,2*"},
+      {"$GPGGA,1.5,,,,,2,18,,,M,,M,300,1023*5E",
+       "01 4750 32 dc050000 00000000 00000000 00000000 00000000 00000000 2c01 ff03", nullptr,
+       "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,300,1023*"},
       {"$GPGGA, 1 ,,,,,17,0,,,M,,M,,*", "01 4750 10 e8030000 00000000 00000000 00000000 00000000 00000000 0000 0000",
        nullptr, "$GPGGA,000001.000,0000.00000,N,00000.00000,E,1,00,0.00,0.0,M,0.0,M,,*"},
       // Codes: an empty or unknown status is 0.
