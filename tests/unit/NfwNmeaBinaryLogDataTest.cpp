@@ -349,31 +349,23 @@ TEST_F(NmeaBinaryLogData, VersionsDifferInTheWidthOfSatelliteNumbers) {
                                             mVersion1.getGsvBinaryLogSize(), mVersion1.getSatelliteNumSize()};
   EXPECT_EQ((std::vector<unsigned int>{28, 29, 1, 40, 33, 2}), lSizes);
 
-  const struct {
-    const char* mpText;
-    int mVersion0;  // -1: refused
-    int mVersion1;
-  } CASES[] = {{"", 0, 0},
-               {"7", 7, 7},
-               {"007", 7, 7},
-               {"255", 255, 255},
-               {"256", -1, 256},
-               {"300", -1, 300},
-               {"65535", -1, 65535},
-               {"65536", -1, -1},
-               {"-1", -1, -1},
-               {"4294967297", -1, -1},
-               {"\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90", -1, 300},
-               {"\xEF\xBC\x9A", -1, -1}};
-  for (const auto& lCase : CASES) {
-    char lText[20];
+  const auto lStored = [](Converter& nVersion, const std::string& nText) -> std::string {
+    std::string lText = nText;
     unsigned char lNumber[2] = {};
-    EXPECT_EQ(lCase.mVersion0 < 0 ? -1 : 1,
-              mVersion0.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 1));
-    EXPECT_TRUE(lCase.mVersion0 < 0 || lCase.mVersion0 == lNumber[0]);
-    EXPECT_EQ(lCase.mVersion1 < 0 ? -1 : 2,
-              mVersion1.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 2));
-    EXPECT_TRUE(lCase.mVersion1 < 0 || lCase.mVersion1 == (lNumber[0] | lNumber[1] << 8));
+    const unsigned int lSize = nVersion.getSatelliteNumSize();
+    const int lResult = nVersion.convertFromSatelliteNumString(lText.data(), lNumber, lSize);
+    EXPECT_TRUE(lResult == -1 || lResult == static_cast<int>(lSize)) << nText;
+    return lResult == -1 ? "refused" : std::to_string(lNumber[0] | lNumber[1] << 8);
+  };
+  // The text, and what each version stores of it.
+  for (const std::string& lRow : nfwtest::split("|0|0 7|7|7 007|7|7 255|255|255 256|refused|256 65535|refused|65535 "
+                                                "65536|refused|refused -1|refused|refused 4294967297|refused|refused "
+                                                "\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90|refused|300 "
+                                                "\xEF\xBC\x9A|refused|refused",
+                                                ' ')) {
+    const std::vector<std::string> lParts = nfwtest::split(lRow, '|');
+    EXPECT_EQ(lParts[1], lStored(mVersion0, lParts[0])) << lRow;
+    EXPECT_EQ(lParts[2], lStored(mVersion1, lParts[0])) << lRow;
   }
   unsigned char lNumber[2] = {};
   EXPECT_EQ(1, mVersion0.convertFromSatelliteNumUint32(0x12345, lNumber, 1));
