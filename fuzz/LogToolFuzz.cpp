@@ -49,6 +49,7 @@ class Reading : public tool::RecordDamageListener {
  private:
   void take(const tool::Record& nRecord) {
     require(nRecord.mOffset == mEnd && nRecord.mWholeSize == nRecord.mBytes.size());
+    require(nRecord.mWholeSize > nRecord.mData.size());
     mEnd += nRecord.mWholeSize;
     mWhole += nRecord.mBytes;
     mSelector.takes(nRecord);

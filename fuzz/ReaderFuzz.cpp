@@ -26,37 +26,29 @@ bool writeFile(const uint8_t* npData, size_t nSize) {
   return fclose(lpFile) == 0 && lIsWritten;
 }
 
-/// Positions go up, and every record lies in the file.
-void judge(int nResult, unsigned long long nPosition, long long* npLast, unsigned int nHeaderSize, size_t nFileSize) {
-  const bool lIsInside = nPosition + nHeaderSize + static_cast<unsigned int>(nResult) <= nFileSize;
-  if (static_cast<long long>(nPosition) <= *npLast || !lIsInside) abort();
-  *npLast = static_cast<long long>(nPosition);
+int next(nfw::LogReader& nReader, unsigned int* npTime, unsigned char* npBuffer, unsigned long long* npPosition) {
+  return nReader.next(npTime, npBuffer, BUFFER_SIZE, npPosition);
 }
 
-void readLog(int nId, size_t nFileSize) {
-  nfw::LogReader lReader;
-  if (!lReader.open(nId, path().c_str())) abort();
-  unsigned char lBuffer[BUFFER_SIZE];
-  unsigned int lTime = 0;
-  unsigned long long lPosition = 0;
-  long long lLast = -1;
-  lReader.getFirstLogTime(&lTime);
-  for (int lResult = 0; (lResult = lReader.next(&lTime, lBuffer, BUFFER_SIZE, &lPosition)) >= 0;) {
-    judge(lResult, lPosition, &lLast, 48, nFileSize);
-  }
-}
-
-void readSensor(int nId, size_t nFileSize) {
-  nfw::SysLogReader lReader;
-  if (!lReader.open(nId, path().c_str())) abort();
-  unsigned char lBuffer[BUFFER_SIZE];
-  unsigned int lTime = 0;
+int next(nfw::SysLogReader& nReader, unsigned int* npTime, unsigned char* npBuffer, unsigned long long* npPosition) {
   int lVersion = 0;
+  return nReader.next(&lVersion, npTime, npBuffer, BUFFER_SIZE, npPosition);
+}
+
+/// Positions go up, and every record lies in the file.
+template <class Reader>
+void readAll(int nId, unsigned int nHeaderSize, size_t nFileSize) {
+  Reader lReader;
+  if (!lReader.open(nId, path().c_str())) abort();
+  unsigned char lBuffer[BUFFER_SIZE];
+  unsigned int lTime = 0;
   unsigned long long lPosition = 0;
   long long lLast = -1;
   lReader.getFirstLogTime(&lTime);
-  for (int lResult = 0; (lResult = lReader.next(&lVersion, &lTime, lBuffer, BUFFER_SIZE, &lPosition)) >= 0;) {
-    judge(lResult, lPosition, &lLast, 7, nFileSize);
+  for (int lResult = 0; (lResult = next(lReader, &lTime, lBuffer, &lPosition)) >= 0;) {
+    const bool lIsInside = lPosition + nHeaderSize + static_cast<unsigned int>(lResult) <= nFileSize;
+    if (static_cast<long long>(lPosition) <= lLast || !lIsInside) abort();
+    lLast = static_cast<long long>(lPosition);
   }
 }
 
@@ -68,8 +60,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* npData, size_t nSize) {
   if (!IS_QUIET) abort();
   const int lId = npData[0];
   if (!writeFile(npData + 1, nSize - 1)) return 0;
-  readLog(lId, nSize - 1);
-  readSensor(lId & 0xF, nSize - 1);
+  readAll<nfw::LogReader>(lId, 48, nSize - 1);
+  readAll<nfw::SysLogReader>(lId & 0xF, 7, nSize - 1);
   unlink(path().c_str());
   return 0;
 }

@@ -102,7 +102,7 @@ TEST_F(PositioningStress, SourcesSwitchAndListenersComeAndGoWhileTheSdksCall) {
   }
   EXPECT_TRUE(mGnss.attachTo(lGnss));
   const unsigned int lBefore = mCalls;
-  while (mCalls < lBefore + 10) std::this_thread::yield();
+  EXPECT_TRUE(pump(mClock, [&] { return mCalls >= lBefore + 10; }));
   lIsOver = true;
   lSwitcher.join();
   EXPECT_TRUE(nfw::Logger::get()->isRecording());

@@ -68,7 +68,7 @@ class SourcesTest : public testing::Test {
  protected:
   SourcesTest() {
     std::string lLog, lSensor;
-    for (unsigned int lTime = 0; lTime < 8000; lTime += 20) {
+    for (unsigned int i = 0, lTime = 0; i < 100; ++i, lTime += STEP_MS) {
       for (const std::string& lText : Facade::logTexts()) lLog += logRecord(Facade::LOGGER_ID, lTime, lText);
       lSensor += sensorRecord(Facade::SENSOR_ID, 1, lTime, Facade::sensorRecordData());
     }
@@ -84,29 +84,33 @@ class SourcesTest : public testing::Test {
     for (const std::string& lNote : mNotes.all()) lCount += Facade::sourceOf(lNote) == nSource;
     return lCount;
   }
-  bool pumpTo(char nSource, size_t nCount) {
-    int lStep = 0;
-    return pump(mClock, [&] {
-      if (lStep++ % 20 == 0) Facade::feed();
-      return heard(nSource) >= nCount;
-    });
-  }
-  /// All sources bring data: which of them arrives, once what was on its way at the switch has arrived?
-  std::string sources(char nExpected) {
-    EXPECT_TRUE(pumpTo(nExpected, 1)) << nExpected;
-    std::string lHeard;
-    for (int i = 0; i < 10 && lHeard != std::string(1, nExpected); ++i) {
-      mNotes.clear();
-      EXPECT_TRUE(pumpTo(nExpected, 5)) << nExpected;
-      std::set<char> lSources;
-      for (const std::string& lNote : mNotes.all()) lSources.insert(Facade::sourceOf(lNote));
-      lSources.erase('?');
-      lHeard = {lSources.begin(), lSources.end()};
+  /// Live data, and time for the next record of each replay: one of the source arrives.
+  bool next(char nSource, unsigned int nStepMs) {
+    const size_t lBefore = heard(nSource);
+    mClock.advance(nStepMs);
+    Facade::feed();
+    for (int i = 0; i < 3000 && heard(nSource) == lBefore; ++i) {  // a replay that begins takes a second of its own
+      if (!mNotes.waitFor(mNotes.count() + 1, std::chrono::milliseconds(10))) mClock.advance(500);
     }
-    return lHeard;
+    return heard(nSource) > lBefore;
+  }
+  /// All sources bring data: which of them arrives, from the first of that source on? What was queued before it was
+  /// switched on comes before it, and when this returns nothing of it is on its way.
+  std::string sources(char nExpected, bool nIsNew = false) {
+    mNotes.clear();
+    for (int i = 0; i < 3; ++i) {
+      if (!next(nExpected, nIsNew && i == 0 ? 0 : STEP_MS)) return "nothing";
+    }
+    std::string lHeard;
+    for (const std::string& lNote : mNotes.all()) lHeard += Facade::sourceOf(lNote);
+    const std::set<char> lSources(lHeard.begin() + static_cast<long>(lHeard.find(nExpected)), lHeard.end());
+    lHeard.assign(lSources.begin(), lSources.end());
+    return lHeard.erase(0, lHeard.find_first_not_of('?'));
   }
   std::string line(const char* npText) const { return std::string(Facade::NAME) + "::initialize(): Can't " + npText; }
   static std::string sourceName(const char* npSource) { return std::string(Facade::NAME) + npSource + "::initialize"; }
+
+  static const unsigned int STEP_MS = 10000000;
 
   seams::CapturedLog mLog;
   seams::ManualClock mClock;
@@ -120,65 +124,55 @@ class SourcesTest : public testing::Test {
 using Facades = testing::Types<GnssFacade, DeadReckoningFacade>;
 TYPED_TEST_SUITE(SourcesTest, Facades);
 
+// The players are told behind the service, for they were there before it: a switch is made when they have been told.
 TYPED_TEST(SourcesTest, ALogReplayWinsOverASensorLogReplayWhichWinsOverLiveData) {
-  this->begin();
-  EXPECT_EQ("l", this->sources('l'));
   nfw::Logger& lLog = *nfw::Logger::get();
   nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
-  const std::function<bool()> startLog = [&] { return lLog.startPlay(this->mLogPath.c_str()); };
-  const std::function<bool()> stopLog = [&] { return lLog.stopPlay(); };
-  const std::function<bool()> startSensor = [&] { return lSensor.startPlay(this->mSensorPath.c_str()); };
-  const std::function<bool()> stopSensor = [&] { return lSensor.stopPlay(); };
-  const struct {
-    const char* mpName;
-    std::function<bool()> mStep;
-    char mSource;
-  } STEPS[] = {
-      {"a log replay", startLog, 'L'},
-      {"its stop", stopLog, 'l'},
-      {"a sensor log replay", startSensor, 'S'},
-      {"its stop", stopSensor, 'l'},
-      {"a sensor log replay", startSensor, 'S'},
-      {"a log replay upon it", startLog, 'L'},
-      {"the sensor log's stop below", stopSensor, 'L'},
-      {"the log's stop", stopLog, 'l'},
-      {"a log replay", startLog, 'L'},
-      {"a sensor log replay below", startSensor, 'L'},
-      {"the log's stop leaves the other", stopLog, 'S'},
-      {"a log replay again", startLog, 'L'},
-      {"its stop", stopLog, 'S'},
-      {"the last stop", stopSensor, 'l'},
-  };
-  for (const auto& lStep : STEPS) {
-    ASSERT_TRUE(lStep.mStep()) << lStep.mpName;
-    EXPECT_EQ(std::string(1, lStep.mSource), this->sources(lStep.mSource)) << lStep.mpName;
+  Notes lSwitches;
+  nfwtest::Player lPlayer(lSwitches, "log");
+  nfwtest::SysPlayer lSysPlayer(lSwitches);
+  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  this->begin();
+  EXPECT_EQ("l", this->sources('l'));
+  // A replay of the log or of the sensor log starts or stops, and what is heard then.
+  for (const std::string lStep : {"L+ L", "L- l", "S+ S", "S- l", "S+ S", "L+ L", "S- L", "L- l", "L+ L", "S+ L",
+                                  "L- S", "S- l", "S+ S", "L+ L", "L- S", "S- l"}) {
+    const size_t lBefore = lSwitches.count();
+    const bool lIsStart = lStep[1] == '+';
+    const bool lIsDone = lStep[0] == 'L'
+                             ? (lIsStart ? lLog.startPlay(this->mLogPath.c_str()) : lLog.stopPlay())
+                             : (lIsStart ? lSensor.startPlay(this->mSensorPath.c_str()) : lSensor.stopPlay());
+    ASSERT_TRUE(lIsDone) << lStep;
+    ASSERT_TRUE(lSwitches.waitFor(lBefore + 1)) << lStep;
+    EXPECT_EQ(lStep.substr(3), this->sources(lStep[3], lIsStart && lStep[0] == lStep[3])) << lStep;
   }
+  lLog.detachPlayer(&lPlayer);
+  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, TheEndOfAReplayDoesNotGoBackToLiveData) {
-  this->begin();
   writeFile(this->mLogPath, "");
   writeFile(this->mSensorPath, "");
-  TypeParam::feed();
-  ASSERT_TRUE(pump(this->mClock, [this] { return this->heard('l') == 1; }));  // and nothing more is on its way
-  nfwtest::Player lPlayer(this->mNotes, "player");
-  ASSERT_TRUE(nfw::Logger::get()->attachPlayer(&lPlayer));
-  ASSERT_TRUE(nfw::Logger::get()->startPlay(this->mLogPath.c_str()));
-  const auto lIsEnded = [this] {
-    for (const std::string& lNote : this->mNotes.all()) {
-      if (lNote.compare(0, 10, "player end") == 0) return true;
-    }
-    return false;
-  };
-  ASSERT_TRUE(pump(this->mClock, lIsEnded));
-  TypeParam::Service::get()->receiveLogPlayEnd(0);
-  TypeParam::Service::get()->receiveSysLogPlayEnd();
-  this->mNotes.clear();
-  TypeParam::feed();
-  TypeParam::shutdown();  // hands on what is queued
-  EXPECT_EQ(0U, this->heard('l'));
-  nfw::Logger::get()->stopPlay();
-  nfw::Logger::get()->detachPlayer(&lPlayer);
+  nfw::Logger& lLog = *nfw::Logger::get();
+  nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
+  Notes lSwitches;
+  nfwtest::Player lPlayer(lSwitches, "log");
+  nfwtest::SysPlayer lSysPlayer(lSwitches);
+  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  for (const bool lIsLog : {true, false}) {
+    this->begin();
+    lSwitches.clear();
+    ASSERT_TRUE(lIsLog ? lLog.startPlay(this->mLogPath.c_str()) : lSensor.startPlay(this->mSensorPath.c_str()));
+    ASSERT_TRUE(pump(this->mClock, [&] { return lSwitches.count() == 2; }));  // start and end
+    TypeParam::Service::get()->receiveLogPlayEnd(0);
+    TypeParam::Service::get()->receiveSysLogPlayEnd();
+    TypeParam::feed();
+    TypeParam::shutdown();  // hands on what is queued
+    EXPECT_EQ(0U, this->heard('l')) << lIsLog;
+    lIsLog ? lLog.stopPlay() : lSensor.stopPlay();
+  }
+  lLog.detachPlayer(&lPlayer);
+  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, LivesFromInitializeToShutdownAndAgain) {
@@ -220,42 +214,29 @@ TYPED_TEST(SourcesTest, SaysWhichStepFailsAndBeginsAnewAfterShutdown) {
   const auto lPlayerFails = [](const char* npPlayer) {
     return std::string(npPlayer) + "initialize() nfw::attachPlayListener() false";
   };
+  // Both log services anew, each with room for so many players; below 0 it is not initialized.
+  const auto restart = [](int nSensorRoom, int nLogRoom) {
+    SensorSysLoggerManager::destroy();
+    Logger::destroy();
+    Logger::initializeMaxPlayerNum(static_cast<unsigned int>(nSensorRoom));  // of both
+    if (nSensorRoom >= 0) SensorSysLoggerManager::get()->initialize();
+    Logger::initializeMaxPlayerNum(static_cast<unsigned int>(nLogRoom));
+    if (nLogRoom >= 0) Logger::get()->initialize();
+  };
   const struct {
-    const char* mpName;
-    std::function<void()> mBreak;
+    int mSensorRoom, mLogRoom;
     Strings mLines;
   } CASES[] = {
-      {"sensor player",
-       [] { SensorSysLoggerManager::destroy(); },
-       {lPlayerFails(TypeParam::SENSOR_PLAYER), this->line(this->sourceName("SysLogPlayer").c_str())}},
-      {"log player",
-       [] {
-         Logger::destroy();
-         SensorSysLoggerManager::get()->initialize();
-       },
-       {lPlayerFails(TypeParam::LOG_PLAYER), this->line(this->sourceName("LogPlayer").c_str())}},
-      {"player of the logger",
-       [] {
-         Logger::destroy();
-         Logger::initializeMaxPlayerNum(0);
-         Logger::get()->initialize();
-       },
-       {this->line("Logger::attachPlayer")}},
-      {"player of the sensor log",
-       [] {
-         SensorSysLoggerManager::destroy();
-         SensorSysLoggerManager::get()->initialize();  // no room for players either
-         Logger::destroy();
-         Logger::initializeMaxPlayerNum(2);
-         Logger::get()->initialize();
-       },
-       {this->line("SensorSysLoggerManager::attachPlayer")}},
+      {-1, 2, {lPlayerFails(TypeParam::SENSOR_PLAYER), this->line(this->sourceName("SysLogPlayer").c_str())}},
+      {2, -1, {lPlayerFails(TypeParam::LOG_PLAYER), this->line(this->sourceName("LogPlayer").c_str())}},
+      {2, 0, {this->line("Logger::attachPlayer")}},
+      {0, 2, {this->line("SensorSysLoggerManager::attachPlayer")}},
   };
   for (const auto& lCase : CASES) {
-    lCase.mBreak();
+    restart(lCase.mSensorRoom, lCase.mLogRoom);
     this->mLog.clear();
-    EXPECT_FALSE(Service::get()->initialize()) << lCase.mpName;
-    EXPECT_EQ(lCase.mLines, errors(this->mLog)) << lCase.mpName;
+    EXPECT_FALSE(Service::get()->initialize()) << lCase.mLines.back();
+    EXPECT_EQ(lCase.mLines, errors(this->mLog));
     TypeParam::feed();  // its thread runs and its SDK calls, but no source is on
     TypeParam::shutdown();
   }
@@ -265,8 +246,7 @@ TYPED_TEST(SourcesTest, SaysWhichStepFailsAndBeginsAnewAfterShutdown) {
     EXPECT_FALSE(Service::get()->initialize());
     EXPECT_EQ(Strings{std::string("Thread Start[") + TypeParam::THREAD + "]"}, errors(this->mLog));
   }
-  SensorSysLoggerManager::destroy();
-  SensorSysLoggerManager::get()->initialize();
+  restart(2, 2);
   this->mNotes.clear();
   this->begin();
   EXPECT_EQ("l", this->sources('l'));
@@ -384,6 +364,24 @@ TEST(FacadeTest, TwoServicesDoNotShareALoggerId) {
                      "nfw::DeadReckoningLoggerPlayer:initialize() nfw::attachPlayListener() false",
                      "DeadReckoning::initialize(): Can't DeadReckoningLogPlayer::initialize"}),
             errors(lLog));
+}
+
+TEST(FacadeTest, AListenerLeavesOneKindAtATime) {
+  seams::CapturedLog lLog;
+  LogServices lLogs;
+  Notes lNotes;
+  GnssListener lListener(lNotes);
+  nfw::Gnss& lGnss = *nfw::Gnss::get();
+  for (size_t i = 0; i < lListener.KIND_NUM; ++i) {
+    lNotes.clear();
+    ASSERT_TRUE(lGnss.initialize());
+    ASSERT_TRUE(lListener.attachTo(lGnss));
+    lListener.detachFrom(lGnss, i);
+    feedEpoch();
+    lGnss.shutdown();  // hands on what is queued
+    EXPECT_EQ(EPOCH_NOTE_NUM - (i == 0 ? 10 : 1), lNotes.count());
+    EXPECT_EQ(std::string::npos, kindsOf(lNotes).find(lListener.KIND_NAMES[i])) << lListener.KIND_NAMES[i];
+  }
 }
 
 TEST(FacadeTest, TheGeodeticSystemIsWgs84OrTokyo) {

@@ -3,6 +3,26 @@
 
 #include <string>
 
-/// Parses a text both ways as each kind of sentence. What differs first in verdict, record or log lines; else empty.
-/// Captures the log meanwhile.
+#include "NfwNmeaDataParser.h"
+
+/// Calls `nUse(parse operation, empty record)` for the kind of a text; for each kind when it is of none.
+template <class Use>
+void eachParse(const std::string& nText, Use nUse) {
+  using nfw::NmeaDataParser;
+  const int lType = NmeaDataParser::analyzeNmeaSentenceType(nText.c_str(), static_cast<unsigned int>(nText.size()));
+  const auto lTry = [&](int nType, auto npParse, auto nRecord) {
+    if (lType == nType || lType == nfw::NMEA_UNKNOWN) nUse(npParse, nRecord);
+  };
+  lTry(nfw::NMEA_GGA, &NmeaDataParser::parseGgaSentence, nfw::GgaSentence());
+  lTry(nfw::NMEA_GLL, &NmeaDataParser::parseGllSentence, nfw::GllSentence());
+  lTry(nfw::NMEA_GSA, &NmeaDataParser::parseGsaSentence, nfw::GsaSentence());
+  lTry(nfw::NMEA_GSV, &NmeaDataParser::parseGsvSentence, nfw::GsvSentence());
+  lTry(nfw::NMEA_RMC, &NmeaDataParser::parseRmcSentence, nfw::RmcSentence());
+  lTry(nfw::NMEA_VTG, &NmeaDataParser::parseVtgSentence, nfw::VtgSentence());
+  lTry(nfw::NMEA_ZDA, &NmeaDataParser::parseZdaSentence, nfw::ZdaSentence());
+  lTry(nfw::NMEA_PUBX, &NmeaDataParser::parsePubxSentence, nfw::PubxSentence());
+}
+
+/// What differs between the parser and its reference in verdict, record or log lines; empty when nothing does. Captures
+/// the log meanwhile.
 std::string differenceFromReference(const std::string& nText);

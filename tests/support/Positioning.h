@@ -10,6 +10,7 @@
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "Replays.h"
+#include "SharedThread.h"
 #include "SysLogServiceHost.h"
 #include "TempDir.h"
 #include "ZTSDeadReckoningHost.h"
@@ -142,6 +143,26 @@ inline std::string text(const nfw::NmeaSentence& n) {
   return joined("NMEA", text(n.gga), text(n.gll), text(n.gsa), text(n.gsv), text(n.rmc), text(n.vtg));
 }
 
+/// The notes of a GnssListener, each by its kind alone: "$GGA $".
+inline std::string kindsOf(const Notes& nNotes) {
+  std::string lKinds;
+  for (const std::string& lNote : nNotes.all())
+    lKinds += lNote[0] == '$' ? "$" : lNote.substr(0, lNote.find(' ')) + " ";
+  return lKinds;
+}
+
+/// What the log service says of messages that a source cannot handle.
+template <class Source>
+void expectRefusals(seams::CapturedLog& nLog, Source& nSource, const std::string& nClass) {
+  nLog.clear();
+  RawMsg lNone, lUnknown(1);
+  nSource.receiveMsg(0, lNone);
+  nSource.receiveMsg(0, lUnknown);
+  EXPECT_EQ((Strings{nClass + "::receiveMsg(): Can't get MsgId", nClass + "::receiveMsg(): UnknownMsg: MsgId=1"}),
+            errors(nLog));
+  nLog.clear();
+}
+
 /// One of every kind. Notes sentences as they are, records by their text().
 class GnssListener : public nfw::NmeaDataListener,
                      public nfw::ParsedGgaDataListener,
@@ -165,6 +186,32 @@ class GnssListener : public nfw::NmeaDataListener,
            nService.attachParsedZdaDataListener(this) && nService.attachParsedRmcDataListener(this) &&
            nService.attachParsedPubxDataListener(this) && nService.attachParsedNmeaDataListener(this);
   }
+
+  /// From one of the kinds, in the order of KIND_NAMES.
+  template <class Service>
+  void detachFrom(Service& nService, size_t nKind) {
+    const std::function<void()> DETACH[KIND_NUM] = {[&] { nService.detachNmeaDataListener(this); },
+                                                    [&] { nService.detachParsedGgaDataListener(this); },
+                                                    [&] { nService.detachParsedGllDataListener(this); },
+                                                    [&] { nService.detachParsedGsaDataListener(this); },
+                                                    [&] { nService.detachParsedGsvDataListener(this); },
+                                                    [&] { nService.detachParsedVtgDataListener(this); },
+                                                    [&] { nService.detachParsedZdaDataListener(this); },
+                                                    [&] { nService.detachParsedRmcDataListener(this); },
+                                                    [&] { nService.detachParsedPubxDataListener(this); },
+                                                    [&] {
+                                                      if constexpr (std::is_same_v<Service, nfw::Gnss>) {
+                                                        nService.detachParsedNmeaDataListener(this);
+                                                      } else {
+                                                        nService.detachParsedNmeaSentenceListener(this);
+                                                      }
+                                                    }};
+    DETACH[nKind]();
+  }
+
+  static constexpr size_t KIND_NUM = 10;
+  static constexpr const char* KIND_NAMES[KIND_NUM] = {"$",    "GGA ", "GLL ", "GSA ",  "GSV ",
+                                                       "VTG ", "ZDA ", "RMC ", "PUBX ", "NMEA "};
 
   void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override {
     note(std::string(reinterpret_cast<const char*>(npData), nSize));

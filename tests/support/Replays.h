@@ -34,10 +34,10 @@ class Notes {
     return mNotes;
   }
   size_t count() const { return all().size(); }
-  /// False when there are not so many within a minute: a busy machine may take long.
-  bool waitFor(size_t nCount) const {
+  /// False when there are not so many within the limit: a busy machine may take long.
+  bool waitFor(size_t nCount, std::chrono::milliseconds nLimit = std::chrono::minutes(1)) const {
     std::unique_lock<std::mutex> lLock(mMutex);
-    return mAdded.wait_for(lLock, std::chrono::seconds(60), [&] { return mNotes.size() >= nCount; });
+    return mAdded.wait_for(lLock, nLimit, [&] { return mNotes.size() >= nCount; });
   }
   void clear() {
     std::lock_guard<std::mutex> lLock(mMutex);

@@ -29,16 +29,6 @@ class DeadReckoningTest : public testing::Test {
     return lNotes;
   }
   void attach() { EXPECT_TRUE(mDispatcher.attachDeadReckoningNmeaDataListener(&mListener)); }
-  template <class Source>
-  void refuses(Source& nSource, const std::string& nClass) {
-    RawMsg lNone, lUnknown(1);
-    mLog.clear();
-    nSource.receiveMsg(0, lNone);
-    nSource.receiveMsg(0, lUnknown);
-    EXPECT_EQ((Strings{nClass + "::receiveMsg(): Can't get MsgId", nClass + "::receiveMsg(): UnknownMsg: MsgId=1"}),
-              errors(mLog));
-    mLog.clear();
-  }
 
   seams::CapturedLog mLog;
   const seams::ManualClock mClock;
@@ -127,7 +117,7 @@ TEST_F(DeadReckoningTest, AReportThatCannotBeConvertedIsNeitherHandedOnNorRecord
   lReceiver.onNotifyLocationInfoForTervin(&lReport);
   EXPECT_TRUE(mLog.has(lCallback + "nfw::convertFromDeadReckoningData() failed"));
   EXPECT_EQ(Strings{}, settled());
-  refuses(lReceiver, lClass);
+  expectRefusals(mLog, lReceiver, lClass);
   {
     const seams::Failing lFailing(seams::POST);
     lReport.gsv[0].view = 4;
@@ -179,7 +169,7 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
   lPlayer.off(), lPlayer.on();
   EXPECT_EQ(Strings{}, lPlay({g, p})) << "a set of the replay before";
   EXPECT_EQ(Strings{}, errors(mLog));
-  refuses(lPlayer, "nfw::DeadReckoningLoggerPlayer");
+  expectRefusals(mLog, lPlayer, "nfw::DeadReckoningLoggerPlayer");
   const seams::Failing lFailing(seams::POST);
   lPlayer.receiveLogPlayData(21, nullptr, 0);
   EXPECT_EQ(Strings{"nfw::DeadReckoningLoggerPlayer::receiveLogPlayData(): Can't post thread: MsgId=-2147480574 "},
@@ -207,7 +197,7 @@ TEST_F(DeadReckoningTest, BinaryRecordsBecomeTheirSets) {
   EXPECT_EQ(Strings{}, lPlay(1, 0, lRecord.substr(0, 50)));
   EXPECT_TRUE(mLog.has(
       lClass + "::onReceiveDeadReckoningData(): nfw::convertToDeadReckoningNmeaSentence() failed LogVersion=0x00"));
-  refuses(lPlayer, lClass);
+  expectRefusals(mLog, lPlayer, lClass);
   const seams::Failing lFailing(seams::POST);
   lPlayer.receiveSysLogPlayData(1, 1, nullptr, 0);
   EXPECT_EQ(Strings{lClass + "::receiveSysLogPlayData(): Can't post thread: MsgId=-2147480574 "}, errors(mLog));

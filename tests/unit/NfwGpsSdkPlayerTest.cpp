@@ -97,13 +97,7 @@ TEST_F(GpsSdkPlayerTest, PositionsGoOnWhileTheSensorLogIsStuck) {
 }
 
 TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {
-  RawMsg lNone, lUnknown(1);
-  mPlayer.receiveMsg(0, lNone);
-  mPlayer.receiveMsg(0, lUnknown);
-  EXPECT_EQ((Strings{"nfw::GpsSdkPlayer::receiveMsg(): Can't get MsgId",
-                     "nfw::GpsSdkPlayer::receiveMsg(): UnknownMsg: MsgId=1"}),
-            errors(mLog));
-  mLog.clear();
+  expectRefusals(mLog, mPlayer, "nfw::GpsSdkPlayer");
   mPlayer.on();
   {
     const seams::Failing lFailing(seams::POST);
@@ -115,26 +109,23 @@ TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {
 TEST_F(GpsSdkPlayerTest, HandsOnEachRecordWhileItIsOn) {
   const auto lFeed = [this] {
     mNotes.clear();
-    gpshost::feed(GGA_RECORD), gpshost::feed(GLL_RECORD), gpshost::feed(GSA_RECORD), gpshost::feed(GSV_RECORD);
-    gpshost::feed(RMC_RECORD), gpshost::feed(VTG_RECORD), gpshost::feed(ZDA_RECORD), gpshost::feed(PUBX_RECORD);
-    gpshost::feed(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD});
+    feedEpoch();
     mThread.settle();
-    return mNotes.all();
+    Strings lRecords;
+    for (const std::string& lNote : mNotes.all()) {
+      if (lNote[0] != '$') lRecords.push_back(lNote);
+    }
+    return lRecords;
   };
   ASSERT_TRUE(mPlayer.initialize());
   EXPECT_EQ(Strings{}, lFeed());
   mPlayer.on();
   using nfw::convertRecord;
+  const PARSE_NMEA ALL = {GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD};
   const Strings lAll = {
-      text(convertRecord(GGA_RECORD)),
-      text(convertRecord(GLL_RECORD)),
-      text(convertRecord(GSA_RECORD)),
-      text(convertRecord(GSV_RECORD)),
-      text(convertRecord(RMC_RECORD)),
-      text(convertRecord(VTG_RECORD)),
-      text(convertRecord(ZDA_RECORD)),
-      text(convertRecord(PUBX_RECORD)),
-      text(convertRecord(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD}))};
+      text(convertRecord(RMC_RECORD)), text(convertRecord(VTG_RECORD)), text(convertRecord(GGA_RECORD)),
+      text(convertRecord(GSA_RECORD)), text(convertRecord(GSV_RECORD)), text(convertRecord(GLL_RECORD)),
+      text(convertRecord(ALL)),        text(convertRecord(ZDA_RECORD)), text(convertRecord(PUBX_RECORD))};
   EXPECT_EQ(lAll, lFeed());
   mPlayer.notifyParseGgaSentence(nullptr);
   mPlayer.notifyParseNmeaSentence(nullptr);
@@ -143,49 +134,26 @@ TEST_F(GpsSdkPlayerTest, HandsOnEachRecordWhileItIsOn) {
 }
 
 TEST(GpsSdkRecords, ValuesThatTheEnumerationDoesNotKnowBecomeZero) {
-  const auto lMapped = [](auto nSet, auto nGet) {
-    std::string lResult;
-    for (int lValue = -1; lValue < 9; ++lValue) lResult += joined("", static_cast<int>(nGet(nSet(lValue))));
-    return lResult;
-  };
-  const auto lGga = [](auto npField) {
-    return [npField](int nValue) {
-      GPGGA lRecord = GGA_RECORD;
-      npField(lRecord) = nValue;
-      return nfw::convertRecord(lRecord);
-    };
-  };
-  EXPECT_EQ(" 0 0 1 2 3 4 0 0 0 0", lMapped(lGga([](GPGGA& n) -> int& { return n.satelliteType; }),
-                                            [](const nfw::GgaSentence& n) { return n.satelliteType; }));
-  EXPECT_EQ(" 0 0 1 2 3 4 0 0 0 0", lMapped(lGga([](GPGGA& n) -> int& { return n.quality; }),
-                                            [](const nfw::GgaSentence& n) { return n.quality; }));
-  EXPECT_EQ(" 0 0 1 2 3 4 0 0 0 0", lMapped(lGga([](GPGGA& n) -> int& { return n.latitude.direction; }),
-                                            [](const nfw::GgaSentence& n) { return n.latitude.direction; }));
-  const auto lVtg = [](int nValue) { return nfw::convertRecord(GPVTG{1, 0, 0, 0, 0, nValue}); };
-  EXPECT_EQ(" 0 0 1 2 3 0 0 0 0 0", lMapped(lVtg, [](const nfw::VtgSentence& n) { return n.mode; }));
-  const auto lGsa = [](int nValue) { return nfw::convertRecord(GPGSA{1, nValue, nValue, {}, 0, 0, 0}); };
-  EXPECT_EQ(" 0 0 1 2 0 0 0 0 0 0", lMapped(lGsa, [](const nfw::GsaSentence& n) { return n.positioningType; }));
-  EXPECT_EQ(" 0 0 1 2 0 0 0 0 0 0", lMapped(lGsa, [](const nfw::GsaSentence& n) { return n.mode; }));
-  const auto lPubx = [](int nValue) {
-    PUBX lRecord = PUBX_RECORD;
-    lRecord.status = lRecord.drMode = nValue;
-    return nfw::convertRecord(lRecord);
-  };
-  EXPECT_EQ(" 0 0 1 2 3 4 5 6 7 0", lMapped(lPubx, [](const nfw::PubxSentence& n) { return n.status; }));
-  EXPECT_EQ(" 0 0 1 0 0 0 0 0 0 0", lMapped(lPubx, [](const nfw::PubxSentence& n) { return n.drMode; }));
-  const auto lGll = [](int nValue) { return nfw::convertRecord(GPGLL{1, {}, {}, {}, nValue, nValue}); };
-  EXPECT_EQ(" 0 0 1 0 0 0 0 0 0 0", lMapped(lGll, [](const nfw::GllSentence& n) { return n.status; }));
-  const auto lRmc = [](int nValue) { return nfw::convertRecord(GPRMC{1, {}, nValue, {}, {}, 0, 0, {}, 0, nValue}); };
-  EXPECT_EQ(" 0 0 1 0 0 0 0 0 0 0", lMapped(lRmc, [](const nfw::RmcSentence& n) { return n.status; }));
-}
-
-TEST(GpsSdkRecords, NarrowSatelliteNumbersAreThereBelow256Only) {
-  const GPGSA lGsa = {1, 1, 2, {255, 256, 300}, 0, 0, 0};
-  const nfw::GsaSentence lRecord = nfw::convertRecord(lGsa);
-  EXPECT_EQ("255 255 0 256 0 300",
-            joined("255", lRecord.satelliteId[0], unsigned{lRecord.satelliteNumber[1]}, lRecord.satelliteId[1],
-                   unsigned{lRecord.satelliteNumber[2]}, lRecord.satelliteId[2]));
-  EXPECT_EQ(255, lRecord.satelliteNumber[0]);
+  // Talker, quality, direction and mode; selection and dimension of GSA; status and flag of PUBX; status of GLL and
+  // RMC.
+  const char* const EXPECTED[] = {" 0 0 0 0 0 0 0 0 0 0", " 0 0 0 0 0 0 0 0 0 0", " 1 1 1 1 1 1 1 1 1 1",
+                                  " 2 2 2 2 2 2 2 0 0 0", " 3 3 3 3 0 0 3 0 0 0", " 4 4 4 0 0 0 4 0 0 0",
+                                  " 0 0 0 0 0 0 5 0 0 0", " 0 0 0 0 0 0 6 0 0 0", " 0 0 0 0 0 0 7 0 0 0",
+                                  " 0 0 0 0 0 0 0 0 0 0"};
+  for (int i = -1; i < 9; ++i) {
+    GPGGA lSdkGga = GGA_RECORD;
+    lSdkGga.satelliteType = lSdkGga.quality = lSdkGga.latitude.direction = i;
+    PUBX lSdkPubx = PUBX_RECORD;
+    lSdkPubx.status = lSdkPubx.drMode = i;
+    const nfw::GgaSentence lGga = nfw::convertRecord(lSdkGga);
+    const nfw::PubxSentence lPubx = nfw::convertRecord(lSdkPubx);
+    const nfw::GsaSentence lGsa = nfw::convertRecord(GPGSA{1, i, i, {}, 0, 0, 0});
+    const nfw::GllSentence lGll = nfw::convertRecord(GPGLL{1, {}, {}, {}, i, i});
+    const nfw::RmcSentence lRmc = nfw::convertRecord(GPRMC{1, {}, i, {}, {}, 0, 0, {}, 0, i});
+    EXPECT_EQ(EXPECTED[i + 1],
+              joined("", lGga.satelliteType, lGga.quality, lGga.latitude.direction, lGll.mode, lGsa.positioningType,
+                     lGsa.mode, lPubx.status, lPubx.drMode, lGll.status, lRmc.status));
+  }
 }
 
 TEST(GpsSdkRecords, AtMost128SatellitesFit) {

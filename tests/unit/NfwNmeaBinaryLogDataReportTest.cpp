@@ -1,16 +1,15 @@
-#include <gtest/gtest.h>
-
 #include <limits>
 
 #include "BinaryLog.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
-#include "PlatformSeams.h"
+#include "Positioning.h"
 
 namespace {
 
 using binarylog::Bytes;
 using binarylog::Converter;
 using nfw::DeadReckoningNmeaSentence;
+using nfwtest::makeReport;
 using ZTSDeadReckoningDef::DRG_LOCATION_INFO;
 
 const unsigned int MAX_SIZE = 1356;
@@ -20,20 +19,6 @@ std::string in(const char* npOperation, const char* npWords) {
 }
 
 std::string read(const char* npWords) { return in("convertToDeadReckoningNmeaSentence", npWords); }
-
-DRG_LOCATION_INFO makeReport(unsigned int nGsaCount, unsigned int nGsvCount) {
-  DRG_LOCATION_INFO lInfo = {};
-  lInfo.rmc = {{'G', 'P'}, 'A', 'E', 123519.25, -4807.038, 1131.0, 22.4, 84.4, 23, 3, 94, -3.1};
-  lInfo.vtg = {{'G', 'P'}, 'D', 54.7, 34.4, 5.5, 10.2};
-  lInfo.gga = {{'G', 'N'}, 6, 8, 123519.25, 4807.038, -1131.0, 0.9, 545.45, -46.9, 3, 120};
-  lInfo.gsaCount = nGsaCount;
-  for (auto& lGsa : lInfo.gsa) lGsa = {{'G', 'L'}, 'M', 2, {70, 0, 300, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 2.5, 1.3, 2.1};
-  lInfo.gsvCount = nGsvCount;
-  for (auto& lGsv : lInfo.gsv)
-    lGsv = {{'G', 'A'}, 2, 1, 8, {{1, 1, 40, 46, 83}, {300, 1, 0, 0, 0}, {0, 0, 7, 0, 344}, {14, 1, 22, 45, 228}}};
-  lInfo.pubx = {6, 0, 123519.25, 4807.038, -1131.0, 545.4, 2.1, 2.0, 0.007, 77.52, -0.007, 4, 0.92, 1.19, 0.77, 9, 1};
-  return lInfo;
-}
 
 std::string text(const nfw::NmeaSentenceData& nSlot) {
   return {reinterpret_cast<const char*>(nSlot.mText), nSlot.mLength};

@@ -7,6 +7,7 @@
 #include "BinaryNumber.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "PlatformSeams.h"
+#include "Split.h"
 
 namespace {
 
@@ -29,10 +30,18 @@ const char* const RMC = "$GPRMC,123519.00,A,4807.038,N,01131.000,E,022.4,084.4,2
 const char* const VTG = "$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K,A*25\r\n";
 const char* const ZDA = "$GPZDA,123519.00,23,03,2024,00,00*6B\r\n";
 const char* const PUBX =
-    "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.92,1.19,0.77,9,1*5F\r\n";
+    "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,258,0.92,1.19,0.77,9,1*"
+    "5F\r\n";
 
-std::string in(const char* npOperation, const char* npWords) {
-  return std::string("nfw::NmeaBinaryLogDataVersion0::") + npOperation + "(): " + npWords;
+/// The lines of the log so far, by operation and words: "convertFromGgaSentence(): Extract Quality Error|...".
+std::string said(seams::CapturedLog& nLog) {
+  const std::string PREFIX = "nfw::NmeaBinaryLogDataVersion0::";
+  std::string lAll;
+  for (const std::string& lLine : nLog.texts()) {
+    lAll += (lAll.empty() ? "" : "|") + lLine.substr(lLine.compare(0, PREFIX.size(), PREFIX) == 0 ? PREFIX.size() : 0);
+  }
+  nLog.clear();
+  return lAll;
 }
 
 /// A sentence that ends in "*", with its checksum and line end.
@@ -68,6 +77,8 @@ class WideVersion : public NmeaBinaryLogDataVersion0 {
   }
 };
 
+Bytes cut(const Bytes& nBytes, size_t nSize) { return {nBytes.data(), nBytes.data() + nSize}; }
+
 class NmeaBinaryLogData : public testing::Test {
  protected:
   seams::CapturedLog mLog;
@@ -96,19 +107,25 @@ TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
        "$GPRMC,123519.000,A,4807.03800,N,01131.00000,E,22.400,84.40,230394,3.1,W,A*"},
       {VTG, "06 4750 01 5e150000 700d0000 7c150000 d8270000", nullptr, "$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,A*"},
       {PUBX,
-       "08 0000 13 00000000 704dd904 59be1d1c 1f74f804 1d570800 15000000 14000000 07000000 481e0000 07000000 0000 "
+       "08 0000 13 00000000 704dd904 59be1d1c 1f74f804 1d570800 15000000 14000000 07000000 481e0000 07000000 0201 "
        "5c000000 77000000 4d000000 09",
        nullptr,
-       "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,1*"},
+       "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,258,0.92,1.19,0.77,9,1*"},
       // Satellite blocks: the last message has what is left over, an empty field makes its block not valid.
       {"$GPGSV,3,3,09,01,40,083,*75", "04 4750 03 03 09 01 0028005300", "04 4750 03 03 09 0100 0028005300",
        "$GPGSV,3,3,09,01,40,083,*"},
+      {"$GPGSV,1,1,01, ,40,083,46*", "04 4750 01 01 01 00 00282e5300", "04 4750 01 01 01 0000 00282e5300",
+       "$GPGSV,1,1,01,,40,083,46*"},
+      {"$GPGSV,1,1,01, 01 , ,083,46*", "04 4750 01 01 01 01 00002e5300", "04 4750 01 01 01 0100 00002e5300",
+       "$GPGSV,1,1,01,01,,083,46*"},
+      {"$GPGSV,1,1,01, 01 ,40,083,46*", "04 4750 01 01 01 01 01282e5300", "04 4750 01 01 01 0100 01282e5300",
+       "$GPGSV,1,1,01,01,40,083,46*"},
       {"$GPGSV,1,1,00*79", "04 4750 01 01 00", nullptr, "$GPGSV,1,1,00*"},
       {"$GPGSV,1,2,07,01,40,083,46*79", "04 4750 01 02 07", nullptr, "$GPGSV,1,2,07*"},
       // Kept for compatibility: a count above 15 spills into the quality, a quality above 15 keeps its low bits.
-      {"$GPGGA,1.5,,,,,2,18,,,M,,M,1,2*5E",
-       "01 4750 32 dc050000 00000000 00000000 00000000 00000000 00000000 0100 0200", nullptr,
-       "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,1,2*"},
+      {"$GPGGA,1.5,,,,,2,18,,,M,,M,300,1023*5E",
+       "01 4750 32 dc050000 00000000 00000000 00000000 00000000 00000000 2c01 ff03", nullptr,
+       "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,300,1023*"},
       {"$GPGGA, 1 ,,,,,17,0,,,M,,M,,*", "01 4750 10 e8030000 00000000 00000000 00000000 00000000 00000000 0000 0000",
        nullptr, "$GPGGA,000001.000,0000.00000,N,00000.00000,E,1,00,0.00,0.0,M,0.0,M,,*"},
       // Codes: an empty or unknown status is 0.
@@ -135,184 +152,190 @@ TEST_F(NmeaBinaryLogData, EncodesButDoesNotStoreTheDate) {
   EXPECT_EQ(7, lRecord[0]);
   const Bytes lDate = run(mVersion1, &Converter::convertFromZdaSentence, lZda, 9);
   EXPECT_EQ(fromHex("4750 18c05c07 17 03 18"), lDate);
-  EXPECT_EQ("$GPZDA,123519.000,23,03,2024,00,00*5d\r\n", decode(mVersion1, fromHex("07 4750 18c05c07 17 03 18")));
+}
+
+// The same table serves both ways, so that a round trip does not see two codes exchanged.
+TEST_F(NmeaBinaryLogData, EachCodeHasItsNumber) {
+  const struct {
+    const char *mpBefore, *mpCodes, *mpAfter, *mpBytes;
+  } CASES[] = {{"$GPRMC,1,", "V|A|D|U||X|AA", ",,,,,,,,,,A*", "01 11 21 31 01 01 01"},
+               {"$GPRMC,1,A,,,,,,,,,,", "N|A|D|E", "*", "10 11 12 13"},
+               {"$GPGLL,,,,,,", "V|A||X", ",A*", "01 11 01 01"},
+               {"$GPGLL,,,,,,A,", "N|A|D|E", "*", "10 11 12 13"},
+               {"$GPVTG,,T,,M,,N,,K,", "N|A|D|E", "*", "00 01 02 03"},
+               {"$GPGSA,", "A|M", ",3,,,,,,,,,,,,,,,*", "13 23"},
+               {"$GPGSA,A,", "1|2|3|", ",,,,,,,,,,,,,,,*", "11 12 13 10"},
+               {"$GPGGA,,,,,,", "0|1|2|6|15|", ",8,,,M,,M,,*", "08 18 28 68 f8 08"},
+               {"$PUBX,00,,,,,,,", "NF|DR|G2|G3|D2|D3|RK|TT", ",,,,,,,,,,,1*", "10 11 12 13 14 15 16 17"},
+               {"$PUBX,00,,,,,,,G3,,,,,,,,,,,", "0|1|", "*", "03 13 03"}};
+  for (const auto& lCase : CASES) {
+    Bytes lBytes;
+    for (const std::string& lCode : nfwtest::split(lCase.mpCodes, '|')) {
+      const Bytes lRecord = encode(mVersion0, lCase.mpBefore + lCode + lCase.mpAfter);
+      ASSERT_LT(3U, lRecord.size()) << lCase.mpBefore << lCode;
+      lBytes.push_back(lRecord[3]);
+    }
+    EXPECT_EQ(fromHex(lCase.mpBytes), lBytes) << lCase.mpBefore;
+  }
 }
 
 TEST_F(NmeaBinaryLogData, WritesRecordsThatNoSentenceGives) {
   const struct {
-    const char* mpRecord;
-    const char* mpText;  // up to the checksum
-    std::vector<std::string> mLines;
+    const char *mpRecord, *mpText, *mpSaid;  // the text up to the checksum
   } CASES[] = {
       {"05 4750 51 00000000 00000000 00000000 00000000 00000000 00 00 00 00000000",
        "$GPRMC,000000.000,,0000.00000,N,00000.00000,E,0.000,0.00,000000,0.0,E,A*",
-       {in("convertToRmcSentence", "UnknownStatus: Status=5")}},
-      {"02 4750 20 ffffffff 00000080 ffffff7f", "$GPGLL,21474.83648,S,21474.83647,E,0000-0.001,V,N*", {}},
-      {"06 4750 04 fbffffff 05000000 00000080 ffffff7f",
-       "$GPVTG,-0.05,T,0.05,M,-2147483.648,N,2147483.647,K,*",
-       {in("convertToVtgSentence", "UnknownMode: Mode=4")}},
+       "convertToRmcSentence(): UnknownStatus: Status=5"},
+      {"02 4750 20 ffffffff 00000080 ffffff7f", "$GPGLL,21474.83648,S,21474.83647,E,0000-0.001,V,N*", ""},
+      {"06 4750 04 fbffffff 05000000 00000080 ffffff7f", "$GPVTG,-0.05,T,0.05,M,-2147483.648,N,2147483.647,K,*",
+       "convertToVtgSentence(): UnknownMode: Mode=4"},
       // The mode of VTG has its byte for itself, those of other sentences share theirs.
-      {"06 4750 11 00000000 00000000 00000000 00000000",
-       "$GPVTG,0.00,T,0.00,M,0.000,N,0.000,K,*",
-       {in("convertToVtgSentence", "UnknownMode: Mode=17")}},
+      {"06 4750 11 00000000 00000000 00000000 00000000", "$GPVTG,0.00,T,0.00,M,0.000,N,0.000,K,*",
+       "convertToVtgSentence(): UnknownMode: Mode=17"},
       // Of a block that is not valid each 0 is an empty field, and if there is none, the signal strength.
-      {"04 4750 01 01 02 0000 0000000000 0500 000a141e00", "$GPGSV,1,1,02,,,,,05,10,030,*", {}},
-      {"04 4750 01 01 01 0000 0100000000", "$GPGSV,1,1,01,00,00,000,00*", {}},
+      {"04 4750 01 01 02 0000 0000000000 0500 000a141e00", "$GPGSV,1,1,02,,,,,05,10,030,*", ""},
+      {"04 4750 01 01 01 0000 0100000000", "$GPGSV,1,1,01,00,00,000,00*", ""},
+      {"07 4750 18c05c07 17 03 18", "$GPZDA,123519.000,23,03,2024,00,00*", ""},
+      {"09", "", "convertToNmeaSentence(): UnknownSentence: SentenceType=9"},
+      {"00", "", "convertToNmeaSentence(): UnknownSentence: SentenceType=0"},
+      {"", "", "convertToNmeaSentence(): Argument Error"},
   };
   for (const auto& lCase : CASES) {
-    mLog.clear();
-    EXPECT_EQ(closed(lCase.mpText), decode(mVersion1, fromHex(lCase.mpRecord)));
-    EXPECT_EQ(lCase.mLines, mLog.texts());
+    EXPECT_EQ(*lCase.mpText == '\0' ? "" : closed(lCase.mpText), decode(mVersion1, fromHex(lCase.mpRecord)));
+    EXPECT_EQ(lCase.mpSaid, said(mLog));
   }
 }
 
 TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
-  const char* const MISSING = "extractNmeaField";
-  const auto lMissing = [MISSING](int nTarget, int nCount) {
-    return in(MISSING, "can't find field: target=") + std::to_string(nTarget) +
-           " field count=" + std::to_string(nCount);
-  };
-  const struct {
-    const char* mpSentence;
-    std::vector<std::string> mLines;
-  } CASES[] = {
-      {"$GPTXT,01*", {in("convertFromNmeaSentence", "UnknownSentence: SentenceType=0")}},
+  const char* const CASES[][2] = {
+      {"$GPTXT,01*", "convertFromNmeaSentence(): UnknownSentence: SentenceType=0"},
       // The status field is looked for before all else.
-      {"$GPGGA,x,y,N,z,E*", {lMissing(6, 5), in("convertFromGgaSentence", "Extract Quality Error")}},
-      {"$GPGGA", {lMissing(6, 0), in("convertFromGgaSentence", "Extract Quality Error")}},
-      {"$GPGSA,X*", {lMissing(2, 1), in("convertFromGsaSentence", "Extract Mode Error")}},
-      {"$GPGGA,,,,,,1,256,*", {in("convertFromGgaSentence", "utl::toUint8() Error")}},
+      {"$GPGGA,x,y,N,z,E*",
+       "extractNmeaField(): can't find field: target=6 field count=5|convertFromGgaSentence(): Extract Quality Error"},
+      {"$GPGGA",
+       "extractNmeaField(): can't find field: target=6 field count=0|convertFromGgaSentence(): Extract Quality Error"},
+      {"$GPGSA,X*",
+       "extractNmeaField(): can't find field: target=2 field count=1|convertFromGsaSentence(): Extract Mode Error"},
+      {"$GPGGA,,,,,,1,256,*", "convertFromGgaSentence(): utl::toUint8() Error"},
       {"$GPGGA,,,,,,1,8*",
-       {lMissing(1, 0), in("convertFromGgaSentence", "parseSentenceFieldToSint32Buffer HDop Error")}},
+       "extractNmeaField(): can't find field: target=1 field count=0|convertFromGgaSentence(): "
+       "parseSentenceFieldToSint32Buffer HDop Error"},
       {"$GPGGA,,,,,,1,8,1,2,M*",
-       {lMissing(2, 1), in("convertFromGgaSentence", "parseSentenceFieldToSint32Buffer Geoid Error")}},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,1.4,*", {in("convertFromGgaSentence", "utl::toUint16() DgpsDataAge Error")}},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,65536,*", {in("convertFromGgaSentence", "utl::toUint16() DgpsDataAge Error")}},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,-1*", {in("convertFromGgaSentence", "utl::toUint16() DgpsId Error")}},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,1", {lMissing(1, 0), in("convertFromGgaSentence", "Extract DgpsId Error")}},
+       "extractNmeaField(): can't find field: target=2 field count=1|convertFromGgaSentence(): "
+       "parseSentenceFieldToSint32Buffer Geoid Error"},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,1.4,*", "convertFromGgaSentence(): utl::toUint16() DgpsDataAge Error"},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,65536,*", "convertFromGgaSentence(): utl::toUint16() DgpsDataAge Error"},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,-1*", "convertFromGgaSentence(): utl::toUint16() DgpsId Error"},
+      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,1",
+       "extractNmeaField(): can't find field: target=1 field count=0|convertFromGgaSentence(): Extract DgpsId Error"},
       {"$GPGGA,,12345678901234567890,,,,1*",
-       {in(MISSING, "insufficient buffer"),
-        in("convertFromGgaSentence", "parseLatitudeFieldToSint32Buffer Latitude Error")}},
-      {"$GPGLL,1,N,2,E,3,A*", {lMissing(1, 0), in("convertFromGllSentence", "Extract Mode Error")}},
+       "extractNmeaField(): insufficient buffer|convertFromGgaSentence(): parseLatitudeFieldToSint32Buffer Latitude "
+       "Error"},
+      {"$GPGLL,1,N,2,E,3,A*",
+       "extractNmeaField(): can't find field: target=1 field count=0|convertFromGllSentence(): Extract Mode Error"},
       {"$GPGLL,1,N,2,E,3,A,*",
-       {in("convertAutonomousMethodType", "nData[] Size Error"), in("convertFromGllSentence", "Convert Mode Error")}},
+       "convertAutonomousMethodType(): nData[] Size Error|convertFromGllSentence(): Convert Mode Error"},
       {"$GPGLL,1,N,2,E,3,A,R*",
-       {in("convertAutonomousMethodType", "Unknown Type nData[R]"),
-        in("convertFromGllSentence", "Convert Mode Error")}},
+       "convertAutonomousMethodType(): Unknown Type nData[R]|convertFromGllSentence(): Convert Mode Error"},
       {"$GPGSA,X,3,*",
-       {in("convertPositioningType", "Unknown Type nData[X]"),
-        in("convertFromGsaSentence", "Convert PositioningType Error")}},
+       "convertPositioningType(): Unknown Type nData[X]|convertFromGsaSentence(): Convert PositioningType Error"},
       {"$GPGSA,A,3,1,2x,*",
-       {"nfw::NmeaBinaryLogDataVersion1::convertFromSatelliteNumString(): toUint16() Error",
-        in("convertFromGsaSentence", "convertFromSatelliteNumString() Error")}},
-      {"$GPGSV,1,1,129,*", {in("convertFromGsvSentence", "SatelliteView is Over")}},
-      {"$GPGSV,1,1,1,1,2,3*", {lMissing(1, 0), in("convertFromGsvSentence", "Extract Snr Error")}},
-      {"$GPRMC,1,A,,,,,,,12345,,,A*", {}},
-      {"$GPRMC,1,A,,,,,,,1234,,,A*", {in("convertFromRmcSentence", "utl::toUint8() Error")}},
+       "nfw::NmeaBinaryLogDataVersion1::convertFromSatelliteNumString(): toUint16() Error|convertFromGsaSentence(): "
+       "convertFromSatelliteNumString() Error"},
+      {"$GPGSV,1,1,129,*", "convertFromGsvSentence(): SatelliteView is Over"},
+      {"$GPGSV,1,1,1,1,2,3*",
+       "extractNmeaField(): can't find field: target=1 field count=0|convertFromGsvSentence(): Extract Snr Error"},
+      {"$GPRMC,1,A,,,,,,,12345,,,A*", ""},
+      {"$GPRMC,1,A,,,,,,,1234,,,A*", "convertFromRmcSentence(): utl::toUint8() Error"},
       {"$GPRMC,1,A,,,,,,,010101,1*",
-       {lMissing(1, 0), in("convertFromRmcSentence", "Extract MagneticDeclination Direction Error")}},
+       "extractNmeaField(): can't find field: target=1 field count=0|convertFromRmcSentence(): Extract "
+       "MagneticDeclination Direction Error"},
       {"$PUBX,00,1,,,,,,NFX*",
-       {in("convertPubxStatus", "nData[] Size Error"), in("convertFromPubxSentence", "Convert Status Error")}},
+       "convertPubxStatus(): nData[] Size Error|convertFromPubxSentence(): Convert Status Error"},
       {"$PUBX,00,1,,,,,,ZZ*",
-       {in("convertPubxStatus", "Unknown Status nData[ZZ]"), in("convertFromPubxSentence", "Convert Status Error")}},
+       "convertPubxStatus(): Unknown Status nData[ZZ]|convertFromPubxSentence(): Convert Status Error"},
       // Numbers that do not convert are stored as 0; the field is named when the fix is valid.
       {"$GPVTG,1x,T,99999999,M,,N,,K,A*",
-       {in("convertFloatStrToSint32", "lpUnknownStr is [x]"),
-        in("convertFloatToSint32", "Overflow lData: 9999999900.000000")}},
+       "convertFloatStrToSint32(): lpUnknownStr is [x]|convertFloatToSint32(): Overflow lData: 9999999900.000000"},
       {"$GPGLL,,,,,1e,A,A*",
-       {in("convertFloatStrToSint32", "lpUnknownStr is [e]"),
-        in("parseSentenceFieldToSint32", "convertFloatStrToSint32() lField Error: Gll_UTC lSentenceField=1e")}},
-      {"$GPGLL,nan,N,,,,V,A*", {in("convertFloatToSint32", "Overflow lData: nan")}},
-      {"$GPGLL,-.,N,,,,V,A*", {in("convertFloatStrToSint32", "lpUnknownStr is [-.]")}},
-      {"$GPGLL,21474.83648,S,,,,V,A*", {in("convertFloatToSint32", "Overflow lData: 2147483648.000000")}},
+       "convertFloatStrToSint32(): lpUnknownStr is [e]|parseSentenceFieldToSint32(): convertFloatStrToSint32() lField "
+       "Error: Gll_UTC lSentenceField=1e"},
+      {"$GPGLL,nan,N,,,,V,A*", "convertFloatToSint32(): Overflow lData: nan"},
+      {"$GPGLL,-.,N,,,,V,A*", "convertFloatStrToSint32(): lpUnknownStr is [-.]"},
+      {"$GPGLL,21474.83648,S,,,,V,A*", "convertFloatToSint32(): Overflow lData: 2147483648.000000"},
   };
   for (const auto& lCase : CASES) {
-    mLog.clear();
-    encode(mVersion1, lCase.mpSentence);
-    EXPECT_EQ(lCase.mLines, mLog.texts()) << lCase.mpSentence;
+    encode(mVersion1, lCase[0]);
+    EXPECT_EQ(lCase[1], said(mLog)) << lCase[0];
   }
 }
 
 TEST_F(NmeaBinaryLogData, RefusesWhatIsNoArgument) {
   unsigned char lBuffer[60] = {};
-  const unsigned char* const lpGga = reinterpret_cast<const unsigned char*>(GGA);
+  const Bytes lSentence = bytesOf(GGA + std::string(257 - strlen(GGA), ' '));
   const struct {
     const unsigned char* mpIn;
     unsigned int mLength;
     unsigned char* mpOut;
     unsigned int mRoom;
     const char* mpWords;
-  } CASES[] = {
-      {nullptr, 10, lBuffer, 60, "Argument Error"},     {lpGga, 0, lBuffer, 60, "Argument Error"},
-      {lpGga, 10, nullptr, 60, "Argument Error"},       {lpGga, 70, lBuffer, 30, "nBufferSize Error"},
-      {lpGga, 257, lBuffer, 31, "nSentenceSize Error"},
-  };
+  } CASES[] = {{nullptr, 10, lBuffer, 60, "Argument Error"},
+               {lSentence.data(), 0, lBuffer, 60, "Argument Error"},
+               {lSentence.data(), 10, nullptr, 60, "Argument Error"},
+               {lSentence.data(), 70, lBuffer, 30, "nBufferSize Error"},
+               {lSentence.data(), 257, lBuffer, 31, "nSentenceSize Error"},
+               {lSentence.data(), 256, lBuffer, 31, nullptr}};
   for (const auto& lCase : CASES) {
-    mLog.clear();
-    EXPECT_EQ(-1, mVersion1.convertFromGgaSentence(lCase.mpIn, lCase.mLength, lCase.mpOut, lCase.mRoom));
-    EXPECT_EQ(std::vector<std::string>{in("convertFromGgaSentence", lCase.mpWords)}, mLog.texts());
+    EXPECT_EQ(lCase.mpWords == nullptr ? 31 : -1,
+              mVersion1.convertFromGgaSentence(lCase.mpIn, lCase.mLength, lCase.mpOut, lCase.mRoom));
+    EXPECT_EQ(lCase.mpWords == nullptr ? "" : std::string("convertFromGgaSentence(): ") + lCase.mpWords, said(mLog));
+    if (lCase.mLength > 70 || lCase.mRoom < 60) continue;
+    EXPECT_EQ(-1, mVersion1.convertFromNmeaSentence(lCase.mpIn, lCase.mLength, lCase.mpOut, lCase.mRoom));
+    EXPECT_EQ("convertFromNmeaSentence(): Argument Error", said(mLog));
+    EXPECT_EQ(-1, mVersion1.convertToNmeaSentence(lCase.mpIn, lCase.mLength, lCase.mpOut, lCase.mRoom));
+    EXPECT_EQ("convertToNmeaSentence(): Argument Error", said(mLog));
   }
   for (const char* lpSentence : {GGA, GLL, GSA, GSV, RMC, VTG, ZDA, PUBX}) {
-    mLog.clear();
     EXPECT_TRUE(run(mVersion1, &Converter::convertFromNmeaSentence, bytesOf(lpSentence), 59).empty());
-    EXPECT_EQ(std::vector<std::string>{in("convertFromNmeaSentence", "nBufferSize Error")}, mLog.texts());
+    EXPECT_EQ("convertFromNmeaSentence(): nBufferSize Error", said(mLog));
   }
-  mLog.clear();
-  EXPECT_EQ("", decode(mVersion1, {}));
-  EXPECT_EQ("", decode(mVersion1, {9, 1, 2}));
-  EXPECT_EQ((std::vector<std::string>{in("convertToNmeaSentence", "Argument Error"),
-                                      in("convertToNmeaSentence", "UnknownSentence: SentenceType=9")}),
-            mLog.texts());
 }
 
 TEST_F(NmeaBinaryLogData, StaysInsideEveryBufferAndEveryCutRecord) {
   const struct {
-    const char* mpSentence;
-    Operation mEncode;
-    Operation mDecode;
-    const char* mpEncode;
-    const char* mpDecode;
+    const char *mpSentence, *mpName;
+    Operation mEncode, mDecode;
     unsigned int mRoom;  // the least that the encoder accepts in version 1
-  } CASES[] = {
-      {GGA, &Converter::convertFromGgaSentence, &Converter::convertToGgaSentence, "convertFromGgaSentence",
-       "convertToGgaSentence", 31},
-      {GLL, &Converter::convertFromGllSentence, &Converter::convertToGllSentence, "convertFromGllSentence",
-       "convertToGllSentence", 15},
-      {GSA, &Converter::convertFromGsaSentence, &Converter::convertToGsaSentence, "convertFromGsaSentence",
-       "convertToGsaSentence", 40},
-      {GSV, &Converter::convertFromGsvSentence, &Converter::convertToGsvSentence, "convertFromGsvSentence",
-       "convertToGsvSentence", 33},
-      {RMC, &Converter::convertFromRmcSentence, &Converter::convertToRmcSentence, "convertFromRmcSentence",
-       "convertToRmcSentence", 30},
-      {VTG, &Converter::convertFromVtgSentence, &Converter::convertToVtgSentence, "convertFromVtgSentence",
-       "convertToVtgSentence", 19},
-      {ZDA, &Converter::convertFromZdaSentence, &Converter::convertToZdaSentence, "convertFromZdaSentence",
-       "convertToZdaSentence", 9},
-      {PUBX, &Converter::convertFromPubxSentence, &Converter::convertToPubxSentence, "convertFromPubxSentence",
-       "convertToPubxSentence", 58},
-  };
+  } CASES[] = {{GGA, "Gga", &Converter::convertFromGgaSentence, &Converter::convertToGgaSentence, 31},
+               {GLL, "Gll", &Converter::convertFromGllSentence, &Converter::convertToGllSentence, 15},
+               {GSA, "Gsa", &Converter::convertFromGsaSentence, &Converter::convertToGsaSentence, 40},
+               {GSV, "Gsv", &Converter::convertFromGsvSentence, &Converter::convertToGsvSentence, 33},
+               {RMC, "Rmc", &Converter::convertFromRmcSentence, &Converter::convertToRmcSentence, 30},
+               {VTG, "Vtg", &Converter::convertFromVtgSentence, &Converter::convertToVtgSentence, 19},
+               {ZDA, "Zda", &Converter::convertFromZdaSentence, &Converter::convertToZdaSentence, 9},
+               {PUBX, "Pubx", &Converter::convertFromPubxSentence, &Converter::convertToPubxSentence, 58}};
   for (const auto& lCase : CASES) {
     const Bytes lSentence = bytesOf(lCase.mpSentence);
     const Bytes lRecord = run(mVersion1, lCase.mEncode, lSentence, lCase.mRoom);
     ASSERT_EQ(lCase.mRoom, lRecord.size()) << lCase.mpSentence;
     const Bytes lText = run(mVersion1, lCase.mDecode, lRecord, 256);
-    mLog.clear();
-    for (unsigned int i = 0; i < lCase.mRoom; ++i) EXPECT_TRUE(run(mVersion1, lCase.mEncode, lSentence, i).empty());
-    EXPECT_EQ(lCase.mRoom, mLog.count(in(lCase.mpEncode, "nBufferSize Error")));
-    for (unsigned int i = 0; i < lText.size(); ++i) EXPECT_TRUE(run(mVersion1, lCase.mDecode, lRecord, i).empty());
-    EXPECT_EQ(lText.size(), mLog.count(in(lCase.mpDecode, "BufferSize Error")));
+    const auto expectRefused = [&](Operation nOperation, const Bytes& nInput, size_t nRoom, const std::string& nLine) {
+      said(mLog);
+      EXPECT_TRUE(run(mVersion1, nOperation, nInput, static_cast<unsigned int>(nRoom)).empty());
+      EXPECT_EQ("convert" + nLine, said(mLog)) << nRoom;
+    };
+    const std::string lFrom = std::string("From") + lCase.mpName + "Sentence(): ";
+    const std::string lTo = std::string("To") + lCase.mpName + "Sentence(): ";
+    for (size_t i = 0; i < lCase.mRoom; ++i) expectRefused(lCase.mEncode, lSentence, i, lFrom + "nBufferSize Error");
+    for (size_t i = 0; i < lText.size(); ++i) expectRefused(lCase.mDecode, lRecord, i, lTo + "BufferSize Error");
+    for (size_t i = 1; i < lRecord.size(); ++i)
+      expectRefused(lCase.mDecode, cut(lRecord, i), 256, lTo + "nDataSize Error");
+    expectRefused(lCase.mDecode, {}, 256, lTo + "Argument Error");
     EXPECT_EQ(lText, run(mVersion1, lCase.mDecode, lRecord, static_cast<unsigned int>(lText.size())));
-    for (size_t i = 1; i < lRecord.size(); ++i) {
-      EXPECT_TRUE(
-          run(mVersion1, lCase.mDecode, {lRecord.begin(), lRecord.begin() + static_cast<long>(i)}, 256).empty());
-    }
-    EXPECT_EQ(lRecord.size() - 1, mLog.count(in(lCase.mpDecode, "nDataSize Error")));
-    EXPECT_EQ(lCase.mRoom + lText.size() + lRecord.size() - 1, mLog.texts().size());
     // A sentence may end anywhere: it is stored whole or not at all.
     const size_t lStar = std::string(lCase.mpSentence).find('*');
     for (size_t i = 1; i <= lSentence.size(); ++i) {
-      const Bytes lCut(lSentence.begin(), lSentence.begin() + static_cast<long>(i));
-      const bool lIsWhole = !run(mVersion1, lCase.mEncode, lCut, lCase.mRoom).empty();
+      const bool lIsWhole = !run(mVersion1, lCase.mEncode, cut(lSentence, i), lCase.mRoom).empty();
       EXPECT_TRUE(i > lStar ? lIsWhole : !lIsWhole || lCase.mpSentence == ZDA) << i << lCase.mpSentence;
     }
   }
@@ -326,31 +349,23 @@ TEST_F(NmeaBinaryLogData, VersionsDifferInTheWidthOfSatelliteNumbers) {
                                             mVersion1.getGsvBinaryLogSize(), mVersion1.getSatelliteNumSize()};
   EXPECT_EQ((std::vector<unsigned int>{28, 29, 1, 40, 33, 2}), lSizes);
 
-  const struct {
-    const char* mpText;
-    int mVersion0;  // -1: refused
-    int mVersion1;
-  } CASES[] = {{"", 0, 0},
-               {"7", 7, 7},
-               {"007", 7, 7},
-               {"255", 255, 255},
-               {"256", -1, 256},
-               {"300", -1, 300},
-               {"65535", -1, 65535},
-               {"65536", -1, -1},
-               {"-1", -1, -1},
-               {"4294967297", -1, -1},
-               {"\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90", -1, 300},
-               {"\xEF\xBC\x9A", -1, -1}};
-  for (const auto& lCase : CASES) {
-    char lText[20];
+  const auto lStored = [](Converter& nVersion, const std::string& nText) -> std::string {
+    std::string lText = nText;
     unsigned char lNumber[2] = {};
-    EXPECT_EQ(lCase.mVersion0 < 0 ? -1 : 1,
-              mVersion0.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 1));
-    EXPECT_TRUE(lCase.mVersion0 < 0 || lCase.mVersion0 == lNumber[0]);
-    EXPECT_EQ(lCase.mVersion1 < 0 ? -1 : 2,
-              mVersion1.convertFromSatelliteNumString(strcpy(lText, lCase.mpText), lNumber, 2));
-    EXPECT_TRUE(lCase.mVersion1 < 0 || lCase.mVersion1 == (lNumber[0] | lNumber[1] << 8));
+    const unsigned int lSize = nVersion.getSatelliteNumSize();
+    const int lResult = nVersion.convertFromSatelliteNumString(lText.data(), lNumber, lSize);
+    EXPECT_TRUE(lResult == -1 || lResult == static_cast<int>(lSize)) << nText;
+    return lResult == -1 ? "refused" : std::to_string(lNumber[0] | lNumber[1] << 8);
+  };
+  // The text, and what each version stores of it.
+  for (const std::string& lRow : nfwtest::split("|0|0 7|7|7 007|7|7 255|255|255 256|refused|256 65535|refused|65535 "
+                                                "65536|refused|refused -1|refused|refused 4294967297|refused|refused "
+                                                "\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90|refused|300 "
+                                                "\xEF\xBC\x9A|refused|refused",
+                                                ' ')) {
+    const std::vector<std::string> lParts = nfwtest::split(lRow, '|');
+    EXPECT_EQ(lParts[1], lStored(mVersion0, lParts[0])) << lRow;
+    EXPECT_EQ(lParts[2], lStored(mVersion1, lParts[0])) << lRow;
   }
   unsigned char lNumber[2] = {};
   EXPECT_EQ(1, mVersion0.convertFromSatelliteNumUint32(0x12345, lNumber, 1));
@@ -370,16 +385,14 @@ TEST_F(NmeaBinaryLogData, SatelliteNumbersKeepToTheirBuffers) {
   EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumUint32(1, nullptr, 2));
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, &lConsumed));
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, nullptr));
-  const std::string V1 = "nfw::NmeaBinaryLogDataVersion1::";
-  EXPECT_EQ((std::vector<std::string>{in("convertFromSatelliteNumString", "BufferSize Error"),
-                                      V1 + "convertFromSatelliteNumString(): BufferSize Error",
-                                      V1 + "convertFromSatelliteNumString(): Argument Error",
-                                      V1 + "convertFromSatelliteNumUint32(): Argument Error",
-                                      V1 + "convertToSatelliteNumString(): nDataSize Error",
-                                      V1 + "convertToSatelliteNumString(): Argument Error"}),
-            mLog.texts());
+  const std::string V1 = "nfw::NmeaBinaryLogDataVersion1::convert";
+  EXPECT_EQ("convertFromSatelliteNumString(): BufferSize Error|" + V1 + "FromSatelliteNumString(): BufferSize Error|" +
+                V1 + "FromSatelliteNumString(): Argument Error|" + V1 + "FromSatelliteNumUint32(): Argument Error|" +
+                V1 + "ToSatelliteNumString(): nDataSize Error|" + V1 + "ToSatelliteNumString(): Argument Error",
+            said(mLog));
   const unsigned char MOST[] = {0xFF, 0xFF};
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(MOST, 2, lText, 4, &lConsumed));
+  EXPECT_EQ(V1 + "ToSatelliteNumString(): BufferSize Error", said(mLog));
   EXPECT_EQ(5, mVersion1.convertToSatelliteNumString(MOST, 2, lText, 5, &lConsumed));
   EXPECT_EQ(0, memcmp("65535", lText, 5));
   EXPECT_EQ(2u, lConsumed);
@@ -445,9 +458,9 @@ TEST_F(NmeaBinaryLogData, WritesScaledIntegersWithAllTheirDecimals) {
     EXPECT_EQ(lCase.mpText, binarylog::textOf(lText));
     EXPECT_EQ(-1, nfw::convertIntToFloatStr(lCase.mValue, lCase.mDecimals, lCase.mLeast, lpText, lLength - 1));
   }
-  mLog.clear();
+  EXPECT_EQ("convertIntToFloatStr(): fromSint32() error", said(mLog).substr(0, 42));
   EXPECT_EQ(-1, nfw::convertIntToFloatStr(1, 1, 0, nullptr, 0));
-  EXPECT_EQ(std::vector<std::string>{in("convertIntToFloatStr", "nBuffer is null")}, mLog.texts());
+  EXPECT_EQ("convertIntToFloatStr(): nBuffer is null", said(mLog));
 }
 
 }  // namespace

@@ -18,13 +18,7 @@ class SentenceReplayTest : public testing::Test {
       mReplay.play(reinterpret_cast<const unsigned char*>(lText.c_str()), static_cast<unsigned int>(lText.size()));
     }
     mThread.settle();
-    return kinds();
-  }
-  std::string kinds() const {
-    std::string lKinds;
-    for (const std::string& lNote : mNotes.all())
-      lKinds += lNote[0] == '$' ? "$" : lNote.substr(0, lNote.find(' ')) + " ";
-    return lKinds;
+    return kindsOf(mNotes);
   }
   static std::string gsv(int nCount, int nNumber, int nFirst) {
     std::string lText = "$GPGSV," + std::to_string(nCount) + "," + std::to_string(nNumber) + ",99";
@@ -121,17 +115,7 @@ class GnssLoggerPlayerTest : public SentenceReplayTest {
   std::string settledKinds() {
     mThread.settle();
     mThread.settle();
-    return kinds();
-  }
-  template <class Player>
-  void refuses(Player& nPlayer, const std::string& nClass) {
-    RawMsg lNone, lUnknown(1);
-    mLog.clear();
-    nPlayer.receiveMsg(0, lNone);
-    nPlayer.receiveMsg(0, lUnknown);
-    EXPECT_EQ((Strings{nClass + "::receiveMsg(): Can't get MsgId", nClass + "::receiveMsg(): UnknownMsg: MsgId=1"}),
-              errors(mLog));
-    mLog.clear();
+    return kindsOf(mNotes);
   }
   std::string played(nfw::GnssLoggerPlayer& nPlayer, int nId, const std::string& nText) {
     mNotes.clear();
@@ -157,7 +141,7 @@ TEST_F(GnssLoggerPlayerTest, PlaysTextsOfItsIdWhileItIsOn) {
   EXPECT_EQ("", played(lPlayer, 20, std::string(131, 'x')));
   EXPECT_EQ(" ", played(lPlayer, 20, ""));  // an empty text, too
   EXPECT_EQ(Strings{}, errors(mLog));
-  refuses(lPlayer, "nfw::GnssLoggerPlayer");
+  expectRefusals(mLog, lPlayer, "nfw::GnssLoggerPlayer");
   {
     const seams::Failing lFailing(seams::POST);
     lPlayer.receiveLogPlayData(20, nullptr, 0);
@@ -216,7 +200,7 @@ TEST_F(GnssLoggerPlayerTest, PlaysBinaryRecordsOfKnownVersionsWhileItIsOn) {
             errors(mLog));
   EXPECT_EQ("", played(lPlayer, 0, 1, std::string(60, '\x7f')));
   EXPECT_TRUE(mLog.has(lClass + "::onReceiveNmeaData(): nfw::convertToNmeaSentence() failed LogVersion=0x01"));
-  refuses(lPlayer, lClass);
+  expectRefusals(mLog, lPlayer, lClass);
   {
     const seams::Failing lFailing(seams::POST);
     lPlayer.receiveSysLogPlayData(0, 1, nullptr, 0);
