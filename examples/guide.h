@@ -30,7 +30,7 @@ class Application : private nfw::ComponentStatusListener {
  public:
   Application() {
     nfw::initializeNaviAppFramework(guideConfig());
-    nfw::setAllFilterLevel(nfw::LOG_LEVEL_WARNING);  // lines of the log go to standard error
+    nfw::setAllFilterLevel(nfw::LOG_LEVEL_INFO);  // lines of the log go to standard error
     mThread.start(1, 10000, nullptr, 1, 0, utl::ThreadPriority(3), 0);
     mManager.setStatusListener(this);
   }
