@@ -22,6 +22,7 @@ for script in "$ROOT"/scripts/* "$ROOT"/bench/* "$ROOT"/.ci/*; do
   expect "$script" 0 "${purpose:0:20}" -h
   expect "$script" 2 "--no-such" --no-such
 done
+expect "$ROOT/.ci/run" 2 "nosuch" docs nosuch
 expect "$ROOT/scripts/fuzz" 2 "NoSuchFuzz" 30 NoSuchFuzz
 expect "$ROOT/scripts/fuzz" 2 "0" 0
 expect "$ROOT/scripts/setup" 2 "nosuch" build nosuch

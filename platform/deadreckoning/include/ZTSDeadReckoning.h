@@ -1,4 +1,5 @@
-// The service SDK of the dead-reckoning sensors.
+/// @file
+/// The service SDK of the dead-reckoning sensors.
 #pragma once
 
 #include "ZTSDeadReckoningDef.h"

@@ -1,4 +1,5 @@
-// Records of the dead-reckoning SDK.
+/// @file
+/// Records of the dead-reckoning SDK.
 #pragma once
 
 namespace ZTSDeadReckoningDef {

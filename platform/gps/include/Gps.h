@@ -1,4 +1,5 @@
-// The service SDK of the GPS receiver.
+/// @file
+/// The service SDK of the GPS receiver.
 #pragma once
 
 #include "GpsDef.h"

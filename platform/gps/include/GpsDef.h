@@ -1,4 +1,5 @@
-// Records of the GPS SDK: plain structures, enumerations and flags as int.
+/// @file
+/// Records of the GPS SDK: plain structures, enumerations and flags as int.
 #pragma once
 
 enum GeodeticSystem { WGS_84_GPS = 0, TOKYO_GPS = 1 };

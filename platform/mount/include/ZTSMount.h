@@ -1,4 +1,5 @@
-// The service SDK of storage-device mounting.
+/// @file
+/// The service SDK of storage-device mounting.
 #pragma once
 
 #include "ZTSMountDef.h"

@@ -1,4 +1,5 @@
-// Records of the mount SDK.
+/// @file
+/// Records of the mount SDK.
 #pragma once
 
 namespace ZTSMountDef {

@@ -1,5 +1,6 @@
-// How the host application feeds the stand-in of the mount SDK. The unit's own SDK has no such header: the framework
-// never includes it.
+/// @file
+/// How the host application feeds the stand-in of the mount SDK. The unit's own SDK has no such header: the framework
+/// never includes it.
 #pragma once
 
 #include <memory>

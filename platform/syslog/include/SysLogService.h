@@ -1,5 +1,6 @@
-// The system log service. All functions are at global scope, may be called from any thread, never call back into
-// the framework, and never block their caller on a stuck reader of the log.
+/// @file
+/// The system log service. All functions are at global scope, may be called from any thread, never call back into
+/// the framework, and never block their caller on a stuck reader of the log.
 #pragma once
 
 /// Registers a source of log lines. `npName` may be null. False when the service refuses the type.

@@ -1,5 +1,6 @@
-// What the host application decides about the stand-in of the system log service. The unit's own service has no such
-// header: the framework never includes it.
+/// @file
+/// What the host application decides about the stand-in of the system log service. The unit's own service has no such
+/// header: the framework never includes it.
 #pragma once
 
 namespace syslogservice {

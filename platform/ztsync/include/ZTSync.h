@@ -1,4 +1,5 @@
-// The platform's named recursive mutex.
+/// @file
+/// The platform's named recursive mutex.
 #pragma once
 
 #include <pthread.h>

@@ -1,3 +1,5 @@
+/// @file
+/// An array.
 #pragma once
 
 #include <memory>

@@ -1,3 +1,5 @@
+/// @file
+/// A text.
 #pragma once
 
 #include <string>

@@ -1,3 +1,5 @@
+/// @file
+/// A file.
 #pragma once
 
 #include <memory>

@@ -1,3 +1,5 @@
+/// @file
+/// A sorted map.
 #pragma once
 
 #include "utl/Array.h"

@@ -1,3 +1,5 @@
+/// @file
+/// Blocks of one size.
 #pragma once
 
 #include <memory>

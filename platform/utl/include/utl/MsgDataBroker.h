@@ -1,3 +1,5 @@
+/// @file
+/// The fields of a message on their way through a queue.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +8,10 @@ namespace utl {
 
 /// Carries the fields of a message between its object and its queued form. Fields are read in the order in which they
 /// were written. Every operation returns false when it could not be done (no room, too little data, wrong direction);
-/// the target of a failed read keeps its value.
+/// the target of a failed read keeps its value. Used inside Msg::storeDataTo and Msg::restoreDataFrom only.
+///
+/// What a field counts of the message size that a thread is made for: 1 byte for a bool, char or 8-bit value, 2, 4 and
+/// 8 for the wider ones, 4 for a pointer, n for a run of n bytes, 4 n for a run of n wide characters.
 class MsgDataBroker {
  public:
   virtual ~MsgDataBroker() = default;

@@ -1,10 +1,17 @@
+/// @file
+/// A shared pointer.
 #pragma once
 
 #include <memory>
 
 namespace utl {
 
-/// A shared, reference-counted pointer; the count is atomic.
+/// A shared, reference-counted pointer; the count is atomic, the pointer itself belongs to one thread at a time. What
+/// the last one leaves is deleted on the thread that leaves it.
+///
+/// @code
+/// lManager.addComponent(utl::SmartPointer<nfw::Component>(new MapComponent));
+/// @endcode
 template <class T>
 class SmartPointer {
  public:

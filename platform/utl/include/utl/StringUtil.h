@@ -1,3 +1,5 @@
+/// @file
+/// Texts in fixed buffers, and numbers in them.
 #pragma once
 
 #include <cstdint>

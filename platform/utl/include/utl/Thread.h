@@ -1,3 +1,5 @@
+/// @file
+/// What every thread has.
 #pragma once
 
 namespace utl {

@@ -1,5 +1,6 @@
-// What the host application decides about the stand-in of the threads. The unit's own library has no such header: the
-// framework never includes it.
+/// @file
+/// What the host application decides about the stand-in of the threads. The unit's own library has no such header: the
+/// framework never includes it.
 #pragma once
 
 namespace threadhost {

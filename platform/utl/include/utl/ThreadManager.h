@@ -1,3 +1,5 @@
+/// @file
+/// Notices to the watchdog of the unit.
 #pragma once
 
 namespace utl {

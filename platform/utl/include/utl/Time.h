@@ -1,3 +1,5 @@
+/// @file
+/// Time of day, and the tick.
 #pragma once
 
 namespace utl {
