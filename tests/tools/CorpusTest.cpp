@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <charconv>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -53,20 +52,9 @@ std::vector<Fields> ggaOf(const std::filesystem::path& nFile) {
   return lAll;
 }
 
-// "03540.12000" and 3540.12 are the same number to the last digit that counts.
-std::string plainNumber(std::string nText) {
-  nText.erase(0, std::min(nText.find_first_not_of('0'), nText.size()));
-  if (nText.find('.') != std::string::npos) nText.erase(nText.find_last_not_of('0') + 1);
-  if (!nText.empty() && nText.back() == '.') nText.pop_back();
-  return nText.empty() || nText.front() == '.' ? "0" + nText : nText;
-}
-
 bool isSameCoordinate(const json& nCoordinate, const std::string& nValue, const std::string& nDirection) {
   if (nCoordinate.is_null()) return nValue.empty() && nDirection.empty();
-  char lText[32];
-  const double lValue = nCoordinate["value"];
-  const auto lResult = std::to_chars(lText, lText + sizeof(lText), lValue, std::chars_format::fixed);
-  return plainNumber({lText, lResult.ptr}) == plainNumber(nValue) && nCoordinate["direction"] == nDirection;
+  return nCoordinate["value"] == std::strtod(nValue.c_str(), nullptr) && nCoordinate["direction"] == nDirection;
 }
 
 bool isSame(const json& nGga, const Fields& nFields) {
