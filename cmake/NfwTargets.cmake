@@ -82,16 +82,14 @@ function(nfw_inside nName)
   target_link_libraries(${nName} PRIVATE nfw)
 endfunction()
 
-# nfw_test(NAME [SERIAL] SOURCES...): a test program; what it tests is the caller's to link. SERIAL: it keeps the time of
-# recordings, so nothing else runs beside it.
+# nfw_test(NAME SOURCES...): a test program; what it tests is the caller's to link.
 function(nfw_test nName)
-  cmake_parse_arguments(PARSE_ARGV 1 l "SERIAL" "" "")
-  add_executable(${nName} ${l_UNPARSED_ARGUMENTS})
+  add_executable(${nName} ${ARGN})
   target_link_libraries(${nName} PRIVATE nfw_options GTest::gtest GTest::gtest_main)
   if(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
     target_compile_options(${nName} PRIVATE -O1)  # what is tested is optimised, the tests need not be: half the time
   endif()
-  set(lProperties ENVIRONMENT LOCPATH=${NFW_TEST_LOCALES} RUN_SERIAL ${l_SERIAL})
+  set(lProperties ENVIRONMENT LOCPATH=${NFW_TEST_LOCALES})
   if(NFW_TEST_EACH AND NOT CMAKE_CROSSCOMPILING)
     gtest_discover_tests(${nName} DISCOVERY_TIMEOUT 60 PROPERTIES ${lProperties})
   else()

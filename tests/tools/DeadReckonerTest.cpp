@@ -2,19 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <condition_variable>
-#include <mutex>
 #include <vector>
 
 #include "DeadReckoner.h"
-#include "JsonRecord.h"
 #include "NaviAppFramework.h"
-#include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
-#include "NfwNmeaDataParser.h"
-#include "NfwSensorSysLoggerManager.h"
 #include "Simulator.h"
-#include "ZTSDeadReckoningHost.h"
 
 namespace {
 
@@ -305,60 +298,6 @@ TEST(DeadReckoner, takesWhateverComesAndStaysWithinItsReport) {
   EXPECT_EQ(65535u, lpReport->gsv[1].satellite[0].number + lpReport->gsv[2].satellite[0].number);
   EXPECT_EQ(0, lpReport->gsv[1].satellite[1].valid);
   EXPECT_EQ(38u, textsOf(*lpReport).size() - 2);
-}
-
-/// Notes what it receives; waits for so many.
-class Listener : public nfw::DeadReckoningNmeaDataListener {
- public:
-  void onNotifyDeadReckoningNmeaData(const unsigned char* npData, unsigned int nSize) override {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mTexts.emplace_back(reinterpret_cast<const char*>(npData), nSize);
-    mAdded.notify_all();
-  }
-  bool waitFor(size_t nCount) {
-    std::unique_lock<std::mutex> lLock(mMutex);
-    return mAdded.wait_for(lLock, std::chrono::seconds(60), [&] { return mTexts.size() >= nCount; });
-  }
-
-  Texts mTexts;
-
- private:
-  std::mutex mMutex;
-  std::condition_variable mAdded;
-};
-
-TEST(DeadReckoner, itsReportsReachTheListenersOfTheService) {
-  nfw::Logger::initializeMaxPlayerNum(1);
-  nfw::Logger::initializeMaxLogTypeNum(1);
-  nfw::Logger::initializeMaxLogFieldSize(300);
-  nfw::DeadReckoning::initializeMaxDeadReckoningNmeaDataListenerNum(1);
-  ASSERT_TRUE(nfw::Logger::get()->initialize());
-  ASSERT_TRUE(nfw::SensorSysLoggerManager::get()->initialize());
-  ASSERT_TRUE(nfw::DeadReckoning::get()->initialize());
-  Listener lListener;
-  ASSERT_TRUE(nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&lListener));
-  SimulatorOptions lOptions;
-  lOptions.mTunnels = {{20000, 40000}};
-  size_t lSent = 0;
-  for (const Leg& lLeg : driven(lOptions, 60)) {
-    const bool lIsInTunnel = lLeg.mSentences[0].find(",V,") != std::string::npos;
-    deadreckoninghost::feed(lLeg.mReport);
-    lSent = textsOf(lLeg.mReport).size();
-    ASSERT_TRUE(lListener.waitFor(lSent));
-    EXPECT_EQ(textsOf(lLeg.mReport), lListener.mTexts);
-    nfw::GgaSentence lGga;
-    nfw::RmcSentence lRmc;
-    ASSERT_TRUE(nfw::NmeaDataParser::parseRmcSentence(lListener.mTexts[0].c_str(), 1, &lRmc));
-    ASSERT_TRUE(nfw::NmeaDataParser::parseGgaSentence(lListener.mTexts[2].c_str(), 1, &lGga));
-    EXPECT_EQ(lGga.quality, lIsInTunnel ? nfw::QUALITY_ESTIMATED : nfw::QUALITY_GPS);
-    EXPECT_EQ(lRmc.mode, lIsInTunnel ? nfw::MODE_ESTIMATED : nfw::MODE_AUTONOMOUS);
-    EXPECT_TRUE(lRmc.status);
-    EXPECT_NEAR(tool::decimalDegrees(lGga.latitude), lLeg.mTruth.mLatitude, 1e-5);
-    lListener.mTexts.clear();
-  }
-  nfw::DeadReckoning::destroy();
-  nfw::SensorSysLoggerManager::destroy();
-  nfw::Logger::destroy();
 }
 
 }  // namespace

@@ -1,12 +1,9 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "LogRecords.h"
 #include "TempDir.h"
@@ -15,58 +12,90 @@
 namespace {
 
 using nlohmann::json;
+using Strings = std::vector<std::string>;
 
-std::vector<json> objects(const std::string& nOutput) {
-  std::vector<json> lObjects;
-  std::istringstream lLines(nOutput);
-  for (std::string lLine; std::getline(lLines, lLine);) lObjects.push_back(json::parse(lLine));
-  return lObjects;
-}
+const Strings PHASES = {"before quick boot", "after quick boot", "start", "stop", "shutdown", "finalize"};
 
-std::vector<std::string> quiet(std::vector<std::string> nArguments) {
-  nArguments.insert(nArguments.end(), {"--log-level", "0"});
-  return nArguments;
-}
-
-void expectAllPhases(const json& nSummary) {
-  for (const char* const lpPhase : {"before quick boot", "after quick boot", "start", "stop", "shutdown", "finalize"}) {
-    EXPECT_TRUE(nSummary["phases_ms"][lpPhase].is_number()) << lpPhase;
+// In the order in which they are given.
+void expectTexts(const std::string& nOutput, const Strings& nTexts) {
+  size_t lAt = 0;
+  for (const std::string& lText : nTexts) {
+    const size_t lFound = nOutput.find(lText, lAt);
+    EXPECT_NE(lFound, std::string::npos) << "\"" << lText << "\" is not behind " << lAt << " in\n" << nOutput;
+    if (lFound != std::string::npos) lAt = lFound + lText.size();
   }
 }
 
-TEST(Drive, aSimulatedMinutePassesThroughAllPhases) {
-  int lExit = -1;
-  const auto lObjects =
-      objects(ToolRun::output(quiet({"sim", "--speed", "max", "--for", "60", "--format", "json"}), &lExit));
-  EXPECT_EQ(lExit, 0);
-  ASSERT_EQ(lObjects.size(), 721u);  // a GSV group is one record
-  const json& lSummary = lObjects.back();
-  EXPECT_EQ(lSummary["type"], "summary");
-  EXPECT_EQ(lSummary["lines"], 1020);
-  EXPECT_EQ(lSummary["accepted"], 1020);
-  EXPECT_EQ(lSummary["delivered_sentences"], 1020);
-  EXPECT_EQ(lSummary["delivered_combined"], 60);
-  EXPECT_EQ(lSummary["kinds"]["GSV"]["delivered"], 180);
-  expectAllPhases(lSummary);
+json lastOf(const std::string& nOutput) {
+  return json::parse(nOutput.substr(nOutput.rfind('\n', nOutput.size() - 2) + 1));
 }
 
-TEST(Drive, linesAreOneAnEpoch) {
-  int lExit = -1;
-  const std::string lOutput = ToolRun::output(quiet({"--speed", "max", "--for", "2", "--rate", "5"}), &lExit);
-  EXPECT_EQ(lExit, 0);
-  EXPECT_EQ(
-      lOutput.find("2026-01-31 08:00:00.000  35.6580000 139.7450000  0.0 km/h  60.0 deg  3D, gps  26 satellites\n"),
-      0u);
-  EXPECT_NE(lOutput.find("\n2026-01-31 08:00:01.800  "), std::string::npos);
-  EXPECT_EQ(lOutput.find("08:00:02.000"), std::string::npos);
+void expectAllPhases(const json& nSummary) {
+  for (const std::string& lPhase : PHASES) EXPECT_TRUE(nSummary["phases_ms"][lPhase].is_number()) << lPhase;
+}
+
+TEST(Drive, aSimulatedMinutePassesThroughAllPhases) {
+  const Outcome lRun = runQuietly({"sim", "--speed", "max", "--for", "60", "--format", "json"});
+  EXPECT_EQ(lRun.mExit, 0);
+  EXPECT_EQ(std::count(lRun.mOutput.begin(), lRun.mOutput.end(), '\n'), 721);  // a GSV group is one record
+  for (const char* const lpCount : {"lines", "accepted", "delivered_sentences"}) {
+    EXPECT_EQ(lRun.mSummary[lpCount], 1020) << lpCount;
+  }
+  EXPECT_EQ(lRun.mSummary["delivered_combined"], 60);
+  EXPECT_EQ(lRun.mSummary["delivered_dead_reckoning"], 900);
+  EXPECT_EQ(lRun.mSummary["kinds"]["GSV"],
+            json({{"accepted", 480}, {"unparsable", 0}, {"expected", 180}, {"delivered", 180}}));
+  expectAllPhases(lRun.mSummary);
+}
+
+TEST(Drive, showsALineAnEpochAndTheSummary) {
+  const Outcome lRun = runQuietly({"--speed", "max", "--for", "60", "--tunnel", "30-50"});
+  EXPECT_EQ(lRun.mOutput.find("2026-01-31 08:00:00.000  35.6580000 139.7450000  0.0 km/h  60.0 deg  3D, gps  26 sat"),
+            0u);
+  expectTexts(
+      lRun.mOutput,
+      {"\n2026-01-31 08:00:24.000  35.6564400 139.7459578  50.0 km/h  158.8 deg  3D, gps  26 satellites\n",
+       "\n2026-01-31 08:00:30.000  35.", " 139.", " km/h", "  no fix, reckoned  0 satellites\n2026-01-31 08:00:31",
+       "\n2026-01-31 08:00:58.000  35.6518118 139.7488905  69.8 km/h  149.8 deg  3D, gps  26 satellites\n",
+       "2026-01-31 08:00:59.000  ", "  3D, gps  26 satellites\nSource      sim: the source ended\n",
+       "Lines       1020 read = 1020 accepted + 0 rejected + 0 of other kinds\n",
+       "Accepted    GGA 60  GLL 60  GSA 180  GSV 480  RMC 60  VTG 60  ZDA 60  PUBX 60  \n",
+       "Rejected    noise 0  cut 0  too long 0  binary 0  bad checksum 0  no checksum 0  unparsable 0\n",
+       "Checksums   1020 right, 0 sentences without or not judged\n",
+       "Delivered   sentences 1020  GGA 60  GLL 60  GSA 180  GSV 180  RMC 60  VTG 60  ZDA 60  PUBX 60  combined 60"
+       "  dead-reckoning 900\n",
+       "Phases      before quick boot ", " ms, after quick boot ", " ms, finalize "});
+}
+
+TEST(Drive, drawsAPictureOnATerminal) {
+  ToolRun lRun({"sim", "--speed", "max", "--for", "40", "--tunnel", "30-50", "--dr", "--log-level", "2"},
+               ToolRun::TERMINAL);
+  std::string lScreen = lRun.readAll();
+  EXPECT_EQ(lRun.wait(), 0);
+  expectTexts(lScreen,
+              {"\rnfw-drive    sim\x1b[K\r\n", "\x1b[J\x1b[?25l", "\x1b[10A\rnfw-drive", "\x1b[J\x1b[?25hSource"});
+  lScreen.erase(0, lScreen.rfind("\rnfw-drive") + 1);
+  const std::string LINE_END = "\x1b[K\r";
+  for (size_t i = 0; (i = lScreen.find(LINE_END)) != std::string::npos;) lScreen.erase(i, LINE_END.size());
+  EXPECT_EQ(lScreen.substr(0, lScreen.find("\x1b[J")), R"(nfw-drive    sim
+Time         2026-01-31 08:00:39.000
+Position     35.6546710 139.7468427   altitude 41.7 m
+Speed        64.4 km/h   course 149.8 deg
+Fix          no fix, reckoned   PDOP 99.99 HDOP 99.99 VDOP 99.99
+Satellites   0 used; in view GPS 10, GLONASS 8, Galileo 11
+Sentences    680 delivered: GGA 40  GLL 40  GSA 120  GSV 120  RMC 40  VTG 40  ZDA 40  PUBX 40  
+Rejected     0
+Reckoned     $GNRMC,080039.000,A,3539.28026,N,13944.81056,E,34.795,149.80,310126,7.5,W,E*01
+             $GNGGA,080039.000,3539.28026,N,13944.81056,E,6,00,1.50,41.7,M,36.7,M,,*40
+)");
 }
 
 TEST(Drive, aSignalStopsThroughThePhases) {
   for (const int lSignal : {SIGINT, SIGTERM}) {
-    ToolRun lRun(quiet({"sim", "--format", "json"}));
+    ToolRun lRun({"sim", "--format", "json", "--log-level", "0"});
     EXPECT_NE(lRun.readLine(), "");
     lRun.signal(lSignal);
-    const json lSummary = objects(lRun.readAll()).back();
+    const json lSummary = lastOf(lRun.readAll());
     EXPECT_EQ(lSummary["end"], "stopped by a signal");
     expectAllPhases(lSummary);
     EXPECT_EQ(lRun.wait(), 0);
@@ -74,7 +103,7 @@ TEST(Drive, aSignalStopsThroughThePhases) {
 }
 
 TEST(Drive, endsQuietlyWhenTheReaderOfItsOutputGoesAway) {
-  ToolRun lRun(quiet({"sim", "--speed", "max", "--format", "json"}));
+  ToolRun lRun({"sim", "--speed", "max", "--format", "json", "--log-level", "0"});
   EXPECT_NE(lRun.readLine(), "");
   lRun.closeOutput();
   EXPECT_EQ(lRun.wait(), 0);
@@ -91,9 +120,34 @@ TEST(Drive, tellsUsageFromFailure) {
       {{"sim", "sim"}, 2},
   };
   for (const Case& lCase : CASES) {
-    int lExit = -1;
-    ToolRun::output(quiet(lCase.mArguments), &lExit);
-    EXPECT_EQ(lExit, lCase.mExit) << lCase.mArguments.front();
+    EXPECT_EQ(runQuietly(lCase.mArguments).mExit, lCase.mExit) << lCase.mArguments.front();
+  }
+}
+
+// Each option by what it changes in the summary; a file of three sentences, one spoilt, one of a kind that is not
+// parsed.
+TEST(Drive, heedsItsOptions) {
+  const nfwtest::TempDir lDirectory;
+  const std::string lFile = lDirectory / "in.nmea";
+  nfwtest::writeFile(
+      lFile, "$GPVTG,,T,,M,,N,,K,N*2C\n$GPVTG,,T,,M,,N,,K,N*2D\n$GPRMC,120000,V,,,,,,,280226,,,N*00\n$GPTXT,1*00\n");
+  const struct {
+    ToolRun::Words mArguments;
+    json mExpected;
+  } CASES[] = {
+      {{lFile}, {{"lines", 4}, {"accepted", 1}, {"rejected_total", 3}, {"ignored", 0}, {"source", lFile}}},
+      {{lFile, "--no-checksum"}, {{"lines", 4}, {"accepted", 3}, {"rejected_total", 0}, {"ignored", 1}}},
+      {{"sim", "--for", "2", "--rate", "10"}, {{"accepted", 178}}},
+      {{"sim", "--for", "1", "--systems", "gps,galileo"}, {{"accepted", 14}, {"delivered_dead_reckoning", 12}}},
+      {{"sim", "--for", "10", "--seed", "3", "--tunnel", "1-3,5-6"}, {{"accepted", 170}, {"end", "the source ended"}}},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(json(lCase.mArguments));
+    ToolRun::Words lArguments = lCase.mArguments;
+    lArguments.insert(lArguments.end(), {"--speed", "max", "--format", "json"});
+    const Outcome lRun = runQuietly(lArguments);
+    EXPECT_EQ(lRun.mExit, 0);
+    for (const auto& [lKey, lValue] : lCase.mExpected.items()) EXPECT_EQ(lRun.mSummary[lKey], lValue) << lKey;
   }
 }
 
@@ -129,8 +183,7 @@ TEST(Drive, countsTheLinesOfTheLibraryThatRepeat) {
   nfwtest::writeFile(lDirectory / "odd.nmea", lText);
   const auto lErrorLines = [&](std::vector<std::string> nMore) {
     nMore.insert(nMore.begin(), {lDirectory / "odd.nmea", "--speed", "max", "--format", "none"});
-    int lExit = -1;
-    const std::string lLines = "\n" + ToolRun::errors(nMore, &lExit);
+    const std::string lLines = "\n" + run(nMore).mErrors;
     size_t lCount = 0;
     for (size_t i = lLines.find("\nERR "); i != std::string::npos; i = lLines.find("\nERR ", i + 1)) ++lCount;
     EXPECT_EQ(lLines.find(": 30 times") != std::string::npos, lCount < 20) << lLines;
@@ -182,7 +235,7 @@ const std::string WATCH = "?WATCH={\"enable\":true,\"nmea\":true};\n";
 
 TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   Server lServer;
-  ToolRun lRun(quiet({lServer.source(), "--format", "json"}));
+  ToolRun lRun({lServer.source(), "--format", "json", "--log-level", "0"});
   lServer.accept();
   lServer.send("{\"class\":\"VERSION\",\"release\":\"3.22\"}\r\n");
   EXPECT_EQ(lServer.receive(WATCH.size()), WATCH);
@@ -193,7 +246,7 @@ TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   lServer.send("$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K,A*25\r\n");
   EXPECT_EQ(json::parse(lRun.readLine())["course"], 54.7);
   lRun.signal(SIGINT);
-  const json lSummary = objects(lRun.readAll()).back();
+  const json lSummary = lastOf(lRun.readAll());
   EXPECT_EQ(lSummary["lines"], 2);
   EXPECT_EQ(lSummary["accepted"], 2);
   EXPECT_EQ(lRun.wait(), 0);

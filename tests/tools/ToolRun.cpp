@@ -3,8 +3,9 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
 #include <sstream>
@@ -14,39 +15,49 @@ namespace {
 const int LIMIT_MS = 120000;  // ends a test that would hang
 
 // An emulator's words first, where the program is for another processor.
-std::vector<std::string> commandLine(const std::vector<std::string>& nArguments) {
-  std::vector<std::string> lWords;
+ToolRun::Words commandLine(const ToolRun::Words& nArguments) {
   std::istringstream lEmulator(NFW_EMULATOR);
-  for (std::string lWord; lEmulator >> lWord;) lWords.push_back(lWord);
+  ToolRun::Words lWords{std::istream_iterator<std::string>(lEmulator), {}};
   lWords.push_back(NFW_DRIVE_PROGRAM);
   lWords.insert(lWords.end(), nArguments.begin(), nArguments.end());
   return lWords;
 }
 
+// Our end first.
+void openTerminal(int (&nFds)[2]) {
+  const winsize lSize = {40, 100, 0, 0};
+  nFds[0] = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ::grantpt(nFds[0]);
+  ::unlockpt(nFds[0]);
+  nFds[1] = ::open(::ptsname(nFds[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ::ioctl(nFds[1], TIOCSWINSZ, &lSize);
+}
+
 }  // namespace
 
-ToolRun::ToolRun(const std::vector<std::string>& nArguments, int nRead, const std::string& nErrorFile) {
-  std::vector<std::string> lWords = commandLine(nArguments);
+ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("errors", MFD_CLOEXEC)) {
+  Words lWords = commandLine(nArguments);
   std::vector<char*> lArgv;
   for (std::string& lWord : lWords) lArgv.push_back(lWord.data());
   lArgv.push_back(nullptr);
-  int lPipe[2] = {-1, -1};
-  if (::pipe2(lPipe, O_CLOEXEC) != 0) return;
+  int lFds[2] = {-1, -1};
+  if (nRead == TERMINAL) openTerminal(lFds);
+  if (nRead != TERMINAL && ::pipe2(lFds, O_CLOEXEC) != 0) return;
   posix_spawn_file_actions_t lActions;
   ::posix_spawn_file_actions_init(&lActions);
   ::posix_spawn_file_actions_addopen(&lActions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
-  ::posix_spawn_file_actions_adddup2(&lActions, lPipe[1], nRead);
-  if (!nErrorFile.empty()) {
-    ::posix_spawn_file_actions_addopen(&lActions, STDERR_FILENO, nErrorFile.c_str(), O_WRONLY | O_CREAT, 0600);
-  }
+  ::posix_spawn_file_actions_adddup2(&lActions, mErrorFd, STDERR_FILENO);
+  ::posix_spawn_file_actions_adddup2(&lActions, lFds[1], nRead == TERMINAL ? STDOUT_FILENO : nRead);
+  if (nRead == TERMINAL) ::posix_spawn_file_actions_adddup2(&lActions, lFds[1], STDERR_FILENO);
   ::posix_spawnp(&mPid, lArgv[0], &lActions, nullptr, lArgv.data(), environ);
   ::posix_spawn_file_actions_destroy(&lActions);
-  ::close(lPipe[1]);
-  mFd = lPipe[0];
+  ::close(lFds[1]);
+  mFd = lFds[0];
 }
 
 ToolRun::~ToolRun() {
   closeOutput();
+  ::close(mErrorFd);
   if (mPid > 0) {
     ::kill(mPid, SIGKILL);
     ::waitpid(mPid, nullptr, 0);
@@ -87,16 +98,22 @@ int ToolRun::wait() {
   return WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -WTERMSIG(lStatus);
 }
 
-std::string ToolRun::errors(const std::vector<std::string>& nArguments, int* npExit) {
-  ToolRun lRun(nArguments, STDERR_FILENO);
-  const std::string lErrors = lRun.readAll();
-  *npExit = lRun.wait();
-  return lErrors;
+std::string ToolRun::errors() const {
+  std::string lText(1 << 16, '\0');
+  lText.resize(static_cast<size_t>(std::max<ssize_t>(0, ::pread(mErrorFd, lText.data(), lText.size(), 0))));
+  return lText;
 }
 
-std::string ToolRun::output(const std::vector<std::string>& nArguments, int* npExit) {
+Outcome run(const ToolRun::Words& nArguments) {
   ToolRun lRun(nArguments);
   const std::string lOutput = lRun.readAll();
-  *npExit = lRun.wait();
-  return lOutput;
+  const int lExit = lRun.wait();
+  const size_t lLast = lOutput.rfind("{\"type\":\"summary\"");
+  return {lExit, lOutput, lRun.errors(),
+          lLast == std::string::npos ? nlohmann::json() : nlohmann::json::parse(lOutput.substr(lLast))};
+}
+
+Outcome runQuietly(ToolRun::Words nArguments) {
+  nArguments.insert(nArguments.end(), {"--log-level", "0"});
+  return run(nArguments);
 }

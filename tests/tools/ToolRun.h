@@ -3,16 +3,19 @@
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 /// One run of nfw-drive as a process of its own.
 class ToolRun {
  public:
-  /// Starts it. What it writes to the one descriptor is read; standard error else goes to the test's own, or into a
-  /// file.
-  explicit ToolRun(const std::vector<std::string>& nArguments, int nRead = STDOUT_FILENO,
-                   const std::string& nErrorFile = {});
+  using Words = std::vector<std::string>;
+  static const int TERMINAL = -1;
+
+  /// Starts it. What it writes to the one descriptor is read, or what it writes to a terminal of 100 columns; standard
+  /// error else is kept.
+  explicit ToolRun(const Words& nArguments, int nRead = STDOUT_FILENO);
   ~ToolRun();
   ToolRun(const ToolRun&) = delete;
   ToolRun& operator=(const ToolRun&) = delete;
@@ -21,15 +24,22 @@ class ToolRun {
   std::string readAll();   ///< what is left of its output
   void closeOutput();      ///< as a reader that goes away
   void signal(int nSignal) const;
-  int wait();  ///< its exit code, negative when a signal killed it
-
-  /// Runs it to its end.
-  static std::string output(const std::vector<std::string>& nArguments, int* npExit);
-  /// Likewise: what it says on standard error.
-  static std::string errors(const std::vector<std::string>& nArguments, int* npExit);
+  int wait();                  ///< its exit code, negative when a signal killed it
+  std::string errors() const;  ///< what it has said on standard error
 
  private:
   pid_t mPid = -1;
   int mFd = -1;
+  const int mErrorFd;
   std::string mUnread;
 };
+
+/// What a run to its end gave.
+struct Outcome {
+  int mExit;
+  std::string mOutput, mErrors;
+  nlohmann::json mSummary;  ///< with --format json
+};
+Outcome run(const ToolRun::Words& nArguments);
+/// Likewise, without the log's lines.
+Outcome runQuietly(ToolRun::Words nArguments);

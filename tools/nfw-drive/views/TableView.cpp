@@ -33,8 +33,7 @@ std::string shown(const std::string& nLine, size_t nWidth) {
 
 void TableView::begin() {
   if (::isatty(STDERR_FILENO) == 1) mLog.install();
-  mOutput.write(HIDE_CURSOR);
-  draw();
+  draw(HIDE_CURSOR);
 }
 
 void TableView::showDeadReckoning(std::string_view nSentence) {
@@ -46,16 +45,17 @@ void TableView::showDeadReckoning(std::string_view nSentence) {
 }
 
 void TableView::end() {
-  draw();
-  mOutput.write(SHOW_CURSOR);
-  mOutput.flush();
+  draw(SHOW_CURSOR);
   mLog.remove();
 }
 
-// A line more than fits would scroll, and the next picture would begin in the wrong place. While the terminal has not
-// taken the last picture there is no new one.
-void TableView::draw() {
-  if (!mOutput.isEmpty()) return;
+// While the terminal has not taken the last picture there is no new one.
+void TableView::tick() {
+  if (mOutput.isEmpty()) draw("");
+}
+
+// A line more than fits would scroll, and the next picture would begin in the wrong place.
+void TableView::draw(const char* npEnd) {
   const winsize lSize = terminalSize();
   std::vector<std::string> lLines = picture();
   lLines.resize(std::min<size_t>(lLines.size(), lSize.ws_row - 1u));
@@ -63,7 +63,7 @@ void TableView::draw() {
   if (mDrawn > 0) lText = fmt::format("\x1b[{}A", std::min<size_t>(mDrawn, lSize.ws_row - 1u));
   lText += "\r";
   for (const std::string& lLine : lLines) lText += shown(lLine, lSize.ws_col - 1u) + "\x1b[K\n";
-  mOutput.write(lText + "\x1b[J");
+  mOutput.write(lText + "\x1b[J" + npEnd);
   mOutput.flush();
   mDrawn = lLines.size();
 }

@@ -21,12 +21,12 @@ class TableView : public FixView {
         mLog(LOG_LINES, nKinds) {}
 
   void begin() override;
-  void tick() override { draw(); }
+  void tick() override;
   void showDeadReckoning(std::string_view nSentence) override;
   void end() override;
 
  private:
-  void draw();
+  void draw(const char* npEnd);  ///< the picture, and what follows it
   std::vector<std::string> picture() const;
   std::string kinds() const;
   std::string rejects() const;

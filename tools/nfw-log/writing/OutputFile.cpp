@@ -19,10 +19,25 @@ namespace {
 char gTemporary[4096];
 volatile sig_atomic_t gHasTemporary = 0;
 
+const int END_SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
+
 void removeAndEnd(int nSignal) {
   if (gHasTemporary != 0) ::unlink(gTemporary);
   ::signal(nSignal, SIG_DFL);
   ::raise(nSignal);
+}
+
+/// A file of a name that begins so. A signal that comes while it is made waits until it is known what to remove.
+int makeNoted(std::string* npName) {
+  sigset_t lEnds, lBefore;
+  ::sigemptyset(&lEnds);
+  for (const int lSignal : END_SIGNALS) ::sigaddset(&lEnds, lSignal);
+  ::pthread_sigmask(SIG_BLOCK, &lEnds, &lBefore);
+  const int lFd = ::mkostemp(npName->data(), O_CLOEXEC);
+  memcpy(gTemporary, npName->c_str(), npName->size() + 1);
+  gHasTemporary = lFd >= 0 ? 1 : 0;
+  ::pthread_sigmask(SIG_SETMASK, &lBefore, nullptr);
+  return lFd;
 }
 
 bool isSameFile(const std::string& nPath, const struct stat& nStat) {
@@ -42,7 +57,7 @@ bool isInput(const struct stat& nStat, const std::vector<Recording>& nInputs) {
 }  // namespace
 
 OutputFile::OutputFile() {
-  for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) ::signal(lSignal, removeAndEnd);
+  for (const int lSignal : END_SIGNALS) ::signal(lSignal, removeAndEnd);
 }
 
 OutputFile::~OutputFile() {
@@ -74,10 +89,8 @@ bool OutputFile::openTemporary() {
     errno = ENAMETOOLONG;
     return false;
   }
-  mFd = ::mkostemp(lName.data(), O_CLOEXEC);
+  mFd = makeNoted(&lName);
   if (mFd < 0) return false;
-  memcpy(gTemporary, lName.c_str(), lName.size() + 1);
-  gHasTemporary = 1;
   mTemporary = lName;
   const mode_t lMask = ::umask(0);
   ::umask(lMask);
