@@ -85,8 +85,8 @@ class Build:
 
     @cached_property
     def includers(self):
-        """Units by the header that they include, the ones that only try headers by themselves left aside."""
-        by_object = {unit.object: unit for unit in self.units if "/headers/" not in unit.source}
+        """Units by the header that they include, those that the build writes to try headers by themselves left aside."""
+        by_object = {unit.object: unit for unit in self.units if not unit.source.startswith(self.folder + "/")}
         found, unit = {}, None
         for line in run(["ninja", "-C", self.folder, "-t", "deps"]).splitlines():
             if line and not line.startswith(" "):

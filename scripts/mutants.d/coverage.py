@@ -11,7 +11,7 @@ import struct
 import subprocess
 import sys
 
-from build import ToolError, run
+from build import ToolError
 from cases import Runner, read_cases
 from subsystems import subsystem_of
 
@@ -42,39 +42,61 @@ class Coverage:
 
 
 def measure(build, jobs, say):
-    """The coverage of the sources as they are, measured or from the cache."""
+    """The coverage of the build as it is: each test program's is measured, or kept from when it was the same."""
     folder = os.path.join(build.folder, "coverage")
-    file_name = os.path.join(folder, f"{state_of(build)}.json")
-    cases = read_cases(build)
+    os.makedirs(folder, exist_ok=True)
+    programs = {}
+    for case in read_cases(build):
+        programs.setdefault(case.program, []).append(case)
+    shared, modules = shared_state(build), {}
+    cases, seconds, lines = [], [], {}
+    for program, own in programs.items():
+        kept = measure_program(build, own, os.path.join(folder, program), shared, modules, jobs, say)
+        for path, rows in kept["lines"].items():
+            for line, indices in rows.items():
+                lines.setdefault(path, {}).setdefault(int(line), set()).update(index + len(cases) for index in indices)
+        cases += own
+        seconds += kept["seconds"]
+    return Coverage(cases, seconds, lines)
+
+
+def measure_program(build, cases, folder, shared, modules, jobs, say):
+    """Of one program's cases; indices are among these."""
+    state = shared.copy()
+    add_file(state, os.path.join(build.folder, "bin", cases[0].program))
+    state.update(repr(cases).encode())
+    file_name = folder + ".json"
     if os.path.exists(file_name):
         with open(file_name) as file:
             kept = json.load(file)
-        if kept["cases"] == [case.name for case in cases]:
-            lines = {path: {int(line): set(indices) for line, indices in rows.items()}
-                     for path, rows in kept["lines"].items()}
-            return Coverage(cases, kept["seconds"], lines)
+        if kept["state"] == state.hexdigest():
+            return kept
     shutil.rmtree(folder, ignore_errors=True)
     os.makedirs(folder)
     seconds = run_all(build, cases, folder, jobs, say)
     say("reading the coverage")
-    lines = collect(build, cases, folder)
+    lines = collect(build, cases, folder, modules)
+    kept = {"state": state.hexdigest(), "seconds": seconds,
+            "lines": {path: {line: sorted(indices) for line, indices in rows.items()} for path, rows in lines.items()}}
     with open(file_name, "w") as file:
-        json.dump({"cases": [case.name for case in cases], "seconds": seconds,
-                   "lines": {path: {line: sorted(indices) for line, indices in rows.items()}
-                             for path, rows in lines.items()}}, file)
-    return Coverage(cases, seconds, lines)
+        json.dump(kept, file)
+    return kept
 
 
-def state_of(build):
-    """A name for the sources as they are, tests and all."""
+def add_file(state, name):
+    with open(name, "rb") as file:
+        state.update(name.encode() + b"\0" + file.read())
+
+
+def shared_state(build):
+    """What every test program may run besides itself: the libraries and the tools."""
     state = hashlib.sha1()
-    for path in sorted(run(["git", "-C", build.root, "ls-files", "-co", "--exclude-standard"]).splitlines()):
-        name = os.path.join(build.root, path)
-        if re.match(r"(src|platform|tools|tests|include|cmake)/|CMakeLists|scripts/mutants\.d/(cover|coverage)", path) and \
-                os.path.isfile(name):
-            with open(name, "rb") as file:
-                state.update(path.encode() + b"\0" + file.read())
-    return state.hexdigest()[:16]
+    for kind in ("lib", "bin"):
+        folder = os.path.join(build.folder, kind)
+        for name in sorted(os.listdir(folder)):
+            if os.path.isfile(os.path.join(folder, name)) and not name.endswith("_tests"):
+                add_file(state, os.path.join(folder, name))
+    return state
 
 
 def run_all(build, cases, folder, jobs, say):
@@ -116,10 +138,9 @@ def run_case(runner, case, folder):
     return outcome
 
 
-def collect(build, cases, folder):
-    """Path -> line -> the cases that reach it."""
-    modules = {}
-    lines = {}
+def collect(build, cases, folder, modules):
+    """Path -> line -> the cases that reach it; the modules are kept for the next program."""
+    lines, seen = {}, set()
     for index in range(len(cases)):
         place = os.path.join(folder, str(index))
         for name in os.listdir(place):
@@ -128,6 +149,8 @@ def collect(build, cases, folder):
             module = name[:-len(".hit")]
             if module not in modules:
                 modules[module] = Module(build, module, os.path.join(place, module + ".pcs"))
+            if module not in seen:
+                seen.add(module)
                 for path, line in modules[module].all_lines():
                     lines.setdefault(path, {}).setdefault(line, set())
             with open(os.path.join(place, name), "rb") as file:
