@@ -91,6 +91,7 @@ def add_file(state, name):
 def shared_state(build):
     """What every test program may run besides itself: the libraries and the tools."""
     state = hashlib.sha1()
+    add_file(state, __file__)
     for kind in ("lib", "bin"):
         folder = os.path.join(build.folder, kind)
         for name in sorted(os.listdir(folder)):
@@ -169,7 +170,7 @@ class Module:
             data = file.read()
         addresses = struct.unpack(f"<{len(data) // 8}Q", data)
         places = [os.path.join(build.folder, kind, name) for kind in ("bin", "lib")]
-        rows = line_rows(next(place for place in places if os.path.exists(place)), build.root)
+        rows = line_rows(next(place for place in places if os.path.exists(place)), build)
         order = sorted(range(len(addresses)), key=addresses.__getitem__)
         starts = [addresses[index] for index in order]
         self.blocks = [set() for _ in addresses]
@@ -189,7 +190,7 @@ class Module:
         return found
 
 
-def line_rows(binary, root):
+def line_rows(binary, build):
     """Stretches of addresses with the line of ours that they come from: (start, end, (path, line))."""
     process = subprocess.Popen(["llvm-dwarfdump", "--debug-line", binary], stdout=subprocess.PIPE, text=True)
     rows, folders, files, last = [], {}, {}, None
@@ -200,7 +201,7 @@ def line_rows(binary, root):
             address, line, number = int(row.group(1), 16), int(row.group(2)), int(row.group(3))
             if last is not None and last[1] is not None and last[0] < address:
                 rows.append((last[0], address, last[1]))
-            path = path_in(files.get(number), folders, root)
+            path = path_in(files.get(number), folders, build)
             last = (address, (path, line) if path and line else None)
             if "end_sequence" in text:
                 last = None
@@ -220,13 +221,14 @@ def line_rows(binary, root):
     return rows
 
 
-def path_in(file, folders, root, known={}):
-    """The path from the root of a source of ours, or None."""
+def path_in(file, folders, build, known={}):
+    """The path from the root of a source of ours, or None. Folder 0 is the one it was compiled in: this build's, though
+    a compiler cache may have it from another copy of the project, with another name."""
     if file is None:
         return None
-    key = (file[0], folders.get(file[1], ""), folders.get(0, ""))
+    key = (file[0], folders.get(file[1], "") if file[1] else "")
     if key not in known:
-        path = os.path.normpath(os.path.join(key[2], key[1], key[0]))
-        path = os.path.relpath(path, root) if path.startswith(root + "/") else None
+        path = os.path.normpath(os.path.join(build.folder, key[1], key[0]))
+        path = os.path.relpath(path, build.root) if path.startswith(build.root + "/") else None
         known[key] = path if path and subsystem_of(path) else None
     return known[key]
