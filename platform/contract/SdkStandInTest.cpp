@@ -1,15 +1,15 @@
 // The stand-ins of the service SDKs: who is called, in which order, and how a listener goes while it is being called.
 #include <atomic>
-#include <condition_variable>
 #include <functional>
+#include <future>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "Gps.h"
 #include "GpsHost.h"
+#include "ThreadSupport.h"
 #include "ZTSDeadReckoning.h"
 #include "ZTSDeadReckoningHost.h"
 #include "ZTSMount.h"
@@ -71,39 +71,28 @@ TEST(SdkStandIn, ListenersComeAndGoDuringACall) {
 }
 
 TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
-  std::mutex lMutex;
-  std::condition_variable lChanged;
-  bool lIsInside = false, lIsReleased = false, lIsFinished = false;
+  std::promise<void> lGo;
+  std::atomic<bool> lIsFinished{false};
   std::atomic<unsigned int> lCalls{0};
   Nmea lListener([&](const std::string& nText) {
     ++lCalls;
     if (nText != "wait") return;
-    std::unique_lock<std::mutex> lLock(lMutex);
-    lIsInside = true;
-    lChanged.notify_all();
-    lChanged.wait(lLock, [&] { return lIsReleased; });
+    lGo.get_future().wait();
     lIsFinished = true;
   });
   lListener.attach();
   std::thread lFeeder([] { feed("wait"); });
-  {
-    std::unique_lock<std::mutex> lLock(lMutex);
-    lChanged.wait(lLock, [&] { return lIsInside; });
-  }
+  EXPECT_TRUE(contract::eventually([&] { return lCalls > 0; }));
   std::thread lRemover([&] {
     EXPECT_TRUE(lListener.detach());
-    std::lock_guard<std::mutex> lLock(lMutex);
     EXPECT_TRUE(lIsFinished);
   });
-  for (unsigned int lBefore = 0; lBefore != lCalls;) {  // until it is not called any more: the removal is under way
-    lBefore = lCalls;
+  EXPECT_TRUE(contract::eventually([&] {  // not called any more: the removal is under way
+    const unsigned int lBefore = lCalls;
     feed("pass");
-  }
-  {
-    std::lock_guard<std::mutex> lLock(lMutex);
-    lIsReleased = true;
-    lChanged.notify_all();
-  }
+    return lBefore == lCalls;
+  }));
+  lGo.set_value();
   lRemover.join();
   lFeeder.join();
 }
@@ -121,7 +110,7 @@ TEST(SdkStandIn, ARemovedListenerMayBeDeletedAtOnce) {
     const unsigned int lBefore = lCalls;
     auto lpListener = std::make_unique<Nmea>([&](const std::string&) { ++lCalls; });
     lpListener->attach();
-    while (lCalls == lBefore) std::this_thread::yield();
+    EXPECT_TRUE(contract::eventually([&] { return lCalls != lBefore; }));
     EXPECT_TRUE(lpListener->detach());
   }
   lIsOver = true;

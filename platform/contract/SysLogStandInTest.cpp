@@ -11,6 +11,7 @@
 #include "ContractSupport.h"
 #include "SysLogService.h"
 #include "SysLogServiceHost.h"
+#include "ThreadSupport.h"
 
 namespace {
 
@@ -98,7 +99,7 @@ TEST(SysLogStandIn, SurvivesAReaderThatHasGone) {
 
 TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
   contract::TempDir lDir;
-  const int lFile = ::open(lDir.file("log").c_str(), O_WRONLY | O_CREAT, 0600);
+  const int lFile = ::open((lDir / "log").c_str(), O_WRONLY | O_CREAT, 0600);
   {
     RedirectedError lError(lFile);
     for (const char* lpText : {"one", "two"}) {
@@ -107,7 +108,7 @@ TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
     }
   }
   ::close(lFile);
-  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir.file("log")));
+  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir / "log"));
 }
 
 TEST(SysLogStandIn, KeepsLevelsOfRegisteredTypes) {
@@ -169,7 +170,7 @@ TEST(SysLogStandIn, ASinkIsLeftBeforeItIsReplaced) {
   for (int i = 0; i < 20; ++i) {
     const unsigned int lBefore = lCalls;
     LivingSink lInner(lCalls);
-    while (lCalls == lBefore) std::this_thread::yield();
+    EXPECT_TRUE(contract::eventually([&] { return lCalls != lBefore; }));
   }
   lIsOver = true;
   for (std::thread& lThread : lThreads) lThread.join();

@@ -11,6 +11,7 @@
 #include "Gps.h"
 #include "GpsHost.h"
 #include "PlatformSeams.h"
+#include "ThreadSupport.h"
 
 namespace {
 
@@ -193,7 +194,7 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
     });
   }
   lHold.awaitInside();
-  while (lTaken < Receiver::QUEUE_SIZE) std::this_thread::yield();
+  EXPECT_TRUE(contract::eventually([&] { return lTaken >= Receiver::QUEUE_SIZE; }));
   EXPECT_EQ(Receiver::QUEUE_SIZE, lTaken);  // the one that is being handed on is one of them
   lHold.release();
   for (std::thread& lProducer : lProducers) lProducer.join();

@@ -118,26 +118,6 @@ TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
   lThread.mThread.stop(1, LIMIT_MS);
 }
 
-TEST(Failing, PointsOfTheThreadsFailAsOftenAsAsked) {
-  OwnThread lThread;
-  {
-    seams::Failing lFailing(seams::THREAD_START);
-    EXPECT_NE(lThread.start(), 0);
-  }
-  ASSERT_EQ(lThread.start(), 0);
-  seams::Failing lPost(seams::POST, 1, 2), lTimer(seams::TIMER, 0, 1);
-  EXPECT_TRUE(lThread.post(1));
-  EXPECT_FALSE(lThread.post(2));
-  EXPECT_FALSE(lThread.send(3));
-  EXPECT_TRUE(lThread.send(4));
-  EXPECT_EQ(lPost.hits(), 2u);
-  EXPECT_EQ(lThread.timer(0, 1, 0), -1);
-  EXPECT_NE(lThread.timer(0, 1, 0), -1);
-  seams::Failing lTick(seams::TICK);
-  EXPECT_EQ(utl::TimeCounter::getTickTime(), utl::TimeCounter::FAILURE);
-  lThread.mThread.stop(1, LIMIT_MS);
-}
-
 TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   utl::TimerIds lIds(INT_MAX - 2);
   EXPECT_EQ(lIds.take(), INT_MAX - 1);
