@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <climits>
 #include <cwchar>
 #include <map>
@@ -209,6 +210,7 @@ TYPED_TEST(ThreadContract, AThreadThatDoesNotRunRefusesAtOnce) {
     EXPECT_EQ(lThread.mThread.getFirstMsgId(), 0);
     EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), -1);
     const int lLastId = lThread.mThread.getId();
+    errno = ETIMEDOUT;  // of something else
     EXPECT_EQ(lThread.start(), 0) << "also again";
     EXPECT_NE(lThread.start(), 0) << "runs already";
     EXPECT_TRUE(lThread.mThread.isRunning());
@@ -338,6 +340,17 @@ TEST(MsgDrivenThreadContract, StartsOnlyWithAListener) {
   utl::MsgDrivenThread lThread(4, 4, "nfw::Contract_Thread", 1);
   EXPECT_NE(lThread.start(nullptr, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
   EXPECT_FALSE(lThread.isRunning());
+}
+
+TEST(MsgDrivenThreadContract, AStartThatTimedOutMayBeRepeated) {
+  Recorder lRecorder;
+  utl::MsgDrivenThread lThread(4, 4, "nfw::Contract_Thread", 1);
+  for (int i = 0; i < 20; ++i) {
+    const int lResult = lThread.start(&lRecorder, 1, 0, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+    EXPECT_EQ(lThread.isRunning(), lResult == 0);
+    EXPECT_TRUE(lResult != 0 || lThread.stop(1, LIMIT_MS) == 0);
+  }
+  EXPECT_EQ(lThread.start(&lRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
 }
 
 TEST(MsgDrivenThreadContract, AfterAStopThatTimedOutTheObjectMayGoBeforeItsThread) {

@@ -150,6 +150,7 @@ TEST_F(MountTables, AreToldByTypePortAndEvent) {
       {STICK, "1 2 3 sda1 /media/a stick"},
       {"36 25 8:1 / /x ro - vfat /dev/sda1 rw\n", "1 2 5 sda1 /x"},
       {"36 25 8:1 / /x rw - vfat /dev/sda1 rw,ro\n", "1 2 5 sda1 /x"},
+      {"36 25 8:1 / /x rw,row - vfat /dev/sda1 rw\n", "1 2 3 sda1 /x"},
       {"36 25 8:1 / /x rw - hfs /dev/sda1 rw,errors=ro\n", "1 2 4 sda1 /x"},
       {"36 25 8:1 / " + LONG_POINT + " rw - vfat /dev/sda1 rw\n", "1 2 4 sda1 "},
       {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", "1 5 3 sdb1 /x"},

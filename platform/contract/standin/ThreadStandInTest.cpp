@@ -1,7 +1,9 @@
 // The threads with the clock in hand, and what only the stand-in promises.
 #include <pthread.h>
 
+#include <atomic>
 #include <climits>
+#include <cstdlib>
 #include <set>
 #include <string>
 
@@ -11,6 +13,21 @@
 #include "TimerIds.h"
 #include "utl/ThreadHost.h"
 #include "utl/Time.h"
+
+namespace {
+
+std::atomic<unsigned int> gNews{0};  // memory that was taken so far
+
+}  // namespace
+
+void* operator new(size_t nSize) {
+  ++gNews;
+  void* const lpBytes = malloc(nSize);
+  if (lpBytes == nullptr) abort();
+  return lpBytes;
+}
+void operator delete(void* npBytes) noexcept { free(npBytes); }
+void operator delete(void* npBytes, size_t) noexcept { free(npBytes); }
 
 namespace {
 
@@ -116,6 +133,28 @@ TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
   EXPECT_EQ(lCounter.getElapsed(), 4u);
   EXPECT_TRUE(lThread.mRecorder.await(1));
   lThread.mThread.stop(1, LIMIT_MS);
+}
+
+TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
+  struct : utl::ThreadMsgListener {
+    void receiveMsg(int, utl::ThreadRawMsg&) override {}
+  } lListener;
+  utl::MsgDrivenThread lThread(2000, 8, "nfw::Memory_Thread", 2);
+  ASSERT_EQ(lThread.start(&lListener, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  class Large : public utl::Msg {
+   public:
+    Large() : Msg(1) {}
+    bool storeDataTo(utl::MsgDataBroker& nBroker) const override { return nBroker.writeChars(mText, sizeof mText); }
+    char mText[2000] = "";
+  } lLarge;
+  unsigned int lWarm = 0;
+  for (int i = 0; i < 200; ++i) {
+    if (i == 100) lWarm = gNews;
+    EXPECT_TRUE(lThread.postMsg(1) && lThread.sendMsgSync(lLarge) && lThread.sendMsgInterrupt(2));
+    EXPECT_TRUE(lThread.killTimer(lThread.setTimer(60000, 1, 0), 1));
+  }
+  EXPECT_EQ(gNews, lWarm);
+  EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
 }
 
 TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
