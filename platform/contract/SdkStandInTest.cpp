@@ -5,7 +5,6 @@
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "Gps.h"
 #include "GpsHost.h"
@@ -95,26 +94,6 @@ TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
   lGo.set_value();
   lRemover.join();
   lFeeder.join();
-}
-
-TEST(SdkStandIn, ARemovedListenerMayBeDeletedAtOnce) {
-  std::atomic<bool> lIsOver{false};
-  std::atomic<unsigned int> lCalls{0};
-  std::vector<std::thread> lThreads;
-  for (int i = 0; i < 2; ++i) {
-    lThreads.emplace_back([&] {
-      for (; !lIsOver; std::this_thread::yield()) feed("x");
-    });
-  }
-  for (int i = 0; i < 40; ++i) {
-    const unsigned int lBefore = lCalls;
-    auto lpListener = std::make_unique<Nmea>([&](const std::string&) { ++lCalls; });
-    lpListener->attach();
-    EXPECT_TRUE(contract::eventually([&] { return lCalls != lBefore; }));
-    EXPECT_TRUE(lpListener->detach());
-  }
-  lIsOver = true;
-  for (std::thread& lThread : lThreads) lThread.join();
 }
 
 struct Parse : GpsParseNmeaListener {
