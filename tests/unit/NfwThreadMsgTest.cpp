@@ -1,8 +1,10 @@
 // What the slots of a thread's queue have to hold, and how a service's thread comes and goes.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <future>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "NfwThreadMsgProfilerManager.h"
 #include "NfwThreadMsgSizeCalculator.h"
@@ -22,40 +24,26 @@ class SizedMsg : public utl::Msg {
 };
 
 TEST(ThreadMsgSizeTest, CountsWhatEachReadAsksForOnTheUnit) {
-  nfw::ThreadMsgSizeCalculator lCalculator;
-  int8_t l8 = 1;
-  bool lBool = true;
-  uint16_t l16 = 2;
-  uint32_t l32 = 3;
-  int64_t l64 = 4;
-  float lFloat = 5;
-  double lDouble = 6;
-  const int* lpPointer = nullptr;
+  std::tuple<bool, char, uint16_t, uint32_t, int64_t, float, double, const int*> lFields{true, 'a', 2, 3,
+                                                                                         4,    5,   6, nullptr};
+  const auto lBefore = lFields;
   wchar_t lWide[3] = L"ab";
   char lChars[5] = "abcd";
-  const std::pair<unsigned int, std::function<bool()>> READS[] = {
-      {1, [&] { return lCalculator.read(&lBool); }},
-      {1, [&] { return lCalculator.read(&l8); }},
-      {2, [&] { return lCalculator.read(&l16); }},
-      {4, [&] { return lCalculator.read(&l32); }},
-      {8, [&] { return lCalculator.read(&l64); }},
-      {4, [&] { return lCalculator.read(&lFloat); }},
-      {8, [&] { return lCalculator.read(&lDouble); }},
-      {4, [&] { return lCalculator.read(&lpPointer); }},
-      {5, [&] { return lCalculator.readBytes(lChars, 5); }},
-      {5, [&] { return lCalculator.readChars(lChars, 5); }},
-      {12, [&] { return lCalculator.readWideChars(lWide, 3); }}};
-  for (const auto& [lSize, lRead] : READS) {
+  std::vector<unsigned int> lSizes;
+  nfw::ThreadMsgSizeCalculator lCalculator;
+  const auto lCount = [&](const auto& nRead) {
     EXPECT_TRUE(lCalculator.beginInput());
-    EXPECT_FALSE(lRead());
+    EXPECT_FALSE(nRead());
     EXPECT_TRUE(lCalculator.beginOutput());
-    for (unsigned int i = 1; i <= 2; ++i) {
-      EXPECT_TRUE(lRead());
-      EXPECT_EQ(i * lSize, lCalculator.getSize());
-    }
-    EXPECT_FALSE(lCalculator.write(1)) << "it stores nothing";
-  }
-  EXPECT_TRUE(lBool && l8 == 1 && l64 == 4 && lDouble == 6 && lChars[0] == 'a') << "the fields keep their values";
+    EXPECT_TRUE(nRead() && !lCalculator.write(1) && nRead());
+    lSizes.push_back(lCalculator.getSize() / 2);
+  };
+  std::apply([&](auto&... nField) { (lCount([&] { return lCalculator.read(&nField); }), ...); }, lFields);
+  lCount([&] { return lCalculator.readBytes(lChars, 5); });
+  lCount([&] { return lCalculator.readChars(lChars, 4); });
+  lCount([&] { return lCalculator.readWideChars(lWide, 3); });
+  EXPECT_EQ((std::vector<unsigned int>{1, 1, 2, 4, 8, 4, 8, 4, 5, 4, 12}), lSizes);
+  EXPECT_TRUE(lFields == lBefore && std::string("abcd") == lChars) << "the fields keep their values";
 }
 
 TEST(ThreadMsgSizeTest, AThreadsSlotsHoldTheLargestMessageOfItsKind) {

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -34,9 +32,10 @@ class Recorder : public ZTSMountListener {
     return std::exchange(mTold, Told());
   }
   bool waitFor(const string& nText) {
-    std::unique_lock<std::mutex> lLock(mMutex);
-    return mHasNew.wait_for(lLock, std::chrono::seconds(20),
-                            [&] { return std::find(mTold.begin(), mTold.end(), nText) != mTold.end(); });
+    return nfwtest::eventually([&] {
+      const std::lock_guard<std::mutex> lLock(mMutex);
+      return std::find(mTold.begin(), mTold.end(), nText) != mTold.end();
+    });
   }
 
   ZTSMountDef::ST_MNT_MOUNT_INFO mLast{};
@@ -45,11 +44,9 @@ class Recorder : public ZTSMountListener {
   void note(const string& nText) {
     const std::lock_guard<std::mutex> lLock(mMutex);
     mTold.push_back(nText);
-    mHasNew.notify_all();
   }
 
   std::mutex mMutex;
-  std::condition_variable mHasNew;
   Told mTold;
 };
 

@@ -98,45 +98,22 @@ Notes notesOf(const Notes& nSentences) {
   return lListener.mNotes;
 }
 
+std::string join(const Notes& nNotes) {
+  std::string lAll;
+  for (const std::string& lNote : nNotes) lAll += lNote + "|";
+  return lAll;
+}
+
 TEST(ReceiverStandIn, HandsOnTheTextThenWhatFollowsFromIt) {
-  const std::string lGroup = "gsv 23 29 7 8 10- 5- 9 18 26 28";
-  EXPECT_EQ((Notes{RMC,
-                   "rmc",
-                   VTG,
-                   "vtg",
-                   GGA,
-                   "gga",
-                   GSA,
-                   "gsa",
-                   GSV_1,
-                   GSV_2,
-                   GSV_3,
-                   lGroup,
-                   ZDA,
-                   "zda",
-                   GLL,
-                   "gll",
-                   "six",
-                   PUBX_00,
-                   "pubx",
-                   GLL,
-                   "gll",
-                   "$GPTXT,01,01,02,u*00",
-                   "$GPGGA,spoilt"}),
-            notesOf({RMC, VTG, GGA, GSA, GSV_1, GSV_2, GSV_3, ZDA, GLL, PUBX_00, GLL, "$GPTXT,01,01,02,u*00",
-                     "$GPGGA,spoilt"}));
-  EXPECT_EQ((Notes{VTG,   "vtg",
-                   RMC,   "rmc",
-                   GGA,   "gga",
-                   GSA,   "gsa",
-                   GSV_1, GLL,
-                   "gll", GSV_2,
-                   GSV_3, lGroup,
-                   "six", GSV_2,
-                   GSV_3, "gsv 10- 5- 9 18 26 28",
-                   GSV_1, GSV_1,
-                   GSV_3, "gsv 23 29 7 8 26 28"}),
-            notesOf({VTG, RMC, GGA, GSA, GSV_1, GLL, GSV_2, GSV_3, GSV_2, GSV_3, GSV_1, GSV_1, GSV_3}));
+  const std::string lGroup = "gsv 23 29 7 8 10- 5- 9 18 26 28", lGsv = GSV_1 + "|" + GSV_2 + "|" + GSV_3 + "|" + lGroup;
+  const std::string lOther = "$GPTXT,01,01,02,u*00", lSpoilt = "$GPGGA,spoilt";
+  EXPECT_EQ(RMC + "|rmc|" + VTG + "|vtg|" + GGA + "|gga|" + GSA + "|gsa|" + lGsv + "|" + ZDA + "|zda|" + GLL +
+                "|gll|six|" + PUBX_00 + "|pubx|" + GLL + "|gll|" + lOther + "|" + lSpoilt + "|",
+            join(notesOf({RMC, VTG, GGA, GSA, GSV_1, GSV_2, GSV_3, ZDA, GLL, PUBX_00, GLL, lOther, lSpoilt})));
+  EXPECT_EQ(VTG + "|vtg|" + RMC + "|rmc|" + GGA + "|gga|" + GSA + "|gsa|" + GSV_1 + "|" + GLL + "|gll|" + GSV_2 + "|" +
+                GSV_3 + "|" + lGroup + "|six|" + GSV_2 + "|" + GSV_3 + "|gsv 10- 5- 9 18 26 28|" + GSV_1 + "|" + GSV_1 +
+                "|" + GSV_3 + "|gsv 23 29 7 8 26 28|",
+            join(notesOf({VTG, RMC, GGA, GSA, GSV_1, GLL, GSV_2, GSV_3, GSV_2, GSV_3, GSV_1, GSV_1, GSV_3})));
 }
 
 TEST(ReceiverStandIn, ALastMessageHasTheSatellitesThatStandInIt) {

@@ -139,18 +139,12 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
   struct : utl::ThreadMsgListener {
     void receiveMsg(int, utl::ThreadRawMsg&) override {}
   } lListener;
-  utl::MsgDrivenThread lThread(2000, 8, "nfw::Memory_Thread", 2);
+  utl::MsgDrivenThread lThread(16, 8, "nfw::Memory_Thread", 2);
   ASSERT_EQ(lThread.start(&lListener, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
-  class Large : public utl::Msg {
-   public:
-    Large() : Msg(1) {}
-    bool storeDataTo(utl::MsgDataBroker& nBroker) const override { return nBroker.writeChars(mText, sizeof mText); }
-    char mText[2000] = "";
-  } lLarge;
   unsigned int lWarm = 0;
   for (int i = 0; i < 200; ++i) {
     if (i == 100) lWarm = gNews;
-    EXPECT_TRUE(lThread.postMsg(1) && lThread.sendMsgSync(lLarge) && lThread.sendMsgInterrupt(2));
+    EXPECT_TRUE(lThread.postMsg(1) && lThread.sendMsgSync(2) && lThread.sendMsgInterrupt(3));
     EXPECT_TRUE(lThread.killTimer(lThread.setTimer(60000, 1, 0), 1));
   }
   EXPECT_EQ(gNews, lWarm);
