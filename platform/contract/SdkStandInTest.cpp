@@ -8,6 +8,7 @@
 
 #include "Gps.h"
 #include "GpsHost.h"
+#include "ParseNotes.h"
 #include "ThreadSupport.h"
 #include "ZTSDeadReckoning.h"
 #include "ZTSDeadReckoningHost.h"
@@ -96,18 +97,9 @@ TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
   lFeeder.join();
 }
 
-struct Parse : GpsParseNmeaListener {
-  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note("Nmea", npRecord); }
-  void notifyParseGgaSentence(GPGGA const* npRecord) override { note("Gga", npRecord); }
-  void notifyParseGllSentence(GPGLL const* npRecord) override { note("Gll", npRecord); }
-  void notifyParseGsaSentence(GPGSA const* npRecord) override { note("Gsa", npRecord); }
-  void notifyParseGsvSentence(GPGSV const* npRecord) override { note("Gsv", npRecord); }
-  void notifyParseRmcSentence(GPRMC const* npRecord) override { note("Rmc", npRecord); }
-  void notifyParseVtgSentence(GPVTG const* npRecord) override { note("Vtg", npRecord); }
-  void notifyParseZdaSentence(GPZDA const* npRecord) override { note("Zda", npRecord); }
-  void notifyParsePubxSentence(PUBX const* npRecord) override { note("Pubx", npRecord); }
-  void note(const char* npName, const void* npRecord) {
-    mCalls += std::string(npName) + " ";
+struct Parse : nfwtest::ParseNotes {
+  void note(const char* npKind, const void* npRecord) override {
+    mCalls += std::string(npKind) + " ";
     mpRecord = npRecord;
   }
 
@@ -137,7 +129,7 @@ TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
   gpshost::feed(GPGGA{}, WGS_84_GPS);
   EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
   gpshost::feed(GPGGA{}, TOKYO_GPS);
-  EXPECT_EQ("Gga Gll Gsa Gsv Rmc Vtg Zda Pubx Nmea ", lListener.mCalls);
+  EXPECT_EQ("gga gll gsa gsv rmc vtg zda pubx six ", lListener.mCalls);
 }
 
 TEST(SdkStandIn, HandsOverDeadReckoningReports) {

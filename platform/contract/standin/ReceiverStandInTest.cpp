@@ -10,6 +10,7 @@
 
 #include "Gps.h"
 #include "GpsHost.h"
+#include "ParseNotes.h"
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
 
@@ -30,7 +31,7 @@ const std::string PUBX_00 =
     "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.92,1.19,0.77,9,0,0*5F";
 
 /// Notes texts as they are and records by their kind. Registered while it lives.
-class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
+class Listener : public GpsNmeaListener, public nfwtest::ParseNotes {
  public:
   explicit Listener(GeodeticSystem nSystem = WGS_84_GPS) {
     Gps::GetInstance()->registerGpsNmeaListener(this, nSystem);
@@ -44,10 +45,9 @@ class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
     note(std::string(npText, nSize));
     if (mOnText) mOnText();
   }
-  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note("six"), mGga = npRecord->gga; }
-  void notifyParseGgaSentence(GPGGA const* npRecord) override { note("gga"), mGga = *npRecord; }
-  void notifyParseGllSentence(GPGLL const*) override { note("gll"); }
-  void notifyParseGsaSentence(GPGSA const*) override { note("gsa"); }
+  void note(const char* npKind, const void*) override { note(std::string(npKind)); }
+  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note(std::string("six")), mGga = npRecord->gga; }
+  void notifyParseGgaSentence(GPGGA const* npRecord) override { note(std::string("gga")), mGga = *npRecord; }
   void notifyParseGsvSentence(GPGSV const* npRecord) override {
     std::string lNote = "gsv";
     for (unsigned int i = 0; i < npRecord->satelliteCount; ++i) {
@@ -55,10 +55,6 @@ class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
     }
     note(lNote);
   }
-  void notifyParseRmcSentence(GPRMC const*) override { note("rmc"); }
-  void notifyParseVtgSentence(GPVTG const*) override { note("vtg"); }
-  void notifyParseZdaSentence(GPZDA const*) override { note("zda"); }
-  void notifyParsePubxSentence(PUBX const*) override { note("pubx"); }
 
   std::vector<std::string> mNotes;  // of the receiver's thread until it is drained
   std::function<void()> mOnText;

@@ -165,6 +165,15 @@ TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   EXPECT_EQ(lFull.take(), 1);
   lFull.give(1);
   EXPECT_EQ(lFull.take(), 2);
+  utl::TimerIds lKept(INT_MAX - 1);
+  lKept.reserve(2);
+  EXPECT_EQ(lKept.take(), INT_MAX);
+  const unsigned int lBefore = gNews;
+  for (int i = 1; i <= 100; ++i) {
+    EXPECT_EQ(lKept.take(), i);
+    lKept.give(i);
+  }
+  EXPECT_EQ(gNews, lBefore) << "what was given back takes no room";
 }
 
 TEST(KernelName, FitsAndTellsTheThreadsApart) {
