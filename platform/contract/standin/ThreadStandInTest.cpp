@@ -151,6 +151,22 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
   EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
 }
 
+TEST(Messages, ThatDoNotFitAreRefusedWhateverTheyGoOnToStore) {
+  struct Stubborn : utl::Msg {
+    Stubborn() : Msg(1) {}
+    bool storeDataTo(utl::MsgDataBroker& n) const override {
+      const char lBytes[200] = "";
+      EXPECT_TRUE(n.write(true));
+      EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
+      return true;
+    }
+  };
+  OwnThread lThread({16, 4, 0});
+  ASSERT_EQ(lThread.start(), 0);
+  lThread.send(Stubborn());
+  EXPECT_TRUE(lThread.send(2));
+}
+
 TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   utl::TimerIds lIds(INT_MAX - 2);
   EXPECT_EQ(lIds.take(), INT_MAX - 1);
