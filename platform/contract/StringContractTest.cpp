@@ -60,45 +60,25 @@ std::string numberOf(const char* npText) {
 }
 
 TEST(StringContract, NumbersAreWholeDecimalTextsInRange) {
+  const auto lUint8 = numberOf<uint8_t, toUint8>;
+  const auto lSint32 = numberOf<int32_t, toSint32>;
   const struct {
     std::string (*mpRead)(const char*);
-    std::vector<std::pair<const char*, const char*>> mTexts;
+    std::vector<const char*> mGood, mBad;
   } ROWS[] = {
-      {numberOf<uint8_t, toUint8>,
-       {{"0", "0"},
-        {"08", "8"},
-        {"255", "255"},
-        {"000000000000255", "255"},
-        {"256", ""},
-        {" 1", ""},
-        {"1 ", ""},
-        {"0x1", ""},
-        {"1.0", ""},
-        {"\xB2", ""},
-        {"/", ""},
-        {":", ""}}},
-      {numberOf<uint16_t, toUint16>, {{"0", "0"}, {"65535", "65535"}, {"65536", ""}, {"99999999999999999999999", ""}}},
-      {numberOf<uint32_t, toUint32>,
-       {{"0", "0"}, {"4294967295", "4294967295"}, {"4294967296", ""}, {"18446744073709551616", ""}}},
-      {numberOf<int32_t, toSint32>,
-       {{"+08", "8"},
-        {"-0", "0"},
-        {"2147483647", "2147483647"},
-        {"-2147483648", "-2147483648"},
-        {"+", ""},
-        {"-", ""},
-        {"--1", ""},
-        {"+-1", ""},
-        {"2147483648", ""},
-        {"-2147483649", ""},
-        {"1-", ""},
-        {"1e3", ""}}},
+      {lUint8, {"0", "255"}, {"256", " 1", "1 ", "0x1", "1.0", "\xB2", "/", ":"}},
+      {numberOf<uint16_t, toUint16>, {"0", "65535"}, {"65536", "99999999999999999999999"}},
+      {numberOf<uint32_t, toUint32>, {"0", "4294967295"}, {"4294967296", "18446744073709551616"}},
+      {lSint32, {"2147483647", "-2147483648"}, {"+", "-", "--1", "+-1", "2147483648", "-2147483649", "1-", "1e3"}},
   };
   for (const auto& lRow : ROWS) {
-    for (const auto& [lpText, lpNumber] : lRow.mTexts) EXPECT_EQ(lpNumber, lRow.mpRead(lpText)) << lpText;
+    for (const char* lpText : lRow.mGood) EXPECT_EQ(lpText, lRow.mpRead(lpText));
+    for (const char* lpText : lRow.mBad) EXPECT_EQ("", lRow.mpRead(lpText)) << lpText;
     for (const char* lpText : {"", static_cast<const char*>(nullptr)}) EXPECT_EQ("", lRow.mpRead(lpText));
-    for (const char* lpText : {"-1", "+1"}) EXPECT_EQ(&lRow == &ROWS[3], lRow.mpRead(lpText) != "") << lpText;
+    for (const char* lpText : {"-1", "+1"}) EXPECT_EQ(lRow.mpRead == lSint32, lRow.mpRead(lpText) != "") << lpText;
   }
+  EXPECT_EQ("8 255", lUint8("08") + " " + lUint8("000000000000255"));
+  EXPECT_EQ("8 0", lSint32("+08") + " " + lSint32("-0"));
 }
 
 TEST(StringContract, NumbersAreWrittenWhenTheyFit) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
+#include "../../syslog/src/RecordBatch.h"
 #include "ContractSupport.h"
 #include "PlatformSeams.h"
 #include "SysLogService.h"
@@ -64,6 +65,14 @@ TEST_F(BinaryLogStandIn, TellsOfAFailure) {
   EXPECT_EQ((Counts{0, 0, 0, 1, 1, ENOSPC}), counts());
   EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
   EXPECT_EQ("", content());
+}
+
+TEST_F(BinaryLogStandIn, WritesAnEmptyRecordWhateverWasInterruptedBefore) {
+  syslogservice::RecordBatch lBatch;
+  ASSERT_TRUE(lBatch.add(nullptr, 0));
+  errno = EINTR;
+  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO));
+  EXPECT_EQ(1U, lBatch.wholeNum());
 }
 
 TEST_F(BinaryLogStandIn, KeepsItsFileWhenNoThreadCanBeMadeForAnother) {
