@@ -1,55 +1,19 @@
 // What the contract tests share: files to work on and a standard error of their own. POSIX only.
 #pragma once
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <string>
+
+#include "TempDir.h"
 
 namespace contract {
 
-/// A directory that lives as long as the object.
-class TempDir {
- public:
-  TempDir() {
-    const char* const lpBase = getenv("TMPDIR");
-    mPath = std::string(lpBase != nullptr ? lpBase : "/tmp") + "/contract-XXXXXX";
-    EXPECT_NE(nullptr, mkdtemp(mPath.data())) << mPath;
-  }
-  ~TempDir() {
-    DIR* const lpDir = opendir(mPath.c_str());
-    while (const dirent* lpEntry = lpDir != nullptr ? readdir(lpDir) : nullptr) unlink(file(lpEntry->d_name).c_str());
-    if (lpDir != nullptr) closedir(lpDir);
-    rmdir(mPath.c_str());
-  }
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-
-  const std::string& path() const { return mPath; }
-  std::string file(const std::string& nName) const { return mPath + "/" + nName; }
-
- private:
-  std::string mPath;
-};
-
-inline void writeFile(const std::string& nPath, const std::string& nContent) {
-  FILE* const lpFile = fopen(nPath.c_str(), "wb");
-  ASSERT_NE(nullptr, lpFile) << nPath;
-  EXPECT_EQ(nContent.size(), fwrite(nContent.data(), 1, nContent.size(), lpFile));
-  fclose(lpFile);
-}
-
-inline std::string readFile(const std::string& nPath) {
-  std::string lContent;
-  FILE* const lpFile = fopen(nPath.c_str(), "rb");
-  for (int lByte; lpFile != nullptr && (lByte = fgetc(lpFile)) != EOF;) lContent.push_back(static_cast<char>(lByte));
-  if (lpFile != nullptr) fclose(lpFile);
-  return lContent;
-}
+using nfwtest::readFile;
+using nfwtest::TempDir;
+using nfwtest::writeFile;
 
 /// While it lives, standard error is another file.
 class RedirectedError {

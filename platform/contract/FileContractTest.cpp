@@ -20,8 +20,8 @@ std::string pattern(size_t nSize) {
 class FileContract : public testing::Test {
  protected:
   std::string make(const std::string& nContent) {
-    writeFile(mDir.file("a"), nContent);
-    return mDir.file("a");
+    writeFile(mDir / "a", nContent);
+    return mDir / "a";
   }
   static std::string readAll(File& nFile, unsigned int nSize) {
     std::string lBytes(nSize, '\0');
@@ -45,28 +45,22 @@ TEST_F(FileContract, ExistsForAllButDirectories) {
   EXPECT_TRUE(File(lPath.c_str()).exists());
   EXPECT_TRUE(File::exists("/dev/null"));
   EXPECT_FALSE(File::exists(mDir.path().c_str()));
-  EXPECT_FALSE(File::exists(mDir.file("missing").c_str()));
+  EXPECT_FALSE(File::exists((mDir / "missing").c_str()));
   EXPECT_FALSE(File::exists(""));
   EXPECT_FALSE(File::exists(nullptr));
 }
 
 TEST_F(FileContract, OpensRegularFilesToReadAndCreatesToWrite) {
   const std::string lFile = make("x");
-  const std::string lFifo = mDir.file("fifo");
+  const std::string lFifo = mDir / "fifo";
   ASSERT_EQ(0, mkfifo(lFifo.c_str(), 0600));
   const struct {
     std::string mPath;
     int mMode, mCreate;
     bool mIsOpened;
   } CASES[] = {
-      {lFile, 0, 0, true},
-      {mDir.file("missing"), 0, 0, false},
-      {mDir.path(), 0, 0, false},
-      {lFifo, 0, 0, false},
-      {mDir.path(), 2, 1, false},
-      {mDir.file("new"), 2, 1, true},
-      {mDir.file("no/a"), 2, 1, false},
-      {"", 0, 0, false},
+      {lFile, 0, 0, true},        {mDir / "missing", 0, 0, false}, {mDir.path(), 0, 0, false},   {lFifo, 0, 0, false},
+      {mDir.path(), 2, 1, false}, {mDir / "new", 2, 1, true},      {mDir / "no/a", 2, 1, false}, {"", 0, 0, false},
       {"", 2, 1, false},
   };
   for (const auto& lCase : CASES) {
@@ -75,7 +69,7 @@ TEST_F(FileContract, OpensRegularFilesToReadAndCreatesToWrite) {
     EXPECT_EQ(lCase.mIsOpened, lOpened.isOpened()) << lCase.mPath << lCase.mMode;
     EXPECT_STREQ(lCase.mPath.c_str(), lOpened.getPath());
   }
-  EXPECT_TRUE(File::exists(mDir.file("new").c_str()));
+  EXPECT_TRUE(File::exists((mDir / "new").c_str()));
 }
 
 TEST_F(FileContract, WritesAtOnceAndTruncates) {
@@ -97,7 +91,7 @@ TEST_F(FileContract, WritesAtOnceAndTruncates) {
 }
 
 TEST_F(FileContract, TruncatesTheOpenFileAndNotTheOneOfItsName) {
-  const std::string lPath = mDir.file("a"), lMoved = mDir.file("moved");
+  const std::string lPath = mDir / "a", lMoved = mDir / "moved";
   File lFile(lPath.c_str());
   ASSERT_TRUE(lFile.open(2, 1));
   EXPECT_EQ(10, lFile.write("0123456789", 10));
@@ -197,7 +191,7 @@ TEST_F(FileContract, GoesBeyondTheEndAndReadsNothingThere) {
 
 TEST_F(FileContract, ReachesBeyondFourGibibytes) {
   const long long FAR = 5ll << 30;
-  const std::string lPath = mDir.file("far");
+  const std::string lPath = mDir / "far";
   File lWriter(lPath.c_str());
   ASSERT_TRUE(lWriter.open(2, 1));
   ASSERT_TRUE(lWriter.seek(FAR, File::ORIGIN_BEGIN));
@@ -212,18 +206,18 @@ TEST_F(FileContract, ReachesBeyondFourGibibytes) {
 }
 
 TEST_F(FileContract, TellsWhetherTheOpenFileHasAName) {
-  const std::string lPath = mDir.file("named");
+  const std::string lPath = mDir / "named";
   File lWriter(lPath.c_str());
   EXPECT_TRUE(lWriter.hasName()) << "not open";
   ASSERT_TRUE(lWriter.open(2, 1));
-  ASSERT_EQ(0, rename(lPath.c_str(), mDir.file("moved").c_str()));
+  ASSERT_EQ(0, rename(lPath.c_str(), (mDir / "moved").c_str()));
   EXPECT_TRUE(lWriter.hasName());
-  ASSERT_EQ(0, remove(mDir.file("moved").c_str()));
+  ASSERT_EQ(0, remove((mDir / "moved").c_str()));
   EXPECT_FALSE(lWriter.hasName());
 }
 
 TEST_F(FileContract, SeesWhatAWriterAppendsAfterTheEndWasMet) {
-  const std::string lPath = mDir.file("growing");
+  const std::string lPath = mDir / "growing";
   File lWriter(lPath.c_str());
   File lReader(lPath.c_str());
   ASSERT_TRUE(lWriter.open(2, 1));

@@ -1,4 +1,4 @@
-#include "Gps.h"
+#include "ParseNotes.h"
 #include "ZTSDeadReckoning.h"
 #include "ZTSMount.h"
 #include "gtest/gtest.h"
@@ -9,16 +9,8 @@ struct NmeaListener : GpsNmeaListener {
   void notifyReceiveNmeaSentence(char const*, unsigned int) override {}
 };
 
-struct ParseListener : GpsParseNmeaListener {
-  void notifyParseNmeaSentence(PARSE_NMEA const*) override {}
-  void notifyParseGgaSentence(GPGGA const*) override {}
-  void notifyParseGllSentence(GPGLL const*) override {}
-  void notifyParseGsaSentence(GPGSA const*) override {}
-  void notifyParseGsvSentence(GPGSV const*) override {}
-  void notifyParseRmcSentence(GPRMC const*) override {}
-  void notifyParseVtgSentence(GPVTG const*) override {}
-  void notifyParseZdaSentence(GPZDA const*) override {}
-  void notifyParsePubxSentence(PUBX const*) override {}
+struct ParseListener : nfwtest::ParseNotes {
+  void note(const char*, const void*) override {}
 };
 
 struct MountListener : ZTSMountListener {

@@ -1,15 +1,15 @@
 // The stand-ins of the service SDKs: who is called, in which order, and how a listener goes while it is being called.
 #include <atomic>
-#include <condition_variable>
 #include <functional>
+#include <future>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "Gps.h"
 #include "GpsHost.h"
+#include "ParseNotes.h"
+#include "ThreadSupport.h"
 #include "ZTSDeadReckoning.h"
 #include "ZTSDeadReckoningHost.h"
 #include "ZTSMount.h"
@@ -71,75 +71,35 @@ TEST(SdkStandIn, ListenersComeAndGoDuringACall) {
 }
 
 TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
-  std::mutex lMutex;
-  std::condition_variable lChanged;
-  bool lIsInside = false, lIsReleased = false, lIsFinished = false;
+  std::promise<void> lGo;
+  std::atomic<bool> lIsFinished{false};
   std::atomic<unsigned int> lCalls{0};
   Nmea lListener([&](const std::string& nText) {
     ++lCalls;
     if (nText != "wait") return;
-    std::unique_lock<std::mutex> lLock(lMutex);
-    lIsInside = true;
-    lChanged.notify_all();
-    lChanged.wait(lLock, [&] { return lIsReleased; });
+    lGo.get_future().wait();
     lIsFinished = true;
   });
   lListener.attach();
   std::thread lFeeder([] { feed("wait"); });
-  {
-    std::unique_lock<std::mutex> lLock(lMutex);
-    lChanged.wait(lLock, [&] { return lIsInside; });
-  }
+  EXPECT_TRUE(contract::eventually([&] { return lCalls > 0; }));
   std::thread lRemover([&] {
     EXPECT_TRUE(lListener.detach());
-    std::lock_guard<std::mutex> lLock(lMutex);
     EXPECT_TRUE(lIsFinished);
   });
-  for (unsigned int lBefore = 0; lBefore != lCalls;) {  // until it is not called any more: the removal is under way
-    lBefore = lCalls;
+  EXPECT_TRUE(contract::eventually([&] {  // not called any more: the removal is under way
+    const unsigned int lBefore = lCalls;
     feed("pass");
-  }
-  {
-    std::lock_guard<std::mutex> lLock(lMutex);
-    lIsReleased = true;
-    lChanged.notify_all();
-  }
+    return lBefore == lCalls;
+  }));
+  lGo.set_value();
   lRemover.join();
   lFeeder.join();
 }
 
-TEST(SdkStandIn, ARemovedListenerMayBeDeletedAtOnce) {
-  std::atomic<bool> lIsOver{false};
-  std::atomic<unsigned int> lCalls{0};
-  std::vector<std::thread> lThreads;
-  for (int i = 0; i < 2; ++i) {
-    lThreads.emplace_back([&] {
-      for (; !lIsOver; std::this_thread::yield()) feed("x");
-    });
-  }
-  for (int i = 0; i < 40; ++i) {
-    const unsigned int lBefore = lCalls;
-    auto lpListener = std::make_unique<Nmea>([&](const std::string&) { ++lCalls; });
-    lpListener->attach();
-    while (lCalls == lBefore) std::this_thread::yield();
-    EXPECT_TRUE(lpListener->detach());
-  }
-  lIsOver = true;
-  for (std::thread& lThread : lThreads) lThread.join();
-}
-
-struct Parse : GpsParseNmeaListener {
-  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note("Nmea", npRecord); }
-  void notifyParseGgaSentence(GPGGA const* npRecord) override { note("Gga", npRecord); }
-  void notifyParseGllSentence(GPGLL const* npRecord) override { note("Gll", npRecord); }
-  void notifyParseGsaSentence(GPGSA const* npRecord) override { note("Gsa", npRecord); }
-  void notifyParseGsvSentence(GPGSV const* npRecord) override { note("Gsv", npRecord); }
-  void notifyParseRmcSentence(GPRMC const* npRecord) override { note("Rmc", npRecord); }
-  void notifyParseVtgSentence(GPVTG const* npRecord) override { note("Vtg", npRecord); }
-  void notifyParseZdaSentence(GPZDA const* npRecord) override { note("Zda", npRecord); }
-  void notifyParsePubxSentence(PUBX const* npRecord) override { note("Pubx", npRecord); }
-  void note(const char* npName, const void* npRecord) {
-    mCalls += std::string(npName) + " ";
+struct Parse : nfwtest::ParseNotes {
+  void note(const char* npKind, const void* npRecord) override {
+    mCalls += std::string(npKind) + " ";
     mpRecord = npRecord;
   }
 
@@ -169,7 +129,7 @@ TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
   gpshost::feed(GPGGA{}, WGS_84_GPS);
   EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
   gpshost::feed(GPGGA{}, TOKYO_GPS);
-  EXPECT_EQ("Gga Gll Gsa Gsv Rmc Vtg Zda Pubx Nmea ", lListener.mCalls);
+  EXPECT_EQ("gga gll gsa gsv rmc vtg zda pubx six ", lListener.mCalls);
 }
 
 TEST(SdkStandIn, HandsOverDeadReckoningReports) {

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "utl/StringUtil.h"
 
@@ -10,29 +11,21 @@ using namespace utl;
 namespace {
 
 TEST(StringContract, CopyTakesWhatFitsWithItsTerminatorAndNeverCuts) {
-  char lTarget[5] = "old";
-  EXPECT_TRUE(copyStr(lTarget, sizeof(lTarget), "abcd"));
-  EXPECT_STREQ("abcd", lTarget);
-  EXPECT_FALSE(copyStr(lTarget, sizeof(lTarget), "abcde"));
-  EXPECT_STREQ("", lTarget);
-  EXPECT_TRUE(copyStr(lTarget, sizeof(lTarget), "abcdefgh", 3));
-  EXPECT_STREQ("abc", lTarget);
-  EXPECT_TRUE(copyStr(lTarget, sizeof(lTarget), "ab", 3));
-  EXPECT_STREQ("ab", lTarget);
-  EXPECT_FALSE(copyStr(lTarget, sizeof(lTarget), "abcdefgh", 5));
-  EXPECT_STREQ("", lTarget);
-  EXPECT_TRUE(copyStr(lTarget, sizeof(lTarget), "abcd"));
-  EXPECT_FALSE(copyStr(lTarget, sizeof(lTarget), nullptr));
-  EXPECT_STREQ("", lTarget);
-  EXPECT_FALSE(copyStr(nullptr, 5, "a"));
-  EXPECT_FALSE(copyStr(lTarget, 0, ""));
-}
-
-TEST(StringContract, CountedCopyReadsNoFurther) {
-  const char lUnterminated[3] = {'a', 'b', 'c'};
-  char lTarget[4];
-  EXPECT_TRUE(copyStr(lTarget, sizeof(lTarget), lUnterminated, 3));
-  EXPECT_STREQ("abc", lTarget);
+  const char lUnterminated[3] = {'a', 'b', 'c'};  // a counted copy reads no further
+  const struct {
+    const char* mpText;
+    int mCount;          // -1: up to the terminator
+    const char* mpCopy;  // null: it does not fit, and leaves an empty text
+  } ROWS[] = {{"abcd", -1, "abcd"}, {"abcde", -1, nullptr},   {nullptr, -1, nullptr},   {"abcdefgh", 3, "abc"},
+              {"ab", 3, "ab"},      {"abcdefgh", 5, nullptr}, {lUnterminated, 3, "abc"}};
+  for (const auto& lRow : ROWS) {
+    char lTarget[5] = "old";
+    EXPECT_EQ(lRow.mpCopy != nullptr, lRow.mCount < 0
+                                          ? copyStr(lTarget, 5, lRow.mpText)
+                                          : copyStr(lTarget, 5, lRow.mpText, static_cast<unsigned>(lRow.mCount)));
+    EXPECT_STREQ(lRow.mpCopy != nullptr ? lRow.mpCopy : "", lTarget);
+    EXPECT_FALSE(copyStr(nullptr, 5, lRow.mpText) || copyStr(lTarget, 0, lRow.mpText));
+  }
 }
 
 TEST(StringContract, AppendLeavesTheTextAloneWhenItDoesNotFit) {
@@ -58,45 +51,34 @@ TEST(StringContract, EraseTakesASpanOut) {
   EXPECT_STREQ("", lText);
 }
 
-template <class T>
-using Reader = bool (*)(const char*, T*);
-
-template <class T>
-struct Number {
-  const char* mpText;
-  T mValue;
-};
-
-template <class T, size_t N>
-void expectNumbers(Reader<T> npRead, const Number<T> (&nGood)[N]) {
-  for (const Number<T>& lGood : nGood) {
-    T lValue = 77;
-    EXPECT_TRUE(npRead(lGood.mpText, &lValue)) << lGood.mpText;
-    EXPECT_EQ(lGood.mValue, lValue);
-  }
-}
-
-template <class T, size_t N>
-void expectNone(Reader<T> npRead, const char* const (&nBad)[N]) {
-  for (const char* lpBad : nBad) {
-    T lValue = 77;
-    EXPECT_FALSE(npRead(lpBad, &lValue)) << lpBad;
-    EXPECT_EQ(T{77}, lValue);
-  }
+/// What the reader makes of a text: its number, nothing, or a fault.
+template <class T, bool (*READ)(const char*, T*)>
+std::string numberOf(const char* npText) {
   T lValue = 77;
-  EXPECT_FALSE(npRead(nullptr, &lValue));
-  EXPECT_FALSE(npRead("1", nullptr));
+  if (READ(npText, &lValue)) return std::to_string(lValue);
+  return lValue == 77 && !READ("1", nullptr) ? "" : "changed";
 }
 
 TEST(StringContract, NumbersAreWholeDecimalTextsInRange) {
-  expectNumbers<uint8_t>(toUint8, {{"0", 0}, {"08", 8}, {"255", 255}, {"000000000000255", 255}});
-  expectNumbers<uint16_t>(toUint16, {{"0", 0}, {"65535", 65535}});
-  expectNumbers<uint32_t>(toUint32, {{"0", 0}, {"4294967295", 4294967295u}});
-  expectNumbers<int32_t>(toSint32, {{"+08", 8}, {"-0", 0}, {"2147483647", INT32_MAX}, {"-2147483648", INT32_MIN}});
-  expectNone<uint8_t>(toUint8, {"", "256", "-1", "+1", " 1", "1 ", "0x1", "1.0", "\xB2"});
-  expectNone<uint16_t>(toUint16, {"", "65536", "-1", "+1", "99999999999999999999999"});
-  expectNone<uint32_t>(toUint32, {"", "4294967296", "-1", "+1", "18446744073709551616"});
-  expectNone<int32_t>(toSint32, {"", "+", "-", "--1", "+-1", "2147483648", "-2147483649", "1-", "1e3"});
+  const auto lUint8 = numberOf<uint8_t, toUint8>;
+  const auto lSint32 = numberOf<int32_t, toSint32>;
+  const struct {
+    std::string (*mpRead)(const char*);
+    std::vector<const char*> mGood, mBad;
+  } ROWS[] = {
+      {lUint8, {"0", "255"}, {"256", " 1", "1 ", "0x1", "1.0", "\xB2", "/", ":"}},
+      {numberOf<uint16_t, toUint16>, {"0", "65535"}, {"65536", "99999999999999999999999"}},
+      {numberOf<uint32_t, toUint32>, {"0", "4294967295"}, {"4294967296", "18446744073709551616"}},
+      {lSint32, {"2147483647", "-2147483648"}, {"+", "-", "--1", "+-1", "2147483648", "-2147483649", "1-", "1e3"}},
+  };
+  for (const auto& lRow : ROWS) {
+    for (const char* lpText : lRow.mGood) EXPECT_EQ(lpText, lRow.mpRead(lpText));
+    for (const char* lpText : lRow.mBad) EXPECT_EQ("", lRow.mpRead(lpText)) << lpText;
+    for (const char* lpText : {"", static_cast<const char*>(nullptr)}) EXPECT_EQ("", lRow.mpRead(lpText));
+    for (const char* lpText : {"-1", "+1"}) EXPECT_EQ(lRow.mpRead == lSint32, lRow.mpRead(lpText) != "") << lpText;
+  }
+  EXPECT_EQ("8 255", lUint8("08") + " " + lUint8("000000000000255"));
+  EXPECT_EQ("8 0", lSint32("+08") + " " + lSint32("-0"));
 }
 
 TEST(StringContract, NumbersAreWrittenWhenTheyFit) {
@@ -113,24 +95,19 @@ TEST(StringContract, NumbersAreWrittenWhenTheyFit) {
 }
 
 TEST(StringContract, FullWidthFormsBecomeHalfWidth) {
-  const Number<const char*> TEXTS[] = {
+  const std::pair<const char*, const char*> TEXTS[] = {
       {"", ""},
       {"\xEF\xBC\x81\xEF\xBC\x90\xEF\xBC\xBF\xEF\xBD\x80\xEF\xBD\x9E\xE3\x80\x80|", "!0_`~ |"},
       {"\xEF\xBC\x80\xEF\xBD\x9F\xE3\x80\x81\xC3\xA9\xF0\x9F\x98\x80",
        "\xEF\xBC\x80\xEF\xBD\x9F\xE3\x80\x81\xC3\xA9\xF0\x9F\x98\x80"},
       {"\xEF\xBC", "\xEF\xBC"},
       {"\xF3\x80\x80", "\xF3\x80\x80"},
-      {"\x90\xFF"
-       "1\xEF"
-       "2",
-       "\x90\xFF"
-       "1\xEF"
-       "2"}};
+      {"\x90\xFFz\xEFz", "\x90\xFFz\xEFz"}};
   for (const auto& lCase : TEXTS) {
     char lText[32];
-    ASSERT_TRUE(copyStr(lText, sizeof(lText), lCase.mpText));
+    ASSERT_TRUE(copyStr(lText, sizeof(lText), lCase.first));
     EXPECT_TRUE(convertAttrib(lText, sizeof(lText), HANKAKU_ZENKAKU_PAIR));
-    EXPECT_STREQ(lCase.mValue, lText);
+    EXPECT_STREQ(lCase.second, lText);
   }
   char lUnterminated[] = {'a', 'b'};
   EXPECT_FALSE(convertAttrib(lUnterminated, sizeof(lUnterminated), HANKAKU_ZENKAKU_PAIR));

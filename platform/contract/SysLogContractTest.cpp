@@ -15,31 +15,18 @@ class SysLogContract : public testing::Test {
   void TearDown() override { ::close(mNull); }
 };
 
-TEST_F(SysLogContract, TakesATypeWithAndWithoutAName) {
-  EXPECT_TRUE(registerLogType(901, "<TEST>", 4));
-  registerLogType(902, nullptr, 4);  // it may refuse, it must not fall over
-  setFilterLevel(901, 5);
-  setFilterLevel(903, 5);
-  setAllFilterLevel(-1);
-}
-
-TEST_F(SysLogContract, TakesAnyText) {
-  registerLogType(901, "<TEST>", 4);
-  for (const std::string& lText :
-       {std::string(), std::string("%s %n %d"), std::string(1023, 'x'), std::string("\x80\n")}) {
-    for (int lLevel = 0; lLevel <= 5; ++lLevel) applog(901, lLevel, lText.c_str());
-    applog(-1, 1, lText.c_str());
-  }
-}
-
-TEST_F(SysLogContract, TakesLinesFromAllThreadsAtOnce) {
+TEST_F(SysLogContract, TakesAnyTypeLevelAndTextFromAllThreadsAtOnce) {
   std::vector<std::thread> lThreads;
   for (int lType = 910; lType < 914; ++lType) {
     lThreads.emplace_back([lType] {
       for (int i = 0; i < 50; ++i) {
-        registerLogType(lType, "<TEST>", 4);
-        applog(lType, 1, "one of many");
-        setAllFilterLevel(4);
+        EXPECT_TRUE(registerLogType(lType, "<TEST>", 4));
+        registerLogType(902, nullptr, 4);  // it may refuse, it must not fall over
+        setFilterLevel(lType, i % 6);
+        setFilterLevel(903, 5);
+        for (const char* lpText : {"", "%s %n %d", "\x80\n"}) applog(i % 2 == 0 ? lType : -1, i % 6, lpText);
+        applog(lType, 1, std::string(1023, 'x').c_str());
+        setAllFilterLevel(-1);
       }
     });
   }

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <future>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "ContractSupport.h"
 #include "SysLogService.h"
 #include "SysLogServiceHost.h"
+#include "ThreadSupport.h"
 
 namespace {
 
@@ -98,7 +100,7 @@ TEST(SysLogStandIn, SurvivesAReaderThatHasGone) {
 
 TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
   contract::TempDir lDir;
-  const int lFile = ::open(lDir.file("log").c_str(), O_WRONLY | O_CREAT, 0600);
+  const int lFile = ::open((lDir / "log").c_str(), O_WRONLY | O_CREAT, 0600);
   {
     RedirectedError lError(lFile);
     for (const char* lpText : {"one", "two"}) {
@@ -107,7 +109,7 @@ TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
     }
   }
   ::close(lFile);
-  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir.file("log")));
+  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir / "log"));
 }
 
 TEST(SysLogStandIn, KeepsLevelsOfRegisteredTypes) {
@@ -130,49 +132,34 @@ TEST(SysLogStandIn, RefusesATypeTooMany) {
   EXPECT_TRUE(lpTypes->set(255, "y", 5));
 }
 
-// Fails the test when it is called before its life or after it.
-class LivingSink : public syslogservice::Sink {
- public:
-  explicit LivingSink(std::atomic<unsigned int>& nCalls) : mCalls(nCalls) { mpBefore = syslogservice::setSink(this); }
-  ~LivingSink() override {
-    EXPECT_EQ(this, syslogservice::setSink(mpBefore));
-    EXPECT_EQ(0, mInside.load());
-    mIsAlive = false;
-  }
-  void writeLine(int, int, const char* npText) override {
-    ++mInside;
-    EXPECT_TRUE(mIsAlive);
-    EXPECT_STREQ("a line", npText);
-    std::this_thread::yield();
-    ++mCalls;
-    --mInside;
-  }
-
- private:
-  std::atomic<unsigned int>& mCalls;
-  syslogservice::Sink* mpBefore;
-  std::atomic<int> mInside{0};
-  std::atomic<bool> mIsAlive{true};
-};
-
 TEST(SysLogStandIn, ASinkIsLeftBeforeItIsReplaced) {
-  std::atomic<unsigned int> lCalls{0};
-  std::atomic<bool> lIsOver{false};
-  auto lpOuter = std::make_unique<LivingSink>(lCalls);
-  std::vector<std::thread> lThreads;
-  for (int i = 0; i < 3; ++i) {
-    lThreads.emplace_back([&] {
-      do applog(30, 1, "a line");
-      while (!lIsOver);
-    });
-  }
-  for (int i = 0; i < 20; ++i) {
-    const unsigned int lBefore = lCalls;
-    LivingSink lInner(lCalls);
-    while (lCalls == lBefore) std::this_thread::yield();
-  }
-  lIsOver = true;
-  for (std::thread& lThread : lThreads) lThread.join();
+  struct Sink : syslogservice::Sink {
+    void writeLine(int nType, int nLevel, const char* npText) override {
+      EXPECT_TRUE(nType == 30 && nLevel == 1 && std::string("a line") == npText);
+      if (++mCalls > 1) return;
+      mGo.get_future().wait();
+      mIsOver = true;
+    }
+    std::atomic<int> mCalls{0};
+    std::promise<void> mGo;
+    std::atomic<bool> mIsOver{false};
+  } lOuter, lInner;
+  lInner.mCalls = 1;
+  syslogservice::Sink* const lpBefore = syslogservice::setSink(&lOuter);
+  std::thread lWriter([] { applog(30, 1, "a line"); });
+  EXPECT_TRUE(contract::eventually([&] { return lOuter.mCalls == 1; }));
+  std::thread lReplacer([&] {
+    EXPECT_EQ(&lOuter, syslogservice::setSink(&lInner));
+    EXPECT_TRUE(lOuter.mIsOver);
+  });
+  EXPECT_TRUE(contract::eventually([&] {  // lines of others go on
+    applog(30, 1, "a line");
+    return lInner.mCalls > 1;
+  }));
+  lOuter.mGo.set_value();
+  lWriter.join();
+  lReplacer.join();
+  EXPECT_EQ(&lInner, syslogservice::setSink(lpBefore));
 }
 
 }  // namespace

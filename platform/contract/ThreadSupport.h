@@ -119,58 +119,49 @@ struct Sizes {
   unsigned int mData = 64, mNum = 256, mTimers = 4;
 };
 
-/// A thread with one listener.
-struct OwnThread {
-  explicit OwnThread(const Sizes& nSizes = {})
-      : mThread(nSizes.mData, nSizes.mNum, "nfw::Contract_Thread", nSizes.mTimers) {}
-  int start() { return mThread.start(&mRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0); }
+/// Both classes by the same verbs: of a thread with one listener, and of a shared thread used by one, which is told
+/// with each call (`Self` is a pointer to it).
+template <class Thread, class... Self>
+struct UnderTest {
+  explicit UnderTest(const Sizes& n = {})
+      : mThread(n.mData, n.mNum, none<Self>()..., "nfw::Contract_Thread", n.mTimers) {}
+  int start() {
+    if constexpr (sizeof...(Self) > 0) {
+      return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+    } else {
+      return mThread.start(&mRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+    }
+  }
   template <class M>
   bool post(const M& nMsg) {
-    return mThread.postMsg(nMsg);
+    return mThread.postMsg(self<Self>()..., nMsg);
   }
   template <class M>
   bool send(const M& nMsg) {
-    return mThread.sendMsgSync(nMsg);
+    return mThread.sendMsgSync(self<Self>()..., nMsg);
   }
   template <class M>
   bool interrupt(const M& nMsg) {
-    return mThread.sendMsgInterrupt(nMsg);
+    return mThread.sendMsgInterrupt(self<Self>()..., nMsg);
   }
-  int timer(unsigned int nMs, int nCount, unsigned int nParam) { return mThread.setTimer(nMs, nCount, nParam); }
-  bool has(int nId) { return mThread.hasMsg(nId); }
-  unsigned int erase(int nId) { return mThread.eraseMsg(nId); }
-  unsigned int erase(Judgement* npJudgement) { return mThread.eraseMsgInternal(npJudgement); }
+  int timer(unsigned int nMs, int nCount, unsigned int n) { return mThread.setTimer(self<Self>()..., nMs, nCount, n); }
+  bool has(int nId) { return mThread.hasMsg(self<Self>()..., nId); }
+  unsigned int erase(int nId) { return mThread.eraseMsg(self<Self>()..., nId); }
+  unsigned int erase(Judgement* np) { return mThread.eraseMsgInternal(self<Self>()..., np); }
 
+  template <class S>
+  S self() {
+    return &mRecorder;
+  }
+  template <class S>
+  static unsigned int none() {
+    return 0;
+  }
   Recorder mRecorder;
-  utl::MsgDrivenThread mThread;
+  Thread mThread;
 };
 
-/// A shared thread used by one listener.
-struct SharedThread {
-  explicit SharedThread(const Sizes& nSizes = {})
-      : mThread(nSizes.mData, nSizes.mNum, 0, "nfw::Contract_SharedThread", nSizes.mTimers) {}
-  int start() { return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0); }
-  template <class M>
-  bool post(const M& nMsg) {
-    return mThread.postMsg(&mRecorder, nMsg);
-  }
-  template <class M>
-  bool send(const M& nMsg) {
-    return mThread.sendMsgSync(&mRecorder, nMsg);
-  }
-  template <class M>
-  bool interrupt(const M& nMsg) {
-    return mThread.sendMsgInterrupt(&mRecorder, nMsg);
-  }
-  int timer(unsigned int nMs, int nCount, unsigned int nParam) {
-    return mThread.setTimer(&mRecorder, nMs, nCount, nParam);
-  }
-  bool has(int nId) { return mThread.hasMsg(&mRecorder, nId); }
-  unsigned int erase(int nId) { return mThread.eraseMsg(&mRecorder, nId); }
-  unsigned int erase(Judgement* npJudgement) { return mThread.eraseMsgInternal(&mRecorder, npJudgement); }
-
-  Recorder mRecorder;
-  utl::MsgDrivenSharedThread mThread;
-};
+using OwnThread = UnderTest<utl::MsgDrivenThread>;
+using SharedThread = UnderTest<utl::MsgDrivenSharedThread, Recorder*>;
 
 }  // namespace contract

@@ -102,7 +102,7 @@ class Runner:
         values = {**os.environ, **dict(entry.split("=", 1) for entry in case.environment), **(extra or {})}
         sentences = os.path.join(os.path.dirname(self.build.root), "shared", "nmea")
         if os.path.isdir(sentences):
-            values.update(NFW_NMEA_DIR=sentences, NFW_CORPUS=sentences)
+            values.update(NFW_NMEA_DIR=sentences)
         return values
 
     @staticmethod

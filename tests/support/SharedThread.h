@@ -3,9 +3,22 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfwtest {
+
+/// Waits for what another thread brings about soon and has no event. False when it does not within 20 s.
+template <class Condition>
+bool eventually(Condition nHolds) {
+  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  for (; !nHolds(); std::this_thread::yield()) {
+    if (std::chrono::steady_clock::now() > lEnd) return false;
+  }
+  return true;
+}
 
 /// Runs from construction to destruction.
 class SharedThread : private utl::ThreadMsgListener {

@@ -1,136 +1,204 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
 #include <functional>
+#include <future>
+#include <memory>
+#include <utility>
 
 #include "NfwComponentManager.h"
-#include "NfwSharedThreadComponent.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 
 namespace {
 
-const char* const PHASE_NAMES[] = {"pre", "initialize", "start", "stop", "shutdown", "finalize"};
-
 /// What was called, in order.
 using Notes = std::vector<std::string>;
 
-class NotingComponent : public nfw::Component {
- public:
-  NotingComponent(const char* npName, Notes& nNotes, int nResult = nfw::PHASE_DONE)
-      : nfw::Component(npName), mNotes(nNotes), mResult(nResult) {}
-  ~NotingComponent() override { mNotes.push_back(std::string("~") + getComponentName()); }
-
- private:
-  int note(int nPhase) {
-    mNotes.push_back(std::string(getComponentName()) + "." + PHASE_NAMES[nPhase]);
-    return mResult;
-  }
-  int initializeBeforeQuickBootImp() override { return note(0); }
-  int initializeAfterQuickBootImp() override { return note(1); }
-  int startImp() override { return note(2); }
-  int stopImp() override { return note(3); }
-  int shutdownImp() override { return note(4); }
-  int finalizeImp() override { return note(5); }
-
-  Notes& mNotes;
-  const int mResult;
+struct PhaseRow {
+  const char* mpName;
+  bool (nfw::ComponentManager::*mpDrive)();
+  void (nfw::Component::*mpSetComplete)();
+  void (nfw::ComponentManager::*mpReport)(nfw::Component*);
+  const char *mpDriver, *mpHandler, *mpEntry, *mpLate;
+  size_t mClosingLength;
 };
 
-class NotingListener : public nfw::ComponentStatusListener {
- public:
-  explicit NotingListener(Notes& nNotes) : mNotes(nNotes) {}
-  void onPreQuickBootComplete() override { note(0); }
-  void onInitializeComplete() override { note(1); }
-  void onStartComplete() override { note(2); }
-  void onStopComplete() override { note(3); }
-  void onShutdownComplete() override { note(4); }
-  void onFinalizeComplete() override {
-    note(5);
-    if (mOnFinalized) mOnFinalized();
-  }
-
-  std::function<void()> mOnFinalized;
-
- private:
-  void note(int nPhase) { mNotes.push_back(std::string("all.") + PHASE_NAMES[nPhase]); }
-  Notes& mNotes;
+using M = nfw::ComponentManager;
+using C = nfw::Component;
+const PhaseRow ROWS[] = {
+    {"pre", &M::initializeBeforeQuickBoot, &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete,
+     "initializeBeforeQuickBoot", "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot", 37},
+    {"initialize", &M::initializeAfterQuickBoot, &C::setInitializeComplete, &M::setInitializeComplete,
+     "initializeAfterQuickBoot", "onInitializeAfterQuickBoot", "setInitializeComplete", "Initialize", 47},
+    {"start", &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart", "setStartComplete", "Start",
+     42},
+    {"stop", &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop", "setStopComplete", "Stop", 41},
+    {"shutdown", &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete, "shutdown", "onShutdown",
+     "setShutdownComplete", "Shutdown", 45},
+    {"finalize", &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete, "finalize", "onFinalize",
+     "setFinalizeComplete", "Finalize", 45},
 };
-
-using Driver = bool (nfw::ComponentManager::*)();
-const Driver DRIVERS[] = {&nfw::ComponentManager::initializeBeforeQuickBoot,
-                          &nfw::ComponentManager::initializeAfterQuickBoot,
-                          &nfw::ComponentManager::start,
-                          &nfw::ComponentManager::stop,
-                          &nfw::ComponentManager::shutdown,
-                          &nfw::ComponentManager::finalize};
 
 class ComponentManagerTest : public testing::Test {
  protected:
+  /// Whoever is called notes it, and that no lock is held: another thread can use the manager meanwhile.
+  void note(const std::string& nNote) {
+    mNotes.push_back(nNote);
+    if (mpManager == nullptr) return;
+    const auto lOther = std::async(std::launch::async, [this] { mpManager->setStatusListener(nullptr); });
+    EXPECT_EQ(std::future_status::ready, lOther.wait_for(std::chrono::seconds(20))) << nNote;
+  }
+
+  ~ComponentManagerTest() override { const auto lpLast = std::move(mpManager); }
+
+  class NotingComponent : public nfw::Component {
+   public:
+    NotingComponent(const char* npName, ComponentManagerTest& nTest, int nResult)
+        : nfw::Component(npName), mTest(nTest), mResult(nResult) {}
+    ~NotingComponent() override { mTest.note(std::string("~") + getComponentName()); }
+
+   private:
+    int call(int nPhase) {
+      mTest.note(std::string(getComponentName()) + "." + ROWS[nPhase].mpName);
+      return mResult;
+    }
+    int initializeBeforeQuickBootImp() override { return call(0); }
+    int initializeAfterQuickBootImp() override { return call(1); }
+    int startImp() override { return call(2); }
+    int stopImp() override { return call(3); }
+    int shutdownImp() override { return call(4); }
+    int finalizeImp() override { return call(5); }
+
+    ComponentManagerTest& mTest;
+    const int mResult;
+  };
+
+  struct NotingListener : nfw::ComponentStatusListener {
+    explicit NotingListener(ComponentManagerTest& nTest) : mTest(nTest) {}
+    void onPreQuickBootComplete() override { mTest.note("all.pre"); }
+    void onInitializeComplete() override { mTest.note("all.initialize"); }
+    void onStartComplete() override { mTest.note("all.start"); }
+    void onStopComplete() override { mTest.note("all.stop"); }
+    void onShutdownComplete() override { mTest.note("all.shutdown"); }
+    void onFinalizeComplete() override {
+      mTest.note("all.finalize");
+      if (mOnFinalized) mOnFinalized();
+    }
+
+    ComponentManagerTest& mTest;
+    std::function<void()> mOnFinalized;
+  };
+
   nfw::Component* add(const char* npName, int nResult = nfw::PHASE_DONE) {
-    nfw::Component* const lpComponent = new NotingComponent(npName, mNotes, nResult);
+    nfw::Component* const lpComponent = new NotingComponent(npName, *this, nResult);
     EXPECT_TRUE(mpManager->addComponent(utl::SmartPointer<nfw::Component>(lpComponent)));
     return lpComponent;
   }
+  void begin() {
+    EXPECT_TRUE(mpManager->setStatusListener(&mListener));
+    ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+  }
+  void renew() {
+    mpManager.reset(new nfw::ComponentManager(2));
+    mNotes.clear();
+  }
+  bool start(int nPhase) { return (mpManager.get()->*ROWS[nPhase].mpDrive)(); }
   bool drive(int nPhase) {
-    const bool lResult = (mpManager.get()->*DRIVERS[nPhase])();
-    mThread.settle();  // the phase has run
-    mThread.settle();  // the completions that it posted have been handled
+    const bool lResult = start(nPhase);
+    settle();
     return lResult;
   }
-  void passTime(unsigned int nMs, const char* npExpected) {
-    mClock.advance(nMs);
-    if (npExpected == nullptr) return;
-    EXPECT_TRUE(mLog.waitFor(npExpected)) << npExpected;
+  void settle() {
+    mThread.settle();  // the phase has run
+    mThread.settle();  // the completions that it posted have been handled
+  }
+  Notes takeNotes() { return std::exchange(mNotes, {}); }
+  /// The log's texts since the last call, every line of level 1.
+  Notes errors() {
+    Notes lTexts;
+    for (const auto& l : mLog.lines()) lTexts.push_back(l.mText + (l.mLevel == 1 ? "" : " - not an error"));
+    mLog.clear();
+    return lTexts;
   }
 
   seams::ManualClock mClock;
   seams::CapturedLog mLog;
   Notes mNotes;
-  NotingListener mListener{mNotes};
+  NotingListener mListener{*this};
   nfwtest::SharedThread mThread{nfw::ComponentManager::getMaxMsgDataSize()};
   std::unique_ptr<nfw::ComponentManager> mpManager{new nfw::ComponentManager(2)};
 };
 
 TEST_F(ComponentManagerTest, DrivesEveryPhaseFrontToBackAndReleasesTheComponents) {
   EXPECT_EQ(4U, nfw::ComponentManager::getMaxMsgDataSize());
-  EXPECT_TRUE(mpManager->setStatusListener(&mListener));
+  EXPECT_FALSE(start(0)) << "no thread yet";
   add("A");
   add("B");
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  Notes lExpected;
+  begin();
+  for (int i = 0; i < 6; ++i) {
+    for (int j = 0; j < 6; ++j) EXPECT_TRUE(j == i || j == 3 || !drive(j)) << i << j;
+    EXPECT_TRUE(drive(i));
+    EXPECT_FALSE(drive(i));
+    const std::string lPhase = std::string(".") + ROWS[i].mpName;
+    Notes lExpected{"A" + lPhase, "B" + lPhase};
+    if (i == 5) lExpected.insert(lExpected.end(), {"~A", "~B"});
+    lExpected.push_back("all" + lPhase);
+    if (i == 5) std::sort(mNotes.begin() + 2, mNotes.begin() + 4);  // the order of release says nothing
+    EXPECT_EQ(lExpected, takeNotes());
+  }
+  EXPECT_FALSE(drive(3));
+  EXPECT_EQ(Notes(), errors());
+}
+
+TEST_F(ComponentManagerTest, APhaseIsCompleteWhenEveryComponentIs) {
+  begin();
+  EXPECT_TRUE(drive(0));
+  EXPECT_EQ(Notes{"all.pre"}, takeNotes()) << "also without any component";
+  renew();
+  nfw::Component* const COMPONENTS[] = {add("A", nfw::PHASE_PENDING), add("B", nfw::PHASE_PENDING)};
+  begin();
   for (int i = 0; i < 6; ++i) {
     EXPECT_TRUE(drive(i));
-    for (const char* lpWho : {"A.", "B.", "all."}) {
-      if (i == 5 && *lpWho == 'a') lExpected.insert(lExpected.end(), {"~A", "~B"});
-      lExpected.push_back(std::string(lpWho) + PHASE_NAMES[i]);
-    }
+    takeNotes();
+    for (int lTwice = 0; lTwice < 2; ++lTwice) (COMPONENTS[0]->*ROWS[i].mpSetComplete)();
+    settle();
+    EXPECT_EQ(Notes(), mNotes) << "one has completed, and said so twice";
+    (COMPONENTS[1]->*ROWS[i].mpSetComplete)();
+    settle();
+    EXPECT_EQ(std::string("all.") + ROWS[i].mpName, mNotes.at(i == 5 ? 2 : 0));
   }
-  std::sort(mNotes.end() - 3, mNotes.end() - 1);  // the order of release says nothing
-  EXPECT_EQ(lExpected, mNotes);
-  EXPECT_TRUE(mLog.texts().empty());
-  for (int i = 0; i < 6; ++i) EXPECT_FALSE(drive(i));
 }
 
-TEST_F(ComponentManagerTest, ListenerIsToldAlsoWithoutAnyComponent) {
-  mpManager->setStatusListener(&mListener);
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  EXPECT_TRUE(drive(0));
-  EXPECT_EQ(Notes{"all.pre"}, mNotes);
-}
-
-TEST_F(ComponentManagerTest, DriversKeepTheOrderButStopComesFromAnyPhaseBeforeIt) {
-  mpManager->setStatusListener(&mListener);
-  EXPECT_FALSE(mpManager->initializeBeforeQuickBoot());  // no thread yet
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  for (const int lPhase : {1, 2, 4, 5}) EXPECT_FALSE(drive(lPhase));
-  EXPECT_TRUE(drive(0));
-  EXPECT_FALSE(drive(0));
-  EXPECT_TRUE(drive(1));
-  EXPECT_TRUE(drive(3));
-  EXPECT_FALSE(drive(3));
-  EXPECT_FALSE(drive(2));
-  EXPECT_TRUE(drive(4));
-  EXPECT_TRUE(mLog.texts().empty());
+// States 0 to 6: before the first phase, in it and behind it, and so on.
+TEST_F(ComponentManagerTest, StopComesFromAnyPhaseBeforeIt) {
+  for (int lState = 0; lState <= 7; ++lState) {
+    SCOPED_TRACE(lState);
+    renew();
+    nfw::Component* const lpComponent = add("A", nfw::PHASE_PENDING);
+    begin();
+    for (int i = 0; 2 * i + 1 <= lState; ++i) {
+      EXPECT_TRUE(drive(i));
+      if (2 * i + 2 <= lState) (lpComponent->*ROWS[i].mpSetComplete)();
+      settle();
+    }
+    takeNotes();
+    if (lState < 7) {
+      const seams::Failing lFailing(seams::POST);
+      EXPECT_FALSE(start(3));
+      EXPECT_EQ(Notes{"ComponentManager::stop(): Can't post thread"}, errors());
+    }
+    EXPECT_TRUE(lState % 2 == 1 || drive(lState / 2)) << "it is where it was";
+    EXPECT_EQ(lState < 6, drive(3));
+    takeNotes();
+    for (int i = 0; i < 3; ++i) (lpComponent->*ROWS[i].mpSetComplete)();  // too late
+    settle();
+    EXPECT_EQ(Notes(), mNotes);
+    lpComponent->setStopComplete();
+    settle();
+    EXPECT_EQ(Notes{"all.stop"}, mNotes);
+  }
 }
 
 TEST_F(ComponentManagerTest, IsConfiguredOnlyBeforeItsThread) {
@@ -138,129 +206,130 @@ TEST_F(ComponentManagerTest, IsConfiguredOnlyBeforeItsThread) {
   EXPECT_TRUE(mpManager->addComponent(utl::SmartPointer<nfw::Component>()));
   add("A");
   add("B");
-  Notes lNotes;
-  EXPECT_FALSE(mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", lNotes))));
-  EXPECT_EQ(Notes{"ComponentManager::addComponent(): Can't add [C] to ComponentList"}, mLog.texts());
-
+  const auto lAdd = [&] {
+    return mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", *this, nfw::PHASE_DONE)));
+  };
+  EXPECT_FALSE(lAdd());
+  EXPECT_EQ(Notes{"ComponentManager::addComponent(): Can't add [C] to ComponentList"}, errors());
   EXPECT_FALSE(mpManager->initializeThread(nullptr));
+  mThread.stop();
+  EXPECT_FALSE(mpManager->initializeThread(mThread.get()));
+  EXPECT_EQ(Notes{"ComponentManager::initializeThread(): Thread is not running"}, errors());
+  mThread.start();
   ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
   EXPECT_FALSE(mpManager->addComponent(utl::SmartPointer<nfw::Component>()));
   EXPECT_FALSE(mpManager->setStatusListener(&mListener));
-  mLog.clear();
   EXPECT_FALSE(mpManager->initializeThread(mThread.get()));
-  EXPECT_EQ(Notes{"Thread Start[nfw::ComponentManager_Watch_Thread]"}, mLog.texts());
+  EXPECT_EQ(Notes{"Thread Start[nfw::ComponentManager_Watch_Thread]"}, errors());
+  EXPECT_TRUE(drive(0));
+  EXPECT_FALSE(mpManager->initializeThread(mThread.get()));
+  EXPECT_EQ(Notes(), errors()) << "in another state it does not even try";
 }
 
-TEST_F(ComponentManagerTest, NeedsARunningThread) {
-  mThread.stop();
-  EXPECT_FALSE(mpManager->initializeThread(mThread.get()));
-  EXPECT_EQ(Notes{"ComponentManager::initializeThread(): Thread is not running"}, mLog.texts());
-}
-
-TEST_F(ComponentManagerTest, FailedPostLeavesThePhaseToBeTriedAgain) {
-  const char* const LINES[] = {
-      "initializeBeforeQuickBoot", "initializeAfterQuickBoot", "start", "stop", "shutdown", "finalize"};
-  mpManager->setStatusListener(&mListener);
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+TEST_F(ComponentManagerTest, WhatCannotBePostedOrTimedIsNamed) {
+  nfw::Component* const lpPending = add("Slow", nfw::PHASE_PENDING);
+  const auto lLine = [](const char* npOperation, const char* npWhat) {
+    return Notes{std::string("ComponentManager::") + npOperation + "(): Can't " + npWhat};
+  };
+  for (int lHasThread = 0; lHasThread < 2; ++lHasThread) {
+    for (const PhaseRow& lPhase : ROWS) {
+      const seams::Failing lFailing(seams::POST);
+      (mpManager.get()->*lPhase.mpReport)(lpPending);
+      EXPECT_EQ(lHasThread != 0 ? lLine(lPhase.mpEntry, "post thread") : Notes(), errors());
+    }
+    if (lHasThread == 0) begin();
+  }
   for (int i = 0; i < 6; ++i) {
     {
       const seams::Failing lFailing(seams::POST);
-      EXPECT_FALSE((mpManager.get()->*DRIVERS[i])());
+      EXPECT_FALSE(start(i));
     }
-    EXPECT_EQ(Notes{std::string("ComponentManager::") + LINES[i] + "(): Can't post thread"}, mLog.texts());
-    mLog.clear();
-    EXPECT_TRUE(drive(i));
+    EXPECT_EQ(lLine(ROWS[i].mpDriver, "post thread"), errors());
+    const seams::Failing lFailing(seams::TIMER);
+    EXPECT_TRUE(drive(i)) << "it is still to come, and goes on without a watch";
+    EXPECT_EQ(lLine(ROWS[i].mpHandler, "set timer"), errors());
+    (lpPending->*ROWS[i].mpSetComplete)();
+    settle();
   }
+  EXPECT_EQ("all.finalize", mNotes.back());
 }
 
 TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
-  const struct {
-    void (nfw::Component::*mpSetComplete)();
-    const char* mpOpening;
-    size_t mClosingLength;
-  } LATE[] = {
-      {&nfw::Component::setBeforeQuickBootComplete, "##### Pre QuickBoot of Component is Too Late #####", 37},
-      {&nfw::Component::setInitializeComplete, "##### Initialize of Component is Too Late #####", 47},
-      {&nfw::Component::setStartComplete, "##### Start of Component is Too Late #####", 42},
-      {&nfw::Component::setStopComplete, "##### Stop of Component is Too Late #####", 41},
-      {&nfw::Component::setShutdownComplete, "##### Shutdown of Component is Too Late #####", 45},
-      {&nfw::Component::setFinalizeComplete, "##### Finalize of Component is Too Late #####", 45},
-  };
-  mpManager->setStatusListener(&mListener);
   nfw::Component* const lpPending = add("Slow", nfw::PHASE_PENDING);
   add("Quick");
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+  begin();
   for (int i = 0; i < 6; ++i) {
-    mLog.clear();
     EXPECT_TRUE(drive(i));
-    passTime(29999, nullptr);
-    EXPECT_TRUE(mLog.texts().empty());
-    passTime(1, std::string(LATE[i].mClosingLength, '#').c_str());
-    EXPECT_EQ((Notes{LATE[i].mpOpening, "# [Slow] is not complete", std::string(LATE[i].mClosingLength, '#')}),
+    mClock.advance(29999);
+    EXPECT_EQ(Notes(), errors());
+    mClock.advance(1);
+    const std::string lClosing(ROWS[i].mClosingLength, '#');
+    EXPECT_TRUE(mLog.waitFor(lClosing));
+    EXPECT_EQ((Notes{std::string("##### ") + ROWS[i].mpLate + " of Component is Too Late #####",
+                     "# [Slow] is not complete", lClosing}),
               mLog.texts());
     for (const auto& lLine : mLog.lines()) EXPECT_EQ(3, lLine.mLevel);
     mLog.clear();
-    passTime(60000, nullptr);
-    EXPECT_FALSE(mNotes.back() == std::string("all.") + PHASE_NAMES[i]);
-    if (i < 5) (lpPending->*LATE[i].mpSetComplete)();  // once more changes nothing; finalised it is gone
-    (lpPending->*LATE[i].mpSetComplete)();
-    mThread.settle();
-    EXPECT_EQ(std::string("all.") + PHASE_NAMES[i], mNotes.back());
-    EXPECT_TRUE(mLog.texts().empty());
+    mClock.advance(60000);
+    (lpPending->*ROWS[i].mpSetComplete)();
+    settle();
+    EXPECT_EQ(std::string("all.") + ROWS[i].mpName, mNotes.back());
+    mClock.advance(60000);
   }
+  mpManager.reset();  // the watch has ended
+  EXPECT_EQ(Notes(), errors());
 }
 
-TEST_F(ComponentManagerTest, PhaseGoesOnWithoutAWatchWhenNoTimerIsToBeHad) {
-  mpManager->setStatusListener(&mListener);
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  const seams::Failing lFailing(seams::TIMER);
-  EXPECT_TRUE(drive(0));
-  EXPECT_EQ(Notes{"ComponentManager::onInitializeBeforQuickBoot(): Can't set timer"}, mLog.texts());
-  EXPECT_EQ(Notes{"all.pre"}, mNotes);
-}
-
-TEST_F(ComponentManagerTest, LostCompletionIsLogged) {
-  nfw::Component* const lpPending = add("Slow", nfw::PHASE_PENDING);
-  lpPending->setInitializeComplete();  // no thread yet: nothing to tell
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-  const seams::Failing lFailing(seams::POST);
-  lpPending->setStartComplete();
-  EXPECT_EQ(Notes{"ComponentManager::setStartComplete(): Can't post thread"}, mLog.texts());
+// Nothing of the watch's thread is left, and what it was asked before it ended is not handled by anybody.
+TEST_F(ComponentManagerTest, TheWatchEndsWithTheLastPhase) {
+  const auto lThreads = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
+  };
+  const auto lBefore = lThreads();
+  begin();
+  EXPECT_EQ(lBefore + 1, lThreads());
+  const unsigned int lId = static_cast<unsigned int>(mThread->getId());
+  for (int i = 0; i < 6; ++i) EXPECT_TRUE(drive(i));
+  EXPECT_TRUE(nfwtest::eventually([&] { return lThreads() == lBefore; }));
+  nfwtest::RawMsg lUnknown(1);
+  mpManager->receiveMsg(static_cast<int>(lId), lUnknown);  // its thread is forgotten
+  EXPECT_EQ(Notes(), errors());
 }
 
 TEST_F(ComponentManagerTest, UnreadableMessagesAreNamed) {
-  nfwtest::RawMsg lNoId;
-  nfwtest::RawMsg lUnknown(static_cast<int>(0x80000C0Eu));
+  nfwtest::RawMsg lNoId, lBelow(static_cast<int>(0x80000C01u)), lAbove(static_cast<int>(0x80000C0Eu));
   mpManager->receiveMsg(1, lNoId);  // without a thread: ignored
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+  begin();
   const int lId = mThread->getId();
-  mpManager->receiveMsg(lId, lNoId);
-  mpManager->receiveMsg(lId, lUnknown);
-  mpManager->receiveMsg(-1, lNoId);
-  EXPECT_EQ((Notes{"ComponentManager::receiveThreadMsg(): Can't get MsgId",
-                   "ComponentManager::receiveThreadMsg(): UnknownMsg: MsgId=-2147480562",
-                   "ComponentManager::receiveMsg(): Unknown ThreadId: 0xffffffff"}),
-            mLog.texts());
+  for (nfwtest::RawMsg* lpMsg : {&lNoId, &lBelow, &lAbove}) {
+    for (const int lThread : {lId, lId + 1, 0}) mpManager->receiveMsg(lThread, *lpMsg);  // its own, the watch's, none
+  }
+  const std::string lNone = "ComponentManager::receiveMsg(): Unknown ThreadId: 0x0000";
+  const std::string lOwn = "ComponentManager::receiveThreadMsg(): ";
+  const std::string lWatch = "ComponentManager::receiveWatchThreadMsg(): ";
+  EXPECT_EQ((Notes{lOwn + "Can't get MsgId", lWatch + "Can't get MsgId", lNone, lOwn + "UnknownMsg: MsgId=-2147480575",
+                   lWatch + "UnknownMsg: MsgId=-2147480575", lNone, lOwn + "UnknownMsg: MsgId=-2147480562",
+                   lWatch + "UnknownMsg: MsgId=-2147480562", lNone}),
+            errors());
 }
 
 TEST_F(ComponentManagerTest, MayBeDeletedInItsLastCallback) {
   mListener.mOnFinalized = [this] { mpManager.reset(); };
-  mpManager->setStatusListener(&mListener);
-  ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
+  begin();
   for (int i = 0; i < 6; ++i) EXPECT_TRUE(drive(i));
   EXPECT_EQ(nullptr, mpManager);
 }
 
 TEST_F(ComponentManagerTest, MayBeDeletedWithMessagesUnderWay) {
-  for (int i = 0; i < 200; ++i) {
-    mpManager.reset(new nfw::ComponentManager(1));
+  for (int i = 0; i < 50; ++i) {
+    renew();
     add("A");
-    ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
-    mpManager->initializeBeforeQuickBoot();
+    begin();
+    start(0);
     mpManager.reset();
   }
   mThread.settle();
-  EXPECT_EQ(Notes{}, mLog.texts()) << "a phase is run under its watch or not at all";
+  EXPECT_EQ(Notes(), errors()) << "a phase is run under its watch or not at all";
 }
 
 }  // namespace

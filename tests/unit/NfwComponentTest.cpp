@@ -1,47 +1,64 @@
 #include <gtest/gtest.h>
 
-#include "NfwComponent.h"
+#include <functional>
+#include <future>
+#include <thread>
+
 #include "NfwSharedThreadComponent.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 
 namespace {
 
+using Ids = std::vector<int>;
+const int TIMER = 1000;  // noted for a timer, plus its parameter
+
 class TestComponent : public nfw::SharedThreadComponent {
  public:
-  explicit TestComponent(const char* npName) : nfw::SharedThreadComponent(npName) {}
-  void receiveMsg(int /*nThreadId*/, utl::ThreadRawMsg& nMsg) override { nMsg.getMsgId(&mLastMsgId); }
+  explicit TestComponent(const char* npName = "Map") : nfw::SharedThreadComponent(npName) {}
+  void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override {
+    int lId = 0;
+    EXPECT_TRUE(nMsg.getMsgId(&lId));
+    utl::TimerMsg lTimer;
+    if (lId == utl::TimerMsg::MSG_ID && lTimer.restoreFrom(nMsg)) lId = TIMER + static_cast<int>(lTimer.getParam());
+    mIds.push_back(lId);
+    mThreadIds.push_back(nThreadId);
+    if (mOnMsg) mOnMsg(lId);
+  }
 
   int mResult = 0;
+  Ids mCalls, mIds, mThreadIds;
   bool mWasStopRequested = false;
-  int mLastMsgId = 0;
+  std::function<void(int)> mOnMsg;
 
- protected:
-  int initializeBeforeQuickBootImp() override { return mResult; }
-  int initializeAfterQuickBootImp() override { return mResult; }
-  int startImp() override { return mResult; }
-  int stopImp() override {
+ private:
+  int call(int nPhase) {
+    mCalls.push_back(nPhase);
     mWasStopRequested = isStopRequested();
     return mResult;
   }
-  int shutdownImp() override { return mResult; }
-  int finalizeImp() override { return mResult; }
+  int initializeBeforeQuickBootImp() override { return call(0); }
+  int initializeAfterQuickBootImp() override { return call(1); }
+  int startImp() override { return call(2); }
+  int stopImp() override { return call(3); }
+  int shutdownImp() override { return call(4); }
+  int finalizeImp() override { return call(5); }
 };
 
+using C = nfw::Component;
 const struct {
-  int (nfw::Component::*mpRun)();
-  bool (nfw::Component::*mpIsComplete)() const;
-  void (nfw::Component::*mpSetComplete)();
+  int (C::*mpRun)();
+  bool (C::*mpIsComplete)() const;
+  void (C::*mpSetComplete)();
   const char* mpName;
 } PHASES[] = {
-    {&nfw::Component::initializeBeforeQuickBoot, &nfw::Component::isPreQuickBootComplete,
-     &nfw::Component::setBeforeQuickBootComplete, "initializeBeforeQuickBoot"},
-    {&nfw::Component::initializeAfterQuickBoot, &nfw::Component::isInitializeComplete,
-     &nfw::Component::setInitializeComplete, "initializeAfterQuickBoot"},
-    {&nfw::Component::start, &nfw::Component::isStartComplete, &nfw::Component::setStartComplete, "start"},
-    {&nfw::Component::stop, &nfw::Component::isStopComplete, &nfw::Component::setStopComplete, "stop"},
-    {&nfw::Component::shutdown, &nfw::Component::isShutdownComplete, &nfw::Component::setShutdownComplete, "shutdown"},
-    {&nfw::Component::finalize, &nfw::Component::isFinalizeComplete, &nfw::Component::setFinalizeComplete, "finalize"},
+    {&C::initializeBeforeQuickBoot, &C::isPreQuickBootComplete, &C::setBeforeQuickBootComplete,
+     "initializeBeforeQuickBoot"},
+    {&C::initializeAfterQuickBoot, &C::isInitializeComplete, &C::setInitializeComplete, "initializeAfterQuickBoot"},
+    {&C::start, &C::isStartComplete, &C::setStartComplete, "start"},
+    {&C::stop, &C::isStopComplete, &C::setStopComplete, "stop"},
+    {&C::shutdown, &C::isShutdownComplete, &C::setShutdownComplete, "shutdown"},
+    {&C::finalize, &C::isFinalizeComplete, &C::setFinalizeComplete, "finalize"},
 };
 
 TEST(ComponentTest, EveryPhaseTellsItsResultAndCompletesAsItSays) {
@@ -49,121 +66,116 @@ TEST(ComponentTest, EveryPhaseTellsItsResultAndCompletesAsItSays) {
     int mResult;
     bool mIsComplete;
     const char* mpLine;
-  } RESULTS[] = {
-      {0, true, nullptr},
-      {1, true, nullptr},
-      {2, true, "() is Failure"},
-      {3, false, nullptr},
-      {7, true, "() is Unknown Result=7"},
-      {-1, true, "() is Unknown Result=-1"},
-  };
-  for (const auto& lPhase : PHASES) {
+  } RESULTS[] = {{0, true, ""},
+                 {1, true, ""},
+                 {3, false, ""},
+                 {2, true, "() is Failure"},
+                 {7, true, "() is Unknown Result=7"},
+                 {-1, true, "() is Unknown Result=-1"}};
+  for (int i = 0; i < 6; ++i) {
     for (const auto& lResult : RESULTS) {
       seams::CapturedLog lLog;
-      TestComponent lComponent("Map");
+      TestComponent lComponent;
       lComponent.mResult = lResult.mResult;
-      EXPECT_EQ(lResult.mResult, (lComponent.*lPhase.mpRun)());
-      EXPECT_EQ(lResult.mIsComplete, (lComponent.*lPhase.mpIsComplete)()) << lPhase.mpName << lResult.mResult;
-      const std::vector<std::string> lLines = lLog.texts();
-      if (lResult.mpLine == nullptr) {
-        EXPECT_TRUE(lLines.empty());
-      } else {
-        EXPECT_EQ(std::vector<std::string>{std::string("[Map] ") + lPhase.mpName + lResult.mpLine}, lLines);
-      }
-      (lComponent.*lPhase.mpSetComplete)();
-      EXPECT_TRUE((lComponent.*lPhase.mpIsComplete)());
+      EXPECT_EQ(lResult.mResult, (lComponent.*PHASES[i].mpRun)());
+      EXPECT_EQ(Ids{i}, lComponent.mCalls);
+      EXPECT_EQ(i == 3, lComponent.mWasStopRequested) << "before the phase is done";
+      EXPECT_EQ(lResult.mIsComplete, (lComponent.*PHASES[i].mpIsComplete)()) << PHASES[i].mpName << lResult.mResult;
+      std::string lLine;
+      for (const auto& l : lLog.lines()) lLine += l.mText + (l.mLevel == 1 ? "" : "?");
+      EXPECT_EQ(*lResult.mpLine != 0 ? std::string("[Map] ") + PHASES[i].mpName + lResult.mpLine : "", lLine);
+      (lComponent.*PHASES[i].mpSetComplete)();
+      for (int j = 0; j < 6; ++j) EXPECT_EQ(i == j, (lComponent.*PHASES[j].mpIsComplete)());
     }
   }
-}
-
-TEST(ComponentTest, StopIsRequestedBeforeItIsDone) {
-  TestComponent lComponent(nullptr);
-  EXPECT_STREQ("", lComponent.getComponentName());
-  EXPECT_FALSE(lComponent.isStopRequested());
-  lComponent.stop();
-  EXPECT_TRUE(lComponent.mWasStopRequested);
-  EXPECT_TRUE(lComponent.isStopRequested());
+  EXPECT_STREQ("", TestComponent(nullptr).getComponentName());
 }
 
 TEST(SharedThreadComponentTest, BindsOnlyToARunningThread) {
   seams::CapturedLog lLog;
-  TestComponent lComponent("Map");
+  TestComponent lComponent;
   utl::MsgDrivenSharedThread lStopped(16, 4, 0, "stopped", 0);
   EXPECT_FALSE(lComponent.initializeThread(nullptr));
   EXPECT_TRUE(lLog.lines().empty());
   EXPECT_FALSE(lComponent.initializeThread(&lStopped));
   EXPECT_TRUE(lLog.has("SharedThreadComponent[Map]::initializeThread(): Thread is not running"));
+  EXPECT_EQ(1, lLog.lines().at(0).mLevel);
   EXPECT_EQ(nullptr, lComponent.getThread());
-  EXPECT_FALSE(lComponent.postMsg(1));
-  EXPECT_FALSE(lComponent.sendMsgSync(1));
-  EXPECT_FALSE(lComponent.sendMsgInterrupt(utl::Msg(1)));
+  const utl::Msg lMsg(1);
+  EXPECT_FALSE(lComponent.postMsg(1) || lComponent.sendMsgSync(1) || lComponent.sendMsgInterrupt(1));
+  EXPECT_FALSE(lComponent.postMsg(lMsg) || lComponent.sendMsgSync(lMsg) || lComponent.sendMsgInterrupt(lMsg));
   EXPECT_EQ(0, lComponent.setTimer(1, 1, 0, 0));
   EXPECT_FALSE(lComponent.killTimer(1, 1));
+  EXPECT_EQ(1U, lLog.lines().size());
 }
 
-TEST(SharedThreadComponentTest, SendsAndTimesMessagesToItself) {
+TEST(SharedThreadComponentTest, SendsAndTimesMessagesToItselfAsTheThreadWould) {
   seams::ManualClock lClock;
   nfwtest::SharedThread lThread(16);
-  TestComponent lComponent("Map");
+  TestComponent lComponent;
+  std::promise<void> lGo;
+  lComponent.mOnMsg = [&](int nId) {
+    if (nId == 1) lGo.get_future().wait();
+  };
   ASSERT_TRUE(lComponent.initializeThread(lThread.get()));
-  EXPECT_TRUE(lComponent.postMsg(5));
-  lThread.settle();
-  EXPECT_EQ(5, lComponent.mLastMsgId);
-  EXPECT_TRUE(lComponent.sendMsgSync(utl::Msg(6)));
-  EXPECT_EQ(6, lComponent.mLastMsgId);
-  EXPECT_TRUE(lComponent.sendMsgInterrupt(7));
-  EXPECT_EQ(7, lComponent.mLastMsgId);
-  EXPECT_GT(lComponent.setTimer(50, 1, 0, 0), 0);
-  lClock.advance(50);
-  lThread.settle();
-  EXPECT_EQ(utl::TimerMsg::MSG_ID, lComponent.mLastMsgId);
+  EXPECT_EQ(lThread.get(), lComponent.getThread());
+  EXPECT_TRUE(lComponent.postMsg(1));
+  EXPECT_TRUE(nfwtest::eventually([&] { return !lThread->hasMsg(&lComponent, 1); }));
+  EXPECT_TRUE(lComponent.postMsg(utl::Msg(2)));
+  std::thread lSender([&] { EXPECT_TRUE(lComponent.sendMsgInterrupt(3) && lComponent.sendMsgInterrupt(utl::Msg(4))); });
+  EXPECT_TRUE(nfwtest::eventually([&] { return lThread->hasMsg(&lComponent, 3); }));
+  lGo.set_value();
+  lSender.join();
+  EXPECT_TRUE(lComponent.sendMsgSync(5) && lComponent.sendMsgSync(utl::Msg(6)));
+  EXPECT_EQ((Ids{1, 3}), Ids(lComponent.mIds.begin(), lComponent.mIds.begin() + 2)) << "interrupts go first";
+  EXPECT_EQ(6U, lComponent.mIds.size());
+  lComponent.mIds.clear();
+  EXPECT_GT(lComponent.setTimer(50, 2, 7, 0), 0);
+  const int lEndless = lComponent.setTimer(70, 0, 8, 0);
+  for (const unsigned int lMs : {49U, 1U, 20U, 30U, 40U}) lClock.advance(lMs), lThread.settle();
+  EXPECT_EQ((Ids{TIMER + 7, TIMER + 8, TIMER + 7, TIMER + 8}), lComponent.mIds);
+  EXPECT_TRUE(lComponent.killTimer(lEndless, 1));
+  EXPECT_FALSE(lComponent.killTimer(lEndless, 1));
 }
 
 // It binds anew in a handler, with messages and a timer behind it on the first thread.
 TEST(SharedThreadComponentTest, LeavesNothingBehindOnTheThreadBefore) {
-  class MovingComponent : public TestComponent {
-   public:
-    MovingComponent(const char* npName, nfwtest::SharedThread& nNext) : TestComponent(npName), mNext(nNext) {}
-    void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override {
-      TestComponent::receiveMsg(nThreadId, nMsg);
-      mThreadIds.push_back(nThreadId);
-      if (mLastMsgId != 5) return;
-      EXPECT_TRUE(postMsg(6));
-      EXPECT_GT(setTimer(50, 0, 0, 0), 0);
-      EXPECT_TRUE(initializeThread(getThread()));  // the same one: everything stays
-      EXPECT_TRUE(getThread()->hasMsg(this, 6));
-      EXPECT_TRUE(initializeThread(mNext.get()));
-      EXPECT_TRUE(postMsg(7));
-    }
-    std::vector<int> mThreadIds;
-
-   private:
-    nfwtest::SharedThread& mNext;
-  };
   seams::ManualClock lClock;
   nfwtest::SharedThread lFirst(16), lSecond(16);
-  MovingComponent lComponent("Map", lSecond);
+  TestComponent lComponent;
+  lComponent.mOnMsg = [&](int nId) {
+    if (nId != 5) return;
+    EXPECT_TRUE(lComponent.postMsg(6));
+    EXPECT_GT(lComponent.setTimer(50, 0, 0, 0), 0);
+    EXPECT_TRUE(lComponent.initializeThread(lFirst.get()));  // the same one: everything stays
+    EXPECT_TRUE(lFirst->hasMsg(&lComponent, 6));
+    EXPECT_TRUE(lComponent.initializeThread(lSecond.get()));
+    EXPECT_TRUE(lComponent.postMsg(7));
+  };
   ASSERT_TRUE(lComponent.initializeThread(lFirst.get()));
   EXPECT_TRUE(lComponent.postMsg(5));
   lFirst.settle();
   lClock.advance(100);
   lFirst.settle();
   lSecond.settle();
-  EXPECT_EQ((std::vector<int>{lFirst->getId(), lSecond->getId()}), lComponent.mThreadIds);
+  EXPECT_EQ((Ids{lFirst->getId(), lSecond->getId()}), lComponent.mThreadIds);
 }
 
 TEST(SharedThreadComponentTest, NothingIsDeliveredToADestroyedComponent) {
-  class DroppingComponent : public TestComponent {
-   public:
-    using TestComponent::TestComponent;
-    ~DroppingComponent() override { getThread()->abortMsg(this); }  // before receiveMsg() is gone
-  };
+  std::promise<void> lGo;
   nfwtest::SharedThread lThread(32);
+  TestComponent lHolding;
+  lHolding.mOnMsg = [&](int) { lGo.get_future().wait(); };
+  ASSERT_TRUE(lHolding.initializeThread(lThread.get()) && lHolding.postMsg(1));
+  EXPECT_TRUE(nfwtest::eventually([&] { return lThread->getFirstMsgId() == 0; }));
   {
-    DroppingComponent lComponent("Map");
+    TestComponent lComponent;
     ASSERT_TRUE(lComponent.initializeThread(lThread.get()));
     for (int i = 0; i < 32; ++i) ASSERT_TRUE(lComponent.postMsg(i));
+    ASSERT_TRUE(lThread->hasMsg(&lComponent, 31));
   }
+  EXPECT_EQ(0, lThread->getFirstMsgId());
+  lGo.set_value();
   lThread.settle();
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
+#include "../../syslog/src/RecordBatch.h"
 #include "ContractSupport.h"
 #include "PlatformSeams.h"
 #include "SysLogService.h"
@@ -23,11 +24,11 @@ using Counts = std::vector<unsigned long long>;  // recorded, bytes, waiting, re
 
 class BinaryLogStandIn : public testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str())); }
+  void SetUp() override { ASSERT_TRUE(syslogservice::setBinaryLogFile((mDir / "log").c_str())); }
   void TearDown() override { syslogservice::setBinaryLogFile(nullptr); }
   std::string content() const {
     EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
-    return readFile(mDir.file("log"));
+    return readFile(mDir / "log");
   }
   static Counts counts() {
     const syslogservice::BinaryLogCounts l = syslogservice::binaryLogCounts();
@@ -42,7 +43,7 @@ TEST_F(BinaryLogStandIn, AppendsExactlyTheBytes) {
   EXPECT_EQ(0, BinaryLogWrite(0, "a\0\n\xFF", 4));
   EXPECT_EQ(0, BinaryLogWrite(0, nullptr, 0));
   EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.path().c_str()));
-  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("log").c_str()));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile((mDir / "log").c_str()));
   EXPECT_EQ((Counts{0, 0, 0, 0, 0, 0}), counts());
   EXPECT_EQ(0, BinaryLogWrite(0, "bc", 2));
   EXPECT_EQ(std::string("a\0\n\xFF"
@@ -66,10 +67,18 @@ TEST_F(BinaryLogStandIn, TellsOfAFailure) {
   EXPECT_EQ("", content());
 }
 
+TEST_F(BinaryLogStandIn, WritesAnEmptyRecordWhateverWasInterruptedBefore) {
+  syslogservice::RecordBatch lBatch;
+  ASSERT_TRUE(lBatch.add(nullptr, 0));
+  errno = EINTR;
+  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO));
+  EXPECT_EQ(1U, lBatch.wholeNum());
+}
+
 TEST_F(BinaryLogStandIn, KeepsItsFileWhenNoThreadCanBeMadeForAnother) {
   {
     const seams::Failing lFailing(seams::THREAD_START);
-    EXPECT_FALSE(syslogservice::setBinaryLogFile(mDir.file("other").c_str()));
+    EXPECT_FALSE(syslogservice::setBinaryLogFile((mDir / "other").c_str()));
     EXPECT_EQ(EAGAIN, errno);
   }
   EXPECT_EQ(0, BinaryLogWrite(0, "a", 1));
@@ -104,8 +113,8 @@ class StuckFile {
 };
 
 TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
-  StuckFile lFile(mDir.file("stuck"));
-  ASSERT_TRUE(syslogservice::setBinaryLogFile(mDir.file("stuck").c_str()));
+  StuckFile lFile(mDir / "stuck");
+  ASSERT_TRUE(syslogservice::setBinaryLogFile((mDir / "stuck").c_str()));
   std::string lTaken;
   for (unsigned int i = 0; i < 3000; ++i) {
     const std::string lRecord(1000, static_cast<char>('a' + i % 26));
@@ -122,8 +131,8 @@ TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
 }
 
 TEST_F(BinaryLogStandIn, LeavesAFileThatIsStuckBehind) {
-  auto lpFile = std::make_unique<StuckFile>(mDir.file("stuck"));
-  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open(mDir.file("stuck").c_str(), LIMIT_MS);
+  auto lpFile = std::make_unique<StuckFile>(mDir / "stuck");
+  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open((mDir / "stuck").c_str(), LIMIT_MS);
   ASSERT_NE(nullptr, lpLog);
   lpLog->begin();
   for (int i = 0; i < 200; ++i) EXPECT_TRUE(lpLog->append(std::string(1000, 'a').data(), 1000));
@@ -161,7 +170,7 @@ TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
     FileLimit lLimit(13);
     EXPECT_EQ(0, BinaryLogWrite(0, "abcdefgh", 8));
     EXPECT_FALSE(syslogservice::flushBinaryLog(LIMIT_MS));
-    EXPECT_EQ("12345678", readFile(mDir.file("log")));
+    EXPECT_EQ("12345678", readFile(mDir / "log"));
     EXPECT_EQ((Counts{1, 8, 1, 0, 0, EFBIG}), counts());
   }
   EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));

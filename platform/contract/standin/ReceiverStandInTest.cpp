@@ -10,7 +10,9 @@
 
 #include "Gps.h"
 #include "GpsHost.h"
+#include "ParseNotes.h"
 #include "PlatformSeams.h"
+#include "ThreadSupport.h"
 
 namespace {
 
@@ -29,7 +31,7 @@ const std::string PUBX_00 =
     "$PUBX,00,081350.00,4717.113210,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.92,1.19,0.77,9,0,0*5F";
 
 /// Notes texts as they are and records by their kind. Registered while it lives.
-class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
+class Listener : public GpsNmeaListener, public nfwtest::ParseNotes {
  public:
   explicit Listener(GeodeticSystem nSystem = WGS_84_GPS) {
     Gps::GetInstance()->registerGpsNmeaListener(this, nSystem);
@@ -43,10 +45,9 @@ class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
     note(std::string(npText, nSize));
     if (mOnText) mOnText();
   }
-  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note("six"), mGga = npRecord->gga; }
-  void notifyParseGgaSentence(GPGGA const* npRecord) override { note("gga"), mGga = *npRecord; }
-  void notifyParseGllSentence(GPGLL const*) override { note("gll"); }
-  void notifyParseGsaSentence(GPGSA const*) override { note("gsa"); }
+  void note(const char* npKind, const void*) override { note(std::string(npKind)); }
+  void notifyParseNmeaSentence(PARSE_NMEA const* npRecord) override { note(std::string("six")), mGga = npRecord->gga; }
+  void notifyParseGgaSentence(GPGGA const* npRecord) override { note(std::string("gga")), mGga = *npRecord; }
   void notifyParseGsvSentence(GPGSV const* npRecord) override {
     std::string lNote = "gsv";
     for (unsigned int i = 0; i < npRecord->satelliteCount; ++i) {
@@ -54,10 +55,6 @@ class Listener : public GpsNmeaListener, public GpsParseNmeaListener {
     }
     note(lNote);
   }
-  void notifyParseRmcSentence(GPRMC const*) override { note("rmc"); }
-  void notifyParseVtgSentence(GPVTG const*) override { note("vtg"); }
-  void notifyParseZdaSentence(GPZDA const*) override { note("zda"); }
-  void notifyParsePubxSentence(PUBX const*) override { note("pubx"); }
 
   std::vector<std::string> mNotes;  // of the receiver's thread until it is drained
   std::function<void()> mOnText;
@@ -97,45 +94,22 @@ Notes notesOf(const Notes& nSentences) {
   return lListener.mNotes;
 }
 
+std::string join(const Notes& nNotes) {
+  std::string lAll;
+  for (const std::string& lNote : nNotes) lAll += lNote + "|";
+  return lAll;
+}
+
 TEST(ReceiverStandIn, HandsOnTheTextThenWhatFollowsFromIt) {
-  const std::string lGroup = "gsv 23 29 7 8 10- 5- 9 18 26 28";
-  EXPECT_EQ((Notes{RMC,
-                   "rmc",
-                   VTG,
-                   "vtg",
-                   GGA,
-                   "gga",
-                   GSA,
-                   "gsa",
-                   GSV_1,
-                   GSV_2,
-                   GSV_3,
-                   lGroup,
-                   ZDA,
-                   "zda",
-                   GLL,
-                   "gll",
-                   "six",
-                   PUBX_00,
-                   "pubx",
-                   GLL,
-                   "gll",
-                   "$GPTXT,01,01,02,u*00",
-                   "$GPGGA,spoilt"}),
-            notesOf({RMC, VTG, GGA, GSA, GSV_1, GSV_2, GSV_3, ZDA, GLL, PUBX_00, GLL, "$GPTXT,01,01,02,u*00",
-                     "$GPGGA,spoilt"}));
-  EXPECT_EQ((Notes{VTG,   "vtg",
-                   RMC,   "rmc",
-                   GGA,   "gga",
-                   GSA,   "gsa",
-                   GSV_1, GLL,
-                   "gll", GSV_2,
-                   GSV_3, lGroup,
-                   "six", GSV_2,
-                   GSV_3, "gsv 10- 5- 9 18 26 28",
-                   GSV_1, GSV_1,
-                   GSV_3, "gsv 23 29 7 8 26 28"}),
-            notesOf({VTG, RMC, GGA, GSA, GSV_1, GLL, GSV_2, GSV_3, GSV_2, GSV_3, GSV_1, GSV_1, GSV_3}));
+  const std::string lGroup = "gsv 23 29 7 8 10- 5- 9 18 26 28", lGsv = GSV_1 + "|" + GSV_2 + "|" + GSV_3 + "|" + lGroup;
+  const std::string lOther = "$GPTXT,01,01,02,u*00", lSpoilt = "$GPGGA,spoilt";
+  EXPECT_EQ(RMC + "|rmc|" + VTG + "|vtg|" + GGA + "|gga|" + GSA + "|gsa|" + lGsv + "|" + ZDA + "|zda|" + GLL +
+                "|gll|six|" + PUBX_00 + "|pubx|" + GLL + "|gll|" + lOther + "|" + lSpoilt + "|",
+            join(notesOf({RMC, VTG, GGA, GSA, GSV_1, GSV_2, GSV_3, ZDA, GLL, PUBX_00, GLL, lOther, lSpoilt})));
+  EXPECT_EQ(VTG + "|vtg|" + RMC + "|rmc|" + GGA + "|gga|" + GSA + "|gsa|" + GSV_1 + "|" + GLL + "|gll|" + GSV_2 + "|" +
+                GSV_3 + "|" + lGroup + "|six|" + GSV_2 + "|" + GSV_3 + "|gsv 10- 5- 9 18 26 28|" + GSV_1 + "|" + GSV_1 +
+                "|" + GSV_3 + "|gsv 23 29 7 8 26 28|",
+            join(notesOf({VTG, RMC, GGA, GSA, GSV_1, GLL, GSV_2, GSV_3, GSV_2, GSV_3, GSV_1, GSV_1, GSV_3})));
 }
 
 TEST(ReceiverStandIn, ALastMessageHasTheSatellitesThatStandInIt) {
@@ -193,7 +167,7 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
     });
   }
   lHold.awaitInside();
-  while (lTaken < Receiver::QUEUE_SIZE) std::this_thread::yield();
+  EXPECT_TRUE(contract::eventually([&] { return lTaken >= Receiver::QUEUE_SIZE; }));
   EXPECT_EQ(Receiver::QUEUE_SIZE, lTaken);  // the one that is being handed on is one of them
   lHold.release();
   for (std::thread& lProducer : lProducers) lProducer.join();

@@ -1,7 +1,9 @@
 // The threads with the clock in hand, and what only the stand-in promises.
 #include <pthread.h>
 
+#include <atomic>
 #include <climits>
+#include <cstdlib>
 #include <set>
 #include <string>
 
@@ -11,6 +13,21 @@
 #include "TimerIds.h"
 #include "utl/ThreadHost.h"
 #include "utl/Time.h"
+
+namespace {
+
+std::atomic<unsigned int> gNews{0};  // memory that was taken so far
+
+}  // namespace
+
+void* operator new(size_t nSize) {
+  ++gNews;
+  void* const lpBytes = malloc(nSize);
+  if (lpBytes == nullptr) abort();
+  return lpBytes;
+}
+void operator delete(void* npBytes) noexcept { free(npBytes); }
+void operator delete(void* npBytes, size_t) noexcept { free(npBytes); }
 
 namespace {
 
@@ -118,24 +135,36 @@ TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
   lThread.mThread.stop(1, LIMIT_MS);
 }
 
-TEST(Failing, PointsOfTheThreadsFailAsOftenAsAsked) {
-  OwnThread lThread;
-  {
-    seams::Failing lFailing(seams::THREAD_START);
-    EXPECT_NE(lThread.start(), 0);
+TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
+  struct : utl::ThreadMsgListener {
+    void receiveMsg(int, utl::ThreadRawMsg&) override {}
+  } lListener;
+  utl::MsgDrivenThread lThread(16, 8, "nfw::Memory_Thread", 2);
+  ASSERT_EQ(lThread.start(&lListener, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  unsigned int lWarm = 0;
+  for (int i = 0; i < 200; ++i) {
+    if (i == 100) lWarm = gNews;
+    EXPECT_TRUE(lThread.postMsg(1) && lThread.sendMsgSync(2) && lThread.sendMsgInterrupt(3));
+    EXPECT_TRUE(lThread.killTimer(lThread.setTimer(60000, 1, 0), 1));
   }
+  EXPECT_EQ(gNews, lWarm);
+  EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
+}
+
+TEST(Messages, ThatDoNotFitAreRefusedWhateverTheyGoOnToStore) {
+  struct Stubborn : utl::Msg {
+    Stubborn() : Msg(1) {}
+    bool storeDataTo(utl::MsgDataBroker& n) const override {
+      const char lBytes[200] = "";
+      EXPECT_TRUE(n.write(true));
+      EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
+      return true;
+    }
+  };
+  OwnThread lThread({16, 4, 0});
   ASSERT_EQ(lThread.start(), 0);
-  seams::Failing lPost(seams::POST, 1, 2), lTimer(seams::TIMER, 0, 1);
-  EXPECT_TRUE(lThread.post(1));
-  EXPECT_FALSE(lThread.post(2));
-  EXPECT_FALSE(lThread.send(3));
-  EXPECT_TRUE(lThread.send(4));
-  EXPECT_EQ(lPost.hits(), 2u);
-  EXPECT_EQ(lThread.timer(0, 1, 0), -1);
-  EXPECT_NE(lThread.timer(0, 1, 0), -1);
-  seams::Failing lTick(seams::TICK);
-  EXPECT_EQ(utl::TimeCounter::getTickTime(), utl::TimeCounter::FAILURE);
-  lThread.mThread.stop(1, LIMIT_MS);
+  lThread.send(Stubborn());
+  EXPECT_TRUE(lThread.send(2));
 }
 
 TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
@@ -152,6 +181,15 @@ TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   EXPECT_EQ(lFull.take(), 1);
   lFull.give(1);
   EXPECT_EQ(lFull.take(), 2);
+  utl::TimerIds lKept(INT_MAX - 1);
+  lKept.reserve(2);
+  EXPECT_EQ(lKept.take(), INT_MAX);
+  const unsigned int lBefore = gNews;
+  for (int i = 1; i <= 100; ++i) {
+    EXPECT_EQ(lKept.take(), i);
+    lKept.give(i);
+  }
+  EXPECT_EQ(gNews, lBefore) << "what was given back takes no room";
 }
 
 TEST(KernelName, FitsAndTellsTheThreadsApart) {
