@@ -63,7 +63,8 @@ class RoundTrip : public testing::TestWithParam<bool> {
     mPlayerNotes.clear();
     EXPECT_TRUE(nService.attachPlayer(&nPlayer) && nService.attachPlayListener(nId, &lListener));
     EXPECT_TRUE(nService.startPlay(nPath.c_str()));
-    EXPECT_TRUE(pump(mClock, [&] { return mPlayerNotes.count() >= 2; }, 50));
+    EXPECT_TRUE(pump(
+        mClock, [&] { return mPlayerNotes.count() >= 2; }, 50));
     nService.stopPlay(), nService.detachPlayListener(&lListener), nService.detachPlayer(&nPlayer);
     return lNotes.all();
   }
