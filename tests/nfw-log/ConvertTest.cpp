@@ -146,8 +146,9 @@ std::string digest(const std::string& nText) {
   return lHex;
 }
 
-// Each was looked at, opened by the programs that it is for, and found right. What comes out is shown where it differs.
-TEST_F(Convert, everyFormatIsAsItWasLookedAt) {
+// Every byte of what was written for others counts. Where one differs the whole output is shown: look at it, and write
+// the new digest down when it is meant.
+TEST_F(Convert, everyFormatIsWrittenAsBefore) {
   const struct {
     std::vector<std::string> mArguments;
     const char* mpDigest;

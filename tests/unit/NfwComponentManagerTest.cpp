@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <functional>
 #include <future>
@@ -46,12 +47,13 @@ class ComponentManagerTest : public testing::Test {
   /// Whoever is called notes it, and that no lock is held: another thread can use the manager meanwhile.
   void note(const std::string& nNote) {
     mNotes.push_back(nNote);
-    if (mpManager == nullptr) return;
-    const auto lOther = std::async(std::launch::async, [this] { mpManager->setStatusListener(nullptr); });
+    nfw::ComponentManager* const lpManager = mpAsked;
+    if (lpManager == nullptr) return;
+    const auto lOther = std::async(std::launch::async, [=] { lpManager->setStatusListener(nullptr); });
     EXPECT_EQ(std::future_status::ready, lOther.wait_for(std::chrono::seconds(20))) << nNote;
   }
 
-  ~ComponentManagerTest() override { const auto lpLast = std::move(mpManager); }
+  ~ComponentManagerTest() override { remove(); }
 
   class NotingComponent : public nfw::Component {
    public:
@@ -100,8 +102,14 @@ class ComponentManagerTest : public testing::Test {
     EXPECT_TRUE(mpManager->setStatusListener(&mListener));
     ASSERT_TRUE(mpManager->initializeThread(mThread.get()));
   }
+  void remove() {
+    mpAsked = nullptr;
+    mpManager.reset();
+  }
   void renew() {
+    remove();
     mpManager.reset(new nfw::ComponentManager(2));
+    mpAsked = mpManager.get();
     mNotes.clear();
   }
   bool start(int nPhase) { return (mpManager.get()->*ROWS[nPhase].mpDrive)(); }
@@ -129,6 +137,7 @@ class ComponentManagerTest : public testing::Test {
   NotingListener mListener{*this};
   nfwtest::SharedThread mThread{nfw::ComponentManager::getMaxMsgDataSize()};
   std::unique_ptr<nfw::ComponentManager> mpManager{new nfw::ComponentManager(2)};
+  std::atomic<nfw::ComponentManager*> mpAsked{mpManager.get()};  // null before it goes
 };
 
 TEST_F(ComponentManagerTest, DrivesEveryPhaseFrontToBackAndReleasesTheComponents) {
@@ -276,7 +285,7 @@ TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
     EXPECT_EQ(std::string("all.") + ROWS[i].mpName, mNotes.back());
     mClock.advance(60000);
   }
-  mpManager.reset();  // the watch has ended
+  remove();  // the watch has ended
   EXPECT_EQ(Notes(), errors());
 }
 
@@ -314,7 +323,7 @@ TEST_F(ComponentManagerTest, UnreadableMessagesAreNamed) {
 }
 
 TEST_F(ComponentManagerTest, MayBeDeletedInItsLastCallback) {
-  mListener.mOnFinalized = [this] { mpManager.reset(); };
+  mListener.mOnFinalized = [this] { remove(); };
   begin();
   for (int i = 0; i < 6; ++i) EXPECT_TRUE(drive(i));
   EXPECT_EQ(nullptr, mpManager);
@@ -326,7 +335,7 @@ TEST_F(ComponentManagerTest, MayBeDeletedWithMessagesUnderWay) {
     add("A");
     begin();
     start(0);
-    mpManager.reset();
+    remove();
   }
   mThread.settle();
   EXPECT_EQ(Notes(), errors()) << "a phase is run under its watch or not at all";

@@ -1,6 +1,7 @@
 // Files that hold bytes which may not be on the medium yet.
 #pragma once
 
+#include <array>
 #include <memory>
 
 #include "utl/File.h"
@@ -32,7 +33,7 @@ class UnsyncedFiles {
 
  private:
   static constexpr unsigned int ROOM = 8;
-  std::shared_ptr<utl::File> mpFiles[ROOM];
+  std::array<std::shared_ptr<utl::File>, ROOM> mpFiles;
   unsigned int mNum = 0;
   bool mIsOverflown = false;
 };
