@@ -20,7 +20,9 @@ uint32_t tick(std::string_view nBytes) { return littleEndian32(nBytes.data() + T
 
 /// Zeros would be the header of an empty record of the receiver, which there is not: they are what a disk holds where
 /// nothing was written.
-bool isZero(std::string_view nBytes) { return nBytes.substr(0, HEADER_SIZE).find_first_not_of('\0') == nBytes.npos; }
+bool isZero(std::string_view nBytes) {
+  return nBytes.substr(0, HEADER_SIZE).find_first_not_of('\0') == std::string_view::npos;
+}
 
 /// Its content alone shows that a record stands here.
 bool isSure(std::string_view nBytes) {
@@ -51,7 +53,7 @@ class SensorRecordFormat : public RecordFormat {
       const std::string_view lBytes = nView.mBytes.substr(lAt);
       if (isZero(lBytes)) {  // the next may begin with all but one of these
         const size_t lEnd = lBytes.find_first_not_of('\0');
-        if (lEnd == lBytes.npos) break;
+        if (lEnd == std::string_view::npos) break;
         lAt += lEnd - HEADER_SIZE;
         continue;
       }

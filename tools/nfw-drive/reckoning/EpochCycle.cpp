@@ -48,9 +48,9 @@ EpochCycle::Name EpochCycle::nameOf(std::string_view nSentence) {
 
 // More names than there is room for are not told apart by their number.
 unsigned int EpochCycle::count(const Name& nName) {
-  const auto lEnd = mSeen.begin() + static_cast<std::ptrdiff_t>(mSeenNum);
-  const auto lSeen = std::find_if(mSeen.begin(), lEnd, [&](const Mark& n) { return n.mName == nName; });
-  if (lSeen != lEnd) return ++lSeen->mNumber;
+  Mark* const lpEnd = mSeen.data() + mSeenNum;
+  Mark* const lpSeen = std::find_if(mSeen.data(), lpEnd, [&](const Mark& n) { return n.mName == nName; });
+  if (lpSeen != lpEnd) return ++lpSeen->mNumber;
   if (mSeenNum == MAX_KINDS) return 0;
   mSeen[mSeenNum++] = {nName, 1};
   return 1;
