@@ -97,7 +97,9 @@ TEST(Drive, aSignalStopsThroughThePhases) {
     lRun.signal(lSignal);
     const json lSummary = lastOf(lRun.readAll());
     EXPECT_EQ(lSummary["end"], "stopped by a signal");
-    expectAllPhases(lSummary);
+    for (const char* const lpPhase : {"stop", "shutdown", "finalize"}) {
+      EXPECT_TRUE(lSummary["phases_ms"][lpPhase].is_number()) << lpPhase;  // the start may not be over
+    }
     EXPECT_EQ(lRun.wait(), 0);
   }
 }

@@ -70,7 +70,7 @@ class Queue {
 
   using Place = std::pair<int64_t, size_t>;
   const std::vector<std::unique_ptr<MergeInput>> mInputs;
-  std::priority_queue<Place, std::vector<Place>, std::greater<Place>> mPlaces;
+  std::priority_queue<Place, std::vector<Place>, std::greater<>> mPlaces;
   uint64_t mRead = 0;
 };
 

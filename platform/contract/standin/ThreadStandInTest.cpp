@@ -4,6 +4,7 @@
 #include <atomic>
 #include <climits>
 #include <cstdlib>
+#include <new>
 #include <set>
 #include <string>
 
@@ -20,14 +21,19 @@ std::atomic<unsigned int> gNews{0};  // memory that was taken so far
 
 }  // namespace
 
-void* operator new(size_t nSize) {
+// Inlined, each would look to the compiler like half of a pair that does not match.
+[[gnu::noinline]] void* operator new(size_t nSize) {
   ++gNews;
   void* const lpBytes = malloc(nSize);
   if (lpBytes == nullptr) abort();
   return lpBytes;
 }
-void operator delete(void* npBytes) noexcept { free(npBytes); }
-void operator delete(void* npBytes, size_t) noexcept { free(npBytes); }
+[[gnu::noinline]] void* operator new(size_t nSize, const std::nothrow_t&) noexcept {
+  ++gNews;
+  return malloc(nSize);
+}
+[[gnu::noinline]] void operator delete(void* npBytes) noexcept { free(npBytes); }
+[[gnu::noinline]] void operator delete(void* npBytes, size_t) noexcept { free(npBytes); }
 
 namespace {
 

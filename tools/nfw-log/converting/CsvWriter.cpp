@@ -37,7 +37,7 @@ class CsvPart : public TrackPart {
   static std::string quoted(const std::string& nName) {
     std::string lText = "\"";
     for (const char lByte : tool::printableText(nName)) lText += lByte == '"' ? "\"\"" : std::string(1, lByte);
-    return lText.find_first_of(",\"", 1) == lText.npos ? lText.substr(1) : lText + '"';
+    return lText.find_first_of(",\"", 1) == std::string::npos ? lText.substr(1) : lText + '"';
   }
 
   void addLength(double nValue) {
