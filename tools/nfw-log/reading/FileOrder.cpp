@@ -138,7 +138,7 @@ std::string putBegunLast(std::vector<std::string>* npPaths) {
       [](const std::string& nLeft, const std::string& nRight) { return isOlder(changeOf(nLeft), changeOf(nRight)); });
   if (lNewest == npPaths->end() || lNewest + 1 == npPaths->end()) return {};
   if (firstRecordOf(*lNewest).mKind != tool::UNKNOWN_RECORD) return {};
-  const std::string lNote = nameOf(*lNewest) + ", which is empty, last";
+  std::string lNote = nameOf(*lNewest) + ", which is empty, last";
   std::rotate(lNewest, lNewest + 1, npPaths->end());
   return lNote;
 }
