@@ -17,6 +17,7 @@
 #include "NfwSysLogPlayListener.h"
 #include "NfwSysLogPlayer.h"
 #include "PlatformSeams.h"
+#include "SharedThread.h"
 #include "utl/Time.h"
 
 namespace nfwtest {
@@ -58,18 +59,6 @@ class Notes {
   mutable std::condition_variable mAdded;
   std::vector<std::string> mNotes;
 };
-
-/// Asks again and again until the condition holds. False when it does not within a minute: a busy machine may take
-/// long.
-inline bool eventually(const std::function<bool()>& nCondition,
-                       const std::function<void()>& nBetween = std::this_thread::yield) {
-  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-  while (!nCondition()) {
-    if (std::chrono::steady_clock::now() > lEnd) return false;
-    nBetween();
-  }
-  return true;
-}
 
 /// Moves the clock by steps until the condition holds.
 inline bool pump(seams::ManualClock& nClock, const std::function<bool()>& nCondition, unsigned int nStepMs = 1) {

@@ -4,17 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <thread>
 
 #include "utl/MsgDrivenSharedThread.h"
 
 namespace nfwtest {
 
-/// Waits for what another thread brings about soon and has no event. False when it does not within 20 s.
-template <class Condition>
-bool eventually(Condition nHolds) {
-  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  for (; !nHolds(); std::this_thread::yield()) {
+/// Asks again and again for what another thread brings about and has no event. False when it does not within a minute:
+/// a busy machine may take long.
+inline bool eventually(const std::function<bool()>& nHolds,
+                       const std::function<void()>& nBetween = std::this_thread::yield) {
+  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+  for (; !nHolds(); nBetween()) {
     if (std::chrono::steady_clock::now() > lEnd) return false;
   }
   return true;

@@ -182,7 +182,7 @@ void LogWriter::shutdown() {
   mThreadEnd.stop(mThread);
   setBackupIdle(true);
   UnsyncedFiles lFiles;
-  if (mIsSyncing && !mThread.isRunning() && takeUnsynced(&lFiles)) sync(lFiles);
+  if (isSyncing() && !mThread.isRunning() && takeUnsynced(&lFiles)) sync(lFiles);
 }
 
 // --- the file
@@ -233,13 +233,17 @@ void LogWriter::closeLocked() {
     flushLocked();
     dropBuffer();
     if (!mFile.hasName()) mTally.loseFile();
-    logClosed(mFile);
-    noteUnsynced();
-    mSyncedSize = 0;
-    mFile.close();
+    endFile();
   }
   mBuffer.clear();
   mHasFlushFailed = mHasDirectFailed = false;
+}
+
+void LogWriter::endFile() {
+  logClosed(mFile);
+  noteUnsynced();
+  mSyncedSize = 0;
+  mFile.close();
 }
 
 /// What the last flush has left, whole records all of them.
@@ -276,10 +280,7 @@ bool LogWriter::endReplacement(LogFile& nFile, bool nIsWritten) {
     return false;
   }
   mTally.moveOn(!mFile.hasName());
-  logClosed(mFile);
-  noteUnsynced();
-  mSyncedSize = 0;
-  mFile.close();
+  endFile();
   mFile = std::move(nFile);
   mFileTime.begin();
   logCreated(mFile);
@@ -588,8 +589,7 @@ bool LogWriter::setSyncInterval(unsigned int nIntervalMs) {
   if (!isInitialized()) return false;
   if (mSyncTimerId != -1) mThread.killTimer(mSyncTimerId, 1);
   mSyncTimerId = nIntervalMs == 0 ? -1 : mThread.setTimer(nIntervalMs, 0, 1);
-  mIsSyncing = mSyncTimerId != -1;
-  return nIntervalMs == 0 || mIsSyncing;
+  return nIntervalMs == 0 || isSyncing();
 }
 
 void LogWriter::setMaxFileTime(unsigned int nLimitMs, bool nIsAligned) {
@@ -598,7 +598,7 @@ void LogWriter::setMaxFileTime(unsigned int nLimitMs, bool nIsAligned) {
 }
 
 void LogWriter::noteUnsynced() {
-  if (!mIsSyncing || mFile.size() == mSyncedSize) return;
+  if (!isSyncing() || mFile.size() == mSyncedSize) return;
   mUnsynced.add(mFile.share());
   mSyncedSize = mFile.size();
 }
@@ -662,7 +662,7 @@ void LogWriter::onSyncTimer(utl::ThreadRawMsg& /*nMsg*/) {
   {
     if (!mControl.start()) return;
     const AutoCompleteOperation lComplete(mControl);
-    if (!isInitialized() || !mIsSyncing || !takeUnsynced(&lFiles)) return;
+    if (!isInitialized() || !isSyncing() || !takeUnsynced(&lFiles)) return;
   }
   sync(lFiles);
 }

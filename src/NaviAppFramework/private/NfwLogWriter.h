@@ -100,6 +100,7 @@ class LogWriter : public utl::ThreadMsgListener {
   bool beginReplacement(LogFile& nFile) NFW_REQUIRES(mSync);
   bool endReplacement(LogFile& nFile, bool nIsWritten) NFW_REQUIRES(mFileSync, mSync);
   void closeLocked() NFW_REQUIRES(mFileSync, mSync);
+  void endFile() NFW_REQUIRES(mFileSync);
   bool rotate(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
 
   bool isHeldBack(const Record& nRecord) const;
@@ -122,6 +123,7 @@ class LogWriter : public utl::ThreadMsgListener {
   bool endPiece(bool nIsWritten, int nSize, const char* npOperation) NFW_REQUIRES(mFileSync, mSync);
   bool flushLocked() NFW_REQUIRES(mFileSync, mSync);
   bool drain(uint64_t nLimit, const char* npOperation) NFW_REQUIRES(mFileSync) NFW_EXCLUDES(mSync);
+  bool isSyncing() const { return mSyncTimerId != -1; }
   void noteUnsynced() NFW_REQUIRES(mFileSync);
   bool takeUnsynced(UnsyncedFiles* npFiles);
   void sync(UnsyncedFiles& nFiles);
@@ -139,8 +141,7 @@ class LogWriter : public utl::ThreadMsgListener {
   UnsyncedFiles mUnsynced NFW_GUARDED_BY(mFileSync);
   uint64_t mSyncedSize NFW_GUARDED_BY(mFileSync) = 0;  // of the open file
   bool mIsSyncFailing = false;                         // on the thread, then on who shuts down
-  int mSyncTimerId NFW_GUARDED_BY(mSync) = -1;
-  std::atomic<bool> mIsSyncing{false};  // an interval is set
+  std::atomic<int> mSyncTimerId{-1};                   // changed under mSync; -1: no interval is set
   ZtFileCopy mFileCopy;
   std::atomic<int> mState{CREATED};
   std::atomic<bool> mIsRecording{false};

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 #include "NfwAppLog.h"
 #include "utl/File.h"
@@ -15,6 +16,8 @@ namespace nfw {
 namespace {
 
 const unsigned int SERIAL_NUM = 100;
+const char SUFFIX[] = "_00000000-000000_00.log";  // 0 standing for a digit
+static_assert(sizeof SUFFIX == LOG_FILE_SUFFIX_SIZE + 1);
 
 bool fits(int nLength) { return nLength >= 0 && static_cast<unsigned int>(nLength) < LOG_PATH_SIZE; }
 
@@ -55,6 +58,18 @@ bool createLogFilePath(const char* npDirectory, const char* npFilePrefix, char (
     return utl::copyStr(nPath, LOG_PATH_SIZE, lPath) || fail("Can't copy path");
   }
   return fail("Can't create path: Try Limit");
+}
+
+bool isLogFileName(const char* npName, const char* npFilePrefix) {
+  const size_t lPrefixSize = strlen(npFilePrefix);
+  if (strncmp(npName, npFilePrefix, lPrefixSize) != 0) return false;
+  const char* const lpSuffix = npName + lPrefixSize;
+  if (strlen(lpSuffix) != LOG_FILE_SUFFIX_SIZE) return false;
+  for (unsigned int i = 0; i < LOG_FILE_SUFFIX_SIZE; ++i) {
+    const bool lIsDigit = lpSuffix[i] >= '0' && lpSuffix[i] <= '9';
+    if (SUFFIX[i] == '0' ? !lIsDigit : lpSuffix[i] != SUFFIX[i]) return false;
+  }
+  return true;
 }
 
 }  // namespace nfw

@@ -13,4 +13,10 @@ const unsigned int LOG_PATH_SIZE = 260;
 /// @param npIsMade whether the file was made here
 bool createLogFilePath(const char* npDirectory, const char* npFilePrefix, char (&nPath)[LOG_PATH_SIZE], bool* npIsMade);
 
+/// Whether the name, without its directory, is one that createLogFilePath() gives for the prefix.
+bool isLogFileName(const char* npName, const char* npFilePrefix);
+
+/// Characters that a name has behind its prefix.
+const unsigned int LOG_FILE_SUFFIX_SIZE = 23;
+
 }  // namespace nfw

@@ -1,6 +1,5 @@
 #include "RetentionSweep.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
@@ -19,15 +18,10 @@
 namespace nfw {
 namespace {
 
-const char PATTERN[] = "_00000000-000000_00.log";  // behind the prefix, 0 standing for a digit
-const unsigned int PATTERN_SIZE = sizeof PATTERN - 1;
-
 struct CloseDirectory {
   void operator()(DIR* npDirectory) const { ::closedir(npDirectory); }
 };
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
-
-bool isDigit(char nByte) { return nByte >= '0' && nByte <= '9'; }
 
 /// Somebody writes to it, in this process or another one: a read lease is not given then. The names do not tell it
 /// where the clock was set back. The signal of a lease that is asked back, which nobody ever has to see, is one that is
@@ -45,34 +39,19 @@ bool isWrittenTo(int nDirectory, const char* npName) {
 
 bool RetentionSweep::setFiles(const char* npDirectory, const char* npFilePrefix) {
   if (npDirectory == nullptr || npFilePrefix == nullptr) return false;
-  if (strlen(npDirectory) + 1 + strlen(npFilePrefix) + PATTERN_SIZE >= LOG_PATH_SIZE) return false;
+  if (strlen(npDirectory) + 1 + strlen(npFilePrefix) + LOG_FILE_SUFFIX_SIZE >= LOG_PATH_SIZE) return false;
   return utl::copyStr(mDirectory, LOG_PATH_SIZE, npDirectory) && utl::copyStr(mFilePrefix, LOG_PATH_SIZE, npFilePrefix);
 }
 
-bool RetentionSweep::isOurs(const char* npName) const {
-  const size_t lPrefixSize = strlen(mFilePrefix);
-  if (strncmp(npName, mFilePrefix, lPrefixSize) != 0) return false;
-  const char* const lpRest = npName + lPrefixSize;
-  if (strlen(lpRest) != PATTERN_SIZE) return false;
-  for (unsigned int i = 0; i < PATTERN_SIZE; ++i) {
-    if (PATTERN[i] == '0' ? !isDigit(lpRest[i]) : lpRest[i] != PATTERN[i]) return false;
-  }
-  return true;
-}
-
 /// What lies there. The oldest is looked for behind the name of one that could not go.
-RetentionSweep::Survey RetentionSweep::survey(int nDirectory, const char* npPassed) const {
+RetentionSweep::Survey RetentionSweep::survey(DIR* npDirectory, const char* npPassed) const {
   Survey lSurvey;
-  const int lCopy = ::openat(nDirectory, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  const Directory lpDirectory(lCopy < 0 ? nullptr : ::fdopendir(lCopy));
-  if (lpDirectory == nullptr) {
-    if (lCopy >= 0) ::close(lCopy);
-    return lSurvey;
-  }
-  while (const dirent* const lpEntry = ::readdir(lpDirectory.get())) {
+  ::rewinddir(npDirectory);
+  while (const dirent* const lpEntry = ::readdir(npDirectory)) {
     struct stat lStat;
-    if (!isOurs(lpEntry->d_name)) continue;
-    if (::fstatat(nDirectory, lpEntry->d_name, &lStat, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(lStat.st_mode)) continue;
+    if (!isLogFileName(lpEntry->d_name, mFilePrefix)) continue;
+    if (::fstatat(::dirfd(npDirectory), lpEntry->d_name, &lStat, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(lStat.st_mode))
+      continue;
     ++lSurvey.mNum;
     lSurvey.mTotalSize += static_cast<unsigned long long>(lStat.st_size);
     if (strcmp(lpEntry->d_name, lSurvey.mNewest) > 0) utl::copyStr(lSurvey.mNewest, NAME_SIZE, lpEntry->d_name);
@@ -117,8 +96,8 @@ bool RetentionSweep::remove(int nDirectory, const Survey& nSurvey, LogRetentionC
 
 // The oldest goes, then all is looked at again: others may write and delete there too.
 bool RetentionSweep::run(LogRetentionCounts* npCounts) {
-  const int lDirectory = ::open(mDirectory, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (lDirectory < 0) {
+  const Directory lpDirectory(::opendir(mDirectory));
+  if (lpDirectory == nullptr) {
     npCounts->mError = errno;
     if (!mIsDirectoryTold) {
       APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogRetention::apply(): Can't open: %s errno=%d", mDirectory, errno);
@@ -127,10 +106,11 @@ bool RetentionSweep::run(LogRetentionCounts* npCounts) {
     return false;
   }
   mIsDirectoryTold = false;
+  const int lDirectory = ::dirfd(lpDirectory.get());
   bool lIsDone = true;
   char lPassed[NAME_SIZE] = {};
   for (;;) {
-    const Survey lSurvey = survey(lDirectory, lPassed);
+    const Survey lSurvey = survey(lpDirectory.get(), lPassed);
     if (lSurvey.mOldest[0] == '\0' || !isOver(lDirectory, lSurvey)) break;
     if (isWrittenTo(lDirectory, lSurvey.mOldest)) {
       utl::copyStr(lPassed, NAME_SIZE, lSurvey.mOldest);
@@ -139,7 +119,6 @@ bool RetentionSweep::run(LogRetentionCounts* npCounts) {
       lIsDone = false;
     }
   }
-  ::close(lDirectory);
   return lIsDone;
 }
 

@@ -1,6 +1,8 @@
 // One look at the files of a recording, deleting what is over its limits.
 #pragma once
 
+#include <dirent.h>
+
 #include "LogFilePath.h"
 #include "NfwLogRetention.h"
 
@@ -26,8 +28,7 @@ class RetentionSweep {
     char mNewest[NAME_SIZE] = {};
   };
 
-  bool isOurs(const char* npName) const;
-  Survey survey(int nDirectory, const char* npPassed) const;
+  Survey survey(DIR* npDirectory, const char* npPassed) const;
   bool isOver(int nDirectory, const Survey& nSurvey) const;
   bool remove(int nDirectory, const Survey& nSurvey, LogRetentionCounts* npCounts);
 
