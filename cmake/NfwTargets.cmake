@@ -42,24 +42,31 @@ add_library(nfw_options INTERFACE)
 target_compile_features(nfw_options INTERFACE cxx_std_17)
 target_compile_options(nfw_options INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wformat=2 -Wnon-virtual-dtor -Woverloaded-virtual
-  -Wcast-align -Wundef -Werror
-  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety -Werror=thread-safety>
+  -Wcast-align -Wundef $<$<BOOL:${NFW_WARNINGS_AS_ERRORS}>:-Werror>
+  $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
   $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>  # the test library's macros leave the last out
-  -ffp-contract=off               # both targets round alike
-  -fstack-protector-strong)
+  -ffp-contract=off)              # both targets round alike
+target_link_libraries(nfw_options INTERFACE Threads::Threads)
+
+# Hardening. What the flags say that the build was given, those of a distribution for one, comes first.
+if(NOT CMAKE_CXX_FLAGS MATCHES "-fstack-protector")
+  target_compile_options(nfw_options INTERFACE -fstack-protector-strong)
+endif()
 check_cxx_compiler_flag(-fstack-clash-protection NFW_HAS_STACK_CLASH_PROTECTION)
 if(NFW_HAS_STACK_CLASH_PROTECTION)
   target_compile_options(nfw_options INTERFACE -fstack-clash-protection)
 endif()
-target_link_options(nfw_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
-target_link_libraries(nfw_options INTERFACE Threads::Threads)
-if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT NFW_SANITIZE)
+if(CMAKE_BUILD_TYPE MATCHES "Rel" AND NOT NFW_SANITIZE AND NOT CMAKE_CXX_FLAGS MATCHES "_FORTIFY_SOURCE")
   target_compile_options(nfw_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
+target_link_options(nfw_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
 
-# nfw_shared_library(NAME SOURCES...): a library of ours with a versioned soname
-function(nfw_shared_library nName)
+# nfw_shared_library(NAME EXPORTS SOURCES...): a library of ours with a versioned soname. EXPORTS is the linker's script
+# of what leaves it, and under which version.
+function(nfw_shared_library nName nExports)
   add_library(${nName} SHARED ${ARGN})
+  target_link_options(${nName} PRIVATE -Wl,--version-script=${nExports})
+  set_property(TARGET ${nName} APPEND PROPERTY LINK_DEPENDS ${nExports})
   target_compile_features(${nName} PUBLIC cxx_std_17)
   target_link_libraries(${nName} PRIVATE $<BUILD_INTERFACE:nfw_options>)
   set_target_properties(${nName} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
@@ -75,6 +82,18 @@ function(nfw_executable nName)
   target_link_libraries(${nName} PRIVATE nfw_options nfw::NaviAppFramework)
   file(RELATIVE_PATH lLib "${CMAKE_INSTALL_FULL_BINDIR}" "${CMAKE_INSTALL_FULL_LIBDIR}")
   set_target_properties(${nName} PROPERTIES INSTALL_RPATH "$ORIGIN/${lLib}")
+endfunction()
+
+# What the framework brings along: the platform that is installed, or for programs of nfw_use_seams the one for tests.
+set(NFW_PLATFORM $<IF:$<BOOL:$<TARGET_PROPERTY:NFW_SEAMS>>,NfwPlatformSeams,NfwPlatform>)
+
+# nfw_use_seams(NAME): gives a program the platform with the hands of tests. Its folder comes before that of the platform
+# of the same name, which the framework's library was linked to.
+function(nfw_use_seams nName)
+  set_target_properties(${nName} PROPERTIES NFW_SEAMS ON SKIP_BUILD_RPATH ON)
+  target_link_libraries(${nName} PRIVATE NfwPlatformSeams)
+  target_link_options(${nName} PRIVATE
+    -Wl,-rpath,${CMAKE_LIBRARY_OUTPUT_DIRECTORY}/seams:${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 endfunction()
 
 # nfw_inside(NAME): lets a program see what the library hides: it links the objects, not the library

@@ -48,3 +48,4 @@
 #include "NfwSysLogPlaySwitch.h"
 #include "NfwSysLogPlayer.h"
 #include "NfwThreadSafety.h"
+#include "NfwVersion.h"

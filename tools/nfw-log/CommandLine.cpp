@@ -13,6 +13,7 @@
 #include "Commands.h"
 #include "Manual.h"
 #include "Messages.h"
+#include "NfwVersion.h"
 #include "Output.h"
 
 namespace logtool {
@@ -199,7 +200,7 @@ int runProgram(int nArgc, const char* const* npArgv) {
   ::signal(SIGPIPE, SIG_IGN);  // a reader that goes is an error of a write, also of a message
   CLI::App lApp("Looks into recordings of both kinds, log and sensor log, mends them and takes them elsewhere.",
                 "nfw-log");
-  lApp.set_version_flag("--version", "nfw-log " NFW_VERSION);
+  lApp.set_version_flag("--version", std::string("nfw-log ") + nfw::version());
   lApp.require_subcommand(1);
   lApp.footer(MANUAL);
   Arguments lArguments;

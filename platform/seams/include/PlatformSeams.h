@@ -1,10 +1,13 @@
 // Hands for tests on the stand-ins: a clock moved by hand, a captured system log, failures on demand. Not part of what
-// the unit's libraries give, never included by the framework.
+// the unit's libraries give, never included by the framework; they are in a build of the stand-ins of their own, which
+// tests link instead of the one that is installed.
 #pragma once
 
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "SeamPoint.h"
 
 namespace seams {
 
@@ -30,28 +33,6 @@ class FixedLocalTime {
   ~FixedLocalTime();
   FixedLocalTime(const FixedLocalTime&) = delete;
   FixedLocalTime& operator=(const FixedLocalTime&) = delete;
-};
-
-/// What can be made to fail.
-enum Point {
-  POST,               ///< postMsg and the sends refuse
-  TIMER,              ///< setTimer gives -1
-  THREAD_START,       ///< start gives non-zero
-  THREAD_STOP,        ///< stop has no time to wait: -2 at once while a handler runs
-  LOCAL_TIME,         ///< getLocalTime is false
-  LOCAL_TIME_FIELDS,  ///< Time::get is false
-  TICK,               ///< getTickTime gives all ones
-  FILE_OPEN,
-  FILE_READ,
-  FILE_WRITE,
-  FILE_SEEK,
-  FILE_POSITION,
-  FILE_SIZE,
-  FILE_FLUSH,
-  FILE_SYNC,
-  LOG_TYPE,    ///< registerLogType is false
-  BINARY_LOG,  ///< BinaryLogWrite gives -1
-  POINT_NUM
 };
 
 /// While it lives, the point fails: after `nAfter` successes, `nCount` times (0: always). One per point at a time.

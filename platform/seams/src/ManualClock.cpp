@@ -1,14 +1,14 @@
-#include "Clock.h"
+#include "ManualTime.h"
 #include "PlatformSeams.h"
 
 namespace seams {
 
-ManualClock::ManualClock(unsigned int nTickMs) { utl::Clock::setManual(nTickMs); }
+ManualClock::ManualClock(unsigned int nTickMs) { setManualMs(nTickMs); }
 
-ManualClock::~ManualClock() { utl::Clock::setManual(-1); }
+ManualClock::~ManualClock() { setManualMs(-1); }
 
-void ManualClock::advance(unsigned int nMs) { utl::Clock::setManual(utl::Clock::manualMs() + nMs); }
+void ManualClock::advance(unsigned int nMs) { setManualMs(manualMs() + nMs); }
 
-unsigned int ManualClock::tick() const { return static_cast<unsigned int>(utl::Clock::manualMs()); }
+unsigned int ManualClock::tick() const { return static_cast<unsigned int>(manualMs()); }
 
 }  // namespace seams

@@ -1,4 +1,4 @@
-// The monotonic clock of the layer, the locks and conditions that wait on it, and the way in for a clock moved by hand.
+// The monotonic clock of the layer, and the locks and conditions that wait on it.
 #pragma once
 
 #include <atomic>
@@ -6,11 +6,12 @@
 #include <cstdint>
 
 #include "Futex.h"
+#include "ManualTime.h"
 #include "ZTSync.h"
 
 namespace utl {
 
-/// Monotonic time. While a test moves the clock by hand it follows that clock.
+/// Monotonic time. Where the test seams are built in, and a test moves the clock by hand, it follows that clock.
 class Clock {
  public:
   static const int64_t NS_PER_MS = 1000000;
@@ -19,9 +20,6 @@ class Clock {
   static int64_t nowNs();
   static int64_t nowMs() { return nowNs() / NS_PER_MS; }
   static int64_t realNs();  ///< never the clock moved by hand: for limits on other threads' work
-  static bool isManual();
-  static int64_t manualMs();
-  static void setManual(int64_t nNowMs);  ///< wakes every timed wait; negative: back to the system's clock
 };
 
 /// A plain mutex. It is the C library's algorithm without its call, its kinds and its checks: half the time of a post.
@@ -91,20 +89,16 @@ class Condition {
   Futex mSignals;
 };
 
-/// A condition whose time-outs follow Clock. It is known to the clock for life, so that moving the clock wakes it.
+/// A condition whose time-outs follow Clock.
 class ClockCondition : public Condition {
  public:
-  explicit ClockCondition(Mutex& nMutex);
-  ~ClockCondition();
+  explicit ClockCondition(Mutex& nMutex) : mWaiter(*this, nMutex) {}
 
   /// Waits for a signal or until Clock reaches `nDeadlineNs`; NEVER waits for the signal alone. The caller looks again.
   void waitForClock(Mutex& nMutex, int64_t nDeadlineNs) ZTS_ANNOTATION(requires_capability(nMutex));
 
  private:
-  friend class Clock;
-  Mutex& mMutex;
-  ClockCondition* mpPrevious = nullptr;
-  ClockCondition* mpNext = nullptr;
+  seams::ClockWaiter mWaiter;
 };
 
 }  // namespace utl

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "NfwVersion.h"
 #include "Options.h"
 #include "Settings.h"
 
@@ -139,7 +140,7 @@ void declareRecording(CLI::App& nApp, Options& nOptions) {
 }
 
 void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
-  nApp.set_version_flag("--version", "nfw-drive " NFW_VERSION);
+  nApp.set_version_flag("--version", std::string("nfw-drive ") + nfw::version());
   nApp.footer(MANUAL);
   nApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
     return "nfw-drive: " + std::string(nError.what()) + "\nTry nfw-drive --help.\n";

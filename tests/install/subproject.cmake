@@ -1,0 +1,37 @@
+# What a project sees that builds the framework within itself: the libraries, and nothing else of it. Neither the tools'
+# nor the tests' packages are asked for, and its own build stays as it is.
+
+function(run)
+  execute_process(COMMAND ${ARGV} COMMAND_ERROR_IS_FATAL ANY COMMAND_ECHO STDOUT)
+endfunction()
+
+file(REMOVE_RECURSE ${SCRATCH})
+set(lBuild ${SCRATCH}/build)
+foreach(lPackage GTest CLI11 fmt nlohmann_json benchmark)
+  list(APPEND lNone -DCMAKE_DISABLE_FIND_PACKAGE_${lPackage}=ON)
+endforeach()
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${lBuild} -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${CXX} -DNFW_SOURCE=${NFW} ${lNone})
+run(${CMAKE_COMMAND} --build ${lBuild})
+run(${lBuild}/consumer)  # where the project puts it
+run(${CMAKE_COMMAND} --install ${lBuild} --prefix ${SCRATCH}/installed)
+
+file(GLOB_RECURSE lInstalled RELATIVE ${SCRATCH}/installed ${SCRATCH}/installed/*)
+if(NOT lInstalled STREQUAL "bin/consumer")
+  message(SEND_ERROR "installed with the project: ${lInstalled}")
+endif()
+execute_process(COMMAND ctest -N WORKING_DIRECTORY ${lBuild} OUTPUT_VARIABLE lTests COMMAND_ERROR_IS_FATAL ANY)
+if(NOT lTests MATCHES "Total Tests: 1\n")
+  message(SEND_ERROR "tests of the framework: ${lTests}")
+endif()
+file(STRINGS ${lBuild}/CMakeCache.txt lType REGEX "^CMAKE_BUILD_TYPE:")
+if(NOT lType STREQUAL "CMAKE_BUILD_TYPE:STRING=")
+  message(SEND_ERROR "the project chose no type of build: ${lType}")
+endif()
+file(STRINGS ${lBuild}/compile_commands.json lCommands REGEX "\"command\".*shadow\\.cpp")
+if(NOT lCommands OR lCommands MATCHES " -W| -D| -O| -f[^P]")
+  message(SEND_ERROR "flags of the framework at a file of the project: ${lCommands}")
+endif()
+file(STRINGS ${lBuild}/compile_commands.json lCommands REGEX "-Werror")
+if(lCommands)
+  message(SEND_ERROR "a warning of another compiler would end the project's build: ${lCommands}")
+endif()
