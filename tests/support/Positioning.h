@@ -9,6 +9,7 @@
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwSensorSysLoggerManager.h"
+#include "RecordFields.h"
 #include "Replays.h"
 #include "SharedThread.h"
 #include "SysLogServiceHost.h"
@@ -91,56 +92,33 @@ std::string joined(const char* npKind, const Values&... nValues) {
   return lText.str();
 }
 
-inline std::string text(const nfw::GnssSentenceTime& n) {
-  return joined("", n.hour, n.minute, n.second, n.millisecond);
-}
-inline std::string text(const nfw::GnssSentenceDate& n) { return joined("", n.year, n.month, n.day); }
-inline std::string text(const nfw::GnssSentenceCoordinate& n) {
-  return joined("", n.value, n.degree, n.minute, n.direction);
-}
-inline std::string text(const nfw::GgaSentence& n) {
-  return joined("GGA", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.quality,
-                n.satelliteCount, n.hdop, n.altitude, n.geoidSeparation, n.dgpsDataAge, n.dgpsStationId);
-}
-inline std::string text(const nfw::GllSentence& n) {
-  return joined("GLL", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.status, n.mode);
-}
-inline std::string text(const nfw::GsaSentence& n) {
-  std::string lText = joined("GSA", n.satelliteType, n.positioningType, n.mode, n.pdop, n.hdop, n.vdop);
-  for (unsigned int i = 0; i < nfw::GsaSentence::SATELLITE_NUM; ++i) {
-    lText += joined("", unsigned{n.satelliteNumber[i]}, n.satelliteId[i]);
-  }
+inline const char* kindOf(const nfw::GgaSentence&) { return "GGA"; }
+inline const char* kindOf(const nfw::GllSentence&) { return "GLL"; }
+inline const char* kindOf(const nfw::GsaSentence&) { return "GSA"; }
+inline const char* kindOf(const nfw::GsvSentence&) { return "GSV"; }
+inline const char* kindOf(const nfw::RmcSentence&) { return "RMC"; }
+inline const char* kindOf(const nfw::VtgSentence&) { return "VTG"; }
+inline const char* kindOf(const nfw::ZdaSentence&) { return "ZDA"; }
+inline const char* kindOf(const nfw::PubxSentence&) { return "PUBX"; }
+inline const char* kindOf(const nfw::NmeaSentence&) { return "NMEA"; }
+
+/// The kind of a record and its fields up to the last one that is not zero; ".." for more than 16 zeros in a row.
+template <class Record>
+std::string text(const Record& nRecord) {
+  std::string lText = kindOf(nRecord), lZeros;
+  nfw::eachField(nRecord, [&](const auto& nField) {
+    using Number = std::remove_all_extents_t<std::remove_reference_t<decltype(nField)>>;
+    for (auto lp = reinterpret_cast<Number*>(&nField); lp < reinterpret_cast<Number*>(&nField + 1); ++lp) {
+      if (*lp == Number{}) {
+        lZeros += " 0";
+        continue;
+      }
+      lText += (lZeros.size() > 32 ? " .." : lZeros) + joined("", +*lp);
+      lZeros.clear();
+    }
+    return true;
+  });
   return lText;
-}
-/// Satellites up to the last one that is not all zero.
-inline std::string text(const nfw::GsvSentence& n) {
-  const std::string lHead = joined("GSV", n.satelliteType, n.messageCount, n.messageNumber, n.satelliteView);
-  std::string lText = lHead, lAll = lHead;
-  for (const nfw::GsvSatelliteInfo& lInfo : n.satellite) {
-    lAll += joined(" :", unsigned{lInfo.satelliteNumber}, lInfo.satelliteId, lInfo.valid, unsigned{lInfo.elevation},
-                   unsigned{lInfo.snr}, lInfo.azimuth);
-    if (lInfo.satelliteId != 0) lText = lAll;
-  }
-  return lText;
-}
-inline std::string text(const nfw::RmcSentence& n) {
-  return joined("RMC", n.satelliteType, text(n.utcTime), n.status, text(n.latitude), text(n.longitude), n.speed,
-                n.direction, text(n.date), n.magneticDeclination, n.mode);
-}
-inline std::string text(const nfw::VtgSentence& n) {
-  return joined("VTG", n.satelliteType, n.directionForTrueNorth, n.directionForMagneticNorth, n.speedKnot, n.speedKmh,
-                n.mode);
-}
-inline std::string text(const nfw::ZdaSentence& n) {
-  return joined("ZDA", n.satelliteType, text(n.utcTime), text(n.date), n.localZoneHour, n.localZoneMinute);
-}
-inline std::string text(const nfw::PubxSentence& n) {
-  return joined("PUBX", n.messageId, text(n.utcTime), text(n.latitude), text(n.longitude), n.altitudeRef, n.status,
-                n.hacc, n.vacc, n.speed, n.direction, n.vvel, n.dgpsDataAge, n.hdop, n.vdop, n.tdop, n.satelliteCount,
-                n.drMode);
-}
-inline std::string text(const nfw::NmeaSentence& n) {
-  return joined("NMEA", text(n.gga), text(n.gll), text(n.gsa), text(n.gsv), text(n.rmc), text(n.vtg));
 }
 
 /// The notes of a GnssListener, each by its kind alone: "$GGA $".
