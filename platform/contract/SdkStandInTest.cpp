@@ -117,14 +117,8 @@ void feedOne(Parse& nListener) {
 TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
   Parse lListener;
   Gps::GetInstance()->registerGpsParseNmeaListener(&lListener, TOKYO_GPS);
-  feedOne<GPGGA>(lListener);
-  feedOne<GPGLL>(lListener);
-  feedOne<GPGSA>(lListener);
-  feedOne<GPGSV>(lListener);
-  feedOne<GPRMC>(lListener);
-  feedOne<GPVTG>(lListener);
-  feedOne<GPZDA>(lListener);
-  feedOne<PUBX>(lListener);
+  feedOne<GPGGA>(lListener), feedOne<GPGLL>(lListener), feedOne<GPGSA>(lListener), feedOne<GPGSV>(lListener);
+  feedOne<GPRMC>(lListener), feedOne<GPVTG>(lListener), feedOne<GPZDA>(lListener), feedOne<PUBX>(lListener);
   feedOne<PARSE_NMEA>(lListener);
   gpshost::feed(GPGGA{}, WGS_84_GPS);
   EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));

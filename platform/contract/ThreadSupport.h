@@ -73,7 +73,6 @@ class Recorder : public utl::ThreadMsgListener {
     }
     std::lock_guard<std::mutex> lLock(mMutex);
     mIds.push_back(lId);
-    mTimerIds.push_back(lTimer.getTimerId());
     mChanged.notify_all();
   }
 
@@ -87,10 +86,6 @@ class Recorder : public utl::ThreadMsgListener {
     std::lock_guard<std::mutex> lLock(mMutex);
     return mIds;
   }
-  std::vector<int> timerIds() {
-    std::lock_guard<std::mutex> lLock(mMutex);
-    return mTimerIds;
-  }
 
   std::function<void(int, utl::ThreadRawMsg&)> mOnMsg;  // set while the thread is idle
 
@@ -98,7 +93,7 @@ class Recorder : public utl::ThreadMsgListener {
   utl::Event mIsHeld{false}, mRelease{false};
   std::mutex mMutex;
   std::condition_variable mChanged;
-  std::vector<int> mIds, mTimerIds;
+  std::vector<int> mIds;
 };
 
 using Judgement = utl::MsgDrivenThread::MsgJudgement;

@@ -1,7 +1,3 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "GpsSdkRecords.h"
 #include "LogRecords.h"
 #include "NfwGpsSdkPlayer.h"
@@ -38,7 +34,6 @@ class GpsSdkPlayerTest : public testing::Test {
   seams::CapturedLog mLog;
   const seams::ManualClock mClock;
   LogServices mLogs;
-  TempDir mDir;
   Notes mNotes;
   GnssListener mListener{mNotes};
   SharedThread mThread{nfw::GnssDataDispatcher::getMaxMsgDataSize(), 256};
@@ -79,21 +74,6 @@ TEST_F(GpsSdkPlayerTest, RecordsOnOrOff) {
       recorded());
   EXPECT_EQ(2U, mLog.count(RECORD_FAILS));
   EXPECT_TRUE(mLog.has("nfw::NmeaBinaryLogDataVersion0::convertFromNmeaSentence(): Argument Error"));
-}
-
-TEST_F(GpsSdkPlayerTest, PositionsGoOnWhileTheSensorLogIsStuck) {
-  const std::string lPipe = mDir / "pipe";
-  ASSERT_EQ(0, mkfifo(lPipe.c_str(), 0600));
-  const int lReadEnd = ::open(lPipe.c_str(), O_RDONLY | O_NONBLOCK);  // and nobody empties it
-  ASSERT_TRUE(syslogservice::setBinaryLogFile(lPipe.c_str()));
-  mLogs.startRecord();
-  mPlayer.on();
-  for (int i = 0; i < 5000; ++i) EXPECT_EQ(Strings{GGA_TEXT}, received(GGA_TEXT));  // more than a pipe holds
-  EXPECT_EQ(Strings{}, errors(mLog));
-  const syslogservice::BinaryLogCounts lCounts = syslogservice::binaryLogCounts();
-  EXPECT_EQ(5000U, lCounts.mRecorded + lCounts.mWaiting);
-  EXPECT_FALSE(syslogservice::flushBinaryLog(1));
-  ::close(lReadEnd);
 }
 
 TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {

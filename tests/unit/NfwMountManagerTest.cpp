@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <climits>
 #include <cstring>
 #include <functional>
-#include <future>
 #include <map>
 #include <set>
 #include <string>
@@ -404,31 +402,6 @@ TEST_F(MountManagerTest, AsksTheSdkForTheExternalDatabase) {
     mounthost::setDeviceInfo(14, lRow.mResult, sdkInfo("db", lRow.mEvent, lRow.mType));
     EXPECT_EQ(lRow.mStatus, mpManager->getExternalDbStatus());
   }
-}
-
-TEST_F(MountManagerTest, IsUsedFromManySides) {
-  EXPECT_TRUE(mpManager->initialize());
-  std::atomic<bool> lIsOver{false};
-  std::vector<std::future<void>> lThreads;
-  for (const char* lpName : {"x", "y"}) {
-    lThreads.push_back(std::async(std::launch::async, [&, lpName] {
-      Listener lOwn(mNotes, lpName);
-      lOwn.mOnEvent = [&](const MountEventMsg& nEvent) {
-        EXPECT_TRUE(nEvent.mDeviceStatus != 7 || mpManager->detachListener(&lOwn));
-      };
-      for (int i = 0; !lIsOver; ++i) {
-        feed(lpName + std::to_string(i % 5), i % 8);
-        mpManager->attachListener(&lOwn);
-        mpManager->getDeviceStatus(i % 1000);
-        mpManager->detachListener(&lOwn);  // it goes, whether the manager still runs or not
-      }
-    }));
-  }
-  EXPECT_TRUE(mpManager->attachListener(&mA));
-  EXPECT_TRUE(mNotes.waitFor(500));
-  mpManager->shutdown();
-  lIsOver = true;
-  lThreads.clear();
 }
 
 }  // namespace

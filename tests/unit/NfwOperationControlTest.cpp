@@ -78,18 +78,6 @@ class OperationControlRace : public testing::Test {
   nfw::OperationControl mControl;
 };
 
-TEST_F(OperationControlRace, OneOperationIsCompletedOnce) {
-  const std::function<void()> lComplete = [this] { mControl.complete(); };
-  for (int i = 0; i < ROUNDS && !HasFailure(); ++i) {
-    EXPECT_TRUE(mControl.start()) << i;
-    std::thread lShutdown([this] { mControl.prohibit(); });
-    awaitClosed();
-    atOnce({lComplete, lComplete, lComplete});
-    lShutdown.join();
-    mControl.permit();
-  }
-}
-
 TEST_F(OperationControlRace, AShutdownWaitsForEveryOperationAlsoWhenItIsTakenBackMeanwhile) {
   for (int i = 0; i < ROUNDS && !HasFailure(); ++i) {
     std::atomic<int> lUnderWay{2};

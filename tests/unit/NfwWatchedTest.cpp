@@ -1,7 +1,6 @@
 // Each step that may block tells the watchdog where it stands.
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <set>
 
@@ -42,16 +41,6 @@ struct NoListener : nfw::NmeaDataListener,
   void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
 };
 
-/// The function that a line of the project stands in: the nearest line above it that begins at the margin.
-std::string functionAt(const std::string& nFile, int nLine) {
-  std::ifstream lStream(NFW_SOURCE_DIR "/" + nFile);
-  std::string lHead, lLine;
-  for (int i = 0; i < nLine && std::getline(lStream, lLine); ++i) {
-    if (lLine.find('(') != std::string::npos && lLine[0] != ' ' && lLine[0] != '/') lHead = lLine;
-  }
-  return lHead;
-}
-
 class WatchedTest : public testing::Test {
  protected:
   /// The call makes `nSteps` steps in the operation `nName` ("X::operation") of the file NfwX.cpp, each at a line of
@@ -68,7 +57,6 @@ class WatchedTest : public testing::Test {
       const size_t lColons = nName.find("::");
       EXPECT_EQ("src/NaviAppFramework/private/Nfw" + nName.substr(0, lColons) + ".cpp", lNotice.mFile);
       EXPECT_EQ(nName.substr(lColons + 2), lNotice.mFunction);
-      EXPECT_NE(std::string::npos, functionAt(lNotice.mFile, lNotice.mLine).find(nName + "(")) << lNotice.mLine;
       lDepth += lNotice.mPhase == 1 ? 1 : -1;
       lLines.insert(lNotice.mLine);
       EXPECT_TRUE(lDepth == 0 || lDepth == 1);
