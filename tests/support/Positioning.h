@@ -166,24 +166,13 @@ class GnssListener : public nfw::NmeaDataListener,
   }
 
   /// From one of the kinds, in the order of KIND_NAMES.
-  template <class Service>
-  void detachFrom(Service& nService, size_t nKind) {
-    const std::function<void()> DETACH[KIND_NUM] = {[&] { nService.detachNmeaDataListener(this); },
-                                                    [&] { nService.detachParsedGgaDataListener(this); },
-                                                    [&] { nService.detachParsedGllDataListener(this); },
-                                                    [&] { nService.detachParsedGsaDataListener(this); },
-                                                    [&] { nService.detachParsedGsvDataListener(this); },
-                                                    [&] { nService.detachParsedVtgDataListener(this); },
-                                                    [&] { nService.detachParsedZdaDataListener(this); },
-                                                    [&] { nService.detachParsedRmcDataListener(this); },
-                                                    [&] { nService.detachParsedPubxDataListener(this); },
-                                                    [&] {
-                                                      if constexpr (std::is_same_v<Service, nfw::Gnss>) {
-                                                        nService.detachParsedNmeaDataListener(this);
-                                                      } else {
-                                                        nService.detachParsedNmeaSentenceListener(this);
-                                                      }
-                                                    }};
+  void detachFrom(nfw::Gnss& n, size_t nKind) {
+    const std::function<void()> DETACH[KIND_NUM] = {
+        [&] { n.detachNmeaDataListener(this); },       [&] { n.detachParsedGgaDataListener(this); },
+        [&] { n.detachParsedGllDataListener(this); },  [&] { n.detachParsedGsaDataListener(this); },
+        [&] { n.detachParsedGsvDataListener(this); },  [&] { n.detachParsedVtgDataListener(this); },
+        [&] { n.detachParsedZdaDataListener(this); },  [&] { n.detachParsedRmcDataListener(this); },
+        [&] { n.detachParsedPubxDataListener(this); }, [&] { n.detachParsedNmeaDataListener(this); }};
     DETACH[nKind]();
   }
 
