@@ -2,14 +2,15 @@
 // epoch of a drive as sentences, as the SDK's records and as a report.
 #pragma once
 
+#include <cstring>
 #include <sstream>
 
+#include "../../src/NaviAppFramework/private/sentences/RecordFields.h"
 #include "GpsHost.h"
 #include "NaviAppFramework.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwSensorSysLoggerManager.h"
-#include "RecordFields.h"
 #include "Replays.h"
 #include "SharedThread.h"
 #include "SysLogServiceHost.h"
@@ -227,64 +228,19 @@ const char ZDA_TEXT[] = "$GPZDA,082710.00,16,09,2002,00,00*64\r\n";
 const char PUBX_TEXT[] =
     "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,0*45\r\n";
 
-/// What an SDK makes of the epoch. Minutes are as the parser reads them, 7 characters at most.
-const GPRMC RMC_RECORD = {
-    1, {8, 35, 59, 0}, 1, {4717.11437, 47, 17.1143, 1}, {833.91522, 8, 33.9152, 3}, 0.004, 77.52, {2002, 12, 9}, -3.1,
-    1};
-const GPVTG VTG_RECORD = {1, 77.52, 76.5, 0.004, 0.008, 1};
-const GPGGA GGA_RECORD = {
-    1, {9, 27, 25, 0}, {4717.11399, 47, 17.1139, 1}, {833.9159, 8, 33.9159, 3}, 1, 8, 1.01, 499.6, 48.0, 0, 0};
-const GPGSA GSA_RECORD = {1, 1, 2, {23, 29, 7, 8, 9, 18, 26, 28}, 1.94, 1.18, 1.54};
-const GPGSV GSV_RECORD = {1,
-                          3,
-                          3,
-                          10,
-                          10,
-                          {{23, 1, 38, 44, 230},
-                           {29, 1, 71, 47, 156},
-                           {7, 1, 29, 41, 116},
-                           {8, 1, 9, 36, 81},
-                           {10, 0, 7, 0, 189},
-                           {5, 0, 5, 0, 220},
-                           {9, 1, 34, 42, 274},
-                           {18, 1, 25, 44, 309},
-                           {26, 1, 82, 47, 187},
-                           {28, 1, 43, 46, 56}}};
-const GPGLL GLL_RECORD = {1, {9, 23, 21, 0}, {4717.11364, 47, 17.1136, 1}, {833.91565, 8, 33.9156, 3}, 1, 1};
-const GPZDA ZDA_RECORD = {1, {8, 27, 10, 0}, {2002, 9, 16}, 0, 0};
-const PUBX PUBX_RECORD = {0,
-                          {8, 13, 50, 0},
-                          {4717.11321, 47, 17.1132, 1},
-                          {833.91519, 8, 33.9151, 3},
-                          546.589,
-                          3,
-                          2.1,
-                          2.0,
-                          0.007,
-                          77.52,
-                          0.007,
-                          0,
-                          0.92,
-                          1.19,
-                          0.77,
-                          9,
-                          0};
-
 inline void feedText(const std::string& nText, GeodeticSystem nSystem = WGS_84_GPS) {
   gpshost::feedSentence(nText.data(), static_cast<unsigned int>(nText.size()), nSystem);
 }
 
-/// Feeds the epoch as a receiver does: each sentence, its record, and the combined record when its kinds are there.
+/// Feeds the epoch by way of a receiver: each sentence, its record, and the combined record when its kinds are there.
 inline void feedEpoch() {
-  feedText(RMC_TEXT), gpshost::feed(RMC_RECORD);
-  feedText(VTG_TEXT), gpshost::feed(VTG_RECORD);
-  feedText(GGA_TEXT), gpshost::feed(GGA_RECORD);
-  feedText(GSA_TEXT), gpshost::feed(GSA_RECORD);
-  feedText(GSV_TEXT_1), feedText(GSV_TEXT_2), feedText(GSV_TEXT_3), gpshost::feed(GSV_RECORD);
-  feedText(GLL_TEXT), gpshost::feed(GLL_RECORD);
-  gpshost::feed(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD});
-  feedText(ZDA_TEXT), gpshost::feed(ZDA_RECORD);
-  feedText(PUBX_TEXT), gpshost::feed(PUBX_RECORD);
+  gpshost::Receiver lReceiver;
+  EXPECT_TRUE(lReceiver.start());
+  for (const char* const lpText :
+       {RMC_TEXT, VTG_TEXT, GGA_TEXT, GSA_TEXT, GSV_TEXT_1, GSV_TEXT_2, GSV_TEXT_3, GLL_TEXT, ZDA_TEXT, PUBX_TEXT}) {
+    EXPECT_TRUE(lReceiver.receive(lpText, static_cast<unsigned int>(strlen(lpText))));
+  }
+  lReceiver.drain();
 }
 const size_t EPOCH_NOTE_NUM = 19;  // of a listener of every kind
 

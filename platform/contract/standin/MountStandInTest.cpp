@@ -1,12 +1,12 @@
 // What the mount stand-in makes of mount tables and of sysfs, on a fixture tree.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Notes.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 #include "TempTree.h"
@@ -19,35 +19,16 @@ using std::string;
 using Told = std::vector<string>;
 
 /// Notes "type port event drive path" of each device, and "ready".
-class Recorder : public ZTSMountListener {
+class Recorder : public ZTSMountListener, public nfwtest::Notes {
  public:
-  void onNotifyReady() override { note("ready"); }
+  void onNotifyReady() override { add("ready"); }
   void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo) override {
     mLast = nInfo;
-    note(std::to_string(nInfo.type) + " " + std::to_string(nInfo.port) + " " + std::to_string(nInfo.event) + " " +
-         nInfo.drive + " " + nInfo.path);
-  }
-  Told take() {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    return std::exchange(mTold, Told());
-  }
-  bool waitFor(const string& nText) {
-    return nfwtest::eventually([&] {
-      const std::lock_guard<std::mutex> lLock(mMutex);
-      return std::find(mTold.begin(), mTold.end(), nText) != mTold.end();
-    });
+    add(std::to_string(nInfo.type) + " " + std::to_string(nInfo.port) + " " + std::to_string(nInfo.event) + " " +
+        nInfo.drive + " " + nInfo.path);
   }
 
   ZTSMountDef::ST_MNT_MOUNT_INFO mLast{};
-
- private:
-  void note(const string& nText) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mTold.push_back(nText);
-  }
-
-  std::mutex mMutex;
-  Told mTold;
 };
 
 bool gIsReadable = true;
@@ -261,12 +242,12 @@ TEST_F(MountTables, AreWatchedAndToldToLateListeners) {
   }
   EXPECT_TRUE(mounthost::startWatching(mOptions));
   EXPECT_FALSE(mounthost::startWatching(mOptions));
-  EXPECT_TRUE(mRecorder.waitFor("1 2 3 sda1 /media/a stick"));
-  EXPECT_EQ("ready", mRecorder.take()[0]);
   Recorder lLate;
-  EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&lLate));
-  EXPECT_TRUE(lLate.waitFor("1 2 3 sda1 /media/a stick"));
-  EXPECT_EQ((Told{"ready", "1 2 3 sda1 /media/a stick"}), lLate.take());
+  for (Recorder* const lpEach : {&mRecorder, &lLate}) {
+    EXPECT_TRUE(lpEach == &mRecorder || ZTSMount::GetInstance()->addListener(lpEach));
+    EXPECT_TRUE(lpEach->waitFor(2));
+    EXPECT_EQ((Told{"ready", "1 2 3 sda1 /media/a stick"}), lpEach->take());
+  }
   EXPECT_TRUE(ZTSMount::GetInstance()->removeListener(&lLate));
   mounthost::stopWatching();
   mounthost::stopWatching();
