@@ -17,7 +17,6 @@
 namespace {
 
 using contract::Pipe;
-using contract::readFile;
 using contract::RedirectedError;
 
 // What one line looks like on standard error.
@@ -93,20 +92,6 @@ TEST(SysLogStandIn, SurvivesAReaderThatHasGone) {
   sigset_t lPending;
   EXPECT_EQ(0, sigpending(&lPending));
   EXPECT_EQ(0, sigismember(&lPending, SIGPIPE));
-}
-
-TEST(SysLogStandIn, AppendsToAFileThatOthersWriteToo) {
-  contract::TempDir lDir;
-  const int lFile = ::open((lDir / "log").c_str(), O_WRONLY | O_CREAT, 0600);
-  {
-    RedirectedError lError(lFile);
-    for (const char* lpText : {"one", "two"}) {
-      applog(30, 1, lpText);
-      EXPECT_EQ(6, ::write(STDERR_FILENO, "other\n", 6));
-    }
-  }
-  ::close(lFile);
-  EXPECT_EQ("ERR [30] one\nother\nERR [30] two\nother\n", readFile(lDir / "log"));
 }
 
 TEST(SysLogStandIn, KeepsLevelsOfRegisteredTypes) {

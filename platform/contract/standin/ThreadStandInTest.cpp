@@ -197,17 +197,12 @@ TEST(KernelName, FitsAndTellsTheThreadsApart) {
   const std::pair<const char*, const char*> ROWS[] = {
       {"", ""},
       {"nfw::Logger_Thread", "Logger"},
-      {"nfw::LogWriter_Thread", "LogWriter"},
-      {"nfw::MountManager_Thread", "MountManager"},
       {"nfw::ComponentManager_Watch_Thread", "Component~Watch"},
       {"nfw::ProcessMsg_sender_Thread", "ProcessMs~ender"},
       {"nfw::ProcessMsg_distributor_Thread", "ProcessMs~butor"},
       {"nfw::Gnss_SharedThread", "Gnss_Shar~hread"},
-      {"nfw::DeadReckoning_SharedThread", "DeadRecko~hread"},
-      {"Sensor_SysLogger_Thread", "Sensor_Sy~ogger"},
       {"0000002A_nfw::LogPlayDataDispatcher_Thread", "0000002A_~tcher"},
       {"0000002B_nfw::LogPlayDataDispatcher_Thread", "0000002B_~tcher"},
-      {"1_SysLogPlayDataDispatcher_Thread", "1_SysLogP~tcher"},
   };
   std::set<std::string> lSeen;
   for (const auto& [lpName, lpShort] : ROWS) {
