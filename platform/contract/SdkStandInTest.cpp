@@ -10,8 +10,6 @@
 #include "GpsHost.h"
 #include "ParseNotes.h"
 #include "ThreadSupport.h"
-#include "ZTSDeadReckoning.h"
-#include "ZTSDeadReckoningHost.h"
 #include "ZTSMount.h"
 #include "ZTSMountHost.h"
 #include "gtest/gtest.h"
@@ -124,21 +122,6 @@ TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
   EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
   gpshost::feed(GPGGA{}, TOKYO_GPS);
   EXPECT_EQ("gga gll gsa gsv rmc vtg zda pubx six ", lListener.mCalls);
-}
-
-TEST(SdkStandIn, HandsOverDeadReckoningReports) {
-  struct Listener : ZTSDeadReckoningListener {
-    void onNotifyLocationInfoForTervin(ZTSDeadReckoningDef::DRG_LOCATION_INFO const* npInfo) override {
-      mpInfo = npInfo;
-    }
-    const void* mpInfo = nullptr;
-  } lListener;
-  const auto lpInfo = std::make_unique<ZTSDeadReckoningDef::DRG_LOCATION_INFO>();
-  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->addListener(&lListener));
-  deadreckoninghost::feed(*lpInfo);
-  EXPECT_EQ(lpInfo.get(), lListener.mpInfo);
-  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
-  EXPECT_FALSE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
 }
 
 TEST(SdkStandIn, TellsOfDevicesAndAnswersForThem) {

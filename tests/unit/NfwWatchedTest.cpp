@@ -10,7 +10,6 @@
 #include "NfwGpsSdkPlayer.h"
 #include "NfwNmeaDataDispatcher.h"
 #include "NfwParsedGgaDataDispatcher.h"
-#include "NfwParsedZdaDataDispatcher.h"
 #include "NfwSharedThreadComponent.h"
 #include "Notices.h"
 #include "PlatformSeams.h"
@@ -31,13 +30,9 @@ class Component : public nfw::SharedThreadComponent {
   void receiveMsg(int, utl::ThreadRawMsg&) override {}
 };
 
-struct NoListener : nfw::NmeaDataListener,
-                    nfw::ParsedGgaDataListener,
-                    nfw::ParsedZdaDataListener,
-                    nfw::DeadReckoningNmeaDataListener {
+struct NoListener : nfw::NmeaDataListener, nfw::ParsedGgaDataListener, nfw::DeadReckoningNmeaDataListener {
   void onNotifyNmeaData(unsigned char const*, unsigned int) override {}
   void onNotifyParsedGgaData(const nfw::GgaSentence&) override {}
-  void onNotifyParsedZdaData(const nfw::ZdaSentence&) override {}
   void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
 };
 
@@ -96,11 +91,9 @@ TEST_F(WatchedTest, ASharedThreadComponentIsNamedByItsOperation) {
 TEST_F(WatchedTest, ADispatcherIsNamedByItsOperation) {
   nfw::NmeaDataDispatcher lRaw(1, mThread.get());
   nfw::ParsedGgaDataDispatcher lGga(1, mThread.get());
-  nfw::ParsedZdaDataDispatcher lZda(1, mThread.get());
   nfw::DeadReckoningNmeaDataDispatcher lSets(1, mThread.get());
   expectOf("NmeaDataDispatcher", lRaw, [&] { lRaw.dispatch(nullptr, 0); });
   expectOf("ParsedGgaDataDispatcher", lGga, [&] { lGga.dispatch(nfw::GgaSentence()); });
-  expectOf("ParsedZdaDataDispatcher", lZda, [&] { lZda.dispatch(nfw::ZdaSentence()); });
   expectOf("DeadReckoningNmeaDataDispatcher", lSets, [&] { lSets.dispatch(nfw::DeadReckoningNmeaSentence()); });
   mThread.stop();
 }

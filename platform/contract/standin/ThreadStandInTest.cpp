@@ -211,23 +211,16 @@ TEST(KernelName, FitsAndTellsTheThreadsApart) {
   }
 }
 
-TEST(KernelName, IsGivenToTheThread) {
+TEST(KernelName, IsGivenToTheThreadWhetherOrNotTheHostMayHaveRealTime) {
+  threadhost::setRealTimePriorities(true);
   OwnThread lThread;
-  ASSERT_EQ(lThread.start(), 0);
+  EXPECT_EQ(lThread.start(), 0);
+  threadhost::setRealTimePriorities(false);
   lThread.mRecorder.mOnMsg = [](int, utl::ThreadRawMsg&) {
     char lName[16] = "";
     pthread_getname_np(pthread_self(), lName, sizeof lName);
     EXPECT_STREQ(lName, "Contract");
   };
-  EXPECT_TRUE(lThread.send(1));
-  lThread.mThread.stop(1, LIMIT_MS);
-}
-
-TEST(Priorities, ThreadsRunWhetherOrNotTheHostMayHaveRealTime) {
-  threadhost::setRealTimePriorities(true);
-  OwnThread lThread;
-  EXPECT_EQ(lThread.start(), 0);
-  threadhost::setRealTimePriorities(false);
   EXPECT_TRUE(lThread.send(1));
   EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), 0);
 }
