@@ -1,4 +1,4 @@
-// Arbitrary bytes as a sentence: nothing is read behind them, and the parser says what its reference says.
+// Arbitrary bytes as a sentence: nothing is read behind them, and the parser says what another one says.
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>

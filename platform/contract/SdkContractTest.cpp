@@ -18,41 +18,30 @@ struct MountListener : ZTSMountListener {
   void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const&) override {}
 };
 
-TEST(SdkContract, TheReceiverTakesAndForgetsListeners) {
+TEST(SdkContract, EachServiceTakesAndForgetsListenersAlsoTwice) {
   NmeaListener lNmea;
   ParseListener lParse;
+  ZTSDeadReckoningListener lSensors;
+  MountListener lMount;
   Gps* const lpGps = Gps::GetInstance();
-  ASSERT_NE(nullptr, lpGps);
   EXPECT_EQ(lpGps, Gps::GetInstance());
-  for (GeodeticSystem lSystem : {WGS_84_GPS, TOKYO_GPS}) {
-    for (int lRound = 0; lRound < 2; ++lRound) {
-      EXPECT_TRUE(lpGps->registerGpsNmeaListener(&lNmea, lSystem));
-      EXPECT_TRUE(lpGps->registerGpsParseNmeaListener(&lParse, lSystem));
+  for (const GeodeticSystem lSystem : {WGS_84_GPS, TOKYO_GPS, WGS_84_GPS, TOKYO_GPS}) {
+    EXPECT_TRUE(lpGps->registerGpsNmeaListener(&lNmea, lSystem));
+    EXPECT_TRUE(lpGps->registerGpsParseNmeaListener(&lParse, lSystem));
+    EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->addListener(&lSensors));
+    EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&lMount));
+    for (int i = 0; i < 2; ++i) {  // the second time none is registered
       lpGps->unRegisterGpsNmeaListener(&lNmea);
       lpGps->unRegisterGpsParseNmeaListener(&lParse);
+      ZTSDeadReckoning::GetInstance()->removeListener(&lSensors);
+      ZTSMount::GetInstance()->removeListener(&lMount);
     }
   }
-  lpGps->unRegisterGpsNmeaListener(&lNmea);  // one that is not registered
-}
-
-TEST(SdkContract, TheSensorsTakeAndForgetListeners) {
-  ZTSDeadReckoningListener lListener;
-  ASSERT_NE(nullptr, ZTSDeadReckoning::GetInstance());
-  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->addListener(&lListener));
-  ZTSDeadReckoning::GetInstance()->removeListener(&lListener);
-  ZTSDeadReckoning::GetInstance()->removeListener(&lListener);
-}
-
-TEST(SdkContract, TheMountServiceTakesListenersAndAnswers) {
-  MountListener lListener;
-  ASSERT_NE(nullptr, ZTSMount::GetInstance());
-  EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&lListener));
   ZTSMountDef::ST_MNT_MOUNT_INFO lInfo{};
   for (int lType = 1; lType <= 17; ++lType) {
     const bool lIsKnown = ZTSMount::GetInstance()->getDeviceInfo(lType, &lInfo) == 0;
     EXPECT_TRUE(!lIsKnown || lInfo.type == lType) << lType;
   }
-  ZTSMount::GetInstance()->removeListener(&lListener);
 }
 
 }  // namespace

@@ -42,9 +42,9 @@ TEST(StringContract, EraseTakesASpanOut) {
   char lText[] = "abcdef";
   EXPECT_EQ(4u, eraseStrSpan(lText, 1, 2));
   EXPECT_STREQ("adef", lText);
-  EXPECT_EQ(ERASE_FAILURE, eraseStrSpan(lText, 3, 2));
-  EXPECT_EQ(ERASE_FAILURE, eraseStrSpan(lText, 5, 0));
-  EXPECT_EQ(ERASE_FAILURE, eraseStrSpan(lText, 1, 0xFFFFFFFFu));
+  for (const auto& [lAt, lCount] : {std::pair{3u, 2u}, {5u, 0u}, {1u, 0xFFFFFFFFu}}) {
+    EXPECT_EQ(ERASE_FAILURE, eraseStrSpan(lText, lAt, lCount));
+  }
   EXPECT_EQ(ERASE_FAILURE, eraseStrSpan(nullptr, 0, 0));
   EXPECT_EQ(4u, eraseStrSpan(lText, 4, 0));
   EXPECT_EQ(0u, eraseStrSpan(lText, 0, 4));
@@ -115,27 +115,23 @@ TEST(StringContract, FullWidthFormsBecomeHalfWidth) {
 }
 
 TEST(StringContract, FirstCharacterIsMeasuredInBytes) {
-  bool lFlag = false;
-  EXPECT_EQ(1u, strCharBytesBase("#", &lFlag));
-  EXPECT_EQ(2u, strCharBytesBase("\xC3\xA9x", &lFlag));
-  EXPECT_EQ(3u, strCharBytesBase("\xEF\xBC\x90", &lFlag));
-  EXPECT_EQ(4u, strCharBytesBase("\xF0\x9F\x98\x80", &lFlag));
-  EXPECT_EQ(1u, strCharBytesBase("\x90", &lFlag));
-  EXPECT_EQ(2u, strCharBytesBase("\xEF\xBC", &lFlag));
-  EXPECT_EQ(0u, strCharBytesBase("", &lFlag));
-  EXPECT_FALSE(lFlag);
+  const std::pair<const char*, unsigned int> ROWS[] = {
+      {"#", 1}, {"\xC3\xA9x", 2}, {"\xEF\xBC\x90", 3}, {"\xF0\x9F\x98\x80", 4}, {"\x90", 1}, {"\xEF\xBC", 2}, {"", 0}};
+  for (const auto& [lpText, lSize] : ROWS) {
+    bool lFlag = false;
+    EXPECT_EQ(lSize, strCharBytesBase(lpText, &lFlag)) << lpText;
+    EXPECT_FALSE(lFlag);
+  }
 }
 
 TEST(StringContract, DirectoryIsTheTextBeforeTheLastSlash) {
-  char lDirectory[5];
-  EXPECT_TRUE(extractDirPath("/a/b/c.log", lDirectory, 5));
-  EXPECT_STREQ("/a/b", lDirectory);
-  EXPECT_TRUE(extractDirPath("/c.log", lDirectory, 5));
-  EXPECT_STREQ("/", lDirectory);
-  EXPECT_FALSE(extractDirPath("c.log", lDirectory, 5));
-  EXPECT_FALSE(extractDirPath("/a/bc/d", lDirectory, 5));
-  EXPECT_STREQ("", lDirectory);
-  EXPECT_FALSE(extractDirPath(nullptr, lDirectory, 5));
+  const std::pair<const char*, const char*> ROWS[] = {
+      {"/a/b/c.log", "/a/b"}, {"/c.log", "/"}, {"c.log", ""}, {"/a/bc/d", ""}, {nullptr, ""}};
+  for (const auto& [lpPath, lpDirectory] : ROWS) {
+    char lDirectory[5] = "";
+    EXPECT_EQ(*lpDirectory != '\0', extractDirPath(lpPath, lDirectory, 5));
+    EXPECT_STREQ(lpDirectory, lDirectory);
+  }
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "SharedThread.h"
 #include "utl/Event.h"
 #include "utl/MsgDrivenSharedThread.h"
 #include "utl/MsgDrivenThread.h"
@@ -19,15 +20,7 @@ namespace contract {
 
 const unsigned int LIMIT_MS = 20000;  // of waits that are not expected to end this way
 
-/// Waits for something that another thread brings about soon and that has no event.
-inline bool eventually(const std::function<bool()>& nHolds) {
-  const auto lEnd = std::chrono::steady_clock::now() + std::chrono::milliseconds(LIMIT_MS);
-  while (!nHolds()) {
-    if (std::chrono::steady_clock::now() > lEnd) return false;
-    std::this_thread::yield();
-  }
-  return true;
-}
+using nfwtest::eventually;
 
 /// `nSize` bytes, of which the first ones are a number.
 class BytesMsg : public utl::Msg {
@@ -73,7 +66,6 @@ class Recorder : public utl::ThreadMsgListener {
     }
     std::lock_guard<std::mutex> lLock(mMutex);
     mIds.push_back(lId);
-    mTimerIds.push_back(lTimer.getTimerId());
     mChanged.notify_all();
   }
 
@@ -87,10 +79,6 @@ class Recorder : public utl::ThreadMsgListener {
     std::lock_guard<std::mutex> lLock(mMutex);
     return mIds;
   }
-  std::vector<int> timerIds() {
-    std::lock_guard<std::mutex> lLock(mMutex);
-    return mTimerIds;
-  }
 
   std::function<void(int, utl::ThreadRawMsg&)> mOnMsg;  // set while the thread is idle
 
@@ -98,7 +86,7 @@ class Recorder : public utl::ThreadMsgListener {
   utl::Event mIsHeld{false}, mRelease{false};
   std::mutex mMutex;
   std::condition_variable mChanged;
-  std::vector<int> mIds, mTimerIds;
+  std::vector<int> mIds;
 };
 
 using Judgement = utl::MsgDrivenThread::MsgJudgement;

@@ -13,8 +13,8 @@ struct Difference {
 using Differences = std::vector<Difference>;
 
 const Differences OF_TEXT_LOG = {
-    {" : 26 26 1 82 47 187 : 28 28 1 43 46 56", ""},  // the satellites of the last message of a group
-    {"GSV 0 1 1 1 : 3 3 1 40 46 83", "GSV 5 1 1 1"},  // a kind of satellite without a number
+    {" 26 26 1 82 47 187 28 28 1 43 46 56", ""},  // the satellites of the last message of a group
+    {" 0 1 1 1 3 3 1 40 46 83", " 5 1 1 1"},      // a kind of satellite without a number
 };
 
 const char* const QUASI_ZENITH_GSV = "$GQGSV,1,1,01,03,40,083,46*47\r\n";
@@ -30,17 +30,17 @@ const Differences OF_SENSOR_LOG = {
     OF_TEXT_LOG[0],
     OF_TEXT_LOG[1],
     {ZDA_TEXT, ""},
-    {"ZDA 1  8 27 10 0  2002 9 16 0 0", ""},
+    {"ZDA 1 8 27 10 0 2002 9 16", ""},
     {OTHER_KIND, ""},
     {NO_FIX_YET,
      "$GPGGA,000000.000,0000.00000,N,00000.00000,E,0,00,99.99,0.0,M,0.0,M,,*6d\r\n|"
-     "GGA 1  0 0 0 0  0 0 0 1  0 0 0 3 0 0 99.99 0 0 0 0"},
+     "GGA 1 0 0 0 0 0 0 0 1 0 0 0 3 0 0 99.99"},
     {NO_POSITION, "$GPRMC,083559.000,V,0000.00000,N,00000.00000,E,0.000,0.00,091202,0.0,E,N*27\r\n"},
-    {"RMC 1  8 35 59 0 0  0 0 0 0  0 0 0 0 0 0", "RMC 1  8 35 59 0 0  0 0 0 1  0 0 0 3 0 0"},
+    {"RMC 1 8 35 59 0 0 0 0 0 0 0 0 0 0 0 0", "RMC 1 8 35 59 0 0 0 0 0 1 0 0 0 3 0 0"},
     {MANY_DECIMALS, "$GPGLL,4717.11364,N,00833.91565,E,092321.500,A,A*55\r\n"},
-    {"GLL 1  9 23 21 5  4717.1136412", "GLL 1  9 23 21 500  4717.11364"},
+    {" 9 23 21 5 4717.1136412", " 9 23 21 500 4717.11364"},
     {MANY_SATELLITES, "$GNGGA,092725.000,4717.11399,N,00833.91590,E,3,02,1.01,499.7,M,48.0,M,,*7c\r\n"},
-    {"GGA 4  9 27 25 0  4717.11399 47 17.1139 1  833.9159 8 33.9159 3 2 18 1.01 499.65 48 0 0", ""},
+    {"GGA 4 9 27 25 0 4717.11399 47 17.1139 1 833.9159 8 33.9159 3 2 18 1.01 499.65 48", ""},
 };
 
 Strings withDifferences(const Strings& nLive, const Differences& nDifferences) {

@@ -1,4 +1,4 @@
-// The parser against its reference.
+// The parser against another one.
 #pragma once
 
 #include <string>
@@ -23,6 +23,6 @@ void eachParse(const std::string& nText, Use nUse) {
   lTry(nfw::NMEA_PUBX, &NmeaDataParser::parsePubxSentence, nfw::PubxSentence());
 }
 
-/// What differs between the parser and its reference in verdict, record or log lines; empty when nothing does. Captures
-/// the log meanwhile.
-std::string differenceFromReference(const std::string& nText);
+/// What differs, in verdict or record, between the parser and the one that feeds the stand-in's SDK; empty when nothing
+/// does. `npHasRecord` is set when the text is one. Captures the log meanwhile.
+std::string differenceFromReference(const std::string& nText, bool* npHasRecord = nullptr);

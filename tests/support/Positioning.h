@@ -2,8 +2,10 @@
 // epoch of a drive as sentences, as the SDK's records and as a report.
 #pragma once
 
+#include <cstring>
 #include <sstream>
 
+#include "../../src/NaviAppFramework/private/sentences/RecordFields.h"
 #include "GpsHost.h"
 #include "NaviAppFramework.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
@@ -91,56 +93,33 @@ std::string joined(const char* npKind, const Values&... nValues) {
   return lText.str();
 }
 
-inline std::string text(const nfw::GnssSentenceTime& n) {
-  return joined("", n.hour, n.minute, n.second, n.millisecond);
-}
-inline std::string text(const nfw::GnssSentenceDate& n) { return joined("", n.year, n.month, n.day); }
-inline std::string text(const nfw::GnssSentenceCoordinate& n) {
-  return joined("", n.value, n.degree, n.minute, n.direction);
-}
-inline std::string text(const nfw::GgaSentence& n) {
-  return joined("GGA", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.quality,
-                n.satelliteCount, n.hdop, n.altitude, n.geoidSeparation, n.dgpsDataAge, n.dgpsStationId);
-}
-inline std::string text(const nfw::GllSentence& n) {
-  return joined("GLL", n.satelliteType, text(n.utcTime), text(n.latitude), text(n.longitude), n.status, n.mode);
-}
-inline std::string text(const nfw::GsaSentence& n) {
-  std::string lText = joined("GSA", n.satelliteType, n.positioningType, n.mode, n.pdop, n.hdop, n.vdop);
-  for (unsigned int i = 0; i < nfw::GsaSentence::SATELLITE_NUM; ++i) {
-    lText += joined("", unsigned{n.satelliteNumber[i]}, n.satelliteId[i]);
-  }
+inline const char* kindOf(const nfw::GgaSentence&) { return "GGA"; }
+inline const char* kindOf(const nfw::GllSentence&) { return "GLL"; }
+inline const char* kindOf(const nfw::GsaSentence&) { return "GSA"; }
+inline const char* kindOf(const nfw::GsvSentence&) { return "GSV"; }
+inline const char* kindOf(const nfw::RmcSentence&) { return "RMC"; }
+inline const char* kindOf(const nfw::VtgSentence&) { return "VTG"; }
+inline const char* kindOf(const nfw::ZdaSentence&) { return "ZDA"; }
+inline const char* kindOf(const nfw::PubxSentence&) { return "PUBX"; }
+inline const char* kindOf(const nfw::NmeaSentence&) { return "NMEA"; }
+
+/// The kind of a record and its fields up to the last one that is not zero; ".." for more than 16 zeros in a row.
+template <class Record>
+std::string text(const Record& nRecord) {
+  std::string lText = kindOf(nRecord), lZeros;
+  nfw::eachField(nRecord, [&](const auto& nField) {
+    using Number = std::remove_all_extents_t<std::remove_reference_t<decltype(nField)>>;
+    for (auto lp = reinterpret_cast<Number*>(&nField); lp < reinterpret_cast<Number*>(&nField + 1); ++lp) {
+      if (*lp == Number{}) {
+        lZeros += " 0";
+        continue;
+      }
+      lText += (lZeros.size() > 32 ? " .." : lZeros) + joined("", +*lp);
+      lZeros.clear();
+    }
+    return true;
+  });
   return lText;
-}
-/// Satellites up to the last one that is not all zero.
-inline std::string text(const nfw::GsvSentence& n) {
-  const std::string lHead = joined("GSV", n.satelliteType, n.messageCount, n.messageNumber, n.satelliteView);
-  std::string lText = lHead, lAll = lHead;
-  for (const nfw::GsvSatelliteInfo& lInfo : n.satellite) {
-    lAll += joined(" :", unsigned{lInfo.satelliteNumber}, lInfo.satelliteId, lInfo.valid, unsigned{lInfo.elevation},
-                   unsigned{lInfo.snr}, lInfo.azimuth);
-    if (lInfo.satelliteId != 0) lText = lAll;
-  }
-  return lText;
-}
-inline std::string text(const nfw::RmcSentence& n) {
-  return joined("RMC", n.satelliteType, text(n.utcTime), n.status, text(n.latitude), text(n.longitude), n.speed,
-                n.direction, text(n.date), n.magneticDeclination, n.mode);
-}
-inline std::string text(const nfw::VtgSentence& n) {
-  return joined("VTG", n.satelliteType, n.directionForTrueNorth, n.directionForMagneticNorth, n.speedKnot, n.speedKmh,
-                n.mode);
-}
-inline std::string text(const nfw::ZdaSentence& n) {
-  return joined("ZDA", n.satelliteType, text(n.utcTime), text(n.date), n.localZoneHour, n.localZoneMinute);
-}
-inline std::string text(const nfw::PubxSentence& n) {
-  return joined("PUBX", n.messageId, text(n.utcTime), text(n.latitude), text(n.longitude), n.altitudeRef, n.status,
-                n.hacc, n.vacc, n.speed, n.direction, n.vvel, n.dgpsDataAge, n.hdop, n.vdop, n.tdop, n.satelliteCount,
-                n.drMode);
-}
-inline std::string text(const nfw::NmeaSentence& n) {
-  return joined("NMEA", text(n.gga), text(n.gll), text(n.gsa), text(n.gsv), text(n.rmc), text(n.vtg));
 }
 
 /// The notes of a GnssListener, each by its kind alone: "$GGA $".
@@ -188,24 +167,13 @@ class GnssListener : public nfw::NmeaDataListener,
   }
 
   /// From one of the kinds, in the order of KIND_NAMES.
-  template <class Service>
-  void detachFrom(Service& nService, size_t nKind) {
-    const std::function<void()> DETACH[KIND_NUM] = {[&] { nService.detachNmeaDataListener(this); },
-                                                    [&] { nService.detachParsedGgaDataListener(this); },
-                                                    [&] { nService.detachParsedGllDataListener(this); },
-                                                    [&] { nService.detachParsedGsaDataListener(this); },
-                                                    [&] { nService.detachParsedGsvDataListener(this); },
-                                                    [&] { nService.detachParsedVtgDataListener(this); },
-                                                    [&] { nService.detachParsedZdaDataListener(this); },
-                                                    [&] { nService.detachParsedRmcDataListener(this); },
-                                                    [&] { nService.detachParsedPubxDataListener(this); },
-                                                    [&] {
-                                                      if constexpr (std::is_same_v<Service, nfw::Gnss>) {
-                                                        nService.detachParsedNmeaDataListener(this);
-                                                      } else {
-                                                        nService.detachParsedNmeaSentenceListener(this);
-                                                      }
-                                                    }};
+  void detachFrom(nfw::Gnss& n, size_t nKind) {
+    const std::function<void()> DETACH[KIND_NUM] = {
+        [&] { n.detachNmeaDataListener(this); },       [&] { n.detachParsedGgaDataListener(this); },
+        [&] { n.detachParsedGllDataListener(this); },  [&] { n.detachParsedGsaDataListener(this); },
+        [&] { n.detachParsedGsvDataListener(this); },  [&] { n.detachParsedVtgDataListener(this); },
+        [&] { n.detachParsedZdaDataListener(this); },  [&] { n.detachParsedRmcDataListener(this); },
+        [&] { n.detachParsedPubxDataListener(this); }, [&] { n.detachParsedNmeaDataListener(this); }};
     DETACH[nKind]();
   }
 
@@ -260,64 +228,19 @@ const char ZDA_TEXT[] = "$GPZDA,082710.00,16,09,2002,00,00*64\r\n";
 const char PUBX_TEXT[] =
     "$PUBX,00,081350.000,4717.11321,N,00833.91519,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,0,0.92,1.19,0.77,9,0*45\r\n";
 
-/// What an SDK makes of the epoch. Minutes are as the parser reads them, 7 characters at most.
-const GPRMC RMC_RECORD = {
-    1, {8, 35, 59, 0}, 1, {4717.11437, 47, 17.1143, 1}, {833.91522, 8, 33.9152, 3}, 0.004, 77.52, {2002, 12, 9}, -3.1,
-    1};
-const GPVTG VTG_RECORD = {1, 77.52, 76.5, 0.004, 0.008, 1};
-const GPGGA GGA_RECORD = {
-    1, {9, 27, 25, 0}, {4717.11399, 47, 17.1139, 1}, {833.9159, 8, 33.9159, 3}, 1, 8, 1.01, 499.6, 48.0, 0, 0};
-const GPGSA GSA_RECORD = {1, 1, 2, {23, 29, 7, 8, 9, 18, 26, 28}, 1.94, 1.18, 1.54};
-const GPGSV GSV_RECORD = {1,
-                          3,
-                          3,
-                          10,
-                          10,
-                          {{23, 1, 38, 44, 230},
-                           {29, 1, 71, 47, 156},
-                           {7, 1, 29, 41, 116},
-                           {8, 1, 9, 36, 81},
-                           {10, 0, 7, 0, 189},
-                           {5, 0, 5, 0, 220},
-                           {9, 1, 34, 42, 274},
-                           {18, 1, 25, 44, 309},
-                           {26, 1, 82, 47, 187},
-                           {28, 1, 43, 46, 56}}};
-const GPGLL GLL_RECORD = {1, {9, 23, 21, 0}, {4717.11364, 47, 17.1136, 1}, {833.91565, 8, 33.9156, 3}, 1, 1};
-const GPZDA ZDA_RECORD = {1, {8, 27, 10, 0}, {2002, 9, 16}, 0, 0};
-const PUBX PUBX_RECORD = {0,
-                          {8, 13, 50, 0},
-                          {4717.11321, 47, 17.1132, 1},
-                          {833.91519, 8, 33.9151, 3},
-                          546.589,
-                          3,
-                          2.1,
-                          2.0,
-                          0.007,
-                          77.52,
-                          0.007,
-                          0,
-                          0.92,
-                          1.19,
-                          0.77,
-                          9,
-                          0};
-
 inline void feedText(const std::string& nText, GeodeticSystem nSystem = WGS_84_GPS) {
   gpshost::feedSentence(nText.data(), static_cast<unsigned int>(nText.size()), nSystem);
 }
 
-/// Feeds the epoch as a receiver does: each sentence, its record, and the combined record when its kinds are there.
+/// Feeds the epoch by way of a receiver: each sentence, its record, and the combined record when its kinds are there.
 inline void feedEpoch() {
-  feedText(RMC_TEXT), gpshost::feed(RMC_RECORD);
-  feedText(VTG_TEXT), gpshost::feed(VTG_RECORD);
-  feedText(GGA_TEXT), gpshost::feed(GGA_RECORD);
-  feedText(GSA_TEXT), gpshost::feed(GSA_RECORD);
-  feedText(GSV_TEXT_1), feedText(GSV_TEXT_2), feedText(GSV_TEXT_3), gpshost::feed(GSV_RECORD);
-  feedText(GLL_TEXT), gpshost::feed(GLL_RECORD);
-  gpshost::feed(PARSE_NMEA{GGA_RECORD, GLL_RECORD, GSA_RECORD, GSV_RECORD, RMC_RECORD, VTG_RECORD});
-  feedText(ZDA_TEXT), gpshost::feed(ZDA_RECORD);
-  feedText(PUBX_TEXT), gpshost::feed(PUBX_RECORD);
+  gpshost::Receiver lReceiver;
+  EXPECT_TRUE(lReceiver.start());
+  for (const char* const lpText :
+       {RMC_TEXT, VTG_TEXT, GGA_TEXT, GSA_TEXT, GSV_TEXT_1, GSV_TEXT_2, GSV_TEXT_3, GLL_TEXT, ZDA_TEXT, PUBX_TEXT}) {
+    EXPECT_TRUE(lReceiver.receive(lpText, static_cast<unsigned int>(strlen(lpText))));
+  }
+  lReceiver.drain();
 }
 const size_t EPOCH_NOTE_NUM = 19;  // of a listener of every kind
 

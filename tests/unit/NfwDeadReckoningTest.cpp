@@ -2,7 +2,6 @@
 #include "NfwDeadReckoning.h"
 #include "NfwDeadReckoningLoggerPlayer.h"
 #include "NfwDeadReckoningSdkDataReceiver.h"
-#include "NfwDeadReckoningSensorSysLoggerPlayer.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "Positioning.h"
 #include "SharedThread.h"
@@ -168,39 +167,6 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
   lPlay({r, v});
   lPlayer.off(), lPlayer.on();
   EXPECT_EQ(Strings{}, lPlay({g, p})) << "a set of the replay before";
-  EXPECT_EQ(Strings{}, errors(mLog));
-  expectRefusals(mLog, lPlayer, "nfw::DeadReckoningLoggerPlayer");
-  const seams::Failing lFailing(seams::POST);
-  lPlayer.receiveLogPlayData(21, nullptr, 0);
-  EXPECT_EQ(Strings{"nfw::DeadReckoningLoggerPlayer::receiveLogPlayData(): Can't post thread: MsgId=-2147480574 "},
-            errors(mLog));
-}
-
-TEST_F(DeadReckoningTest, BinaryRecordsBecomeTheirSets) {
-  const std::string lClass = "nfw::DeadReckoningSensorSysLoggerPlayer";
-  nfw::DeadReckoningSensorSysLoggerPlayer lPlayer(&mDispatcher, mThread.get());
-  attach();
-  const auto lPlay = [&](int nKind, int nVersion, const std::string& nRecord) {
-    lPlayer.receiveSysLogPlayData(nKind, nVersion, reinterpret_cast<const unsigned char*>(nRecord.data()),
-                                  static_cast<unsigned int>(nRecord.size()));
-    return settled();
-  };
-  const std::string lRecord = sensorData(makeReport(4, 32));
-  EXPECT_EQ(Strings{}, lPlay(1, 1, lRecord));
-  lPlayer.on();
-  EXPECT_EQ(40U, lPlay(1, 1, lRecord).size());
-  EXPECT_EQ(Strings{}, lPlay(0, 1, lRecord));
-  EXPECT_EQ(Strings{}, lPlay(1, 1, std::string(1401, 'x')));
-  EXPECT_EQ(Strings{}, errors(mLog));
-  EXPECT_EQ(Strings{}, lPlay(1, 2, lRecord));
-  EXPECT_EQ(Strings{lClass + "::onReceiveDeadReckoningData(): getConverter() failed LogVersion=0x02"}, errors(mLog));
-  EXPECT_EQ(Strings{}, lPlay(1, 0, lRecord.substr(0, 50)));
-  EXPECT_TRUE(mLog.has(
-      lClass + "::onReceiveDeadReckoningData(): nfw::convertToDeadReckoningNmeaSentence() failed LogVersion=0x00"));
-  expectRefusals(mLog, lPlayer, lClass);
-  const seams::Failing lFailing(seams::POST);
-  lPlayer.receiveSysLogPlayData(1, 1, nullptr, 0);
-  EXPECT_EQ(Strings{lClass + "::receiveSysLogPlayData(): Can't post thread: MsgId=-2147480574 "}, errors(mLog));
 }
 
 }  // namespace

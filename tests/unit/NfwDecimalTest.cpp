@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <random>
@@ -39,16 +38,6 @@ TEST(Decimal, ReadsNumbersOfEveryLengthAndScaleAsStrtod) {
     lText.insert(static_cast<std::size_t>(lRandom() % (lText.size() + 1)), ".");
     expectAsStrtod((i % 2 != 0 ? "-" : "") + lText);
   }
-}
-
-TEST(Decimal, ReadsPointsUnderACommaLocale) {
-  const std::string lBefore = std::setlocale(LC_NUMERIC, nullptr);
-  if (std::setlocale(LC_NUMERIC, "fr_FR.UTF-8") == nullptr) GTEST_SKIP() << "no comma locale: see LOCPATH";
-  const char* lpRest = nullptr;
-  EXPECT_EQ(3539.1234, Decimal::read("3539.1234", &lpRest));
-  EXPECT_EQ(1.5e-3, Decimal::read("1.5e-3", &lpRest));
-  EXPECT_STREQ("", lpRest);
-  std::setlocale(LC_NUMERIC, lBefore.c_str());
 }
 
 }  // namespace

@@ -291,14 +291,4 @@ TEST_F(ReaderTest, AFileThatShrinksAndCannotBeReadOnIsAnError) {
   EXPECT_EQ(Strings{"LogReader::next(): Can't get log pos: Id=0x00000014"}, mLog.texts());
 }
 
-TEST_F(ReaderTest, AFastReaderMeetsTheNewEndWhenItReadsOn) {
-  std::string lFile;
-  for (int i = 0; i < 5000; ++i) lFile += logRecord(20, 1, "data");
-  ASSERT_TRUE(open(20, lFile));
-  for (int i = 0; i < 1000; ++i) ASSERT_EQ(4, next().mResult);
-  std::filesystem::resize_file(mPath, lFile.size() / 2);
-  EXPECT_EQ(1500, countToEnd(LOG));
-  EXPECT_EQ(END, next().mResult);
-}
-
 }  // namespace

@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <climits>
 #include <cstring>
 #include <functional>
-#include <future>
 #include <map>
 #include <set>
 #include <string>
@@ -259,8 +257,12 @@ TEST_F(MountManagerTest, TellsALateListenerEachDeviceAndTheNewestLast) {
 
 TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
   start();
-  EXPECT_TRUE(mpManager->attachListener(&mB));
-  EXPECT_TRUE(mpManager->attachListener(&mC));
+  Listener lD(mNotes, "D");
+  for (Listener* const lpListener : {static_cast<Listener*>(nullptr), &mA, &mB, &mC}) {
+    EXPECT_TRUE(mpManager->attachListener(lpListener));
+  }
+  EXPECT_FALSE(mpManager->attachListener(&lD));  // one more than may be
+  EXPECT_TRUE(mpManager->detachListener(&lD) && mpManager->detachListener(nullptr));
   feed("a", 3);
   EXPECT_EQ((Texts{"C:a 4", "B:a 4", "A:a 4"}), told());
   mC.mOnEvent = [&](const MountEventMsg&) { EXPECT_TRUE(mpManager->detachListener(&mC)); };  // itself
@@ -280,20 +282,6 @@ TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
   };
   feed("a", 1);
   EXPECT_EQ((Texts{"C:a 3", "A:a 3"}), told());
-}
-
-TEST_F(MountManagerTest, AttachesAsManyAsMayBe) {
-  start();
-  Listener lD(mNotes, "D");
-  for (Listener* const lpListener : {static_cast<Listener*>(nullptr), &mA, &mB, &mC}) {
-    EXPECT_TRUE(mpManager->attachListener(lpListener));
-  }
-  EXPECT_FALSE(mpManager->attachListener(&lD));
-  EXPECT_TRUE(mpManager->attachListener(&mA));  // there already
-  for (Listener* const lpListener : {&lD, static_cast<Listener*>(nullptr), &mB}) {
-    EXPECT_TRUE(mpManager->detachListener(lpListener));
-  }
-  EXPECT_TRUE(mpManager->attachListener(&lD));
 }
 
 TEST_F(MountManagerTest, LogsWhatTheSdkTells) {
@@ -404,31 +392,6 @@ TEST_F(MountManagerTest, AsksTheSdkForTheExternalDatabase) {
     mounthost::setDeviceInfo(14, lRow.mResult, sdkInfo("db", lRow.mEvent, lRow.mType));
     EXPECT_EQ(lRow.mStatus, mpManager->getExternalDbStatus());
   }
-}
-
-TEST_F(MountManagerTest, IsUsedFromManySides) {
-  EXPECT_TRUE(mpManager->initialize());
-  std::atomic<bool> lIsOver{false};
-  std::vector<std::future<void>> lThreads;
-  for (const char* lpName : {"x", "y"}) {
-    lThreads.push_back(std::async(std::launch::async, [&, lpName] {
-      Listener lOwn(mNotes, lpName);
-      lOwn.mOnEvent = [&](const MountEventMsg& nEvent) {
-        EXPECT_TRUE(nEvent.mDeviceStatus != 7 || mpManager->detachListener(&lOwn));
-      };
-      for (int i = 0; !lIsOver; ++i) {
-        feed(lpName + std::to_string(i % 5), i % 8);
-        mpManager->attachListener(&lOwn);
-        mpManager->getDeviceStatus(i % 1000);
-        mpManager->detachListener(&lOwn);  // it goes, whether the manager still runs or not
-      }
-    }));
-  }
-  EXPECT_TRUE(mpManager->attachListener(&mA));
-  EXPECT_TRUE(mNotes.waitFor(500));
-  mpManager->shutdown();
-  lIsOver = true;
-  lThreads.clear();
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <clocale>
 #include <cmath>
 #include <cstdlib>
-#include <random>
 
 #include "BinaryLog.h"
 #include "BinaryNumber.h"
@@ -57,26 +56,6 @@ TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
              '|')) {
       expectByTheRule(lText, lScale);
     }
-  }
-}
-
-TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesForManyNumbers) {
-  std::mt19937 lEngine(20240323);
-  const auto lBelow = [&lEngine](unsigned int nLimit) { return static_cast<unsigned int>(lEngine() % nLimit); };
-  const seams::CapturedLog lLog;
-  char lText[32];
-  for (int i = 0; i < 100000 && !HasFatalFailure(); ++i) {
-    const unsigned int lScale = lBelow(6);
-    const unsigned int lUnit = static_cast<unsigned int>(UNITS[lScale]);
-    const unsigned int lWhole = lBelow(i % 3 == 0 ? 20000 : 2200000000U / lUnit);
-    if (i % 2 == 0) {  // a 5 just behind the last digit that is stored, with a tail or without
-      snprintf(lText, sizeof(lText), "%s%u.%0*u5%.*s", i % 4 == 0 ? "-" : "", lWhole, static_cast<int>(lScale),
-               lBelow(lUnit), static_cast<int>(lBelow(6)), i % 6 == 0 ? "000001" : "00000");
-    } else {
-      snprintf(lText, sizeof(lText), "%u.%0*u", lWhole, static_cast<int>(lBelow(9)), lBelow(100000000));
-    }
-    lText[nfw::FieldScanner::MAX_FIELD] = '\0';
-    expectByTheRule(lText, lScale);
   }
 }
 

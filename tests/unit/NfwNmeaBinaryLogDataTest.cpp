@@ -414,25 +414,26 @@ TEST_F(NmeaBinaryLogData, EveryWidthFollowsTheVersion) {
 // Converters of one build are called through tables of another: the order of the virtual operations is part of the
 // format.
 TEST_F(NmeaBinaryLogData, KeepsTheOrderOfItsVirtualOperations) {
-  std::vector<size_t> lPlaces;
-  const auto lAdd = [&lPlaces](auto nOperation) {
+  using Base = nfw::NmeaBinaryLogData;
+  using Derived = NmeaBinaryLogDataVersion0;
+  const auto lPlaceOf = [](auto nOperation) {
     size_t lPlace = 0;
     memcpy(&lPlace, &nOperation, sizeof(lPlace));
-    lPlaces.push_back(lPlace);
+    return lPlace;
   };
-  lAdd(&nfw::NmeaBinaryLogData::getBinaryLogVersion);
-  lAdd(&nfw::NmeaBinaryLogData::convertFromNmeaSentence);
-  lAdd(&nfw::NmeaBinaryLogData::convertToNmeaSentence);
-  lAdd(&nfw::NmeaBinaryLogData::convertFromDeadReckoningData);
-  lAdd(&nfw::NmeaBinaryLogData::convertToDeadReckoningNmeaSentence);
-  lAdd(&NmeaBinaryLogDataVersion0::getBinaryLogVersionImp);
-  lAdd(&NmeaBinaryLogDataVersion0::getGsaBinaryLogSize);
-  lAdd(&NmeaBinaryLogDataVersion0::getGsvBinaryLogSize);
-  lAdd(&NmeaBinaryLogDataVersion0::getSatelliteNumSize);
-  lAdd(&NmeaBinaryLogDataVersion0::convertFromSatelliteNumString);
-  lAdd(&NmeaBinaryLogDataVersion0::convertFromSatelliteNumUint32);
-  lAdd(&NmeaBinaryLogDataVersion0::convertToSatelliteNumString);
-  for (size_t i = 1; i < lPlaces.size(); ++i) EXPECT_EQ(lPlaces[i - 1] + sizeof(void*), lPlaces[i]) << i;
+  const size_t PLACES[] = {lPlaceOf(&Base::getBinaryLogVersion),
+                           lPlaceOf(&Base::convertFromNmeaSentence),
+                           lPlaceOf(&Base::convertToNmeaSentence),
+                           lPlaceOf(&Base::convertFromDeadReckoningData),
+                           lPlaceOf(&Base::convertToDeadReckoningNmeaSentence),
+                           lPlaceOf(&Derived::getBinaryLogVersionImp),
+                           lPlaceOf(&Derived::getGsaBinaryLogSize),
+                           lPlaceOf(&Derived::getGsvBinaryLogSize),
+                           lPlaceOf(&Derived::getSatelliteNumSize),
+                           lPlaceOf(&Derived::convertFromSatelliteNumString),
+                           lPlaceOf(&Derived::convertFromSatelliteNumUint32),
+                           lPlaceOf(&Derived::convertToSatelliteNumString)};
+  for (size_t i = 1; i < std::size(PLACES); ++i) EXPECT_EQ(PLACES[i - 1] + sizeof(void*), PLACES[i]) << i;
 }
 
 TEST_F(NmeaBinaryLogData, WritesScaledIntegersWithAllTheirDecimals) {

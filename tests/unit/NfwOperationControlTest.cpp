@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstring>
-#include <functional>
 #include <thread>
 
 #include "NfwOperationControl.h"
@@ -50,70 +50,30 @@ TEST(OperationControlTest, ACounterAtItsEndRefusesWithALine) {
   }
 }
 
-// Operations, and whoever ends them, shuts down or takes that back, let loose at once.
-class OperationControlRace : public testing::Test {
- protected:
-  static constexpr int ROUNDS = 50;
-
-  static void atOnce(const std::vector<std::function<void()>>& nParts) {
-    std::atomic<size_t> lMissing{nParts.size()};
-    std::vector<std::thread> lThreads;
-    for (const auto& lPart : nParts) {
-      lThreads.emplace_back([&lMissing, &lPart] {
-        --lMissing;
-        EXPECT_TRUE(nfwtest::eventually([&] { return lMissing == 0; }));
-        lPart();
-      });
-    }
-    for (std::thread& lThread : lThreads) lThread.join();
-  }
-  void awaitClosed() {
-    EXPECT_TRUE(nfwtest::eventually([this] {
-      const bool lIsOpen = mControl.start();
-      if (lIsOpen) mControl.complete();
+TEST(OperationControlTest, AShutdownWaitsForEveryOperationAlsoWhenItIsTakenBackMeanwhile) {
+  for (const bool lIsTakenBack : {false, true}) {
+    nfw::OperationControl lControl;
+    std::atomic<bool> lIsOver{false};
+    EXPECT_TRUE(lControl.start() && lControl.start());
+    std::thread lShutdown([&] {
+      EXPECT_TRUE(lControl.prohibit());
+      lIsOver = true;
+    });
+    EXPECT_TRUE(nfwtest::eventually([&] {
+      const bool lIsOpen = lControl.start();
+      if (lIsOpen) lControl.complete();
       return !lIsOpen;
     }));
-  }
-
-  nfw::OperationControl mControl;
-};
-
-TEST_F(OperationControlRace, OneOperationIsCompletedOnce) {
-  const std::function<void()> lComplete = [this] { mControl.complete(); };
-  for (int i = 0; i < ROUNDS && !HasFailure(); ++i) {
-    EXPECT_TRUE(mControl.start()) << i;
-    std::thread lShutdown([this] { mControl.prohibit(); });
-    awaitClosed();
-    atOnce({lComplete, lComplete, lComplete});
+    lControl.complete();
+    if (lIsTakenBack) {
+      lControl.permit();
+      EXPECT_TRUE(lControl.start()) << "open again, the shutdown still waits";
+      lControl.complete();
+    }
+    EXPECT_FALSE(lIsOver);
+    lControl.complete();
     lShutdown.join();
-    mControl.permit();
-  }
-}
-
-TEST_F(OperationControlRace, AShutdownWaitsForEveryOperationAlsoWhenItIsTakenBackMeanwhile) {
-  for (int i = 0; i < ROUNDS && !HasFailure(); ++i) {
-    std::atomic<int> lUnderWay{2};
-    for (int j = 0; j < 2; ++j) EXPECT_TRUE(mControl.start());
-    const auto lEnd = [&] {
-      std::this_thread::yield();
-      --lUnderWay;
-      mControl.complete();
-    };
-    atOnce({[&] {
-              EXPECT_TRUE(mControl.prohibit());
-              EXPECT_EQ(0, lUnderWay) << i;
-              if (i % 2 == 0) mControl.permit();
-            },
-            [&] {
-              awaitClosed();
-              lEnd();
-              if (i % 2 == 1) {
-                mControl.permit();
-                EXPECT_TRUE(mControl.start()) << "open again, the shutdown still waits";
-                mControl.complete();
-              }
-              lEnd();
-            }});
+    EXPECT_EQ(lIsTakenBack, lControl.start());
   }
 }
 

@@ -1,8 +1,12 @@
+#include "NfwDeadReckoningLoggerPlayer.h"
+#include "NfwDeadReckoningSensorSysLoggerPlayer.h"
 #include "NfwGnssLoggerPlayer.h"
 #include "NfwGnssSensorSysLoggerPlayer.h"
+#include "NfwThreadMsgProfilerManager.h"
 #include "Positioning.h"
 #include "SentenceReplay.h"
 #include "SharedThread.h"
+#include "Split.h"
 
 namespace {
 
@@ -31,10 +35,8 @@ class SentenceReplayTest : public testing::Test {
     for (const std::string& lNote : mNotes.all()) {
       if (lNote.compare(0, 3, "GSV") != 0) continue;
       std::string lNumbers;
-      for (size_t i = lNote.find(": "); i != std::string::npos; i = lNote.find(": ", i + 1)) {
-        const size_t lFrom = lNote.find(' ', i + 2) + 1;
-        lNumbers += lNote.substr(lFrom, lNote.find(' ', lFrom) - lFrom) + " ";
-      }
+      const Strings lFields = split(lNote, ' ');
+      for (size_t i = 6; i < lFields.size(); i += 6) lNumbers += lFields[i] + " ";
       lAll.push_back(lNumbers);
     }
     return lAll;
@@ -43,22 +45,10 @@ class SentenceReplayTest : public testing::Test {
   seams::CapturedLog mLog;
   Notes mNotes;
   GnssListener mListener{mNotes};
-  SharedThread mThread{nfw::GnssDataDispatcher::getMaxMsgDataSize(), 256};
+  SharedThread mThread{nfw::ThreadMsgProfilerManager::profiledSize(nfw::THREAD_MSG_DEAD_RECKONING), 256};
   nfw::GnssDataDispatcher mDispatcher{mThread.get(), 1, 1, 1, 1, 1, 1, 1, 1, 1, 1};
   nfw::SentenceReplay mReplay{mDispatcher};
 };
-
-TEST_F(SentenceReplayTest, EachTextIsFollowedByItsRecord) {
-  const struct {
-    std::string mText;
-    const char* mpKinds;
-  } CASES[] = {
-      {GGA_TEXT, "$GGA "},       {GLL_TEXT, "$GLL "},  {GSA_TEXT, "$GSA "}, {GSV_TEXT_1, "$"},
-      {RMC_TEXT, "$RMC "},       {VTG_TEXT, "$VTG "},  {ZDA_TEXT, "$ZDA "}, {PUBX_TEXT, "$PUBX "},
-      {"$GPTXT,01*00\r\n", "$"}, {"$GPVTG,x*00", "$"}, {"$", "$"},
-  };
-  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mpKinds, play({lCase.mText})) << lCase.mText;
-}
 
 TEST_F(SentenceReplayTest, AnEpochIsSixKindsInAnyOrder) {
   EXPECT_EQ("$RMC $VTG $GGA $GSA $$$GSV $GLL NMEA ",
@@ -69,15 +59,6 @@ TEST_F(SentenceReplayTest, AnEpochIsSixKindsInAnyOrder) {
   EXPECT_EQ("$GLL $GGA $GSA $VTG $RMC $ZDA ", play({GLL_TEXT, GGA_TEXT, GSA_TEXT, VTG_TEXT, RMC_TEXT, ZDA_TEXT}));
   mReplay.clearSentenceData();
   EXPECT_EQ("$$$GSV ", play({GSV_TEXT_1, GSV_TEXT_2, GSV_TEXT_3}));
-}
-
-TEST_F(SentenceReplayTest, AnEpochHoldsTheLastRecordOfEachKind) {
-  const std::string lGga = "$GLGGA,000001.000,0000.0,S,00000.0,W,2,05,1.0,5.0,M,6.0,M,,*00";
-  play({GGA_TEXT, lGga, GLL_TEXT, GSA_TEXT, GSV_TEXT_1, GSV_TEXT_2, GSV_TEXT_3, RMC_TEXT, VTG_TEXT});
-  const Strings lNotes = mNotes.all();
-  nfw::GgaSentence lRecord;
-  ASSERT_TRUE(nfw::NmeaDataParser::parseGgaSentence(lGga.c_str(), 1, &lRecord));
-  EXPECT_EQ(joined("NMEA", text(lRecord)), lNotes.back().substr(0, joined("NMEA", text(lRecord)).size()));
 }
 
 // The last message of a group brings no satellites of its own.
@@ -107,56 +88,112 @@ TEST_F(SentenceReplayTest, AGroupOfGsvIsOneRecord) {
   EXPECT_EQ(5U * 128, satellites()[0].size());  // the first 128 of 156
 }
 
-// --- the two players around it
+// --- the players around it, and those of the sets
 
-class GnssLoggerPlayerTest : public SentenceReplayTest {
+class PlayersTest : public SentenceReplayTest {
  protected:
-  /// The message of the player, then those that it makes of it.
-  std::string settledKinds() {
-    mThread.settle();
-    mThread.settle();
-    return kindsOf(mNotes);
-  }
-  std::string played(nfw::GnssLoggerPlayer& nPlayer, int nId, const std::string& nText) {
+  PlayersTest() { EXPECT_TRUE(mSets.attachDeadReckoningNmeaDataListener(&mSetListener)); }
+  /// What comes of the player's message, and of those that it makes of it, each by its kind alone.
+  std::string played(nfw::LogPlayListener& nPlayer, int nId, const std::string& nText) {
     mNotes.clear();
     nPlayer.receiveLogPlayData(nId, reinterpret_cast<const unsigned char*>(nText.data()),
                                static_cast<unsigned int>(nText.size()));
     return settledKinds();
   }
-  std::string played(nfw::GnssSensorSysLoggerPlayer& nPlayer, int nKind, int nVersion, const std::string& nRecord) {
+  std::string played(nfw::SysLogPlayListener& nPlayer, int nKind, int nVersion, const std::string& nRecord) {
     mNotes.clear();
     nPlayer.receiveSysLogPlayData(nKind, nVersion, reinterpret_cast<const unsigned char*>(nRecord.data()),
                                   static_cast<unsigned int>(nRecord.size()));
     return settledKinds();
   }
+  std::string settledKinds() {
+    mThread.settle();
+    mThread.settle();
+    return kindsOf(mNotes);
+  }
+  /// The call makes this line of level error, and nothing is played.
+  void expectLine(const std::string& nLine, const std::function<std::string()>& nPlay) {
+    mLog.clear();
+    EXPECT_EQ("", nPlay());
+    EXPECT_EQ(nLine, errors(mLog).empty() ? "" : errors(mLog).back());
+  }
+  void expectNoPost(const std::string& nOperation, const std::function<std::string()>& nPlay) {
+    mThread.settle();
+    const seams::Failing lFailing(seams::POST, 0, 1);
+    expectLine(nOperation + "(): Can't post thread: MsgId=-2147480574 ", nPlay);
+  }
+
+  DeadReckoningListener mSetListener{mNotes};
+  nfw::DeadReckoningDataDispatcher mSets{mThread.get(), 1};
 };
 
-TEST_F(GnssLoggerPlayerTest, PlaysTextsOfItsIdWhileItIsOn) {
-  nfw::GnssLoggerPlayer lPlayer(&mDispatcher, mThread.get(), 20);
-  EXPECT_EQ("", played(lPlayer, 20, GGA_TEXT));
-  lPlayer.on();
-  EXPECT_EQ("$GGA ", played(lPlayer, 20, GGA_TEXT));
-  EXPECT_EQ("", played(lPlayer, 21, GGA_TEXT));
-  EXPECT_EQ("$", played(lPlayer, 20, "$" + std::string(129, 'x')));
-  EXPECT_EQ("", played(lPlayer, 20, std::string(131, 'x')));
-  EXPECT_EQ(" ", played(lPlayer, 20, ""));  // an empty text, too
+TEST_F(PlayersTest, TextsOfTheirIdArePlayedWhileTheyAreOn) {
+  nfw::GnssLoggerPlayer lGnss(&mDispatcher, mThread.get(), 20);
+  nfw::DeadReckoningLoggerPlayer lSets(&mSets, mThread.get(), 20);
+  EXPECT_EQ("", played(lGnss, 20, GGA_TEXT));
+  EXPECT_EQ("", played(lSets, 20, RMC_TEXT) + played(lSets, 20, PUBX_TEXT));
+  lGnss.on(), lSets.on();
+  EXPECT_EQ("", played(lGnss, 21, GGA_TEXT) + played(lSets, 21, RMC_TEXT) + played(lSets, 20, PUBX_TEXT));
+  EXPECT_EQ("$GGA ", played(lGnss, 20, GGA_TEXT));
+  EXPECT_EQ("", played(lSets, 20, RMC_TEXT));
+  EXPECT_EQ("$  $", played(lSets, 20, PUBX_TEXT));
+  EXPECT_EQ("$", played(lGnss, 20, "$" + std::string(129, 'x')));
+  EXPECT_EQ("", played(lGnss, 20, std::string(131, 'x')));
+  EXPECT_EQ(" ", played(lGnss, 20, ""));  // an empty text, too
   EXPECT_EQ(Strings{}, errors(mLog));
-  expectRefusals(mLog, lPlayer, "nfw::GnssLoggerPlayer");
-  {
-    const seams::Failing lFailing(seams::POST);
-    lPlayer.receiveLogPlayData(20, nullptr, 0);
-  }
-  EXPECT_EQ(Strings{"nfw::GnssLoggerPlayer::receiveLogPlayData(): Can't post thread: MsgId=-2147480574 "},
-            errors(mLog));
-  lPlayer.off();
-  EXPECT_EQ("", played(lPlayer, 20, GGA_TEXT));
+  expectNoPost("nfw::GnssLoggerPlayer::receiveLogPlayData", [&] { return played(lGnss, 20, GGA_TEXT); });
+  expectNoPost("nfw::DeadReckoningLoggerPlayer::receiveLogPlayData", [&] { return played(lSets, 20, RMC_TEXT); });
+  expectRefusals(mLog, lGnss, "nfw::GnssLoggerPlayer");
+  expectRefusals(mLog, lSets, "nfw::DeadReckoningLoggerPlayer");
+  lGnss.off();
+  EXPECT_EQ("", played(lGnss, 20, GGA_TEXT));
   nfw::GnssLoggerPlayer lNone(&mDispatcher, mThread.get(), nfw::NO_LOGGER_ID);
   EXPECT_TRUE(lNone.initialize());
   lNone.finalize();
 }
 
+TEST_F(PlayersTest, RecordsOfTheirKindAndOfKnownVersionsArePlayedWhileTheyAreOn) {
+  nfw::GnssSensorSysLoggerPlayer lGnss(&mDispatcher, mThread.get());
+  nfw::DeadReckoningSensorSysLoggerPlayer lSets(&mSets, mThread.get());
+  EXPECT_EQ(0U, lGnss.getConverter(0)->getBinaryLogVersion());
+  EXPECT_EQ(1U, lGnss.getConverter(1)->getBinaryLogVersion());
+  EXPECT_EQ(nullptr, lGnss.getConverter(2));
+  const struct {
+    nfw::PlaySource& mSource;
+    nfw::SysLogPlayListener& mPlayer;
+    int mKind;
+    std::string mRecord, mPlayed;
+    size_t mTooLong;
+    std::string mClass, mOperation, mConversion;
+  } ROWS[] = {
+      {lGnss, lGnss, 0, sensorData(GSA_TEXT), "$GSA ", 61, "nfw::GnssSensorSysLoggerPlayer", "onReceiveNmeaData",
+       "convertToNmeaSentence"},
+      {lSets, lSets, 1, sensorData(makeReport(4, 32)), std::string(40, '$'), 1401,
+       "nfw::DeadReckoningSensorSysLoggerPlayer", "onReceiveDeadReckoningData", "convertToDeadReckoningNmeaSentence"}};
+  for (const auto& lRow : ROWS) {
+    const auto lPlay = [&](int nKind, int nVersion, const std::string& nRecord) {
+      return played(lRow.mPlayer, nKind, nVersion, nRecord);
+    };
+    const std::string lLine = lRow.mClass + "::" + lRow.mOperation + "(): ";
+    mLog.clear();
+    EXPECT_EQ("", lPlay(lRow.mKind, 1, lRow.mRecord)) << "off";
+    lRow.mSource.on();
+    EXPECT_EQ(lRow.mPlayed, lPlay(lRow.mKind, 1, lRow.mRecord));
+    EXPECT_EQ("", lPlay(1 - lRow.mKind, 1, lRow.mRecord) + lPlay(lRow.mKind, 1, std::string(lRow.mTooLong, 'x')));
+    EXPECT_EQ(Strings{}, errors(mLog));
+    expectLine(lLine + "getConverter() failed LogVersion=0x02", [&] { return lPlay(lRow.mKind, 2, lRow.mRecord); });
+    expectLine(lLine + "getConverter() failed LogVersion=0xff", [&] { return lPlay(lRow.mKind, 255, lRow.mRecord); });
+    expectLine(lLine + "nfw::" + lRow.mConversion + "() failed LogVersion=0x00",
+               [&] { return lPlay(lRow.mKind, 0, std::string(60, '\x7f')); });
+    expectNoPost(lRow.mClass + "::receiveSysLogPlayData", [&] { return lPlay(lRow.mKind, 1, lRow.mRecord); });
+  }
+  EXPECT_EQ("$GGA ", played(lGnss, 0, 0, sensorData(GGA_TEXT)));
+  expectRefusals(mLog, lGnss, ROWS[0].mClass);
+  expectRefusals(mLog, lSets, ROWS[1].mClass);
+}
+
 // Switched to while it is on it goes on; five kinds of an epoch, then the sixth.
-TEST_F(GnssLoggerPlayerTest, GathersAnewWhenItIsSwitchedOn) {
+TEST_F(PlayersTest, GathersAnewWhenItIsSwitchedOn) {
   nfw::GnssLoggerPlayer lPlayer(&mDispatcher, mThread.get(), 20);
   nfw::GnssSensorSysLoggerPlayer lSensorPlayer(&mDispatcher, mThread.get());
   const auto lPlay = [&](const Strings& nTexts) {
@@ -179,36 +216,6 @@ TEST_F(GnssLoggerPlayerTest, GathersAnewWhenItIsSwitchedOn) {
   EXPECT_EQ("$GLL $GSV $GSA $GGA $VTG ", lPlay({GLL_TEXT, lOneGsv, GSA_TEXT, GGA_TEXT, VTG_TEXT}));
   lSwitch(true);
   EXPECT_EQ("$RMC NMEA ", lPlay({RMC_TEXT}));
-}
-
-TEST_F(GnssLoggerPlayerTest, PlaysBinaryRecordsOfKnownVersionsWhileItIsOn) {
-  const std::string lClass = "nfw::GnssSensorSysLoggerPlayer";
-  nfw::GnssSensorSysLoggerPlayer lPlayer(&mDispatcher, mThread.get());
-  const std::string lGga = sensorData(GGA_TEXT), lGsa = sensorData(GSA_TEXT);
-  EXPECT_EQ("", played(lPlayer, 0, 1, lGga));
-  lPlayer.on();
-  EXPECT_EQ("$GGA ", played(lPlayer, 0, 1, lGga));
-  EXPECT_EQ("$GSA ", played(lPlayer, 0, 1, lGsa));
-  EXPECT_EQ("$GGA ", played(lPlayer, 0, 0, lGga));
-  EXPECT_EQ("", played(lPlayer, 1, 1, lGga));
-  EXPECT_EQ("", played(lPlayer, 0, 1, std::string(61, 'x')));
-  EXPECT_EQ(Strings{}, errors(mLog));
-  EXPECT_EQ("", played(lPlayer, 0, 2, lGga));
-  EXPECT_EQ("", played(lPlayer, 0, 255, lGga));
-  EXPECT_EQ((Strings{lClass + "::onReceiveNmeaData(): getConverter() failed LogVersion=0x02",
-                     lClass + "::onReceiveNmeaData(): getConverter() failed LogVersion=0xff"}),
-            errors(mLog));
-  EXPECT_EQ("", played(lPlayer, 0, 1, std::string(60, '\x7f')));
-  EXPECT_TRUE(mLog.has(lClass + "::onReceiveNmeaData(): nfw::convertToNmeaSentence() failed LogVersion=0x01"));
-  expectRefusals(mLog, lPlayer, lClass);
-  {
-    const seams::Failing lFailing(seams::POST);
-    lPlayer.receiveSysLogPlayData(0, 1, nullptr, 0);
-  }
-  EXPECT_EQ(Strings{lClass + "::receiveSysLogPlayData(): Can't post thread: MsgId=-2147480574 "}, errors(mLog));
-  EXPECT_EQ(0U, lPlayer.getConverter(0)->getBinaryLogVersion());
-  EXPECT_EQ(1U, lPlayer.getConverter(1)->getBinaryLogVersion());
-  EXPECT_EQ(nullptr, lPlayer.getConverter(2));
 }
 
 }  // namespace

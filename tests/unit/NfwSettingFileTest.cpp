@@ -3,7 +3,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <array>
 #include <climits>
 #include <cstring>
 #include <functional>
@@ -13,6 +12,7 @@
 #include "MountNamespace.h"
 #include "NfwSettingFile.h"
 #include "PlatformSeams.h"
+#include "Split.h"
 #include "TempTree.h"
 
 namespace {
@@ -194,42 +194,26 @@ string readAs(utl::File& nFile) {
 TEST_F(SettingFileTest, ReadsNumbersInTheRangeOfTheirType) {
   const struct {
     string (*mpRead)(utl::File&);
-    std::vector<std::array<string, 2>> mRows;  // a text and its number; "-": fails, and the value is as it was
+    string mRows;  // a text and its number; "-": fails, and the value is as it was
   } TYPES[] = {
       {&readAs<int>,
-       {{"2147483647", "2147483647"},
-        {"2147483648", "-"},
-        {"-2147483648", "-2147483648"},
-        {"-2147483649", "-"},
-        {"21474836470", "-"},
-        {"99999999999999999999999999", "-"},
-        {"+5", "5"},
-        {"00000000000000000000000012", "12"},
-        {"-0", "0"},
-        {"12ab", "12"},
-        {"3.9", "3"},
-        {"7 ", "7"},
-        {"", "-"},
-        {"+", "-"},
-        {"-", "-"},
-        {"+-1", "-"},
-        {" 1", "-"},
-        {"x1", "-"},
-        {FULL_WIDTH_MINUS_12, "-12"},
-        {FULL_WIDTH_PLUS_12_BLANK + "3", "12"},
-        {"1\xEF\xBC", "1"}}},  // a character cut short
-      {&readAs<unsigned int>,
-       {{"4294967295", "4294967295"}, {"4294967296", "-"}, {"+0", "0"}, {"-0", "-"}, {"-1", "-"}}},
-      {&readAs<short>, {{"32767", "32767"}, {"32768", "-"}, {"-32768", "-32768"}, {"-32769", "-"}}},
-      {&readAs<unsigned short>, {{"65535", "65535"}, {"65536", "-"}}},
-      {&readAs<signed char>, {{"127", "127"}, {"128", "-"}, {"-128", "-128"}, {"-129", "-"}}},
-      {&readAs<unsigned char>, {{"255", "255"}, {"256", "-"}}},
+       "2147483647=2147483647|2147483648=-|-2147483648=-2147483648|-2147483649=-|21474836470=-"
+       "|99999999999999999999999999=-|+5=5|00000000000000000000000012=12|-0=0|12ab=12|3.9=3|7 =7|=-|+=-|-=-|+-1=-| 1=-"
+       "|x1=-|1\xEF\xBC=1|" +  // a character cut short
+           FULL_WIDTH_MINUS_12 +
+           "=-12|" + FULL_WIDTH_PLUS_12_BLANK + "3=12"},
+      {&readAs<unsigned int>, "4294967295=4294967295|4294967296=-|+0=0|-0=-|-1=-"},
+      {&readAs<short>, "32767=32767|32768=-|-32768=-32768|-32769=-"},
+      {&readAs<unsigned short>, "65535=65535|65536=-"},
+      {&readAs<signed char>, "127=127|128=-|-128=-128|-129=-"},
+      {&readAs<unsigned char>, "255=255|256=-"},
   };
   const string lLine = "SettingFile::readParam():Convert String to Value:Key=n [@]";
   for (const auto& lType : TYPES) {
-    for (const auto& [lText, lNumber] : lType.mRows) {
-      EXPECT_EQ(lNumber, lType.mpRead(open("n=" + lText + "\n"))) << lText;
-      EXPECT_EQ(lNumber == "-" ? lLine : "", log()) << lText;
+    for (const string& lRow : nfwtest::split(lType.mRows, '|')) {
+      const string lNumber = lRow.substr(lRow.find('=') + 1);
+      EXPECT_EQ(lNumber, lType.mpRead(open("n=" + lRow.substr(0, lRow.find('=')) + "\n"))) << lRow;
+      EXPECT_EQ(lNumber == "-" ? lLine : "", log()) << lRow;
     }
   }
   int* const lpNone = nullptr;

@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <csignal>
 #include <memory>
-#include <thread>
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
@@ -176,22 +175,6 @@ TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
   EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
   EXPECT_EQ("12345678abcdefghABCDEFGH", content());
   EXPECT_EQ((Counts{3, 24, 0, 0, 0, 0}), counts());
-}
-
-TEST_F(BinaryLogStandIn, KeepsRecordsOfSeveralThreadsApart) {
-  std::vector<std::thread> lThreads;
-  for (char lLetter = 'a'; lLetter < 'e'; ++lLetter) {
-    lThreads.emplace_back([lLetter] {
-      const std::string lRecord = std::string(99, lLetter) + "\n";
-      for (int i = 0; i < 100; ++i) EXPECT_EQ(0, BinaryLogWrite(0, lRecord.data(), 100));
-    });
-  }
-  for (std::thread& lThread : lThreads) lThread.join();
-  const std::string lContent = content();
-  ASSERT_EQ(40000u, lContent.size());
-  for (size_t i = 0; i < lContent.size(); i += 100) {
-    ASSERT_EQ(std::string(99, lContent[i]) + "\n", lContent.substr(i, 100));
-  }
 }
 
 }  // namespace

@@ -1,12 +1,12 @@
 // What the mount stand-in makes of mount tables and of sysfs, on a fixture tree.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "Notes.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 #include "TempTree.h"
@@ -19,35 +19,16 @@ using std::string;
 using Told = std::vector<string>;
 
 /// Notes "type port event drive path" of each device, and "ready".
-class Recorder : public ZTSMountListener {
+class Recorder : public ZTSMountListener, public nfwtest::Notes {
  public:
-  void onNotifyReady() override { note("ready"); }
+  void onNotifyReady() override { add("ready"); }
   void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo) override {
     mLast = nInfo;
-    note(std::to_string(nInfo.type) + " " + std::to_string(nInfo.port) + " " + std::to_string(nInfo.event) + " " +
-         nInfo.drive + " " + nInfo.path);
-  }
-  Told take() {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    return std::exchange(mTold, Told());
-  }
-  bool waitFor(const string& nText) {
-    return nfwtest::eventually([&] {
-      const std::lock_guard<std::mutex> lLock(mMutex);
-      return std::find(mTold.begin(), mTold.end(), nText) != mTold.end();
-    });
+    add(std::to_string(nInfo.type) + " " + std::to_string(nInfo.port) + " " + std::to_string(nInfo.event) + " " +
+        nInfo.drive + " " + nInfo.path);
   }
 
   ZTSMountDef::ST_MNT_MOUNT_INFO mLast{};
-
- private:
-  void note(const string& nText) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mTold.push_back(nText);
-  }
-
-  std::mutex mMutex;
-  Told mTold;
 };
 
 bool gIsReadable = true;
@@ -226,28 +207,19 @@ TEST_F(MountTables, TellOfUnreadableMedia) {
 }
 
 TEST_F(MountTables, NameTheDeviceAsSysfsDoes) {
-  const struct {
-    const char* mpLine;
-    const char* mpManufacturer;
-    const char* mpProduct;
-    const char* mpSerial;
-    unsigned int mVendorId;
-    unsigned int mProductId;
-  } ROWS[] = {
-      {STICK.c_str(), "Maker", "Stick 3", "4C53", 0x0781, 0x5581},
-      {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", "", "", "", 1, 0},
-      {"36 25 179:1 / /x rw - exfat /dev/mmcblk0p1 rw\n", "0x000003", "SU08G", "0x12", 3, 0x5344},
-      {"36 25 11:0 / /x ro - iso9660 /dev/sr0 ro\n", "Discs", "DVD", "", 0, 0},
-      {"36 25 0:50 / /media/memory rw - tmpfs none rw\n", "", "", "", 0, 0},
+  const std::pair<string, const char*> ROWS[] = {
+      {STICK, "Maker, Stick 3, 4C53, 781:5581"},
+      {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", ", , , 1:0"},
+      {"36 25 179:1 / /x rw - exfat /dev/mmcblk0p1 rw\n", "0x000003, SU08G, 0x12, 3:5344"},
+      {"36 25 11:0 / /x ro - iso9660 /dev/sr0 ro\n", "Discs, DVD, , 0:0"},
+      {"36 25 0:50 / /media/memory rw - tmpfs none rw\n", ", , , 0:0"},
   };
-  for (const auto& lRow : ROWS) {
-    SCOPED_TRACE(lRow.mpLine);
-    told(lRow.mpLine);
-    EXPECT_STREQ(lRow.mpManufacturer, mRecorder.mLast.manufacturer);
-    EXPECT_STREQ(lRow.mpProduct, mRecorder.mLast.productName);
-    EXPECT_STREQ(lRow.mpSerial, mRecorder.mLast.serialNum);
-    EXPECT_EQ(lRow.mVendorId, mRecorder.mLast.vendorId);
-    EXPECT_EQ(lRow.mProductId, mRecorder.mLast.productId);
+  for (const auto& [lLine, lpNames] : ROWS) {
+    told(lLine);
+    const ZTSMountDef::ST_MNT_MOUNT_INFO& l = mRecorder.mLast;
+    char lIds[32];
+    snprintf(lIds, sizeof lIds, "%x:%x", l.vendorId, l.productId);
+    EXPECT_EQ(lpNames, string(l.manufacturer) + ", " + l.productName + ", " + l.serialNum + ", " + lIds) << lLine;
   }
 }
 
@@ -261,12 +233,12 @@ TEST_F(MountTables, AreWatchedAndToldToLateListeners) {
   }
   EXPECT_TRUE(mounthost::startWatching(mOptions));
   EXPECT_FALSE(mounthost::startWatching(mOptions));
-  EXPECT_TRUE(mRecorder.waitFor("1 2 3 sda1 /media/a stick"));
-  EXPECT_EQ("ready", mRecorder.take()[0]);
   Recorder lLate;
-  EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&lLate));
-  EXPECT_TRUE(lLate.waitFor("1 2 3 sda1 /media/a stick"));
-  EXPECT_EQ((Told{"ready", "1 2 3 sda1 /media/a stick"}), lLate.take());
+  for (Recorder* const lpEach : {&mRecorder, &lLate}) {
+    EXPECT_TRUE(lpEach == &mRecorder || ZTSMount::GetInstance()->addListener(lpEach));
+    EXPECT_TRUE(lpEach->waitFor(2));
+    EXPECT_EQ((Told{"ready", "1 2 3 sda1 /media/a stick"}), lpEach->take());
+  }
   EXPECT_TRUE(ZTSMount::GetInstance()->removeListener(&lLate));
   mounthost::stopWatching();
   mounthost::stopWatching();

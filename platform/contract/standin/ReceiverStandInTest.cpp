@@ -203,10 +203,9 @@ std::string withCheckSum(const std::string& nBody) {
   return "$" + nBody + lText;
 }
 
-double degreesOf(const GPS_COORDINATE& nCoordinate) { return nCoordinate.degree + nCoordinate.minute / 60.0; }
-
 // The origin of the survey of Japan, in both systems.
 TEST(ReceiverStandIn, TheOtherSystemHasItsPositionsMoved) {
+  const auto lDegrees = [](const GPS_COORDINATE& n) { return n.degree + n.minute / 60.0; };
   Listener lWgs84, lTokyo(TOKYO_GPS);
   Receiver lReceiver;
   lReceiver.start();
@@ -214,13 +213,13 @@ TEST(ReceiverStandIn, TheOtherSystemHasItsPositionsMoved) {
   for (const std::string& lText : {lSentence, RMC, VTG, GSA, GSV_3, GLL}) take(lReceiver, lText);
   lReceiver.drain();
   EXPECT_EQ(lSentence, lWgs84.mNotes[0]);
-  EXPECT_EQ("six", lWgs84.mNotes.back());
-  EXPECT_EQ("six", lTokyo.mNotes.back());
-  EXPECT_NEAR(35 + 39.0 / 60 + 29.157 / 3600, degreesOf(lWgs84.mGga.latitude), 1e-6);
-  EXPECT_NEAR(35 + 39.0 / 60 + 17.515 / 3600, degreesOf(lTokyo.mGga.latitude), 5e-5);
-  EXPECT_NEAR(139 + 44.0 / 60 + 28.876 / 3600, degreesOf(lWgs84.mGga.longitude), 2e-6);
-  EXPECT_NEAR(139 + 44.0 / 60 + 40.502 / 3600, degreesOf(lTokyo.mGga.longitude), 5e-5);
-  EXPECT_EQ(25.0, lTokyo.mGga.altitude);
+  for (const Listener* const lpEach : {&lWgs84, &lTokyo}) {
+    const bool lIsTokyo = lpEach == &lTokyo;
+    EXPECT_EQ("six", lpEach->mNotes.back());
+    EXPECT_NEAR(35 + 39.0 / 60 + (lIsTokyo ? 17.515 : 29.157) / 3600, lDegrees(lpEach->mGga.latitude), 5e-5);
+    EXPECT_NEAR(139 + 44.0 / 60 + (lIsTokyo ? 40.502 : 28.876) / 3600, lDegrees(lpEach->mGga.longitude), 5e-5);
+    EXPECT_EQ(25.0, lpEach->mGga.altitude);
+  }
 }
 
 // What is moved, and how it is written: as wide as it was, carried from minutes to degrees, over the zero meridian.

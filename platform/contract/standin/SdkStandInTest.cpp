@@ -10,8 +10,6 @@
 #include "GpsHost.h"
 #include "ParseNotes.h"
 #include "ThreadSupport.h"
-#include "ZTSDeadReckoning.h"
-#include "ZTSDeadReckoningHost.h"
 #include "ZTSMount.h"
 #include "ZTSMountHost.h"
 #include "gtest/gtest.h"
@@ -117,34 +115,13 @@ void feedOne(Parse& nListener) {
 TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
   Parse lListener;
   Gps::GetInstance()->registerGpsParseNmeaListener(&lListener, TOKYO_GPS);
-  feedOne<GPGGA>(lListener);
-  feedOne<GPGLL>(lListener);
-  feedOne<GPGSA>(lListener);
-  feedOne<GPGSV>(lListener);
-  feedOne<GPRMC>(lListener);
-  feedOne<GPVTG>(lListener);
-  feedOne<GPZDA>(lListener);
-  feedOne<PUBX>(lListener);
+  feedOne<GPGGA>(lListener), feedOne<GPGLL>(lListener), feedOne<GPGSA>(lListener), feedOne<GPGSV>(lListener);
+  feedOne<GPRMC>(lListener), feedOne<GPVTG>(lListener), feedOne<GPZDA>(lListener), feedOne<PUBX>(lListener);
   feedOne<PARSE_NMEA>(lListener);
   gpshost::feed(GPGGA{}, WGS_84_GPS);
   EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
   gpshost::feed(GPGGA{}, TOKYO_GPS);
   EXPECT_EQ("gga gll gsa gsv rmc vtg zda pubx six ", lListener.mCalls);
-}
-
-TEST(SdkStandIn, HandsOverDeadReckoningReports) {
-  struct Listener : ZTSDeadReckoningListener {
-    void onNotifyLocationInfoForTervin(ZTSDeadReckoningDef::DRG_LOCATION_INFO const* npInfo) override {
-      mpInfo = npInfo;
-    }
-    const void* mpInfo = nullptr;
-  } lListener;
-  const auto lpInfo = std::make_unique<ZTSDeadReckoningDef::DRG_LOCATION_INFO>();
-  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->addListener(&lListener));
-  deadreckoninghost::feed(*lpInfo);
-  EXPECT_EQ(lpInfo.get(), lListener.mpInfo);
-  EXPECT_TRUE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
-  EXPECT_FALSE(ZTSDeadReckoning::GetInstance()->removeListener(&lListener));
 }
 
 TEST(SdkStandIn, TellsOfDevicesAndAnswersForThem) {

@@ -43,19 +43,4 @@ TEST(SeamsStandIn, FileOperationsFailOneByOne) {
   }
 }
 
-TEST(SeamsStandIn, AFailedReadLosesNoBytes) {
-  contract::TempDir lDir;
-  contract::writeFile(lDir / "a", "abc\ndef\n");
-  File lFile((lDir / "a").c_str());
-  ASSERT_TRUE(lFile.open(0, 0));
-  char lLine[8] = "old";
-  {
-    seams::Failing lFailing(seams::FILE_READ);
-    EXPECT_EQ(-1, lFile.readLine(lLine, 8));
-    EXPECT_STREQ("", lLine);
-  }
-  EXPECT_EQ(3, lFile.readLine(lLine, 8));
-  EXPECT_STREQ("abc", lLine);
-}
-
 }  // namespace
