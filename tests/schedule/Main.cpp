@@ -13,7 +13,7 @@ class LogInTrace : public syslogservice::Sink {
 };
 
 const schedule::Scenario SCENARIOS[] = {
-    {"components", &components, {}},
+    {"components", &components, {12486}},
 };
 
 }  // namespace
