@@ -3,9 +3,11 @@
 
 #include <fcntl.h>
 #include <stdio.h>
+#include <sys/file.h>
 #include <sys/uio.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdarg>
 
 #include "Real.h"
@@ -31,6 +33,7 @@ void file(const char* npOperation) {
 }  // namespace schedule
 
 using schedule::file;
+using schedule::Scheduler;
 
 extern "C" {
 
@@ -53,6 +56,18 @@ ssize_t pwritev64(int nFile, const iovec* npParts, int nNum, off64_t nAt) {
 ssize_t writev(int nFile, const iovec* npParts, int nNum) { return file("writes"), REAL(writev)(nFile, npParts, nNum); }
 int fsync(int nFile) { return file("syncs"), REAL(fsync)(nFile); }
 int fdatasync(int nFile) { return file("syncs"), REAL(fdatasync)(nFile); }
+// Another saver's lock is waited for here, not in the kernel.
+int flock(int nFile, int nOperation) {
+  Scheduler* const lpScheduler = Scheduler::active();
+  if (lpScheduler == nullptr) return REAL(flock)(nFile, nOperation);
+  file("locks a file");
+  int lResult = REAL(flock)(nFile, nOperation | LOCK_NB);
+  for (; lResult != 0 && errno == EWOULDBLOCK && (nOperation & LOCK_NB) == 0;) {
+    lpScheduler->yield();
+    lResult = REAL(flock)(nFile, nOperation | LOCK_NB);
+  }
+  return lResult;
+}
 int unlink(const char* npPath) { return file("removes"), REAL(unlink)(npPath); }
 int rename(const char* npFrom, const char* npTo) { return file("renames"), REAL(rename)(npFrom, npTo); }
 

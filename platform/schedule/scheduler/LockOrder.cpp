@@ -7,8 +7,11 @@ namespace schedule {
 namespace {
 
 bool matches(const std::string& nPattern, const std::string& nName) {
-  if (nPattern.empty() || nPattern.back() != '*') return nPattern == nName;
-  return nName.compare(0, nPattern.size() - 1, nPattern, 0, nPattern.size() - 1) == 0;
+  const size_t lStar = nPattern.find('*');
+  if (lStar == std::string::npos) return nPattern == nName;
+  const std::string lTail = nPattern.substr(lStar + 1);
+  return nName.size() >= nPattern.size() - 1 && nName.compare(0, lStar, nPattern, 0, lStar) == 0 &&
+         nName.compare(nName.size() - lTail.size(), lTail.size(), lTail) == 0;
 }
 
 }  // namespace

@@ -8,7 +8,7 @@
 namespace schedule {
 
 /// Read from the lines between "```lock-order" and "```": "A > B" allows B to be taken while A is held, and whatever
-/// may be taken under B. A star at the end of a name stands for any rest.
+/// may be taken under B. A star in a name stands for anything.
 class LockOrder {
  public:
   bool read(const char* npPath);  ///< false when there is no such block
