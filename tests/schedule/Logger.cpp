@@ -78,9 +78,9 @@ void logger() {
   nfw::LogRecordCounts lCounts;
   {
     const seams::Failing lFull(seams::FILE_WRITE, schedule::flip() ? schedule::pick(8) : 100000, 1 + schedule::pick(3));
-    Crew lCrew;
+    Crew lWriters, lOthers;
     for (int i = 0; i < WRITERS; ++i) {
-      lCrew.add([i] {
+      lWriters.add([i] {
         for (int k = 0; k < 12; ++k) {
           const std::string lText = std::to_string(k);
           Logger::write(i, lText.data(), static_cast<unsigned int>(lText.size()));
@@ -89,18 +89,19 @@ void logger() {
       });
     }
     for (int i = 0; i < 2; ++i) {
-      lCrew.add([&lLogger] {
+      lOthers.add([&lLogger] {
         for (int k = 0; k < 5; ++k) control(lLogger);
       });
     }
-    if (schedule::flip()) lCrew.join();
+    if (schedule::flip()) lWriters.join(), lOthers.join();
     const schedule::Within lWithin("the end of the logger", 40000);
     if (schedule::flip()) lLogger.stopRecord();
+    if (schedule::flip()) lLogger.shutdown();
+    lOthers.join();
     lLogger.shutdown();
     lCounts = lLogger.getRecordCounts();
-    lCrew.join();
+    Logger::destroy();  // under the writers
   }
-  Logger::destroy();
   unsigned long long lNum = 0;
   for (const auto& lWriter : readRecords()) {
     Ascending lOrder("a thread's records");

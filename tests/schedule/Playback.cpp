@@ -15,6 +15,8 @@ const int IDS = 3, RECORDS = 6;
 std::atomic<int> gPlayback{0};    // the number of the one that plays, or played last
 std::atomic<bool> gIsOver{true};  // a stopPlay() has returned behind it
 
+std::atomic<int> gStopped{0};  // the last one that a listener has stopped
+
 class Hearer : public nfw::LogPlayListener {
  public:
   void receiveLogPlayData(int nLogTypeId, const unsigned char* npData, unsigned int nSize) override {
@@ -39,7 +41,7 @@ class Hearer : public nfw::LogPlayListener {
   void act() {
     const unsigned int lWay = schedule::pick(24);
     if (lWay == 0) go(true);
-    if (lWay == 1) Logger::get()->stopPlay();
+    if (lWay == 1) gStopped = mPlayback, Logger::get()->stopPlay();
     if (lWay == 2) schedule::sleepMs(schedule::pick(50));
   }
   Place mPlace;
@@ -49,12 +51,16 @@ class Hearer : public nfw::LogPlayListener {
 /// Is told of a playback in this order: start, end, stop; the end may be missing.
 class Watcher : public nfw::LogPlayer {
  public:
-  void notifyPlayStart() override { tell(NONE, STARTED, "a playback starts once"); }
+  void notifyPlayStart() override {
+    tell(NONE, STARTED, "a playback starts once");
+    schedule::sleepMs(mDelayMs);
+  }
   void notifyPlayEnd(int /*nReason*/) override { tell(STARTED, ENDED, "a playback ends once, behind its start"); }
   void notifyPlayStop() override {
     schedule::outward("a player");
     mState = NONE;
   }
+  unsigned int mDelayMs = 0;
 
  private:
   enum State { NONE, STARTED, ENDED };
@@ -101,14 +107,23 @@ void playback() {
       gIsOver = false, ++gPlayback;
       schedule::require(lLogger.startPlay("played"), "a playback begins when none runs");
       schedule::sleepMs(schedule::flip() ? 3000 : 900 + schedule::pick(400));
+      schedule::require(lLogger.isPlaying() || gStopped == gPlayback, "a playback plays until it is stopped");
       const schedule::Within lWithin("stopPlay()", 30000);
       lLogger.stopPlay();
       gIsOver = true;
     }
   }
-  const schedule::Within lWithin("the end of the logger", 30000);
-  const bool lIsPlaying = schedule::flip() && (gIsOver = false, ++gPlayback, lLogger.startPlay("played"));
-  if (lIsPlaying) schedule::sleepMs(schedule::pick(1300));
-  if (schedule::flip()) lLogger.shutdown();
-  Logger::destroy();
+  gIsOver = false, ++gPlayback;
+  const bool lIsStuck = schedule::pick(4) == 0;  // a player that does not return in time
+  if (lIsStuck) lWatcher.mDelayMs = 100000;
+  schedule::require(lLogger.startRecord(".", "s", nullptr), "a recording begins");
+  Logger::write(1, "kept", 4);
+  if (lIsStuck || schedule::flip()) lLogger.startPlay("played");
+  schedule::sleepMs(schedule::pick(1300));
+  {
+    const schedule::Within lWithin("the end of the logger", 31000);
+    if (schedule::flip()) lLogger.shutdown();
+    Logger::destroy();
+  }
+  if (lIsStuck) schedule::sleepMs(200000);  // it returns into what was left behind for it
 }

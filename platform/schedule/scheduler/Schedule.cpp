@@ -51,7 +51,8 @@ const char* readArguments(char** npArgs, RunnerOptions* npOptions) {
 }  // namespace
 
 void require(bool nHolds, const char* npWords) {
-  if (!nHolds) scheduler().fail(npWords);
+  Scheduler* const lpScheduler = Scheduler::active();
+  if (!nHolds && lpScheduler != nullptr) lpScheduler->fail(npWords);
 }
 
 void require(bool nHolds, const std::string& nWords) { require(nHolds, nWords.c_str()); }
