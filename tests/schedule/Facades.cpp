@@ -88,6 +88,22 @@ void replay(Hearer& nHearer) {
   nHearer.begin(Hearer::LIVE_ONLY);
 }
 
+/// The services go in any order, in the midst of a replay too, while the SDKs call.
+void end(Hearer& nHearer) {
+  const schedule::Within lWithin("the end of the services", 30000);
+  if (schedule::flip()) nHearer.begin(Hearer::STOPPING), nfw::Logger::get()->startPlay("text");
+  schedule::sleepMs(schedule::pick(1100));
+  if (schedule::pick(3) == 0) nfw::Gnss::get()->shutdown();
+  std::vector<void (*)()> lEnds = {&nfw::Gnss::destroy, &nfw::DeadReckoning::destroy, &nfw::Logger::destroy,
+                                   &nfw::SensorSysLoggerManager::destroy};
+  for (; !lEnds.empty(); schedule::sleepMs(schedule::pick(50))) {
+    const auto lNext = lEnds.begin() + schedule::pick(static_cast<unsigned int>(lEnds.size()));
+    (*lNext)();
+    if (*lNext == &nfw::Gnss::destroy) nHearer.mPlace.forget();
+    lEnds.erase(lNext);
+  }
+}
+
 }  // namespace
 
 void facades() {
@@ -117,11 +133,7 @@ void facades() {
     });
     const unsigned int lReplays = schedule::pick(3);
     for (unsigned int i = 0; i < lReplays; ++i) replay(lHearer);
-    if (schedule::flip()) lpGnss->shutdown();
+    end(lHearer);
     lIsOver = true;
   }
-  const schedule::Within lWithin("the end of the services", 30000);
-  nfw::Gnss::destroy();
-  nfw::DeadReckoning::destroy();
-  endLogs();
 }

@@ -35,7 +35,8 @@ void gate() {
   const schedule::Within lWithin("the gate", 1000);
   lCrew.join();
   schedule::require(lGate.start(), "the gate is open again");
-  lGate.complete();
-  lGate.complete();  // without an operation: nothing
+  for (int i = 0; i < 2; ++i) lCrew.add([&] { lGate.complete(); });  // one too many
+  lCrew.add([&] { lGate.prohibit(), lGate.permit(); });
+  lCrew.join();
   schedule::require(lGate.prohibit() && !lGate.start(), "the gate shuts at the end");
 }

@@ -41,8 +41,8 @@ class Hearer : public nfw::LogPlayListener {
   void act() {
     const unsigned int lWay = schedule::pick(24);
     if (lWay == 0) go(true);
-    if (lWay == 1) gStopped = mPlayback, Logger::get()->stopPlay();
-    if (lWay == 2) schedule::sleepMs(schedule::pick(50));
+    if (lWay == 1 || lWay == 2) schedule::sleepMs(schedule::pick(50));
+    if (lWay == 2 || lWay == 3) gStopped = mPlayback, Logger::get()->stopPlay();
   }
   Place mPlace;
   int mLast = -1, mPlayback = 0;
@@ -106,7 +106,7 @@ void playback() {
       while (lLogger.isPlaying()) schedule::sleepMs(1);  // one that a listener stops
       gIsOver = false, ++gPlayback;
       schedule::require(lLogger.startPlay("played"), "a playback begins when none runs");
-      schedule::sleepMs(schedule::flip() ? 3000 : 900 + schedule::pick(400));
+      schedule::sleepMs(schedule::pick(4) == 0 ? 3000 : 980 + schedule::pick(250));
       schedule::require(lLogger.isPlaying() || gStopped == gPlayback, "a playback plays until it is stopped");
       const schedule::Within lWithin("stopPlay()", 30000);
       lLogger.stopPlay();

@@ -55,6 +55,7 @@ class Place {
     schedule::outward(npListener);
     schedule::require(mState != ABSENT, std::string(npListener) + " is not called after its detach returned");
   }
+  void forget() { mState = ABSENT; }  ///< the service has gone
   bool isPresent() const { return mState == PRESENT; }
 
  private:
