@@ -6,6 +6,7 @@
 #include "NfwLogPlayer.h"
 #include "NfwLogger.h"
 #include "Scenarios.h"
+#include "utl/Event.h"
 
 namespace {
 
@@ -15,6 +16,7 @@ const int IDS = 3, RECORDS = 6;
 std::atomic<int> gPlayback{0};    // the number of the one that plays, or played last
 std::atomic<bool> gIsOver{true};  // a stopPlay() has returned behind it
 
+utl::Event gInside(false);         // a listener takes its time
 std::atomic<int> gStopped{0};  // the last one that a listener has stopped
 
 class Hearer : public nfw::LogPlayListener {
@@ -41,7 +43,7 @@ class Hearer : public nfw::LogPlayListener {
   void act() {
     const unsigned int lWay = schedule::pick(24);
     if (lWay == 0) go(true);
-    if (lWay == 1 || lWay == 2) schedule::sleepMs(schedule::pick(50));
+    if (lWay == 1 || lWay == 2) gInside.on(), schedule::sleepMs(schedule::pick(50));
     if (lWay == 2 || lWay == 3) gStopped = mPlayback, Logger::get()->stopPlay();
   }
   Place mPlace;
@@ -106,7 +108,8 @@ void playback() {
       while (lLogger.isPlaying()) schedule::sleepMs(1);  // one that a listener stops
       gIsOver = false, ++gPlayback;
       schedule::require(lLogger.startPlay("played"), "a playback begins when none runs");
-      schedule::sleepMs(schedule::pick(4) == 0 ? 3000 : 980 + schedule::pick(250));
+      gInside.off();
+      gInside.waitToOn(schedule::flip() ? 3000 : 980 + schedule::pick(250));
       schedule::require(lLogger.isPlaying() || gStopped == gPlayback, "a playback plays until it is stopped");
       const schedule::Within lWithin("stopPlay()", 30000);
       lLogger.stopPlay();

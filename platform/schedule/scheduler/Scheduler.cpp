@@ -44,6 +44,7 @@ Worker* Scheduler::add(void* (*npEntry)(void*), void* npArgument) {
   lpWorker->mpEntry = npEntry;
   lpWorker->mpArgument = npArgument;
   mAlive.push_back(lpWorker);
+  mayOvertake(*lpWorker);
   return lpWorker;
 }
 
@@ -60,6 +61,15 @@ void Scheduler::change() {
   mStrategy.drawNextChange();
   if (mStrategy.isByPriority()) tpSelf->mPriority = mStrategy.lowestPriority();
   handOver(choose(mStrategy.isByPriority()));
+}
+
+void Scheduler::mayOvertake(const Worker& nWorker) {
+  if (mStrategy.isByPriority() && tpSelf != nullptr && nWorker.mPriority > tpSelf->mPriority) mIsOvertaken = true;
+}
+
+void Scheduler::giveWay() {
+  mIsOvertaken = false;
+  handOver(choose(true));
 }
 
 void Scheduler::yield() {
@@ -83,6 +93,7 @@ Worker* Scheduler::choose(bool nMayStay) {
 }
 
 void Scheduler::handOver(Worker* npTo) {
+  mIsOvertaken = false;
   Worker* const lpFrom = tpSelf;
   if (npTo == lpFrom) return;
   npTo->mTurn.store(1);
@@ -161,6 +172,7 @@ void Scheduler::wake(const void* npObject, unsigned int nNum) {
   for (; nNum > 0 && !mCandidates.empty(); --nNum) {
     const unsigned int lChosen = mCandidates.size() == 1 ? 0 : mStrategy.random().below(mCandidates.size());
     mCandidates[lChosen]->mState = Worker::RUNNABLE;
+    mayOvertake(*mCandidates[lChosen]);
     mCandidates.erase(mCandidates.begin() + lChosen);
   }
 }

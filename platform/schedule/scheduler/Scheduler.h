@@ -58,6 +58,7 @@ class Scheduler {
   void point(const char* npOperation, const void* npObject) {
     step(npOperation, npObject);
     if (mStrategy.isChange()) change();
+    if (mIsOvertaken) giveWay();
   }
   void yield();
   /// The running thread waits. False when the time is over.
@@ -91,6 +92,8 @@ class Scheduler {
     if (mTrace.steps() > MOST_STEPS) fail("the run does not come to an end");
   }
   void change();
+  void giveWay();
+  void mayOvertake(const Worker& nWorker);
   Worker* choose(bool nMayStay);
   void handOver(Worker* npTo);
   void awaitTurn(Worker* npWorker);
@@ -112,6 +115,7 @@ class Scheduler {
   int64_t mNowNs = BEGIN_NS;
   std::vector<std::unique_ptr<Worker>> mWorkers;
   std::vector<Worker*> mAlive, mCandidates;
+  bool mIsOvertaken = false;  // by priority: who has become able to run goes before the running one
   int mEndingTask = 0;  // whose real thread has still to go
 };
 
