@@ -1,4 +1,5 @@
 // The data logger under four writers: rotation, backup, flush, a full disk, stop, restart, shutdown, destroy.
+#include <atomic>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -78,22 +79,24 @@ void logger() {
   nfw::LogRecordCounts lCounts;
   {
     const seams::Failing lFull(seams::FILE_WRITE, schedule::flip() ? schedule::pick(8) : 100000, 1 + schedule::pick(3));
+    const bool lIsHurried = schedule::flip();  // writing without a pause, to the end and beyond
+    std::atomic<bool> lIsGone{false};
     Crew lWriters, lOthers;
     for (int i = 0; i < WRITERS; ++i) {
-      lWriters.add([i] {
-        for (int k = 0; k < 12; ++k) {
+      lWriters.add([&, i] {
+        for (int k = 0; k < (lIsHurried ? 60 : 12) && !lIsGone; ++k, std::this_thread::yield()) {
           const std::string lText = std::to_string(k);
           Logger::write(i, lText.data(), static_cast<unsigned int>(lText.size()));
-          if (schedule::pick(4) == 0) schedule::sleepMs(schedule::pick(300));
+          if (!lIsHurried && schedule::pick(4) == 0) schedule::sleepMs(schedule::pick(300));
         }
       });
     }
-    for (int i = 0; i < 2; ++i) {
+    for (int i = 0; i < (lIsHurried ? 0 : 2); ++i) {
       lOthers.add([&lLogger] {
         for (int k = 0; k < 5; ++k) control(lLogger);
       });
     }
-    if (schedule::flip()) lWriters.join(), lOthers.join();
+    if (!lIsHurried && schedule::flip()) lWriters.join(), lOthers.join();
     const schedule::Within lWithin("the end of the logger", 40000);
     if (schedule::flip()) lLogger.stopRecord();
     if (schedule::flip()) lLogger.shutdown();
@@ -101,6 +104,7 @@ void logger() {
     lLogger.shutdown();
     lCounts = lLogger.getRecordCounts();
     Logger::destroy();  // under the writers
+    lIsGone = true;
   }
   unsigned long long lNum = 0;
   for (const auto& lWriter : readRecords()) {

@@ -16,7 +16,7 @@ const int IDS = 3, RECORDS = 6;
 std::atomic<int> gPlayback{0};    // the number of the one that plays, or played last
 std::atomic<bool> gIsOver{true};  // a stopPlay() has returned behind it
 
-utl::Event gInside(false);         // a listener takes its time
+utl::Event gInside(false);     // a listener takes its time
 std::atomic<int> gStopped{0};  // the last one that a listener has stopped
 
 class Hearer : public nfw::LogPlayListener {

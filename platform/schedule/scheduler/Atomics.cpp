@@ -2,6 +2,7 @@
 // compiled for the thread sanitizer; the sanitizer's own library is not linked. All are done in one order.
 #include <cstdint>
 
+#include "Freed.h"
 #include "Scheduler.h"
 
 namespace schedule {
@@ -11,6 +12,7 @@ namespace {
 void atomic(const char* npOperation, const volatile void* npWord) {
   if (Scheduler* const lpScheduler = Scheduler::active()) {
     lpScheduler->point(npOperation, const_cast<const void*>(npWord));
+    if (Freed::holds(npWord)) lpScheduler->fail("an object is used that has been deleted");
   }
 }
 

@@ -116,7 +116,7 @@ class Scheduler {
   std::vector<std::unique_ptr<Worker>> mWorkers;
   std::vector<Worker*> mAlive, mCandidates;
   bool mIsOvertaken = false;  // by priority: who has become able to run goes before the running one
-  int mEndingTask = 0;  // whose real thread has still to go
+  int mEndingTask = 0;        // whose real thread has still to go
 };
 
 }  // namespace schedule
