@@ -71,7 +71,7 @@ function(nfw_shared_library nName nExports)
   target_link_libraries(${nName} PRIVATE $<BUILD_INTERFACE:nfw_options>)
   set_target_properties(${nName} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR}
     INSTALL_RPATH "$ORIGIN")
-  if(NOT NFW_SANITIZE)  # clang leaves the sanitizers' symbols to the program
+  if(NOT NFW_SANITIZE AND NOT NFW_BUILD_SCHEDULE)  # clang leaves the sanitizers' symbols to the program
     target_link_options(${nName} PRIVATE -Wl,--no-undefined)
   endif()
 endfunction()

@@ -89,6 +89,7 @@ class NFW_API ComponentManager : public utl::ThreadMsgListener {
 
   bool isConfigurable() const NFW_REQUIRES(mSync);
   utl::MsgDrivenSharedThread* getThread();
+  utl::MsgDrivenSharedThread* getThreadInUse();
   bool drivePhase(int nPhase);
   void reportComplete(int nPhase, Component* npComponent);
   bool post(const utl::Msg& nMsg) NFW_REQUIRES(mSync);
@@ -110,6 +111,7 @@ class NFW_API ComponentManager : public utl::ThreadMsgListener {
   ComponentList mComponentList NFW_GUARDED_BY(mSync);
   ComponentStatusListener* mpStatusListener NFW_GUARDED_BY(mSync) = nullptr;
   utl::MsgDrivenSharedThread* mpThread NFW_GUARDED_BY(mSync) = nullptr;
+  utl::MsgDrivenSharedThread* mpEndingThread NFW_GUARDED_BY(mSync) = nullptr;  // that mpThread was, while finalise ends
   std::unique_ptr<utl::MsgDrivenThread> mpWatchThread;
   int mState NFW_GUARDED_BY(mSync) = 0;
   int mTimerId NFW_GUARDED_BY(mSync) = -1;

@@ -151,7 +151,7 @@ TEST_F(LogWriterTest, ARecordBehindTheTimeOfAFileBeginsAnother) {
     EXPECT_EQ(ACCEPTED, write("x"));
     EXPECT_EQ(FILES[i], mDir.files().size()) << i;
   }
-  mpWriter->setMaxFileTime(0, false);
+  mpWriter->setMaxFileTime(0, true);
 }
 
 TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {

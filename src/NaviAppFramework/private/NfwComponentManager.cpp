@@ -103,7 +103,7 @@ ComponentManager::ComponentManager(unsigned int nMaxComponentNum)
 
 // A phase that begins meanwhile runs under its watch to the end: the watch goes last.
 ComponentManager::~ComponentManager() {
-  if (utl::MsgDrivenSharedThread* const lpThread = getThread()) watched([&] { lpThread->abortMsg(this); });
+  if (utl::MsgDrivenSharedThread* const lpThread = getThreadInUse()) watched([&] { lpThread->abortMsg(this); });
   stopThread(*mpWatchThread);
 }
 
@@ -183,6 +183,11 @@ bool ComponentManager::isConfigurable() const { return mState == CREATED && mpTh
 utl::MsgDrivenSharedThread* ComponentManager::getThread() {
   const WatchedLock lLock(mSync);
   return mpThread;
+}
+
+utl::MsgDrivenSharedThread* ComponentManager::getThreadInUse() {
+  const WatchedLock lLock(mSync);
+  return mpThread != nullptr ? mpThread : mpEndingThread;
 }
 
 bool ComponentManager::drivePhase(int nPhase) {
@@ -272,13 +277,14 @@ void ComponentManager::onAllFinalized() {
     const WatchedLock lLock(mSync);
     auto* const lpThread = mpThread;
     watched([&] { lpThread->abortMsg(this); });
-    mpThread = nullptr;
+    std::swap(mpThread, mpEndingThread);
   }
   releaseComponents();
 
   ComponentStatusListener* lpListener = nullptr;
   {
     const WatchedLock lLock(mSync);
+    mpEndingThread = nullptr;
     if (mState != FINALIZING) return;
     mState = FINALIZED;
     std::swap(lpListener, mpStatusListener);

@@ -15,7 +15,7 @@ class FileTime {
   /// 0: without end. Aligned: a file also ends where the local time of day is a multiple of the limit.
   void set(unsigned int nLimitMs, bool nIsAligned) {
     mLimitMs = nLimitMs;
-    mIsAligned = nIsAligned;
+    mIsAligned = nIsAligned && nLimitMs > 0;
   }
   void begin() { mEndTick = utl::TimeCounter::getTickTime() + length(); }
   bool isOver() const { return mLimitMs > 0 && utl::TimeCounter::getTickTime() - mEndTick < DAY_MS; }

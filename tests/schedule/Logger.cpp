@@ -1,0 +1,116 @@
+// The data logger under four writers: rotation, backup, flush, a full disk, stop, restart, shutdown, destroy.
+#include <atomic>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include "NfwLogger.h"
+#include "PlatformSeams.h"
+#include "Scenarios.h"
+
+namespace {
+
+const int WRITERS = 4;
+
+uint32_t fieldAt(const std::string& nBytes, size_t nAt) {
+  uint32_t lValue = 0;
+  for (size_t i = 0; i < 4; ++i)
+    lValue |= static_cast<uint32_t>(static_cast<unsigned char>(nBytes[nAt + i])) << (8 * i);
+  return lValue;
+}
+
+/// The numbers of each writer's records, as the files hold them, one file after the other.
+std::map<int, std::vector<int>> readRecords() {
+  std::set<std::filesystem::path> lFiles;
+  for (const auto& lEach : std::filesystem::directory_iterator("log")) {
+    if (lEach.is_regular_file()) lFiles.insert(lEach.path());
+  }
+  std::map<int, std::vector<int>> lRecords;
+  for (const auto& lPath : lFiles) {
+    const std::string lBytes = readFile(lPath);
+    for (size_t lAt = 0; lAt < lBytes.size();) {
+      schedule::require(lBytes.size() - lAt >= 49 && lBytes.size() - lAt >= fieldAt(lBytes, lAt + 44) + 49,
+                        "records are whole");
+      const uint32_t lSize = fieldAt(lBytes, lAt + 44);
+      lRecords[static_cast<int>(fieldAt(lBytes, lAt + 36))].push_back(std::stoi(lBytes.substr(lAt + 48, lSize)));
+      lAt += lSize + 49;
+    }
+  }
+  return lRecords;
+}
+
+void control(nfw::Logger& nLogger) {
+  switch (schedule::pick(6)) {
+    case 0:
+      nLogger.flush();
+      break;
+    case 1:
+      nLogger.setSyncInterval(schedule::flip() ? 10 : 0);
+      break;
+    case 2:
+      nLogger.setMaxFileTime(schedule::flip() ? 1000 : 0, schedule::flip());
+      break;
+    case 3:
+      nLogger.stopRecord();
+      break;
+    case 4:
+      nLogger.startRecord("log", "s", schedule::flip() ? "old" : nullptr);
+      break;
+    default:
+      schedule::sleepMs(schedule::pick(1500));
+      break;
+  }
+}
+
+}  // namespace
+
+void logger() {
+  using nfw::Logger;
+  Logger::initializeMaxPlayerNum(1);
+  Logger::initializeMaxLogTypeNum(1);
+  Logger::initializeMaxLogFieldSize(100);
+  Logger::initializeLogBufferSize(schedule::flip() ? 300 : 30000);
+  Logger::initializeMaxLogFileSize(schedule::flip() ? 400 : 100000);
+  std::filesystem::create_directory("log");
+  std::filesystem::create_directory("old");
+  writeFile("old/file", std::string(20000, 'x'));
+  Logger& lLogger = *Logger::get();
+  schedule::require(lLogger.initialize() && lLogger.startRecord("log", "s", nullptr), "a recording begins");
+  nfw::LogRecordCounts lCounts;
+  {
+    const seams::Failing lFull(seams::FILE_WRITE, schedule::flip() ? schedule::pick(8) : 100000, 1 + schedule::pick(3));
+    const bool lIsHurried = schedule::flip();  // writing without a pause, to the end and beyond
+    std::atomic<bool> lIsGone{false};
+    Crew lWriters, lOthers;
+    for (int i = 0; i < WRITERS; ++i) {
+      lWriters.add([&, i] {
+        for (int k = 0; k < (lIsHurried ? 60 : 12) && !lIsGone; ++k, std::this_thread::yield()) {
+          const std::string lText = std::to_string(k);
+          Logger::write(i, lText.data(), static_cast<unsigned int>(lText.size()));
+          if (!lIsHurried && schedule::pick(4) == 0) schedule::sleepMs(schedule::pick(300));
+        }
+      });
+    }
+    for (int i = 0; i < (lIsHurried ? 0 : 2); ++i) {
+      lOthers.add([&lLogger] {
+        for (int k = 0; k < 5; ++k) control(lLogger);
+      });
+    }
+    if (!lIsHurried && schedule::flip()) lWriters.join(), lOthers.join();
+    const schedule::Within lWithin("the end of the logger", 40000);
+    if (schedule::flip()) lLogger.stopRecord();
+    if (schedule::flip()) lLogger.shutdown();
+    lOthers.join();
+    lLogger.shutdown();
+    lCounts = lLogger.getRecordCounts();
+    Logger::destroy();  // under the writers
+    lIsGone = true;
+  }
+  unsigned long long lNum = 0;
+  for (const auto& lWriter : readRecords()) {
+    Ascending lOrder("a thread's records");
+    for (const int lEach : lWriter.second) lOrder.see(lEach), ++lNum;
+  }
+  schedule::require(lNum == lCounts.mRecorded, "what counts as recorded is in the files: " + std::to_string(lNum) +
+                                                   " of " + std::to_string(lCounts.mRecorded));
+}

@@ -1,0 +1,62 @@
+#include <fstream>
+#include <iterator>
+
+#include "NfwAppLog.h"
+#include "NfwLogger.h"
+#include "NfwSensorSysLoggerManager.h"
+#include "Scenarios.h"
+#include "SysLogServiceHost.h"
+
+namespace {
+
+/// The lines of the system log, among the steps.
+class LogInTrace : public syslogservice::Sink {
+ public:
+  void writeLine(int /*nType*/, int nLevel, const char* npText) override {
+    schedule::note(std::string(nLevel == nfw::LOG_LEVEL_ERROR ? "logs the error: " : "logs: ") + npText);
+  }
+};
+
+const schedule::Scenario SCENARIOS[] = {
+    {"components", &components, {12486}},
+    {"gate", &gate, {}},
+    {"listeners", &listeners, {}},
+    {"facades", &facades, {}},
+    {"logger", &logger, {}},
+    {"playback", &playback, {}},
+    {"mounts", &mounts, {}},
+    {"settings", &settings, {}},
+    {"services", &services, {}},
+};
+
+}  // namespace
+
+void startLogs() {
+  nfw::Logger::initializeMaxPlayerNum(2);
+  nfw::Logger::initializeMaxLogTypeNum(2);
+  nfw::Logger::initializeMaxLogFieldSize(300);
+  nfw::Logger::initializeLogBufferSize(20000);
+  nfw::Logger::initializeMaxLogFileSize(100000);
+  schedule::require(nfw::Logger::get()->initialize() && nfw::SensorSysLoggerManager::get()->initialize(),
+                    "the logs start");
+}
+
+void endLogs() {
+  nfw::SensorSysLoggerManager::destroy();
+  nfw::Logger::destroy();
+}
+
+std::string readFile(const std::string& nPath) {
+  std::ifstream lFile(nPath, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(lFile), {});
+}
+
+void writeFile(const std::string& nPath, const std::string& nBytes) {
+  std::ofstream(nPath, std::ios::binary).write(nBytes.data(), static_cast<std::streamsize>(nBytes.size()));
+}
+
+int main(int nArgCount, char** npArgs) {
+  LogInTrace lLog;
+  syslogservice::setSink(&lLog);
+  return schedule::run(nArgCount, npArgs, SCENARIOS, sizeof SCENARIOS / sizeof SCENARIOS[0]);
+}
