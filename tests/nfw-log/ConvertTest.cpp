@@ -3,8 +3,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "LogBytes.h"
 #include "LogToolRun.h"
@@ -13,47 +11,31 @@
 namespace {
 
 using logtest::runTool;
-using nlohmann::json;
+
+const char* const LATE = "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n";  // of dead reckoning, without a date
 
 /// A drive of six epochs: a pause behind the third, the last two reckoned; lines of a log and another id between.
 std::string drive() {
-  struct Epoch {
-    const char* mpTime;
-    const char* mpMinutes;
-    const char* mpQuality;
-    const char* mpMode;
-  };
-  const Epoch EPOCHS[] = {{"235958.000", "07.0380", "1", "A"}, {"235959.500", "07.0480", "2", "D"},
-                          {"000001.000", "07.0580", "1", "A"}, {"000100.000", "07.0680", "1", "A"},
-                          {"000101.000", "07.0780", "6", "E"}, {"000102.000", "07.0880", "6", "E"}};
+  const char* const EPOCHS[][5] = {
+      // the date is told once; midnight passes
+      {"235958.000", "07.0380", "1", "A", "311225"}, {"235959.500", "07.0480", "2", "D", ""},
+      {"000001.000", "07.0580", "1", "A", ""},       {"000100.000", "07.0680", "1", "A", ""},
+      {"000101.000", "07.0780", "6", "E", ""},       {"000102.000", "07.0880", "6", "E", ""}};
   std::string lBytes;
   uint32_t lTick = 0xFFFFFF00;  // wraps on the way
-  bool lIsFirst = true;
-  for (const Epoch& lEpoch : EPOCHS) {
-    const std::string lTime = lEpoch.mpTime, lPosition = std::string("48") + lEpoch.mpMinutes + ",S,01131.0000,W";
-    const std::string lDate = lIsFirst ? "311225" : "";  // told once; midnight passes
-    lIsFirst = false;
-    const std::string lMode = lEpoch.mpMode;
-    lBytes += logtest::logRecord(255, lTick, "a line & <more>");
-    lBytes += logtest::logRecord(
-        20, lTick, "$GPRMC," + lTime + ",A," + lPosition + ",010.0,084.4," + lDate + ",,," + lMode + "\r\n");
-    lBytes += logtest::logRecord(21, lTick, "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n");
-    lBytes += logtest::logRecord(
-        20, lTick, "$GPGGA," + lTime + "," + lPosition + "," + lEpoch.mpQuality + ",08,0.9,545.4,M,46.9,M,,*47");
+  for (const auto& [lpTime, lpMinutes, lpQuality, lpMode, lpDate] : EPOCHS) {
+    const std::string lPosition = std::string("48") + lpMinutes + ",S,01131.0000,W", lTime = lpTime;
+    lBytes +=
+        logtest::logRecord(255, lTick, "a line & <more>") +
+        logtest::logRecord(20, lTick,
+                           "$GPRMC," + lTime + ",A," + lPosition + ",010.0,084.4," + lpDate + ",,," + lpMode + "\r\n") +
+        logtest::logRecord(21, lTick, LATE) +
+        logtest::logRecord(20, lTick,
+                           "$GPGGA," + lTime + "," + lPosition + "," + lpQuality + ",08,0.9,545.4,M,46.9,M,,*47");
     lTick += 1000;
   }
   return lBytes;
 }
-
-const char* const CSV =
-    "2025-12-31T23:59:58.000Z,0.000,20,-48.1173000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
-    "2025-12-31T23:59:59.500Z,1.000,20,-48.1174667,-11.5166667,545.4,46.9,18.520,84.40,dgps,8,0.90,,,0,receiver\r\n"
-    "2026-01-01T00:00:01.000Z,2.000,20,-48.1176333,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
-    "2026-01-01T00:01:00.000Z,3.000,20,-48.1178000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
-    "2026-01-01T00:01:01.000Z,4.000,20,-48.1179667,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
-    "receiver\r\n"
-    "2026-01-01T00:01:02.000Z,5.000,20,-48.1181333,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
-    "receiver\r\n";
 
 class Convert : public testing::Test {
  protected:
@@ -68,26 +50,20 @@ class Convert : public testing::Test {
   std::string mErrors;
 };
 
-TEST_F(Convert, csvHasEveryEpochWithItsUnits) {
-  const std::string lCsv = convert("csv");
-  const size_t lBody = lCsv.find('\n') + 1;
-  EXPECT_EQ(lCsv.substr(lBody), CSV);
-  EXPECT_NE(lCsv.substr(0, lBody).find(",latitude_deg,longitude_deg,altitude_m,"), std::string::npos);
-  EXPECT_NE(mErrors.find("dead reckoning (id 21) has sentences too: --id 21 takes it"), std::string::npos);
-}
-
 // What a track consists of is the same in every format.
 TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
   const std::string lNmea = convert("nmea");
   EXPECT_EQ(std::count(lNmea.begin(), lNmea.end(), '\n'), 12);
   EXPECT_EQ(lNmea.find("GPGLL"), std::string::npos);
-  EXPECT_NE(mErrors.find("--id 20,21 both"), std::string::npos) << mErrors;
+  EXPECT_NE(mErrors.find("dead reckoning (id 21) has sentences too: --id 21 takes it, --id 20,21 both"),
+            std::string::npos)
+      << mErrors;
   // Also where dead reckoning begins first, and alone where there is no receiver.
-  const std::string lLate = logtest::logRecord(21, 1, "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n");
+  const std::string lLate = logtest::logRecord(21, 1, LATE);
   nfwtest::writeFile(mFile, lLate + drive());
   EXPECT_EQ(convert("nmea"), lNmea);
   nfwtest::writeFile(mFile, lLate);
-  EXPECT_EQ(convert("nmea"), "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n");
+  EXPECT_EQ(convert("nmea"), LATE);
 }
 
 // A log and a sensor log of one drive, in one directory and each by itself.
@@ -146,27 +122,53 @@ std::string digest(const std::string& nText) {
   return lHex;
 }
 
-// Every byte of what was written for others counts. Where one differs the whole output is shown: look at it, and write
-// the new digest down when it is meant.
-TEST_F(Convert, everyFormatIsWrittenAsBefore) {
+// Every byte counts for those who read it: short outputs as they are, long ones by their digest. Those were looked at,
+// and the pictures drawn: two pieces of three points with times, heights and speeds, the one at 10 degrees without; a
+// straight line south with its marks, dashed where reckoned, its gaps in the curves; each gap, record and type counted.
+// Where one differs, look at it as well before the digest is written down.
+TEST_F(Convert, everyOutputIsRightToTheLastByte) {
   const struct {
     std::vector<std::string> mArguments;
-    const char* mpDigest;
+    std::string mExpected;
   } CASES[] = {
-      {{"convert", "--to", "gpx"}, "7bd6a35447b7dc43"},
       {{"convert", "--to", "gpx", "--id", "20,21"}, "48002e2db4103f0a"},
-      {{"convert", "--to", "kml"}, "dd570046405a22f5"},
       {{"convert", "--to", "kml", "--id", "20,21"}, "708200434c373e6a"},
       {{"convert", "--to", "geojson", "--id", "20,21"}, "128baa4bef5474ca"},
-      {{"convert", "--to", "csv", "--id", "20,21"}, "b69242441b1ca94a"},
       {{"plot"}, "de47b4a1335e5766"},
       {{"plot", "--colour=fix", "--id", "20,21"}, "d6bd1d3453807685"},
       {{"plot", "--html", "--from", "1s"}, "f4f8b7d116304720"},
-      {{"info"}, "5335ff57179e81e4"},
       {{"info", "--json", "--gap", "1"}, "343d8895279a3458"},
-      {{"cat"}, "2b070e186b9390b1"},
-      {{"cat", "--json"}, "30b7f1d96b0ab0cc"},
-      {{"cat", "--hex", "--id", "255"}, "5c4ffcfda9d27417"},
+      {{"convert", "--to", "csv", "--id", "20,21"},
+       "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
+       "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n"
+       "2025-12-31T23:59:58.000Z,0.000,20,-48.1173000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+       "2025-12-31T23:59:59.500Z,1.000,20,-48.1174667,-11.5166667,545.4,46.9,18.520,84.40,dgps,8,0.90,,,0,receiver\r\n"
+       "2026-01-01T00:00:01.000Z,2.000,20,-48.1176333,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+       "2026-01-01T00:01:00.000Z,3.000,20,-48.1178000,-11.5166667,545.4,46.9,18.520,84.40,2d,8,0.90,,,0,receiver\r\n"
+       "2026-01-01T00:01:01.000Z,4.000,20,-48.1179667,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
+       "receiver\r\n"
+       "2026-01-01T00:01:02.000Z,5.000,20,-48.1181333,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
+       "receiver\r\n"
+       ",0.000,21,10.0000000,10.0000000,,,,,2d,,,,,0,dead reckoning\r\n"},
+      {{"info"}, R"(Recording   /a & <b>.log
+Kind        log, 1 file, 2.3 KiB
+Records     24, 4.8 a second
+First       2024-05-06 07:08:09.010 local time, tick 4294967040
+Last        2024-05-06 07:08:09.010 local time, tick 4744
+Duration    0:00:05.000
+Id 20       12 records, 810 bytes, 2.4 a second:  RMC 6 GGA 6
+Id 21       6 records, 288 bytes, 1.2 a second:  GLL 6
+Id 255      6 records, 90 bytes, 1.2 a second:  LOG 6
+Gaps        0
+Ticks back  0
+Damage      none
+
+)"},
+      {{"cat", "--json", "--to", "1", "--id", "21"},
+       R"({"time":"2024-05-06 07:08:09.010","elapsed_ms":0,"tick":4294967040,"id":21,"type":"GLL","offset":182,"text":)"
+       R"("$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A"}
+)"},
+      {{"cat", "--hex", "--to", "1", "--id", "255"}, "2024-05-06 07:08:09.010 255 61206c696e652026203c6d6f72653e\n"},
   };
   const std::string lFile = mDir / "a & <b>.log";
   nfwtest::writeFile(lFile, drive());
@@ -176,29 +178,25 @@ TEST_F(Convert, everyFormatIsWrittenAsBefore) {
     std::string lOutput;
     EXPECT_EQ(runTool(lArguments, &lOutput, &mErrors), 0) << mErrors;
     for (size_t i = 0; (i = lOutput.find(mDir.path())) != std::string::npos;) lOutput.erase(i, mDir.path().size());
-    EXPECT_EQ(digest(lOutput), lCase.mpDigest) << json(lCase.mArguments) << "\n" << lOutput;
+    EXPECT_EQ(lCase.mExpected.size() == 16 ? digest(lOutput) : lOutput, lCase.mExpected) << lOutput;
   }
 }
 
-// The program of others reads what was written, with as many pieces and points, and the same places and times.
+// The program of others reads what was written, with as many points, and the same places and times.
 TEST_F(Convert, gpsbabelReadsGpxAndKml) {
   if (std::system("command -v gpsbabel >/dev/null") != 0) GTEST_SKIP() << "gpsbabel is not installed";
+  const std::string lExpected =
+      "Latitude,Longitude,Altitude,Date,Time\n-48.117300,-11.516667,545.4,2025/12/31,23:59:58\n"
+      "-48.117467,-11.516667,545.4,2025/12/31,23:59:59.500\n-48.117633,-11.516667,545.4,2026/01/01,00:00:01\n"
+      "-48.117800,-11.516667,545.4,2026/01/01,00:01:00\n-48.117967,-11.516667,545.4,2026/01/01,00:01:01\n"
+      "-48.118133,-11.516667,545.4,2026/01/01,00:01:02\n";
   for (const std::string lFormat : {"gpx", "kml"}) {
-    const std::string lFile = mDir / ("drive." + lFormat), lOut = mDir / ("out." + lFormat);
-    ASSERT_EQ(runTool({"convert", "--to", lFormat, mFile, "-o", lFile}), 0);
-    const std::string lCall = "gpsbabel -t -i " + lFormat + " -f " + lFile + " -o unicsv,utc=0 -F " + lOut;
+    nfwtest::writeFile(mDir / "in", convert(lFormat));
+    const std::string lCall = "gpsbabel -t -i " + lFormat + " -f " + mDir / "in" +
+                              " -o unicsv,utc=0 -F - | cut -d, -f " + (lFormat == "gpx" ? "2-4,8-9" : "2-") +
+                              " | tr -d '\\r' >" + mDir / "out";
     ASSERT_EQ(std::system(lCall.c_str()), 0);
-    std::istringstream lLines(nfwtest::readFile(lOut));
-    std::string lLine, lFound;
-    std::getline(lLines, lLine);
-    while (std::getline(lLines, lLine)) {
-      const size_t lTime = lLine.find_last_of(',');
-      lFound += lLine.substr(lLine.find(',') + 1, 21) + lLine.substr(lTime, lLine.size() - 1 - lTime) + "\n";
-    }
-    const std::string lExpected =
-        "-48.117300,-11.516667,23:59:58\n-48.117467,-11.516667,23:59:59.500\n-48.117633,-11.516667,00:00:01\n"
-        "-48.117800,-11.516667,00:01:00\n-48.117967,-11.516667,00:01:01\n-48.118133,-11.516667,00:01:02\n";
-    EXPECT_EQ(lFound, lExpected) << nfwtest::readFile(lOut);
+    EXPECT_EQ(nfwtest::readFile(mDir / "out"), lExpected) << lFormat;
   }
 }
 
