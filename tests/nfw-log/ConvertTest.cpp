@@ -10,6 +10,7 @@
 
 namespace {
 
+using logtest::has;
 using logtest::runTool;
 
 const char* const LATE = "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n";  // of dead reckoning, without a date
@@ -55,9 +56,7 @@ TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
   const std::string lNmea = convert("nmea");
   EXPECT_EQ(std::count(lNmea.begin(), lNmea.end(), '\n'), 12);
   EXPECT_EQ(lNmea.find("GPGLL"), std::string::npos);
-  EXPECT_NE(mErrors.find("dead reckoning (id 21) has sentences too: --id 21 takes it, --id 20,21 both"),
-            std::string::npos)
-      << mErrors;
+  EXPECT_TRUE(has(mErrors, "dead reckoning (id 21) has sentences too: --id 21 takes it, --id 20,21 both"));
   // Also where dead reckoning begins first, and alone where there is no receiver.
   const std::string lLate = logtest::logRecord(21, 1, LATE);
   nfwtest::writeFile(mFile, lLate + drive());
@@ -77,14 +76,13 @@ TEST_F(Convert, aDriveThatWasRecordedTwiceIsOneTrack) {
   }
   nfwtest::writeFile(mDir / "sensor.bin", lSensor);
   EXPECT_EQ(runTool({"convert", "--to", "csv", mDir.path()}, &lCsv, &mErrors), 0);
-  EXPECT_NE(mErrors.find("sensor.bin: 3 records left out: another recording of the directory"), std::string::npos)
-      << mErrors;
+  EXPECT_TRUE(has(mErrors, "sensor.bin: 3 records left out: another recording of the directory"));
   EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 2) << lCsv;
-  EXPECT_NE(lCsv.find(",\"drive.log, receiver\"\r\n"), std::string::npos) << lCsv;
+  EXPECT_TRUE(has(lCsv, ",\"drive.log, receiver\"\r\n"));
   EXPECT_EQ(runTool({"convert", "--to", "csv", mFile, mDir / "sensor.bin"}, &lCsv, &mErrors), 0);
   EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 5);
   EXPECT_EQ(runTool({"plot", mFile, mDir / "sensor.bin"}, &lSpan), 0);
-  EXPECT_NE(lSpan.find(">2025-12-31 23:59:58 to 2026-01-01 01:00:02 UTC, 1:00:04, "), std::string::npos);
+  EXPECT_TRUE(has(lSpan, ">2025-12-31 23:59:58 to 2026-01-01 01:00:02 UTC, 1:00:04, "));
 }
 
 // The date comes later than the first position, or never: then there is no time, and none is made up.
@@ -96,21 +94,18 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
   const std::string lThird = logtest::logRecord(20, 2001, "$GPGGA,000001.00,4807.0,N,01131.0,E,1,08,0.9,,M,,M,,");
   nfwtest::writeFile(mFile, lFirst + lSecond + lThird);
   const std::string lCsv = convert("csv");
-  EXPECT_NE(lCsv.find("\n2025-12-31T23:59:59.000Z,0.000,20,48.1166667,11.5166667,278.161,46.915,"), std::string::npos)
-      << lCsv;
-  EXPECT_NE(lCsv.find("\n2026-01-01T00:00:01.000Z,2.000,"), std::string::npos) << lCsv;
-  EXPECT_NE(convert("gpx").find("<ele>278.161</ele>"), std::string::npos);
-  EXPECT_NE(convert("geojson").find(",278.161]"), std::string::npos);
-  EXPECT_NE(convert("kml").find("11.5166667 48.1166667 278.161</gx:coord>"), std::string::npos);
+  EXPECT_TRUE(has(lCsv, "\n2025-12-31T23:59:59.000Z,0.000,20,48.1166667,11.5166667,278.161,46.915,"));
+  EXPECT_TRUE(has(lCsv, "\n2026-01-01T00:00:01.000Z,2.000,"));
+  EXPECT_TRUE(has(convert("gpx"), "<ele>278.161</ele>"));
+  EXPECT_TRUE(has(convert("geojson"), ",278.161]"));
+  EXPECT_TRUE(has(convert("kml"), "11.5166667 48.1166667 278.161</gx:coord>"));
   std::string lOutput;
   EXPECT_EQ(runTool({"plot", mFile}, &lOutput), 0);
-  EXPECT_NE(lOutput.find(">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "), std::string::npos);
+  EXPECT_TRUE(has(lOutput, ">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "));
   nfwtest::writeFile(mFile, lFirst + lThird);
   const std::string lKml = convert("kml");
   EXPECT_EQ(lKml.find("<when>"), std::string::npos) << lKml;
-  EXPECT_NE(lKml.find("<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"),
-            std::string::npos)
-      << lKml;
+  EXPECT_TRUE(has(lKml, "<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"));
 }
 
 /// To tell texts apart.

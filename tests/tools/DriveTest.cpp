@@ -190,11 +190,14 @@ TEST(Drive, heedsItsOptions) {
   }
 }
 
-// What a program opens must not become its standard output, nor its messages part of a file.
-TEST(Drive, bothToolsBearClosedDescriptors) {
+// What a program opens must not become its standard output, nor its messages part of a file; the work is done whoever
+// takes the messages.
+TEST(Drive, bothToolsBearDescriptorsThatAreClosedFullOrLeft) {
   if (*NFW_EMULATOR != '\0') GTEST_SKIP() << "the emulator opens files of its own";
   const nfwtest::TempDir lDirectory;
-  nfwtest::writeFile(lDirectory / "bad.log", nfwtest::logRecord(20, 1000, "$GPGLL") + std::string(100, '\xA5'));
+  const std::string lGood = nfwtest::logRecord(20, 1000, "$GPGLL"), lBad = lDirectory / "bad.log ";
+  nfwtest::writeFile(lDirectory / "bad.log", lGood + std::string(100, '\xA5'));
+  const std::string lToOut = lBad + "--force -o " + lDirectory / "out ";
   const struct {
     std::string mCommand;
     int mExit;
@@ -204,13 +207,18 @@ TEST(Drive, bothToolsBearClosedDescriptors) {
       {NFW_DRIVE_PROGRAM " sim --speed max --for 1 >/dev/full", 1},
       {NFW_DRIVE_PROGRAM " sim --speed max --format json | head -n 1 >/dev/null; exit ${PIPESTATUS[0]}", 0},
       {NFW_DRIVE_PROGRAM " sim --speed max --for 1 --format none 2>&-", 0},
-      {NFW_LOG_PROGRAM " recover " + lDirectory / "bad.log" + " -o " + lDirectory / "whole.log 2>&-", 0},
+      {NFW_LOG_PROGRAM " cat " + lBad + ">/dev/full", 1},
+      {NFW_LOG_PROGRAM " convert --to gpx " + lToOut + "2>/dev/full", 0},
+      {NFW_LOG_PROGRAM " cat " + lToOut + "2> >(:)", 0},
+      {NFW_LOG_PROGRAM " cut " + lToOut + "2>/dev/full", 0},
+      {NFW_LOG_PROGRAM " recover " + lToOut + "2>&-", 0},
   };
   for (const auto& lCase : CASES) {
     const int lStatus = std::system(("exec 2>/dev/null; timeout -s KILL 20 bash -c '" + lCase.mCommand + "'").c_str());
     EXPECT_EQ(WEXITSTATUS(lStatus), lCase.mExit) << lCase.mCommand;
   }
-  EXPECT_EQ(nfwtest::readFile(lDirectory / "whole.log"), nfwtest::logRecord(20, 1000, "$GPGLL"));
+  EXPECT_EQ(nfwtest::readFile(lDirectory / "out"), lGood);
+  EXPECT_EQ(lDirectory.files().size(), 2u) << "no temporary one";
 }
 
 // A receiver of kinds and qualities that the library does not know: its errors are told once of a kind, and counted.
