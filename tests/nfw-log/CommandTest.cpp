@@ -1,4 +1,5 @@
 // What the commands say and refuse.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/resource.h>
@@ -6,11 +7,14 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <nlohmann/json.hpp>
-#include <thread>
+#include <regex>
 
+#include "CommandLine.h"
 #include "LogBytes.h"
 #include "LogToolRun.h"
+#include "Progress.h"
 #include "Split.h"
 #include "TempDir.h"
 
@@ -118,6 +122,14 @@ TEST_F(Command, infoCountsOverTheFilesOfADirectory) {
   EXPECT_EQ(lInfo["duration_ms"], 8500);
   EXPECT_EQ(lInfo["first"]["time"], "2026-01-31 23:59:59.000");
   EXPECT_EQ(lInfo["gaps"][0]["length_ms"], 7500);
+  EXPECT_TRUE(has(output({"info", "--gap", "5", mDir.path()}),
+                  "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
+                      mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
+}
+
+TEST_F(Command, helpIsGivenWhenAskedFor) {
+  EXPECT_EQ(output({"--version"}).find("nfw-log "), 0u);
+  EXPECT_TRUE(has(output({"cut", "--help"}), "--force"));
 }
 
 TEST_F(Command, checkFindsWhatIsWrong) {
@@ -179,6 +191,7 @@ TEST_F(Command, checkListsTheFirstHundredOfAKind) {
 TEST_F(Command, refusesWhatItMust) {
   const std::string lLog = mDir / "a_20260301-000000_00.log", lOut = mDir / "out", lSensor = mDir / "sensor";
   writeFile(lOut, "mine");
+  std::filesystem::create_directory(mDir / "empty");
   writeFile(lSensor, logtest::sensorRecord(3, 0, 1, "abc") + logtest::sensorRecord(3, 0, 2, ""));
   struct Case {
     std::vector<std::string> mArguments;
@@ -197,6 +210,11 @@ TEST_F(Command, refusesWhatItMust) {
       {{"cut", lLog, "-o", mDir / "no/such"}, 2, "cannot be made: No such file"},
       {{"cut", lLog, "-o", lOut, "--from", "soon"}, 2, "\"soon\" is no moment"},
       {{"filter", lLog, "-o", lOut, "--id", "-1"}, 2, "--id"},
+      {{"filter", lLog, "-o", lOut, "--id", "x"}, 2, "\"x\" is no log type id"},
+      {{"filter", lLog, "-o", lOut, "--id", "2147483648"}, 2, "\"2147483648\" is no log type id"},
+      {{"filter", lLog, "-o", mDir / std::string(4090, 'x')}, 2, "cannot be made: File name too long"},
+      {{"info", mDir / "empty"}, 2, "empty: no recording in this directory"},
+      {{"info", "/proc/self/mem"}, 2, "/proc/self/mem: Input/output error"},
       {{"merge", lLog, lSensor, "-o", lOut, "--force"}, 2, "of both kinds"},
       {{"cut", lLog, lSensor, "-o", lOut, "--force"}, 2, "of both kinds"},
       {{"cut", mDir / "notes.txt", "-o", lOut, "--force"}, 2, "no recording"},
@@ -240,6 +258,9 @@ TEST_F(Command, namesOfFilesAreWrittenForTheirReader) {
   EXPECT_EQ(written({"info", "--json", lFile})["recordings"][0]["recording"],
             mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xEF\xBF\xBD.log");
   EXPECT_TRUE(has(output({"plot", lFile}), "<title>Z\xC3\xBCrich?[31m??.log</title>"));
+  const std::string lLong = std::string(79, 'x') + "\xC3\xBC.log";  // cut between characters
+  std::filesystem::rename(lFile, mDir / lLong);
+  EXPECT_TRUE(has(output({"plot", mDir / lLong}), "<title>" + std::string(79, 'x') + "...</title>"));
 }
 
 // On one clock where the system was started anew between, or when asked to; at equal times as they are named.
@@ -339,19 +360,69 @@ TEST_F(Command, aFileThatIsJustBegunIsTheLast) {
   EXPECT_TRUE(has(mErrors, "d_20260131-090000_00.log, which is empty, last"));
 }
 
+// Each line is there before the next is recorded; the clock of the recorder was set back for the last file.
 TEST_F(Command, followsARecorderIntoItsNextFile) {
   const nfwtest::TempDir lDir;
-  const std::string lFirst = lDir / "d_20260131-000000_00.log";
-  const std::string lRecord = logRecord(1, 1000, "two");
-  writeFile(lFirst, logRecord(1, 1000, "one") + lRecord.substr(0, 20));
-  std::thread lRecorder([&] {
-    std::ofstream(lFirst, std::ios::app | std::ios::binary) << lRecord.substr(20);
-    writeFile(mDir / "next", logRecord(1, 3000, "three") + logRecord(1, 99000, "end"));
-    std::rename((mDir / "next").c_str(), (lDir / "d_20260130-230000_00.log").c_str());  // a clock that was set back
-  });
-  EXPECT_EQ(columns({"cat", "--follow", "--to", "60", lDir.path()}, 26), "one|two|three|");
-  lRecorder.join();
-  EXPECT_TRUE(mErrors.empty() || mErrors.find("a clock was set") != mErrors.npos) << mErrors;
+  const std::string lFile = lDir / "d_20260131-000000_00.log", lSecond = logRecord(1, 1000, "two");
+  const auto lAppend = [&](const std::string& nBytes) {
+    std::ofstream(lFile, std::ios::app | std::ios::binary) << nBytes;
+  };
+  int lPipe[2];
+  ASSERT_EQ(::pipe(lPipe), 0);
+  lAppend(logRecord(1, 1000, "one") + lSecond.substr(0, 20));
+  const pid_t lChild = ::fork();
+  if (lChild == 0) {
+    ::alarm(60);
+    ::dup2(lPipe[1], STDOUT_FILENO);
+    ::dup2(::open((mDir / "errors").c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
+    const std::string lPath = lDir.path();
+    const char* const ARGUMENTS[] = {"nfw-log", "cat", "--follow", "--to", "60", lPath.c_str()};
+    ::_exit(logtool::runProgram(6, ARGUMENTS));
+  }
+  ::close(lPipe[1]);
+  FILE* const lpOutput = ::fdopen(lPipe[0], "r");
+  const auto lLine = [&] {
+    char lText[100] = "";
+    return std::string(std::fgets(lText, sizeof(lText), lpOutput) != nullptr ? lText + 26 : "nothing");
+  };
+  EXPECT_EQ(lLine(), "one\n");
+  lAppend(lSecond.substr(20) + "noise" + logRecord(1, 2000, "three"));
+  EXPECT_EQ(lLine(), "two\n");
+  EXPECT_EQ(lLine(), "three\n");
+  writeFile(mDir / "next", logRecord(1, 3000, "four") + logRecord(1, 99000, "end"));
+  std::rename((mDir / "next").c_str(), (lDir / "d_20260130-230000_00.log").c_str());
+  EXPECT_EQ(lLine(), "four\n");
+  EXPECT_EQ(lLine(), "nothing");
+  int lStatus = 0;
+  EXPECT_EQ(::waitpid(lChild, &lStatus, 0), lChild);
+  EXPECT_EQ(lStatus, 0);
+  EXPECT_TRUE(has(readFile(mDir / "errors"), ".log: offset 104, 5 bytes: ")) << readFile(mDir / "errors");
+  std::fclose(lpOutput);
+}
+
+// On a terminal, after a second: of 30 MB so little that minutes are left.
+TEST(Progress, tellsHowFarARunIs) {
+  const int lTerminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), lKept = ::dup(STDERR_FILENO);
+  ASSERT_TRUE(::grantpt(lTerminal) == 0 && ::unlockpt(lTerminal) == 0);
+  const int lLine = ::open(::ptsname(lTerminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ::dup2(lLine, STDERR_FILENO);
+  pollfd lFd = {lTerminal, POLLIN, 0};
+  {
+    logtool::Progress lProgress(30000000);
+    const auto lLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (::poll(&lFd, 1, 0) == 0 && std::chrono::steady_clock::now() < lLimit) {
+      for (int i = 0; i < 0x1000; ++i) lProgress.update(300000);
+    }
+  }
+  ::dup2(lKept, STDERR_FILENO);
+  const std::regex EXPECTED("\r\x1B\\[K293.0 KiB  \\d+.\\d KiB/s  1 %  [1-9]:\\d\\d left\r\x1B\\[K");
+  std::string lText;
+  for (char lByte = 0;
+       !std::regex_match(lText, EXPECTED) && ::poll(&lFd, 1, 5000) == 1 && ::read(lTerminal, &lByte, 1) == 1;) {
+    lText += lByte;
+  }
+  EXPECT_TRUE(std::regex_match(lText, EXPECTED)) << lText;
+  for (const int lFd : {lTerminal, lLine, lKept}) ::close(lFd);
 }
 
 }  // namespace

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "LogBytes.h"
 #include "LogToolRun.h"
+#include "Split.h"
 #include "TempDir.h"
 
 namespace {
@@ -108,6 +110,66 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
   EXPECT_TRUE(has(lKml, "<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"));
 }
 
+// Of each kind what it tells, of several the one that tells most; what tells of no fix is no position.
+TEST_F(Convert, everyKindOfSentenceMakesThePosition) {
+  const std::string lGga = "$GPGGA,081350,4717.4,N,00833.6,E,",
+                    lRmc = "$GPRMC,081350,A,4717.4,N,00833.6,E,10.0,77.5,,,,";
+  const std::string lPubx = "$PUBX,00,081350.00,4717.4,N,00833.6,E,9.9,",
+                    lTail = ",2.1,2.0,7.5,77.5,0,,0.9,1.1,0.7,9,0,";
+  const std::string lGll = "$GPGLL,4717.4,N,00833.6,E,081350,A,A|", lPlace = "47.2900000,8.5600000,";
+  const std::string CASES[][2] = {
+      {lGga + "0,08,0.9,5.4,M,46.9,M,,", ""},
+      {lGga + "1,08,0.9,5.4,M,46.9,M,,", lPlace + "5.4,46.9,,,2d,8,0.90,,,0"},
+      {lGga + "2,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
+      {lGga + "3,,,,M,,M,,", lPlace + ",,,,2d,,,,,0"},
+      {lGga + "4,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
+      {lGga + "5,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
+      {lGga + "6,,,,M,,M,,", lPlace + ",,,,estimated,,,,,1"},
+      {lGga + "7,,,,M,,M,,", ""},
+      {lRmc + "A", lPlace + ",,18.520,77.50,2d,,,,,0"},
+      {lRmc + "D", lPlace + ",,18.520,77.50,dgps,,,,,0"},
+      {lRmc + "R", lPlace + ",,18.520,77.50,dgps,,,,,0"},
+      {lRmc + "F", lPlace + ",,18.520,77.50,dgps,,,,,0"},
+      {lRmc + "E", lPlace + ",,18.520,77.50,estimated,,,,,1"},
+      {"$GPRMC,081350,V,4717.4,N,00833.6,E,10.0,77.5,,,,A", ""},
+      {"$GPGLL,4717.4,N,00833.6,E,081350,V,A", ""},
+      {"$GPGLL,9717.4,N,00833.6,E,081350,A,A", ""},
+      {lPubx + "NF" + lTail + "0", ""},
+      {lPubx + "G2" + lTail + "0", lPlace + ",,7.500,77.50,2d,9,0.90,1.10,,0"},
+      {lPubx + "G3" + lTail + "0", lPlace + ",,7.500,77.50,3d,9,0.90,1.10,,0"},
+      {lPubx + "D2" + lTail + "0", lPlace + ",,7.500,77.50,dgps,9,0.90,1.10,,0"},
+      {lPubx + "D3" + lTail + "0", lPlace + ",,7.500,77.50,dgps,9,0.90,1.10,,0"},
+      {lPubx + "DR" + lTail + "0", lPlace + ",,7.500,77.50,estimated,9,0.90,1.10,,1"},
+      {lPubx + "RK" + lTail + "0", lPlace + ",,7.500,77.50,3d,9,0.90,1.10,,0"},
+      {lPubx + "RK" + lTail + "1", lPlace + ",,7.500,77.50,estimated,9,0.90,1.10,,1"},
+      {lGll + "$GPGSA,A,1,1,,,,,,,,,,,,2.5,1.2,0.9", lPlace + ",,,,2d,,,,,0"},
+      {lGll + "$GPGSA,A,2,1,,,,,,,,,,,,2.5,1.2,0.9", lPlace + ",,,,2d,,1.20,0.90,2.50,0"},
+      {lGll + "$GPGSA,A,3,1,,,,,,,,,,,,2.5,1.2,0.9|$GPGSA,A,2", lPlace + ",,,,3d,,1.20,0.90,2.50,0"},
+      {lGll + "$GPVTG,54.7,T,34.4,M,5.5,N,10.2,K,A|$GPVTG,1,T,,M,,N,1,K,A", lPlace + ",,10.200,54.70,2d,,,,,0"},
+  };
+  for (const auto& [lSentences, lExpected] : CASES) {
+    std::string lBytes;
+    for (const std::string& lSentence : nfwtest::split(lSentences, '|')) lBytes += logtest::logRecord(20, 1, lSentence);
+    nfwtest::writeFile(mFile, lBytes);
+    const std::string lLine = nfwtest::split(convert("csv"), '\n')[1];
+    EXPECT_EQ(lLine, lExpected.empty() ? "" : ",0.000,20," + lExpected + ",receiver\r") << lSentences;
+  }
+}
+
+/// Eight hours of a zigzag to the north: a pause each 3000 s, the third stretch reckoned, and one moment of haste.
+std::string longDrive() {
+  std::string lBytes;
+  for (int i = 0; i < 30000; ++i) {
+    const int lTime = i + i / 3000 * 100;
+    char lSentence[100];
+    snprintf(lSentence, sizeof(lSentence), "$GPRMC,%02d%02d%02d,A,48%07.4f,N,011%07.4f,E,%d,1.0,010126,,,%c",
+             lTime / 3600, lTime / 60 % 60, lTime % 60, i / 1000.0, std::abs(i % 2000 - 1000) / 200.0,
+             i == 17777 ? 90 : 20 + i % 10, i / 3000 == 2 ? 'E' : 'A');
+    lBytes += logtest::logRecord(20, static_cast<uint32_t>(i) * 1000, lSentence);
+  }
+  return lBytes;
+}
+
 /// To tell texts apart.
 std::string digest(const std::string& nText) {
   uint64_t lSum = 0xCBF29CE484222325u;
@@ -175,6 +237,53 @@ Damage      none
     for (size_t i = 0; (i = lOutput.find(mDir.path())) != std::string::npos;) lOutput.erase(i, mDir.path().size());
     EXPECT_EQ(lCase.mExpected.size() == 16 ? digest(lOutput) : lOutput, lCase.mExpected) << lOutput;
   }
+}
+
+// The picture was looked at, too: the shape, its ten stretches and the moment of haste are all there.
+TEST_F(Convert, aLongDriveIsDrawnSmallAndWrittenInPieces) {
+  nfwtest::writeFile(mDir / "long", longDrive());
+  std::string lOutput;
+  EXPECT_EQ(runTool({"plot", mDir / "long"}, &lOutput), 0);
+  EXPECT_LT(lOutput.size(), 500000u);
+  EXPECT_EQ(digest(lOutput), "999ef50327685b5b") << lOutput;
+  EXPECT_EQ(runTool({"convert", "--to", "kml", mDir / "long"}, &lOutput), 0);
+  const auto lCount = [&](const std::string& nTag) {
+    size_t lNum = 0;
+    for (size_t i = 0; (i = lOutput.find("<" + nTag, i)) != std::string::npos; ++i) ++lNum;
+    return lNum;
+  };
+  EXPECT_EQ(lCount("Placemark>"), 10u);
+  EXPECT_EQ(lCount("gx:Track>"), 40u) << "of a thousand points at most";
+  EXPECT_EQ(lCount("gx:coord>"), 30000u + 30u) << "each begins where the one before ended";
+}
+
+TEST_F(Convert, whatCannotBeToldApartIsDrawnTogether) {
+  std::string lBytes, lOutput;
+  for (int i = 1; i <= 14; ++i) lBytes += logtest::logRecord(i, 1, LATE);
+  nfwtest::writeFile(mFile, lBytes);
+  EXPECT_EQ(runTool({"plot", "--id", "1,2,3,4,5,6,7,8,9,10,11,12,13,14", mFile}, &lOutput), 0);
+  EXPECT_TRUE(has(lOutput, ">id 11<"));
+  EXPECT_TRUE(has(lOutput, ">others<"));
+  EXPECT_FALSE(has(lOutput, "id 12"));
+  lBytes.clear();
+  for (const char* const lpSentence : {"$GPZDA,120000,01,01,2026,,", "$GPGLL,4717.4,N,00833.6,E,120000,A,A",
+                                       "$GPZDA,130000,31,12,2026,,", "$GPGLL,4717.4,N,00833.6,E,130000,A,A"}) {
+    lBytes += logtest::logRecord(20, 1, lpSentence);
+  }
+  nfwtest::writeFile(mFile, lBytes);
+  EXPECT_EQ(runTool({"plot", mFile}, &lOutput), 0);
+  EXPECT_TRUE(has(lOutput, ">2026-01-01 12:00:00 to 2026-12-31 13:00:00 UTC, "));
+  EXPECT_TRUE(has(lOutput, "x=\"192.0\" y=\"1082.0\" text-anchor=\"middle\">2026-02-16<")) << "every 41 days";
+}
+
+// Further tracks wait in a file of their own.
+TEST_F(Convert, withoutRoomForAFurtherTrackNothingIsWritten) {
+  const nfwtest::TempDir lDir;
+  ::setenv("TMPDIR", "/proc", 1);
+  EXPECT_EQ(runTool({"convert", "--to", "gpx", "--id", "20,21", mFile, "-o", lDir / "out"}, nullptr, &mErrors), 1);
+  ::unsetenv("TMPDIR");
+  EXPECT_TRUE(has(mErrors, "a temporary file for a further track: No such file"));
+  EXPECT_EQ(lDir.files().size(), 0u);
 }
 
 // The program of others reads what was written, with as many points, and the same places and times.

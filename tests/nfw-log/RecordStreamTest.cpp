@@ -159,6 +159,9 @@ TEST(RecordStream, tellsWhatIsDamagedAndWhere) {
     EXPECT_EQ(lReading.mDamages[0].mExpected, lCase.mpExpected);
     EXPECT_EQ(lReading.mDamages[0].mFound, lCase.mpFound);
   }
+  const Reading lWithin(lFirst + logtest::logRecord(20, 2, logtest::logRecord(20, 3, "in")) + "noise" + lFirst);
+  EXPECT_EQ(lWithin.mRecords.size(), 3u);
+  EXPECT_EQ(lWithin.mDamages[0].mFound, "another record within");
 }
 
 }  // namespace
