@@ -422,7 +422,7 @@ TEST(Progress, tellsHowFarARunIs) {
     lText += lByte;
   }
   EXPECT_TRUE(std::regex_match(lText, EXPECTED)) << lText;
-  for (const int lFd : {lTerminal, lLine, lKept}) ::close(lFd);
+  for (const int lOpen : {lTerminal, lLine, lKept}) ::close(lOpen);
 }
 
 }  // namespace

@@ -112,47 +112,43 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
 
 // Of each kind what it tells, of several the one that tells most; what tells of no fix is no position.
 TEST_F(Convert, everyKindOfSentenceMakesThePosition) {
-  const std::string lGga = "$GPGGA,081350,4717.4,N,00833.6,E,",
-                    lRmc = "$GPRMC,081350,A,4717.4,N,00833.6,E,10.0,77.5,,,,";
-  const std::string lPubx = "$PUBX,00,081350.00,4717.4,N,00833.6,E,9.9,",
-                    lTail = ",2.1,2.0,7.5,77.5,0,,0.9,1.1,0.7,9,0,";
-  const std::string lGll = "$GPGLL,4717.4,N,00833.6,E,081350,A,A|", lPlace = "47.2900000,8.5600000,";
-  const std::string CASES[][2] = {
-      {lGga + "0,08,0.9,5.4,M,46.9,M,,", ""},
-      {lGga + "1,08,0.9,5.4,M,46.9,M,,", lPlace + "5.4,46.9,,,2d,8,0.90,,,0"},
-      {lGga + "2,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
-      {lGga + "3,,,,M,,M,,", lPlace + ",,,,2d,,,,,0"},
-      {lGga + "4,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
-      {lGga + "5,,,,M,,M,,", lPlace + ",,,,dgps,,,,,0"},
-      {lGga + "6,,,,M,,M,,", lPlace + ",,,,estimated,,,,,1"},
-      {lGga + "7,,,,M,,M,,", ""},
-      {lRmc + "A", lPlace + ",,18.520,77.50,2d,,,,,0"},
-      {lRmc + "D", lPlace + ",,18.520,77.50,dgps,,,,,0"},
-      {lRmc + "R", lPlace + ",,18.520,77.50,dgps,,,,,0"},
-      {lRmc + "F", lPlace + ",,18.520,77.50,dgps,,,,,0"},
-      {lRmc + "E", lPlace + ",,18.520,77.50,estimated,,,,,1"},
-      {"$GPRMC,081350,V,4717.4,N,00833.6,E,10.0,77.5,,,,A", ""},
-      {"$GPGLL,4717.4,N,00833.6,E,081350,V,A", ""},
-      {"$GPGLL,9717.4,N,00833.6,E,081350,A,A", ""},
-      {lPubx + "NF" + lTail + "0", ""},
-      {lPubx + "G2" + lTail + "0", lPlace + ",,7.500,77.50,2d,9,0.90,1.10,,0"},
-      {lPubx + "G3" + lTail + "0", lPlace + ",,7.500,77.50,3d,9,0.90,1.10,,0"},
-      {lPubx + "D2" + lTail + "0", lPlace + ",,7.500,77.50,dgps,9,0.90,1.10,,0"},
-      {lPubx + "D3" + lTail + "0", lPlace + ",,7.500,77.50,dgps,9,0.90,1.10,,0"},
-      {lPubx + "DR" + lTail + "0", lPlace + ",,7.500,77.50,estimated,9,0.90,1.10,,1"},
-      {lPubx + "RK" + lTail + "0", lPlace + ",,7.500,77.50,3d,9,0.90,1.10,,0"},
-      {lPubx + "RK" + lTail + "1", lPlace + ",,7.500,77.50,estimated,9,0.90,1.10,,1"},
-      {lGll + "$GPGSA,A,1,1,,,,,,,,,,,,2.5,1.2,0.9", lPlace + ",,,,2d,,,,,0"},
-      {lGll + "$GPGSA,A,2,1,,,,,,,,,,,,2.5,1.2,0.9", lPlace + ",,,,2d,,1.20,0.90,2.50,0"},
-      {lGll + "$GPGSA,A,3,1,,,,,,,,,,,,2.5,1.2,0.9|$GPGSA,A,2", lPlace + ",,,,3d,,1.20,0.90,2.50,0"},
-      {lGll + "$GPVTG,54.7,T,34.4,M,5.5,N,10.2,K,A|$GPVTG,1,T,,M,,N,1,K,A", lPlace + ",,10.200,54.70,2d,,,,,0"},
+  const std::string lGga = "$GPGGA,081350,4717.4,N,00833.6,E,%,,,,M,,M,,",
+                    lGll = "$GPGLL,4717.4,N,00833.6,E,081350,A,A|";
+  const std::string lRmc = "$GPRMC,081350,A,4717.4,N,00833.6,E,10.0,77.5,,,,%";
+  const std::string lPubx = "$PUBX,00,081350.00,4717.4,N,00833.6,E,9.9,%,2.1,2.0,7.5,77.5,0,,0.9,1.1,0.7,9,0,";
+  const struct {
+    std::string mSentences, mSigns, mFields;  // each of the signs in place of "%"
+  } CASES[] = {
+      {lGga, "1 3", ",,,,2d,,,,,0"},
+      {lGga, "2 4 5", ",,,,dgps,,,,,0"},
+      {lGga, "6", ",,,,estimated,,,,,1"},
+      {lGga, "0 7", ""},
+      {"$GPGGA,081350,4717.4,N,00833.6,E,1,08,0.9,5.4,M,46.9,M,,", "", "5.4,46.9,,,2d,8,0.90,,,0"},
+      {lRmc, "A", ",,18.520,77.50,2d,,,,,0"},
+      {lRmc, "D R F", ",,18.520,77.50,dgps,,,,,0"},
+      {lRmc, "E", ",,18.520,77.50,estimated,,,,,1"},
+      {"$GPRMC,081350,%,4717.4,N,00833.6,E,10.0,77.5,,,,A", "V N", ""},
+      {"$GPGLL,4717.4,N,00833.6,E,081350,V,A|$GPGLL,9717.4,N,00833.6,E,081350,A,A", "", ""},
+      {lPubx + "0", "NF XX", ""},
+      {lPubx + "0", "G2", ",,7.500,77.50,2d,9,0.90,1.10,,0"},
+      {lPubx + "0", "G3 RK", ",,7.500,77.50,3d,9,0.90,1.10,,0"},
+      {lPubx + "0", "D2 D3", ",,7.500,77.50,dgps,9,0.90,1.10,,0"},
+      {lPubx + "1", "DR RK", ",,7.500,77.50,estimated,9,0.90,1.10,,1"},
+      {lGll + "$GPGSA,A,%,1,,,,,,,,,,,,2.5,1.2,0.9", "1 4", ",,,,2d,,,,,0"},
+      {lGll + "$GPGSA,A,%,1,,,,,,,,,,,,2.5,1.2,0.9", "2", ",,,,2d,,1.20,0.90,2.50,0"},
+      {lGll + "$GPGSA,A,%,1,,,,,,,,,,,,2.5,1.2,0.9|$GPGSA,A,2", "3", ",,,,3d,,1.20,0.90,2.50,0"},
+      {lGll + "$GPVTG,54.7,T,34.4,M,5.5,N,10.2,K,A|$GPVTG,1,T,,M,,N,1,K,A", "", ",,10.200,54.70,2d,,,,,0"},
   };
-  for (const auto& [lSentences, lExpected] : CASES) {
-    std::string lBytes;
-    for (const std::string& lSentence : nfwtest::split(lSentences, '|')) lBytes += logtest::logRecord(20, 1, lSentence);
-    nfwtest::writeFile(mFile, lBytes);
-    const std::string lLine = nfwtest::split(convert("csv"), '\n')[1];
-    EXPECT_EQ(lLine, lExpected.empty() ? "" : ",0.000,20," + lExpected + ",receiver\r") << lSentences;
+  for (const auto& lCase : CASES) {
+    for (const std::string& lSign : nfwtest::split(lCase.mSigns, ' ')) {
+      std::string lSentences = lCase.mSentences, lBytes;
+      if (!lSign.empty()) lSentences.replace(lSentences.find('%'), 1, lSign);
+      for (const auto& lSentence : nfwtest::split(lSentences, '|')) lBytes += logtest::logRecord(20, 1, lSentence);
+      nfwtest::writeFile(mFile, lBytes);
+      const std::string lPlace =
+          lCase.mFields.empty() ? "" : ",0.000,20,47.2900000,8.5600000," + lCase.mFields + ",receiver\r";
+      EXPECT_EQ(nfwtest::split(convert("csv"), '\n')[1], lPlace) << lSentences;
+    }
   }
 }
 

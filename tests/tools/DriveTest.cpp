@@ -111,6 +111,19 @@ TEST(Drive, showsALineAnEpochAndTheSummary) {
        "Phases      before quick boot ", " ms, after quick boot ", " ms, finalize "});
 }
 
+TEST(Drive, showsThePositionOfWhateverTellsIt) {
+  const nfwtest::TempDir lDirectory;
+  nfwtest::writeFile(lDirectory / "in",
+                     "$GPRMC,123519,A,4807.038,N,01131.000,W,022.4,084.4,280226,,,A\n"
+                     "$GPGLL,,,,,123520,V,N\n$GPRMC,123520,V,,,,,,,280226,,,N\n$GPVTG,,T,,M,,N,,K,N\n");
+  const Outcome lRun = runQuietly({lDirectory / "in", "--speed", "max", "--dr"});
+  expectTexts(lRun.mOutput, {"dead reckoning  $GPRMC,123519.000,A,4807.03800,N,01131.00000,W,22.400,84.40,280226,"});
+  expectTexts(
+      lRun.mOutput,
+      {"2026-02-28 12:35:19.000  48.1173000 -11.5166667  41.5 km/h  84.4 deg  no fix, invalid  0 satellites\n",
+       "2026-02-28 12:35:20.000  48.1173102 -11.5165122  41.5 km/h  84.4 deg  no fix, reckoned  0 satellites\n"});
+}
+
 TEST(Drive, drawsAPictureOnATerminal) {
   ToolRun lRun({"sim", "--speed", "max", "--for", "40", "--tunnel", "30-50", "--dr", "--log-level", "2"},
                ToolRun::TERMINAL);
@@ -145,21 +158,6 @@ TEST(Drive, aSignalStopsThroughThePhases) {
       EXPECT_TRUE(lSummary["phases_ms"][lpPhase].is_number()) << lpPhase;  // the start may not be over
     }
     EXPECT_EQ(lRun.wait(), 0);
-  }
-}
-
-TEST(Drive, tellsUsageFromFailure) {
-  struct Case {
-    std::vector<std::string> mArguments;
-    int mExit;
-  };
-  const Case CASES[] = {
-      {{"--version"}, 0},     {{"--help"}, 0},          {{"/no/such/file"}, 2}, {{"/"}, 2},
-      {{"/dev/ttyNONE0"}, 2}, {{"--speed", "fast"}, 2}, {{"--rate", "11"}, 2},  {{"tcp://127.0.0.1"}, 2},
-      {{"sim", "sim"}, 2},
-  };
-  for (const Case& lCase : CASES) {
-    EXPECT_EQ(runQuietly(lCase.mArguments).mExit, lCase.mExit) << lCase.mArguments.front();
   }
 }
 
@@ -240,6 +238,8 @@ TEST(Drive, countsTheLinesOfTheLibraryThatRepeat) {
   };
   EXPECT_LT(lErrorLines({}), 20u);
   EXPECT_GT(lErrorLines({"--log-level", "3"}), 60u);
+  ToolRun lTerminal({lDirectory / "odd.nmea", "--speed", "max"}, ToolRun::TERMINAL);
+  expectTexts(lTerminal.readAll(), {"\r\n  30 x ERR "});
 }
 
 // A server on the loopback with a port of its own.

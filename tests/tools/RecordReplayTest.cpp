@@ -113,9 +113,17 @@ TEST_F(RecordReplay, nmeaWritesTheSentencesAsTheyCame) {
   EXPECT_EQ(lLog.mOutput, nfwtest::readFile(lSource));
 }
 
-TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
+TEST_F(RecordReplay, tellsUsageFromFailure) {
   nfwtest::writeFile(path("foreign"), "no recording at all\n");
-  const std::vector<std::string> CASES[] = {
+  const ToolRun::Words MISTAKEN[] = {
+      {"/no/such/file"},
+      {"/"},
+      {"/dev/ttyNONE0"},
+      {"--speed", "fast"},
+      {"--rate", "11"},
+      {"tcp://127.0.0.1"},
+      {"sim", "sim"},
+      {"tcp://a b:1"},
       {"sim", "--record", path("missing")},
       {"sim", "--sys-record", path("foreign")},
       {"sim", "--sys-record", path("no/where")},
@@ -124,9 +132,10 @@ TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
       {"--sys-replay", path("foreign")},
       {"sim", "--tunnel", "35-20"},
       {"sim", "--max-file-size", "1"},
+      {"sim", "--settings", "/proc/none"},
   };
-  for (const auto& lCase : CASES)
-    EXPECT_EQ(runQuietly(lCase).mExit, 2) << lCase[lCase.size() - 2] << ' ' << lCase.back();
+  for (const auto& lWords : MISTAKEN) EXPECT_EQ(runQuietly(lWords).mExit, 2) << nlohmann::json(lWords);
+  for (const char* const lpAsked : {"--version", "--help"}) EXPECT_EQ(runQuietly({lpAsked}).mExit, 0) << lpAsked;
 }
 
 TEST_F(RecordReplay, settingsAreKeptAndTheCommandLineGoesBeforeThem) {
@@ -195,6 +204,8 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"--replay", path("cut")}, 1, "nfw-log recover"},
       {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
       {{"--replay", path("long"), "--for", "1"}, 0, ""},
+      {{"--replay", recording(), "--sys-replay", path("sensor.bin")}, 0, ""},
+      {{"sim", "--record", "/proc"}, 1, "/proc: no recording can be begun there"},
   };
   for (const auto& lCase : CASES) {
     const Outcome lRun = run(lCase.mArguments);

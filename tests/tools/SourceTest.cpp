@@ -53,23 +53,31 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
   }
 }
 
-// Another program of the system says what the line is set to.
-TEST(SerialSource, setsTheLineToTheSpeed) {
+// Another program of the system says what the line is set to. A line that has worked may come back.
+TEST(SerialSource, setsTheLineToTheSpeedAndReadsIt) {
   const int lFd = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
   ASSERT_TRUE(::grantpt(lFd) == 0 && ::unlockpt(lFd) == 0);
   const std::string lLine = ::ptsname(lFd);
   const int lKept = ::open(lLine.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  tool::Stopper lStopper;
+  std::string lReason;
   for (const unsigned int lBaud :
        {1200u, 2400u, 4800u, 9600u, 19200u, 38400u, 57600u, 115200u, 230400u, 460800u, 921600u}) {
-    tool::Stopper lStopper;
-    std::string lReason;
     EXPECT_EQ(SerialSource(lLine, lBaud, lStopper).open(&lReason), SentenceSource::OPENED) << lReason;
     const std::string lState =
         "case $(stty -a -F " + lLine + ") in *'speed " + std::to_string(lBaud) +
         " baud'*'min = 1; time = 0;'*' cread clocal '*' -icanon '*' -echo '*) ;; *) exit 1; esac";
     EXPECT_EQ(std::system(lState.c_str()), 0) << lState;
   }
+  SerialSource lSource(lLine, 4800, lStopper);
+  char lText[8] = "";
+  EXPECT_EQ(lSource.open(&lReason), SentenceSource::OPENED) << lReason;
+  EXPECT_EQ(::write(lFd, "$GP", 3), 3);
+  EXPECT_EQ(lSource.read(lText, sizeof(lText), &lReason), 3);
   ::close(lKept), ::close(lFd);
+  EXPECT_EQ(lSource.read(lText, sizeof(lText), &lReason), SentenceSource::BROKEN);
+  EXPECT_EQ(lSource.open(&lReason), SentenceSource::OPEN_LATER);
+  EXPECT_EQ(SerialSource(lLine, 4800, lStopper).open(&lReason), SentenceSource::OPEN_FAILED);
 }
 
 TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
