@@ -110,6 +110,18 @@ TEST_F(Fault, aReaderThatStopsHoldsUpNothing) {
   EXPECT_NE(lRun.errors().find(" lines were not taken: its reader is too slow\n"), std::string::npos);
 }
 
+// A file waits for who reads what it gives, until a signal.
+TEST_F(Fault, aReaderThatStopsHoldsUpAFileUntilASignal) {
+  nfwtest::writeFile(mDirectory / "in",
+                     runQuietly({"sim", "--for", "60", "--speed", "max", "--format", "nmea"}).mOutput);
+  ToolRun lRun({mDirectory / "in", "--speed", "max", "--format", "json"});
+  ASSERT_NE(lRun.readLine(), "");
+  for (int i = 0; i < 6000 && lRun.errors().find("finalize complete") == std::string::npos; ++i) ::poll(nullptr, 0, 10);
+  lRun.signal(SIGINT);
+  EXPECT_EQ(lRun.wait(), 1);
+  EXPECT_NE(lRun.errors().find(" lines were not taken: its reader is too slow\n"), std::string::npos) << lRun.errors();
+}
+
 TEST_F(Fault, threadsAndMemoryThatAreNotToBeHadEndTheRunInOneLine) {
   if (std::string(NFW_EMULATOR) != "" || std::string(NFW_SANITIZE) != "") GTEST_SKIP() << "needs more memory itself";
   for (int lMiB = 16; lMiB < 200; lMiB += 12) {

@@ -36,11 +36,9 @@ class Reading {
     }
     return lVerdicts;
   }
-  uint64_t accepted() const { return mCounts.accepted(); }
-  uint64_t total() const { return mCounts.total(); }
+  LineCounts mCounts;
 
  private:
-  LineCounts mCounts;
   LineReader mReader;
   SentenceList mList;
 };
@@ -61,10 +59,11 @@ struct Case {
   std::string mText;
   Sentences mSentences;
   Verdicts mVerdicts;
+  bool mIsJudged = true;
 };
 
 TEST(LineReader, judgesEachPieceOnce) {
-  const std::string lLong(300, 'A');
+  const std::string lLong(300, 'A'), lLongest = "$GPGLL" + std::string(LineReader::MAX_SENTENCE - 6, 'A');
   const Case CASES[] = {
       {"nothing", "", {}, {}},
       {"line ends only", "\r\n\n\r\r\n", {}, {}},
@@ -91,54 +90,37 @@ TEST(LineReader, judgesEachPieceOnce) {
       {"a start ends the too long", "$GPGLL" + lLong + GLL + "\n", {GLL}, {{LINE_TOO_LONG, 1}, {LINE_CHECKED, 1}}},
       {"old receiver", "$GPGLL,V,N\n", {"$GPGLL,V,N"}, {{LINE_UNCHECKED, 1}}},
       {"tail lost", GLL + "\n$GPGLL,V,N\n", {GLL}, {{LINE_CHECKED, 1}, {LINE_NO_CHECKSUM, 1}}},
+      {"the longest", lLongest + "\n" + lLongest + "A\n", {lLongest}, {{LINE_UNCHECKED, 1}, {LINE_TOO_LONG, 1}}},
+      {"not judged",
+       GLL + "\n$GPGLL,V,N*00\n$GPGLL,V,N\n$GPGLL,\x01\n$GPGLL,",
+       {GLL, "$GPGLL,V,N*00", "$GPGLL,V,N"},
+       {{LINE_CHECKED, 1}, {LINE_UNCHECKED, 2}, {LINE_BINARY, 1}, {LINE_CUT, 1}},
+       false},
   };
   for (const Case& lCase : CASES) {
     SCOPED_TRACE(lCase.mpName);
-    Reading lReading;
+    Reading lReading(lCase.mIsJudged);
     lReading.feed(lCase.mText).finish();
     EXPECT_EQ(lReading.sentences(), lCase.mSentences);
     EXPECT_EQ(lReading.verdicts(), lCase.mVerdicts);
   }
 }
 
-TEST(LineReader, withoutJudgingAcceptsWholePrintableLines) {
-  Reading lReading(false);
-  lReading.feed(GLL + "\n$GPGLL,V,N*00\n$GPGLL,V,N\n$GPGLL,\x01\n$GPGLL,").finish();
-  EXPECT_EQ(lReading.sentences(), (Sentences{GLL, "$GPGLL,V,N*00", "$GPGLL,V,N"}));
-  EXPECT_EQ(lReading.verdicts(), (Verdicts{{LINE_CHECKED, 1}, {LINE_UNCHECKED, 2}, {LINE_BINARY, 1}, {LINE_CUT, 1}}));
-}
-
-TEST(LineReader, takesTheLongestSentenceAndNoByteMore) {
-  const std::string lLongest = "$GPGLL" + std::string(LineReader::MAX_SENTENCE - 6, 'A');
-  Reading lReading;
-  lReading.feed(lLongest + "\n" + lLongest + "A\n");
-  EXPECT_EQ(lReading.sentences(), Sentences{lLongest});
-  EXPECT_EQ(lReading.verdicts(), (Verdicts{{LINE_UNCHECKED, 1}, {LINE_TOO_LONG, 1}}));
-}
-
-TEST(LineReader, doesNotCareHowTheStreamIsCutIntoReads) {
+TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt) {
   const std::string lStream = simulatedStream(1);
   Reading lWhole;
   lWhole.feed(lStream).finish();
   for (size_t i = 0; i <= lStream.size(); ++i) {
-    Reading lReading;
-    lReading.feed(lStream.substr(0, i)).feed(lStream.substr(i)).finish();
-    ASSERT_EQ(lReading.sentences(), lWhole.sentences()) << i;
-    ASSERT_EQ(lReading.verdicts(), lWhole.verdicts()) << i;
-  }
-}
-
-TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWay) {
-  const std::string lStream = simulatedStream(1);
-  Reading lWhole;
-  lWhole.feed(lStream).finish();
-  for (size_t i = 0; i <= lStream.size(); ++i) {
-    Reading lReading;
-    lReading.feed(lStream.substr(0, i)).finish();
-    const Sentences& lRead = lReading.sentences();
-    const auto lBegun = static_cast<uint64_t>(std::count(lStream.begin(), lStream.begin() + static_cast<long>(i), '$'));
-    ASSERT_EQ(lReading.total(), lBegun) << i;
-    ASSERT_LE(lBegun - lReading.accepted(), 1u) << i;
+    const std::string lHead = lStream.substr(0, i);
+    Reading lCut, lInTwo;
+    lCut.feed(lHead).finish();
+    lInTwo.feed(lHead).feed(lStream.substr(i)).finish();
+    ASSERT_EQ(lInTwo.sentences(), lWhole.sentences()) << i;
+    ASSERT_EQ(lInTwo.verdicts(), lWhole.verdicts()) << i;
+    const Sentences& lRead = lCut.sentences();
+    const auto lBegun = static_cast<uint64_t>(std::count(lHead.begin(), lHead.end(), '$'));
+    ASSERT_EQ(lCut.mCounts.total(), lBegun) << i;
+    ASSERT_LE(lBegun - lCut.mCounts.accepted(), 1u) << i;
     ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.sentences().begin())) << i;
   }
 }

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <map>
 
 #include "LogRecords.h"
+#include "Recordings.h"
 #include "TempDir.h"
 #include "ToolRun.h"
 
@@ -30,22 +32,39 @@ class RecordReplay : public testing::Test {
   nfwtest::TempDir mDirectory;
 };
 
+/// The last sentence of each kind of real receivers, where there are recordings of them.
+std::string oneOfEachKind() {
+  std::map<std::string, std::string> lKinds;
+  for (const auto& lLines : nfwtest::recordings()) {
+    for (const std::string& lLine : lLines) lKinds[lLine.substr(0, 7)] = lLine + "\n";
+  }
+  std::string lAll;
+  for (const auto& lKind : lKinds) lAll += lKind.second;
+  return lAll;
+}
+
 // A replay waits for nobody, and each service queues 256 messages: what is no more than that no load can overrun.
 TEST_F(RecordReplay, bothLogsGiveListenersTheSameAsTheRun) {
-  const Outcome lLive = record({"sim", "--for", "8", "--tunnel", "3-5", "--systems", "galileo"});
-  ASSERT_EQ(lLive.mExit, 0) << lLive.mErrors;
-  const std::string lLogFile = recording(), lSensorFile = path("sensor.bin");
-  for (const ToolRun::Words& lWhat : {ToolRun::Words{"--replay", lLogFile}, {"--sys-replay", lSensorFile}}) {
-    SCOPED_TRACE(lWhat[0]);
-    const Outcome lReplay = runQuietly({lWhat[0], lWhat[1], "--format", "json", "--dr"});
-    EXPECT_EQ(lReplay.mExit, 0) << lReplay.mErrors;
-    EXPECT_EQ(lReplay.mSummary["end"], "the replay ended");
-    EXPECT_EQ(lReplay.mSummary["replay"], SAME);
-    EXPECT_EQ(lReplay.mSummary["lateness_ms"]["early"], 0.0);
-    for (const char* const lpCount : {"delivered_combined", "delivered_dead_reckoning"}) {
-      EXPECT_EQ(lReplay.mSummary[lpCount], lLive.mSummary[lpCount]) << lpCount;
-      EXPECT_TRUE(lReplay.mSummary[lpCount] > 0 && lReplay.mSummary[lpCount] < 128) << lReplay.mSummary[lpCount];
+  nfwtest::writeFile(path("in.nmea"), oneOfEachKind());
+  std::vector<ToolRun::Words> lSources = {{"sim", "--for", "8", "--tunnel", "3-5", "--systems", "galileo"}};
+  if (!nfwtest::recordings().empty()) lSources.push_back({path("in.nmea")});
+  for (const ToolRun::Words& lSource : lSources) {
+    const Outcome lLive = record(lSource);
+    ASSERT_EQ(lLive.mExit, 0) << lLive.mErrors;
+    for (const ToolRun::Words& lWhat :
+         {ToolRun::Words{"--replay", recording()}, {"--sys-replay", path("sensor.bin")}}) {
+      SCOPED_TRACE(lSource[0] + lWhat[0]);
+      const Outcome lReplay = runQuietly({lWhat[0], lWhat[1], "--format", "json", "--dr"});
+      EXPECT_EQ(lReplay.mExit, 0) << lReplay.mErrors;
+      EXPECT_EQ(lReplay.mSummary["end"], "the replay ended");
+      EXPECT_EQ(lReplay.mSummary["replay"], SAME);
+      EXPECT_EQ(lReplay.mSummary["lateness_ms"]["early"], 0.0);
+      for (const char* const lpCount : {"delivered_combined", "delivered_dead_reckoning"}) {
+        EXPECT_EQ(lReplay.mSummary[lpCount], lLive.mSummary[lpCount]) << lpCount;
+        EXPECT_LT(lReplay.mSummary[lpCount], 256) << lpCount;
+      }
     }
+    std::filesystem::remove_all(path("log")), std::filesystem::remove(path("sensor.bin"));
   }
 }
 
@@ -94,9 +113,17 @@ TEST_F(RecordReplay, nmeaWritesTheSentencesAsTheyCame) {
   EXPECT_EQ(lLog.mOutput, nfwtest::readFile(lSource));
 }
 
-TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
+TEST_F(RecordReplay, tellsUsageFromFailure) {
   nfwtest::writeFile(path("foreign"), "no recording at all\n");
-  const std::vector<std::string> CASES[] = {
+  const ToolRun::Words MISTAKEN[] = {
+      {"/no/such/file"},
+      {"/"},
+      {"/dev/ttyNONE0"},
+      {"--speed", "fast"},
+      {"--rate", "11"},
+      {"tcp://127.0.0.1"},
+      {"sim", "sim"},
+      {"tcp://a b:1"},
       {"sim", "--record", path("missing")},
       {"sim", "--sys-record", path("foreign")},
       {"sim", "--sys-record", path("no/where")},
@@ -105,9 +132,10 @@ TEST_F(RecordReplay, tellsWhatCannotBeRecordedOrPlayed) {
       {"--sys-replay", path("foreign")},
       {"sim", "--tunnel", "35-20"},
       {"sim", "--max-file-size", "1"},
+      {"sim", "--settings", "/proc/none"},
   };
-  for (const auto& lCase : CASES)
-    EXPECT_EQ(runQuietly(lCase).mExit, 2) << lCase[lCase.size() - 2] << ' ' << lCase.back();
+  for (const auto& lWords : MISTAKEN) EXPECT_EQ(runQuietly(lWords).mExit, 2) << nlohmann::json(lWords);
+  for (const char* const lpAsked : {"--version", "--help"}) EXPECT_EQ(runQuietly({lpAsked}).mExit, 0) << lpAsked;
 }
 
 TEST_F(RecordReplay, settingsAreKeptAndTheCommandLineGoesBeforeThem) {
@@ -176,6 +204,8 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"--replay", path("cut")}, 1, "nfw-log recover"},
       {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
       {{"--replay", path("long"), "--for", "1"}, 0, ""},
+      {{"--replay", recording(), "--sys-replay", path("sensor.bin")}, 0, ""},
+      {{"sim", "--record", "/proc"}, 1, "/proc: no recording can be begun there"},
   };
   for (const auto& lCase : CASES) {
     const Outcome lRun = run(lCase.mArguments);

@@ -1,59 +1,83 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
+#include <unistd.h>
 
-#include <cstring>
 #include <deque>
 
 #include "GpsdFilter.h"
 #include "SentenceList.h"
+#include "SerialSource.h"
 #include "SourceReader.h"
 
 namespace {
 
 using namespace drive;
 
-TEST(SourceAddress, namesWhatCanBeOpened) {
-  struct Case {
-    const char* mpText;
-    SourceAddress::Kind mKind;
-    const char* mpPath;
-    const char* mpHost;
-    const char* mpPort;
-    unsigned int mBaud;
+TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
+  const char* const CASES[][2] = {
+      {"sim", "simulator 4800 |||"},
+      {"-", "stdin 4800 |||"},
+      {"drive.nmea", "file 4800 drive.nmea|||"},
+      {"/no/such:9600", "file 4800 /no/such:9600|||"},
+      {"/dev/null", "file 4800 /dev/null|||"},
+      {"/dev/ttyNONE0", "serial 4800 /dev/ttyNONE0|||"},
+      {"/dev/ttyNONE0:115200", "serial 115200 /dev/ttyNONE0|||"},
+      {"/dev/serial/x", "serial 4800 /dev/serial/x|||"},
+      {"/dev/rfcomm1:9600", "serial 9600 /dev/rfcomm1|||"},
+      {"/dev/pts/none", "serial 4800 /dev/pts/none|||"},
+      {"tcp://phone.local:65535", "tcp 4800 |phone.local|65535|"},
+      {"tcp://[::1]:1", "tcp 4800 |::1|1|"},
+      {"tcp://host", "needs a port: tcp://HOST:PORT"},
+      {"tcp://:1", "needs a host: tcp://HOST:PORT"},
+      {"tcp://host:0", "needs a port: tcp://HOST:PORT"},
+      {"tcp://host:65536", "needs a port: tcp://HOST:PORT"},
+      {"tcp://host:1x", "needs a port: tcp://HOST:PORT"},
+      {"/dev/ttyNONE0:123", "has no speed of 123 baud"},
+      {"udp://:10110",
+       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT"},
+      {"gpsd://localhost:2947",
+       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT, as "
+       "tcp://localhost:2947"},
+      {"localhost:2947", "is no file; of a server: tcp://localhost:2947"},
+      {"[::1]:2947", "is no file; of a server: tcp://[::1]:2947"},
   };
-  const Case CASES[] = {
-      {"sim", SourceAddress::SIMULATOR, "", "", "", 4800},
-      {"-", SourceAddress::STDIN, "", "", "", 4800},
-      {"drive.nmea", SourceAddress::FILE, "drive.nmea", "", "", 4800},
-      {"/no/such:9600", SourceAddress::FILE, "/no/such:9600", "", "", 4800},
-      {"/dev/null", SourceAddress::FILE, "/dev/null", "", "", 4800},
-      {"/dev/ttyNONE0", SourceAddress::SERIAL, "/dev/ttyNONE0", "", "", 4800},
-      {"/dev/ttyNONE0:115200", SourceAddress::SERIAL, "/dev/ttyNONE0", "", "", 115200},
-      {"tcp://phone.local:11123", SourceAddress::TCP, "", "phone.local", "11123", 4800},
-      {"tcp://[::1]:2947", SourceAddress::TCP, "", "::1", "2947", 4800},
-  };
-  for (const Case& lCase : CASES) {
-    SCOPED_TRACE(lCase.mpText);
-    SourceAddress lAddress;
+  const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp"};
+  for (const auto& [lpText, lpExpected] : CASES) {
+    SourceAddress l;
     std::string lReason;
-    ASSERT_TRUE(parseSourceAddress(lCase.mpText, 4800, &lAddress, &lReason)) << lReason;
-    EXPECT_EQ(lAddress.mKind, lCase.mKind);
-    EXPECT_EQ(lAddress.mPath, lCase.mpPath);
-    EXPECT_EQ(lAddress.mHost, lCase.mpHost);
-    EXPECT_EQ(lAddress.mPort, lCase.mpPort);
-    EXPECT_EQ(lAddress.mBaud, lCase.mBaud);
+    const bool lIsOne = parseSourceAddress(lpText, 4800, &l, &lReason);
+    const std::string lAddress = std::string(KINDS[l.mKind]) + " " + std::to_string(l.mBaud) + " " + l.mPath + "|" +
+                                 l.mHost + "|" + l.mPort + "|";
+    EXPECT_EQ(lIsOne ? lAddress : lReason, lpExpected) << lpText;
   }
-  const char* const REFUSED[][2] = {
-      {"tcp://host", "tcp://HOST:PORT"},          {"tcp://:1", "tcp://HOST:PORT"},
-      {"tcp://host:0", "tcp://HOST:PORT"},        {"tcp://host:70000", "tcp://HOST:PORT"},
-      {"tcp://host:x", "tcp://HOST:PORT"},        {"/dev/ttyNONE0:123", "123 baud"},
-      {"udp://:10110", "tcp://HOST:PORT"},        {"gpsd://localhost:2947", "tcp://localhost:2947"},
-      {"localhost:2947", "tcp://localhost:2947"}, {"[::1]:2947", "tcp://[::1]:2947"}};
-  for (const auto& [lpText, lpReason] : REFUSED) {
-    SourceAddress lAddress;
-    std::string lReason;
-    EXPECT_FALSE(parseSourceAddress(lpText, 4800, &lAddress, &lReason)) << lpText;
-    EXPECT_NE(lReason.find(lpReason), std::string::npos) << lReason;
+}
+
+// Another program of the system says what the line is set to. A line that has worked may come back.
+TEST(SerialSource, setsTheLineToTheSpeedAndReadsIt) {
+  const int lFd = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ASSERT_TRUE(::grantpt(lFd) == 0 && ::unlockpt(lFd) == 0);
+  const std::string lLine = ::ptsname(lFd);
+  const int lKept = ::open(lLine.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  tool::Stopper lStopper;
+  std::string lReason;
+  for (const unsigned int lBaud :
+       {1200u, 2400u, 4800u, 9600u, 19200u, 38400u, 57600u, 115200u, 230400u, 460800u, 921600u}) {
+    EXPECT_EQ(SerialSource(lLine, lBaud, lStopper).open(&lReason), SentenceSource::OPENED) << lReason;
+    const std::string lState =
+        "case $(stty -a -F " + lLine + ") in *'speed " + std::to_string(lBaud) +
+        " baud'*'min = 1; time = 0;'*' cread clocal '*' -icanon '*' -echo '*) ;; *) exit 1; esac";
+    EXPECT_EQ(std::system(lState.c_str()), 0) << lState;
   }
+  SerialSource lSource(lLine, 4800, lStopper);
+  char lText[8] = "";
+  EXPECT_EQ(lSource.open(&lReason), SentenceSource::OPENED) << lReason;
+  EXPECT_EQ(::write(lFd, "$GP", 3), 3);
+  EXPECT_EQ(lSource.read(lText, sizeof(lText), &lReason), 3);
+  ::close(lKept), ::close(lFd);
+  EXPECT_EQ(lSource.read(lText, sizeof(lText), &lReason), SentenceSource::BROKEN);
+  EXPECT_EQ(lSource.open(&lReason), SentenceSource::OPEN_LATER);
+  EXPECT_EQ(SerialSource(lLine, 4800, lStopper).open(&lReason), SentenceSource::OPEN_FAILED);
 }
 
 TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
@@ -71,96 +95,83 @@ TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
     ASSERT_TRUE(lFilter.takeGreeting());
     ASSERT_FALSE(lFilter.takeGreeting());
   }
+  GpsdFilter lPlain;
+  std::string lText = "$GPGLL*1\r\n" + lStream;
+  EXPECT_EQ(lPlain.filter(lText.data(), lText.size()), lText.size());
+  EXPECT_FALSE(lPlain.takeGreeting());
 }
 
-TEST(GpsdFilter, leavesAPlainStreamAlone) {
-  GpsdFilter lFilter;
-  std::string lText = "$GPGLL*1\r\n{\"class\":\"VERSION\"}\r\n";
-  EXPECT_EQ(lFilter.filter(lText.data(), lText.size()), lText.size());
-  EXPECT_FALSE(lFilter.takeGreeting());
-}
-
-// Plays what a test wrote down: open results, then the texts of each opening.
+// Plays what a test wrote down.
 class ScriptedSource : public SentenceSource {
  public:
+  ScriptedSource(OpenResult nOpen, std::deque<std::string> nTexts, int nEnd)
+      : mOpen(nOpen), mTexts(std::move(nTexts)), mEnd(nEnd) {}
   OpenResult open(std::string* npReason) override {
-    const OpenResult lResult = mOpens.front();
-    mOpens.pop_front();
     *npReason = "not today";
-    return lResult;
+    return mOpen;
   }
   int read(char* npBuffer, size_t, std::string* npReason) override {
     *npReason = "torn";
     if (mTexts.empty()) return mEnd;
     const std::string lText = mTexts.front();
     mTexts.pop_front();
-    std::memcpy(npBuffer, lText.data(), lText.size());
-    return static_cast<int>(lText.size());
+    return static_cast<int>(lText.copy(npBuffer, lText.size()));
   }
-  std::deque<OpenResult> mOpens;
+
+ private:
+  const OpenResult mOpen;
   std::deque<std::string> mTexts;
-  int mEnd = END;
+  const int mEnd;
 };
 
 class Reading : public SourceReader::Listener {
  public:
-  SourceReader::Result run(SourceAddress::Kind nKind, const std::string& nName) {
-    mSpec.mKind = nKind;
-    mSpec.mName = nName;
-    SourceReader lReader(mSpec, mSource, mLines, mStopper, *this);
-    return lReader.run(mList, &mReason);
-  }
-  void onSourceOpen() override { ++mOpened; }
+  void onSourceOpen() override { mTold += "open, "; }
   // Ends the wait that follows, so that no test waits.
   void onSourceTrouble(const std::string& nMessage) override {
-    mTrouble = nMessage;
+    mTold += nMessage;
     mStopper.request();
   }
-  ScriptedSource mSource;
-  SourceAddress mSpec;
   tool::Stopper mStopper;
-  tool::LineCounts mCounts;
-  tool::LineReader mLines{mCounts};
-  SentenceList mList;
-  std::string mReason;
-  std::string mTrouble;
-  int mOpened = 0;
+  std::string mTold;
 };
 
-TEST(SourceReader, readsAFileToItsEnd) {
-  Reading lReading;
-  lReading.mSource.mOpens = {SentenceSource::OPENED};
-  lReading.mSource.mTexts = {"$GPGLL,,,,,,V", ",N*64\n$GPG"};
-  EXPECT_EQ(lReading.run(SourceAddress::FILE, "x.nmea"), SourceReader::ENDED);
-  EXPECT_EQ(lReading.mList.mSentences, std::vector<std::string>{"$GPGLL,,,,,,V,N*64"});
-  EXPECT_EQ(lReading.mCounts.get(tool::LINE_CUT), 1u);
-  EXPECT_EQ(lReading.mOpened, 1);
-}
-
-TEST(SourceReader, tellsWhyASourceCannotBeRead) {
-  Reading lUnopened;
-  lUnopened.mSource.mOpens = {SentenceSource::OPEN_FAILED};
-  EXPECT_EQ(lUnopened.run(SourceAddress::SERIAL, "/dev/ttyS9"), SourceReader::UNREADABLE);
-  EXPECT_EQ(lUnopened.mReason, "/dev/ttyS9: not today");
-  Reading lTorn;
-  lTorn.mSource.mOpens = {SentenceSource::OPENED};
-  lTorn.mSource.mEnd = SentenceSource::BROKEN;
-  EXPECT_EQ(lTorn.run(SourceAddress::FILE, "x.nmea"), SourceReader::UNREADABLE);
-  EXPECT_EQ(lTorn.mReason, "x.nmea: torn");
-}
-
-TEST(SourceReader, saysThatItTriesALiveSourceAgain) {
-  Reading lUnopened;
-  lUnopened.mSource.mOpens = {SentenceSource::OPEN_LATER};
-  EXPECT_EQ(lUnopened.run(SourceAddress::TCP, "tcp://h:1"), SourceReader::ENDED);
-  EXPECT_EQ(lUnopened.mTrouble, "tcp://h:1: not today; trying again in 1 s");
-  Reading lTorn;
-  lTorn.mSource.mOpens = {SentenceSource::OPENED};
-  lTorn.mSource.mTexts = {"$GPGLL,,,,,,V,N*64\n$GP"};
-  lTorn.mSource.mEnd = SentenceSource::BROKEN;
-  EXPECT_EQ(lTorn.run(SourceAddress::TCP, "tcp://h:1"), SourceReader::ENDED);
-  EXPECT_EQ(lTorn.mTrouble, "tcp://h:1: torn; trying again in 1 s");
-  EXPECT_EQ(lTorn.mCounts.get(tool::LINE_CUT), 1u);
+// A file is read to its end, a live source is tried again; what a break cuts off is counted.
+TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
+  using Is = SourceAddress;
+  using From = SentenceSource;
+  const struct {
+    SourceAddress::Kind mKind;
+    SentenceSource::OpenResult mOpen;
+    int mEnd;
+    SourceReader::Result mResult;
+    const char* mpTold;
+    size_t mSentences, mCut;
+  } CASES[] = {
+      {Is::FILE, From::OPENED, From::END, SourceReader::ENDED, "open, ", 1, 1},
+      {Is::FILE, From::OPENED, From::STOPPED, SourceReader::ENDED, "open, ", 1, 0},
+      {Is::FILE, From::OPENED, From::BROKEN, SourceReader::UNREADABLE, "open, x: torn", 1, 1},
+      {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::UNREADABLE, "x: not today", 0, 0},
+      {Is::TCP, From::OPEN_LATER, 0, SourceReader::ENDED, "x: not today; trying again in 1 s", 0, 0},
+      {Is::TCP, From::OPENED, From::BROKEN, SourceReader::ENDED, "open, x: torn; trying again in 1 s", 1, 1},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpTold);
+    ScriptedSource lSource{lCase.mOpen, {"$GPGLL,,,,,,V", ",N*64\n$GPG"}, lCase.mEnd};
+    SourceAddress lAddress;
+    lAddress.mKind = lCase.mKind;
+    lAddress.mName = "x";
+    Reading lReading;
+    tool::LineCounts lCounts;
+    tool::LineReader lLines(lCounts);
+    SentenceList lList;
+    std::string lReason;
+    const auto lResult = SourceReader(lAddress, lSource, lLines, lReading.mStopper, lReading).run(lList, &lReason);
+    EXPECT_EQ(lResult, lCase.mResult);
+    EXPECT_EQ(lReading.mTold + (lResult == SourceReader::UNREADABLE ? lReason : ""), lCase.mpTold);
+    EXPECT_EQ(lList.mSentences, std::vector<std::string>(lCase.mSentences, "$GPGLL,,,,,,V,N*64"));
+    EXPECT_EQ(lCounts.get(tool::LINE_CUT), lCase.mCut);
+  }
 }
 
 }  // namespace

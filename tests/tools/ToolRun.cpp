@@ -43,6 +43,7 @@ ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("
   int lFds[2] = {-1, -1};
   if (nRead == TERMINAL) openTerminal(lFds);
   if (nRead != TERMINAL && ::pipe2(lFds, O_CLOEXEC) != 0) return;
+  if (nRead == STDOUT_FILENO) ::fcntl(lFds[1], F_SETFL, O_NONBLOCK);  // as a parent may have left it
   posix_spawn_file_actions_t lActions;
   ::posix_spawn_file_actions_init(&lActions);
   ::posix_spawn_file_actions_addopen(&lActions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
