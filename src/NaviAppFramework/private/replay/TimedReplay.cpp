@@ -132,6 +132,8 @@ void TimedReplay::stop() {
     const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return;
     mTiming.start(0, 0);
+    mpStretch = nullptr;
+    mStart = Start();
     clearLogInfoMap();
     mpReader->close();
     lpThread = std::move(mpThread);
