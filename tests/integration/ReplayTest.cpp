@@ -144,4 +144,35 @@ TEST_F(ReplayTest, ListenersCannotTellDeadReckoningReplayFromLiveData) {
   EXPECT_EQ(Strings{}, errors(mLog));
 }
 
+// Five of the six kinds of an epoch come before the jump and the sixth behind it: that is no epoch.
+TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
+  attach();
+  ASSERT_TRUE(mReceiver.start());
+  mLogs.startRecord();
+  receive({RMC_TEXT, GGA_TEXT, GSA_TEXT, QUASI_ZENITH_GSV, GLL_TEXT});
+  const size_t lCount = 10;
+  ASSERT_TRUE(mGnssNotes.waitFor(lCount));
+  mClock.advance(1000);
+  receive({LAST});
+  ASSERT_TRUE(mGnssNotes.waitFor(lCount + 2));
+  nfw::Gnss::get()->shutdown();
+  mLogs.stopRecord();
+  nfw::Gnss::destroy();
+  ASSERT_TRUE(nfw::Gnss::get()->initialize());
+  ASSERT_TRUE(mGnss.attachTo(*nfw::Gnss::get()));
+  const auto lJump = [&](auto& nService, const std::string& nPath) {
+    mGnssNotes.clear();
+    ASSERT_TRUE(nService.startPlay(nPath.c_str()));
+    ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.count() == lCount; }));
+    EXPECT_TRUE(nService.seekPlay(500));
+    ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.all().back() == LAST_NOTE; }));
+    EXPECT_TRUE(nService.stopPlay());
+    nfw::Gnss::get()->shutdown();  // what is queued comes first
+    EXPECT_EQ(lCount + 2, mGnssNotes.count());
+    ASSERT_TRUE(nfw::Gnss::get()->initialize());
+  };
+  lJump(*nfw::Logger::get(), mLogs.textFile());
+  lJump(*nfw::SensorSysLoggerManager::get(), mLogs.sensorFile());
+}
+
 }  // namespace
