@@ -11,6 +11,7 @@ using Found = RecordSearch::Found;
 
 const uint32_t PAUSE_MS = 1000;  // between recordings of which nothing better is known
 const int32_t DISORDER_MS = 1000;
+const uint32_t MARGIN_MS = 1000;       // before a moment: what belongs to it may stand there
 const unsigned int MAX_PROBES = 1024;  // of all files together, as far as a file has its least
 const unsigned int MIN_FILE_PROBES = 4;
 const unsigned int MAX_FILE_PROBES = 64;
@@ -45,7 +46,7 @@ Found narrow(RecordSearch& nSearch, Found nLow, uint64_t nHigh, IsBefore nIsBefo
     }
   }
   Found lNext;
-  while (nLow.mEnd < nHigh + WALK_SIZE && nSearch.read(nLow.mEnd, &lNext) && nIsBefore(lNext)) nLow = lNext;
+  while (nLow.mEnd < nHigh && nSearch.read(nLow.mEnd, &lNext) && nIsBefore(lNext)) nLow = lNext;
   return nLow;
 }
 
@@ -111,16 +112,16 @@ uint32_t PlayTimeline::length() const {
 
 PlayTimeline::Place PlayTimeline::find(const RecordFormat& nFormat, uint32_t nOffset) const {
   size_t lIndex = mStretches.size() - 1;
-  while (lIndex > 0 && mStretches[lIndex].mOffset > nOffset) --lIndex;
+  while (lIndex > 0 && mStretches[lIndex].mOffset + MARGIN_MS > nOffset) --lIndex;  // they may follow without a gap
   const Stretch& lStretch = mStretches[lIndex];
   Place lPlace{lStretch.mFile, lStretch.mBegin};
   const uint32_t lInside = nOffset - lStretch.mOffset;
   RecordSearch lSearch(nFormat);
   Found lFirst;
-  if (lInside <= PAUSE_MS || !lSearch.open(path(lStretch.mFile)) || !lSearch.read(lStretch.mBegin, &lFirst)) {
+  if (lInside <= MARGIN_MS || !lSearch.open(path(lStretch.mFile)) || !lSearch.read(lStretch.mBegin, &lFirst)) {
     return lPlace;
   }
-  const uint32_t lTime = lStretch.mFirstTime + lInside - PAUSE_MS;
+  const uint32_t lTime = lStretch.mFirstTime + lInside - MARGIN_MS;
   lPlace.mPosition = narrow(lSearch, lFirst, lStretch.mEnd, [lTime](const Found& nFound) {
                        return distance(lTime, nFound.mTime) < 0;
                      }).mPosition;
