@@ -19,6 +19,7 @@
 #include "NfwLogPlayer.h"
 #include "NfwLogReader.h"
 #include "NfwLogger.h"
+#include "PlayTimeline.h"
 
 namespace {
 
@@ -316,52 +317,95 @@ class Player : public nfw::LogPlayer {
   bool mIsOver = false;
 };
 
-void writeTimed(const std::string& nPath, unsigned int nCount, unsigned int nIntervalMs) {
+void writeTimed(const std::string& nPath, unsigned int nCount, unsigned int nIntervalMs, unsigned int nSize = 80) {
   FILE* const lpFile = fopen(nPath.c_str(), "wb");
   for (unsigned int i = 0; i < nCount; ++i) {
-    unsigned char lRecord[LogRecord::OVERHEAD + 80] = {};
+    unsigned char lRecord[LogRecord::OVERHEAD + MAX_SIZE] = {};
+    memcpy(lRecord, "2026/01/31 08:00:00.000 ID00000014: ", LogRecord::PREFIX_SIZE);
     nfw::putUint32(lRecord + LogRecord::ID_AT, ID);
     nfw::putUint32(lRecord + LogRecord::TIME_AT, i * nIntervalMs);
-    nfw::putUint32(lRecord + LogRecord::SIZE_AT, 80);
+    nfw::putUint32(lRecord + LogRecord::SIZE_AT, nSize);
     nfw::putUint32(lRecord + LogRecord::BASE_SIZE, i);
-    fwrite(lRecord, 1, sizeof lRecord, lpFile);
+    fwrite(lRecord, 1, LogRecord::OVERHEAD + nSize, lpFile);
   }
   fclose(lpFile);
 }
 
-// A record is due on the millisecond grid of the tick, which is the monotonic clock's: the first one tells the origin.
+// A record is due on the millisecond grid of the tick, which is the monotonic clock's. The one that came with the least
+// delay tells the origin.
+std::vector<double> lateness(const std::vector<int64_t>& nTimes, int64_t nIntervalNs) {
+  std::vector<double> lLate;
+  int64_t lOrigin = nTimes[0];
+  for (size_t i = 0; i < nTimes.size(); ++i) {
+    lOrigin = std::min(lOrigin, nTimes[i] - static_cast<int64_t>(i) * nIntervalNs);
+  }
+  lOrigin = lOrigin / 1000000 * 1000000;
+  for (size_t i = 0; i < nTimes.size(); ++i) {
+    lLate.push_back(static_cast<double>(nTimes[i] - lOrigin - static_cast<int64_t>(i) * nIntervalNs) / 1e6);
+  }
+  return lLate;
+}
+
+// A second or more of each: recorded so often, and played at so many permille of that pace.
 void benchReplay(const Directory& nDirectory) {
   bench::Table lTable("Lateness of replayed records");
   Listener lListener;
   Player lPlayer;
   Logger::get()->attachPlayer(&lPlayer);
   Logger::get()->attachPlayListener(ID, &lListener);
-  for (const unsigned int lRate : {100u, 1000u}) {
-    const unsigned int lCount = lRate * 3;
+  const struct {
+    unsigned int mFrequency, mRate, mCount;
+  } RUNS[] = {{100, 1000, 300}, {1000, 1000, 3000}, {100, 100, 20}, {100, 10000, 2000}, {10, 100000, 2000}};
+  for (const auto& lRun : RUNS) {
     const std::string lPath = nDirectory / "timed.log";
-    writeTimed(lPath, lCount, 1000 / lRate);
+    writeTimed(lPath, lRun.mCount, 1000 / lRun.mFrequency);
     lListener.mTimes.clear();
-    lListener.mTimes.reserve(lCount);
+    lListener.mTimes.reserve(lRun.mCount);
     lListener.mIsOrdered = true;
     Logger::get()->startPlay(lPath.c_str());
+    if (lRun.mRate != 1000) Logger::get()->setPlayRate(lRun.mRate);
     lPlayer.wait();
     Logger::get()->stopPlay();
-    const int64_t lOrigin = lListener.mTimes[0] / 1000000 * 1000000;
-    std::vector<double> lLate;
-    for (size_t i = 0; i < lListener.mTimes.size(); ++i) {
-      const int64_t lDue = lOrigin + static_cast<int64_t>(i * (1000 / lRate)) * 1000000;
-      lLate.push_back(static_cast<double>(lListener.mTimes[i] - lDue) / 1e6);
-    }
-    const std::string lName = std::to_string(lRate) + " a second: ";
+    std::vector<double> lLate = lateness(lListener.mTimes, 1000000000ll / lRun.mFrequency * 1000 / lRun.mRate);
+    const std::string lName = std::to_string(lRun.mFrequency) + " a second" +
+                              (lRun.mRate == 1000 ? "" : ", at " + std::to_string(lRun.mRate / 1000.0).substr(0, 5)) +
+                              ": ";
     lTable.value(lName + "median", percentile(lLate, 0.5), 0.1, "ms");
     lTable.value(lName + "99 %", percentile(lLate, 0.99), 1, "ms");
     lTable.value(lName + "early (least, negated)", -*std::min_element(lLate.begin(), lLate.end()), 0, "ms");
-    lTable.value(lName + "lost or out of order", lListener.mIsOrdered && lLate.size() == lCount ? 0 : 1, 0, "");
+    lTable.value(lName + "lost or out of order", lListener.mIsOrdered && lLate.size() == lRun.mCount ? 0 : 1, 0, "");
     lTable.value(lName + "allocations between first and last",
                  static_cast<double>(lListener.mLastAllocations - lListener.mAllocations), 0, "");
   }
   Logger::get()->detachPlayListener(&lListener);
   Logger::get()->detachPlayer(&lPlayer);
+}
+
+// --- a place in a large file
+
+void benchSeek(const Directory& nDirectory) {
+  bench::Table lTable("A moment in a file of 1 GiB, not in memory");
+  const unsigned int COUNT = (1u << 30) / (LogRecord::OVERHEAD + MAX_SIZE);
+  const std::string lPath = nDirectory / "large.log";
+  writeTimed(lPath, COUNT, 10, MAX_SIZE);
+  const int lFile = open(lPath.c_str(), O_RDONLY | O_CLOEXEC);
+  fdatasync(lFile);
+  std::vector<double> lOpened, lFound;
+  for (uint32_t i = 1; i <= 9; ++i) {
+    posix_fadvise(lFile, 0, 0, POSIX_FADV_DONTNEED);
+    const int64_t lStart = bench::nowNs();
+    const char* const lpPath = lPath.c_str();
+    const char* lpBad = nullptr;
+    nfw::PlayTimeline lTimeline;
+    if (!lTimeline.build(nfw::LogReader::recordFormat(), &lpPath, 1, &lpBad)) return;
+    const int64_t lBuilt = bench::nowNs();
+    lTimeline.find(nfw::LogReader::recordFormat(), lTimeline.length() / 10 * i + i);
+    lOpened.push_back(static_cast<double>(bench::nowNs() - lStart) / 1e6);
+    lFound.push_back(static_cast<double>(bench::nowNs() - lBuilt) / 1e6);
+  }
+  close(lFile);
+  lTable.value("the first, with a look at the file, median", percentile(lOpened, 0.5), 20, "ms");
+  lTable.value("a further one, median", percentile(lFound, 0.5), 20, "ms");
 }
 
 }  // namespace
@@ -379,6 +423,7 @@ int main() {
   benchSustained(lDirectory);
   benchRead(lDirectory);
   benchReplay(lDirectory);
+  benchSeek(lDirectory);
   Logger::get()->shutdown();
   Logger::destroy();
   return 0;

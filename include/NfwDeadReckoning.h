@@ -74,9 +74,11 @@ class NFW_API DeadReckoning : public SysLogPlaySwitch, public LogPlaySwitch {
   void startSysLogPlay() override;
   void stopSysLogPlay() override;
   void receiveSysLogPlayEnd() override;  ///< nothing: only stopping a replay ends it
+  void seekSysLogPlay() override;
   void startLogPlay() override;
   void stopLogPlay() override;
   void receiveLogPlayEnd(int nReason) override;  ///< nothing: only stopping a replay ends it
+  void seekLogPlay() override;
 
   static unsigned int mMaxDeadReckoningNmeaDataListenerNum;
   static int mInitializeLoggerId;  ///< NO_LOGGER_ID: no text is recorded or replayed

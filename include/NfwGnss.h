@@ -114,9 +114,11 @@ class NFW_API Gnss : public SysLogPlaySwitch, public LogPlaySwitch {
   void startSysLogPlay() override;
   void stopSysLogPlay() override;
   void receiveSysLogPlayEnd() override;  ///< nothing: only stopping a replay ends it
+  void seekSysLogPlay() override;
   void startLogPlay() override;
   void stopLogPlay() override;
   void receiveLogPlayEnd(int nReason) override;  ///< nothing: only stopping a replay ends it
+  void seekLogPlay() override;
 
   static unsigned int mMaxParsedGgaDataListenerNum;
   static unsigned int mMaxParsedGllDataListenerNum;

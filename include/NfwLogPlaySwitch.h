@@ -13,11 +13,13 @@ class NFW_API LogPlaySwitch : public LogPlayer {
   void notifyPlayStart() final { startLogPlay(); }
   void notifyPlayStop() final { stopLogPlay(); }
   void notifyPlayEnd(int nReason) final { receiveLogPlayEnd(nReason); }
+  void notifyPlaySeek() final { seekLogPlay(); }
 
  protected:
   virtual void startLogPlay() = 0;
   virtual void stopLogPlay() = 0;
   virtual void receiveLogPlayEnd(int nReason) = 0;
+  virtual void seekLogPlay() {}  ///< what is gathered of several records begins anew
 };
 
 }  // namespace nfw

@@ -23,6 +23,9 @@ class NFW_API LogPlayer {
   virtual void notifyPlayStop() = 0;   ///< stopPlay(): no record comes any more
   /// Nothing is left to play, told once a replay. The logger counts as playing until stopPlay().
   virtual void notifyPlayEnd(int nReason) = 0;
+  /// seekPlay(): the records to come do not follow those before. Nothing by default. After a seek the end is told
+  /// again.
+  virtual void notifyPlaySeek() {}
 };
 
 }  // namespace nfw

@@ -12,11 +12,13 @@ class NFW_API SysLogPlaySwitch : public SysLogPlayer {
   void notifyPlayStart() final { startSysLogPlay(); }
   void notifyPlayStop() final { stopSysLogPlay(); }
   void notifyPlayEnd() final { receiveSysLogPlayEnd(); }
+  void notifyPlaySeek() final { seekSysLogPlay(); }
 
  protected:
   virtual void startSysLogPlay() = 0;
   virtual void stopSysLogPlay() = 0;
   virtual void receiveSysLogPlayEnd() = 0;
+  virtual void seekSysLogPlay() {}  ///< what is gathered of several records begins anew
 };
 
 }  // namespace nfw

@@ -16,6 +16,9 @@ class NFW_API SysLogPlayer {
   virtual void notifyPlayStart() = 0;  ///< before the first record
   virtual void notifyPlayStop() = 0;   ///< stopPlay(): no record comes any more
   virtual void notifyPlayEnd() = 0;    ///< nothing is left to play, told once a replay; playing until stopPlay()
+  /// seekPlay(): the records to come do not follow those before. Nothing by default. After a seek the end is told
+  /// again.
+  virtual void notifyPlaySeek() {}
 };
 
 }  // namespace nfw

@@ -1,4 +1,5 @@
 // A drive as it was received, as it was recorded, and as both logs play it back.
+#include "LogRecords.h"
 #include "Positioning.h"
 
 namespace {
@@ -57,6 +58,9 @@ Strings withDifferences(const Strings& nLive, const Differences& nDifferences) {
   return lReplay;
 }
 
+size_t textRecordSize(const std::string& nBytes, size_t nAt) { return le32At(nBytes, nAt + 44) + 49; }
+size_t sensorRecordSize(const std::string& nBytes, size_t nAt) { return (le32At(nBytes, nAt + 5) & 0xFFFF) + 7; }
+
 /// A text of which a failure shows the lines that differ.
 std::string onePerLine(const Strings& nNotes) {
   std::string lText;
@@ -80,11 +84,24 @@ class ReplayTest : public testing::Test {
       mClock.advance(10);
     }
   }
+  /// Whole, and as two files of which the first ends behind so many records.
   template <class Service>
-  void expectReplay(const Strings& nExpected, Service& nService, const std::string& nPath, const Notes& nNotes) {
+  void expectReplay(const Strings& nExpected, Service& nService, const std::string& nPath, size_t nFirst,
+                    size_t (*npSizeOf)(const std::string& nBytes, size_t nAt), const Notes& nNotes) {
+    const std::string lBytes = readFile(nPath), lFirst = nPath + ".1", lSecond = nPath + ".2";
+    size_t lCut = 0;
+    for (size_t i = 0; i < nFirst; ++i) lCut += npSizeOf(lBytes, lCut);
+    writeFile(lFirst, lBytes.substr(0, lCut));
+    writeFile(lSecond, lBytes.substr(lCut));
+    expectReplay(nExpected, nService, {nPath.c_str()}, nNotes);
+    expectReplay(nExpected, nService, {lFirst.c_str(), lSecond.c_str()}, nNotes);
+  }
+  template <class Service>
+  void expectReplay(const Strings& nExpected, Service& nService, const std::vector<const char*>& nPaths,
+                    const Notes& nNotes) {
     mGnssNotes.clear();
     mDeadReckoningNotes.clear();
-    EXPECT_TRUE(nService.startPlay(nPath.c_str()));
+    EXPECT_TRUE(nPaths.size() == 1 ? nService.startPlay(nPaths[0]) : nService.startPlay(nPaths.data(), 2));
     pump(mClock, [&] { return nNotes.count() >= nExpected.size() && nNotes.all().back() == nExpected.back(); });
     EXPECT_TRUE(nService.stopPlay());
     EXPECT_EQ(onePerLine(nExpected), onePerLine(nNotes.all()));
@@ -117,9 +134,10 @@ TEST_F(ReplayTest, SatelliteReplaysGiveLiveDataButForTheStatedDifferences) {
   ASSERT_TRUE(nfw::Gnss::get()->initialize());
   ASSERT_TRUE(mGnss.attachTo(*nfw::Gnss::get()));
 
-  expectReplay(withDifferences(lLive, OF_TEXT_LOG), *nfw::Logger::get(), mLogs.textFile(), mGnssNotes);
-  expectReplay(withDifferences(lLive, OF_SENSOR_LOG), *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(),
+  expectReplay(withDifferences(lLive, OF_TEXT_LOG), *nfw::Logger::get(), mLogs.textFile(), 5, textRecordSize,
                mGnssNotes);
+  expectReplay(withDifferences(lLive, OF_SENSOR_LOG), *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), 5,
+               sensorRecordSize, mGnssNotes);
 }
 
 TEST_F(ReplayTest, ListenersCannotTellDeadReckoningReplayFromLiveData) {
@@ -139,9 +157,41 @@ TEST_F(ReplayTest, ListenersCannotTellDeadReckoningReplayFromLiveData) {
   ASSERT_TRUE(nfw::DeadReckoning::get()->initialize());
   ASSERT_TRUE(nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&mDeadReckoning));
 
-  expectReplay(lLive, *nfw::Logger::get(), mLogs.textFile(), mDeadReckoningNotes);
-  expectReplay(lLive, *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), mDeadReckoningNotes);
+  expectReplay(lLive, *nfw::Logger::get(), mLogs.textFile(), 3, textRecordSize, mDeadReckoningNotes);
+  expectReplay(lLive, *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), 1, sensorRecordSize,
+               mDeadReckoningNotes);
   EXPECT_EQ(Strings{}, errors(mLog));
+}
+
+// Five of the six kinds of an epoch come before the jump and the sixth behind it: that is no epoch.
+TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
+  attach();
+  ASSERT_TRUE(mReceiver.start());
+  mLogs.startRecord();
+  receive({RMC_TEXT, GGA_TEXT, GSA_TEXT, QUASI_ZENITH_GSV, GLL_TEXT});
+  const size_t lCount = 10;
+  ASSERT_TRUE(mGnssNotes.waitFor(lCount));
+  mClock.advance(1000);
+  receive({LAST});
+  ASSERT_TRUE(mGnssNotes.waitFor(lCount + 2));
+  nfw::Gnss::get()->shutdown();
+  mLogs.stopRecord();
+  nfw::Gnss::destroy();
+  ASSERT_TRUE(nfw::Gnss::get()->initialize());
+  ASSERT_TRUE(mGnss.attachTo(*nfw::Gnss::get()));
+  const auto lJump = [&](auto& nService, const std::string& nPath) {
+    mGnssNotes.clear();
+    ASSERT_TRUE(nService.startPlay(nPath.c_str()));
+    ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.count() == lCount; }));
+    EXPECT_TRUE(nService.seekPlay(500));
+    ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.all().back() == LAST_NOTE; }));
+    EXPECT_TRUE(nService.stopPlay());
+    nfw::Gnss::get()->shutdown();  // what is queued comes first
+    EXPECT_EQ(lCount + 2, mGnssNotes.count());
+    ASSERT_TRUE(nfw::Gnss::get()->initialize());
+  };
+  lJump(*nfw::Logger::get(), mLogs.textFile());
+  lJump(*nfw::SensorSysLoggerManager::get(), mLogs.sensorFile());
 }
 
 }  // namespace

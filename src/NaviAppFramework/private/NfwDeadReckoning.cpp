@@ -70,8 +70,10 @@ void DeadReckoning::detachDeadReckoningNmeaDataListener(DeadReckoningNmeaDataLis
 void DeadReckoning::startSysLogPlay() { mpSources->startSysLogPlay(); }
 void DeadReckoning::stopSysLogPlay() { mpSources->stopSysLogPlay(); }
 void DeadReckoning::receiveSysLogPlayEnd() {}
+void DeadReckoning::seekSysLogPlay() { mpSources->seekSysLogPlay(); }
 void DeadReckoning::startLogPlay() { mpSources->startLogPlay(); }
 void DeadReckoning::stopLogPlay() { mpSources->stopLogPlay(); }
 void DeadReckoning::receiveLogPlayEnd(int /*nReason*/) {}
+void DeadReckoning::seekLogPlay() { mpSources->seekLogPlay(); }
 
 }  // namespace nfw

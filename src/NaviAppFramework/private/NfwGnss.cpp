@@ -82,9 +82,11 @@ void Gnss::shutdown() { mpSources->shutdown(this, this); }
 void Gnss::startSysLogPlay() { mpSources->startSysLogPlay(); }
 void Gnss::stopSysLogPlay() { mpSources->stopSysLogPlay(); }
 void Gnss::receiveSysLogPlayEnd() {}
+void Gnss::seekSysLogPlay() { mpSources->seekSysLogPlay(); }
 void Gnss::startLogPlay() { mpSources->startLogPlay(); }
 void Gnss::stopLogPlay() { mpSources->stopLogPlay(); }
 void Gnss::receiveLogPlayEnd(int /*nReason*/) {}
+void Gnss::seekLogPlay() { mpSources->seekLogPlay(); }
 
 bool Gnss::attachParsedGgaDataListener(ParsedGgaDataListener* npListener) {
   return mpDispatcher->attachParsedGgaDataListener(npListener);

@@ -23,6 +23,17 @@ void logAt(const char* npText, int nId, uint64_t nPosition) {
          static_cast<unsigned int>(nId), static_cast<unsigned long>(nPosition));
 }
 
+bool isPlausible(const unsigned char* npBytes) {
+  static const char SHAPE[] = "0000/00/00 00:00:00.000 IDXXXXXXXX: ";  // 0 a digit, X a digit or a letter to F
+  static_assert(sizeof SHAPE == LogRecord::PREFIX_SIZE + 1);
+  for (unsigned int i = 0; i < LogRecord::PREFIX_SIZE; ++i) {
+    const bool lIsDigit = npBytes[i] >= '0' && npBytes[i] <= '9';
+    const bool lIsHex = lIsDigit || (npBytes[i] >= 'A' && npBytes[i] <= 'F');
+    if (SHAPE[i] == '0' ? !lIsDigit : SHAPE[i] == 'X' ? !lIsHex : npBytes[i] != SHAPE[i]) return false;
+  }
+  return true;
+}
+
 // The text before the fields is never read: it has one length.
 const RecordFormat FORMAT = {"nfw::LogReader",
                              LogRecord::PREFIX_SIZE,
@@ -34,11 +45,15 @@ const RecordFormat FORMAT = {"nfw::LogReader",
                              decode,
                              log,
                              logAt,
-                             nullptr};
+                             nullptr,
+                             isPlausible,
+                             2};
 
 }  // namespace
 
 LogReader::LogReader() : RecordReader(FORMAT, Here::now()) {}
+
+const RecordFormat& LogReader::recordFormat() { return FORMAT; }
 
 int LogReader::next(unsigned int* npTime, void* npBuffer, unsigned int nBufferSize, unsigned long long* npPosition) {
   RecordHeader lHeader;

@@ -10,6 +10,8 @@ class LogReader : public RecordReader {
  public:
   LogReader();
 
+  static const RecordFormat& recordFormat();
+
   /// The data size, ERROR, END_OF_FILE or CANCELED. `npTime` and `npPosition` (of the record in the file) may be null.
   int next(unsigned int* npTime, void* npBuffer, unsigned int nBufferSize, unsigned long long* npPosition);
 };

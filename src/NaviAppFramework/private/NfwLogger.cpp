@@ -7,6 +7,7 @@
 #include "NfwLogPlayDataDispatcher.h"
 #include "NfwLogPlayListener.h"
 #include "NfwLogPlayer.h"
+#include "NfwLogReader.h"
 #include "NfwLogRecordEventListener.h"
 #include "NfwLogWriter.h"
 #include "NfwThreadMsgProfilerManager.h"
@@ -30,7 +31,7 @@ class LogRecordEventListenerMsg : public AttachmentMsg<LogRecordEventListener> {
 };
 
 const ThreadMsgProfile<LogRecordEventListenerMsg, LogPlayerMsg, AttachLogPlayListenerMsg, DetachLogPlayListenerMsg,
-                       LogPathMsg, StopPlayMsg, LogPlayDataDispatcherMsg>
+                       LogPathMsg, StopPlayMsg, PlayControlMsg, LogPlayDataDispatcherMsg>
     gProfile(THREAD_MSG_LOGGER);
 
 const PlayFormat FORMAT = {"Logger",
@@ -47,7 +48,8 @@ const PlayFormat FORMAT = {"Logger",
                            ownMsgId(0x0a),
                            ownMsgId(0x0b),
                            ownMsgId(0x0c),
-                           ownMsgId(0x0d)};
+                           ownMsgId(0x0d),
+                           ownMsgId(0x0e)};
 
 class LogPlayService : public PlayService {
  public:
@@ -63,10 +65,12 @@ class LogPlayService : public PlayService {
     if (nNotice == PLAY_START) lPlayer.notifyPlayStart();
     if (nNotice == PLAY_STOP) lPlayer.notifyPlayStop();
     if (nNotice == PLAY_END) lPlayer.notifyPlayEnd(nReason);
+    if (nNotice == PLAY_SEEK) lPlayer.notifyPlaySeek();
   }
   TimedReplay* createReplay(int nLogTypeId, void* npListener) override {
     return new LogPlayDataDispatcher(nLogTypeId, static_cast<LogPlayListener*>(npListener), mpLogger, mMaxLogFieldSize);
   }
+  const RecordFormat& recordFormat() const override { return LogReader::recordFormat(); }
 
   Logger* const mpLogger;
   const unsigned int mMaxLogFieldSize;
@@ -279,7 +283,16 @@ bool Logger::attachPlayListener(int nLogTypeId, LogPlayListener* npListener) {
 bool Logger::detachPlayListener(LogPlayListener* npListener) { return mpInside->mPlay.detachPlayListener(npListener); }
 
 bool Logger::startPlay(const char* npPath) { return mpInside->mPlay.startPlay(npPath); }
+bool Logger::startPlay(const char* const* nppPaths, unsigned int nNum) {
+  return mpInside->mPlay.startPlay(nppPaths, nNum);
+}
 bool Logger::stopPlay() { return mpInside->mPlay.stopPlay(); }
+bool Logger::pausePlay() { return mpInside->mPlay.pausePlay(); }
+bool Logger::resumePlay() { return mpInside->mPlay.resumePlay(); }
+bool Logger::stepPlay() { return mpInside->mPlay.stepPlay(); }
+bool Logger::setPlayRate(unsigned int nPermille) { return mpInside->mPlay.setPlayRate(nPermille); }
+bool Logger::seekPlay(unsigned int nOffsetMs) { return mpInside->mPlay.seekPlay(nOffsetMs); }
+LogPlayPosition Logger::getPlayPosition() const { return mpInside->mPlay.getPlayPosition(); }
 bool Logger::getPlayingDir(char* npBuffer, unsigned int nSize) {
   return mpInside->mPlay.getPlayingDir(npBuffer, nSize);
 }

@@ -7,6 +7,7 @@
 #include "NfwSysLogPlayDataDispatcher.h"
 #include "NfwSysLogPlayListener.h"
 #include "NfwSysLogPlayer.h"
+#include "NfwSysLogReader.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "OneInstance.h"
 #include "PlayMsgs.h"
@@ -18,7 +19,7 @@ namespace {
 const unsigned int MAX_DATA_SIZE = 1121;  // tighter than the file's 1200: kept so
 
 const ThreadMsgProfile<SysLogPlayerMsg, AttachLogPlayListenerMsg, DetachSysLogPlayListenerMsg, SysLogPathMsg,
-                       StopPlayMsg, SysLogPlayDataDispatcherMsg>
+                       StopPlayMsg, PlayControlMsg, SysLogPlayDataDispatcherMsg>
     gProfile(THREAD_MSG_SENSOR_SYS_LOGGER);
 
 const PlayFormat FORMAT = {"SensorSysLoggerManager",
@@ -35,7 +36,8 @@ const PlayFormat FORMAT = {"SensorSysLoggerManager",
                            ownMsgId(0x07),
                            ownMsgId(0x08),
                            ownMsgId(0x09),
-                           ownMsgId(0x0a)};
+                           ownMsgId(0x0a),
+                           ownMsgId(0x0b)};
 
 class SysLogPlayService : public PlayService {
  public:
@@ -48,10 +50,12 @@ class SysLogPlayService : public PlayService {
     if (nNotice == PLAY_START) lPlayer.notifyPlayStart();
     if (nNotice == PLAY_STOP) lPlayer.notifyPlayStop();
     if (nNotice == PLAY_END) lPlayer.notifyPlayEnd();
+    if (nNotice == PLAY_SEEK) lPlayer.notifyPlaySeek();
   }
   TimedReplay* createReplay(int nLogTypeId, void* npListener) override {
     return new SysLogPlayDataDispatcher(nLogTypeId, static_cast<SysLogPlayListener*>(npListener), mpManager);
   }
+  const RecordFormat& recordFormat() const override { return SysLogReader::recordFormat(); }
 
   SensorSysLoggerManager* const mpManager;
 };
@@ -137,7 +141,16 @@ bool SensorSysLoggerManager::detachPlayListener(SysLogPlayListener* npListener) 
 }
 
 bool SensorSysLoggerManager::startPlay(const char* npPath) { return mpInside->mPlay.startPlay(npPath); }
+bool SensorSysLoggerManager::startPlay(const char* const* nppPaths, unsigned int nNum) {
+  return mpInside->mPlay.startPlay(nppPaths, nNum);
+}
 bool SensorSysLoggerManager::stopPlay() { return mpInside->mPlay.stopPlay(); }
+bool SensorSysLoggerManager::pausePlay() { return mpInside->mPlay.pausePlay(); }
+bool SensorSysLoggerManager::resumePlay() { return mpInside->mPlay.resumePlay(); }
+bool SensorSysLoggerManager::stepPlay() { return mpInside->mPlay.stepPlay(); }
+bool SensorSysLoggerManager::setPlayRate(unsigned int nPermille) { return mpInside->mPlay.setPlayRate(nPermille); }
+bool SensorSysLoggerManager::seekPlay(unsigned int nOffsetMs) { return mpInside->mPlay.seekPlay(nOffsetMs); }
+LogPlayPosition SensorSysLoggerManager::getPlayPosition() const { return mpInside->mPlay.getPlayPosition(); }
 bool SensorSysLoggerManager::isPlaying() const { return mpInside->mPlay.isPlaying(); }
 void SensorSysLoggerManager::setLogDispatchEnd(SysLogPlayDataDispatcher* npDispatcher) {
   mpInside->mPlay.setLogDispatchEnd(npDispatcher);

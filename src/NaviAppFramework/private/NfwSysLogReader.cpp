@@ -24,6 +24,10 @@ void logAt(const char* npText, int nId, uint64_t nPosition) {
          static_cast<unsigned int>(nId), static_cast<unsigned long long>(nPosition));
 }
 
+bool isPlausible(const unsigned char* npBytes) {
+  return getUint16(npBytes + SensorRecord::SIZE_AT) <= SensorRecord::MAX_DATA_SIZE;
+}
+
 void logStart(int nId) {
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "### Start Sensor sysLog : Id=0x%02x", static_cast<unsigned int>(nId));
 }
@@ -38,11 +42,15 @@ const RecordFormat FORMAT = {"nfw::SysLogReader",
                              decode,
                              log,
                              logAt,
-                             logStart};
+                             logStart,
+                             isPlausible,
+                             8};
 
 }  // namespace
 
 SysLogReader::SysLogReader() : RecordReader(FORMAT, Here::now()) {}
+
+const RecordFormat& SysLogReader::recordFormat() { return FORMAT; }
 
 int SysLogReader::next(int* npLogVersion, unsigned int* npTime, void* npBuffer, unsigned int nBufferSize,
                        unsigned long long* npPosition) {

@@ -10,6 +10,8 @@ class SysLogReader : public RecordReader {
  public:
   SysLogReader();
 
+  static const RecordFormat& recordFormat();
+
   /// The data size, ERROR or END_OF_FILE. `npLogVersion`, `npTime` and `npPosition` may be null.
   int next(int* npLogVersion, unsigned int* npTime, void* npBuffer, unsigned int nBufferSize,
            unsigned long long* npPosition);

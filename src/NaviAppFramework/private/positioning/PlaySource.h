@@ -9,8 +9,8 @@ namespace nfw {
 
 /// One of the three sources of a facade. Switched by the facade, on any thread; a source looks at its switch when data
 /// comes in, on the thread that brings it: what was queued before a source went off is still handed on. What a source
-/// gathers of several messages begins anew each time it is switched on. The messages tell that by their generation:
-/// what is gathered belongs to the thread that handles them.
+/// gathers of several messages begins anew each time it is switched on, and where its replay jumps. The messages tell
+/// that by their generation: what is gathered belongs to the thread that handles them.
 class PlaySource {
  public:
   virtual ~PlaySource() = default;
@@ -25,13 +25,15 @@ class PlaySource {
     isOn = true;
   }
   void off() { isOn = false; }
+  /// What comes in from here on does not follow what came before.
+  void beginAnew() { ++mGeneration; }
 
  protected:
   std::atomic<bool> isOn{false};
   /// On the thread that gathers, for each message: it is the first since the source was switched on.
   bool isFirstOf(uint32_t nGeneration) { return std::exchange(mGathered, nGeneration) != nGeneration; }
 
-  std::atomic<uint32_t> mGeneration{0};  // counts the times it was switched on; goes with what comes in
+  std::atomic<uint32_t> mGeneration{0};  // counts these beginnings; goes with what comes in
 
  private:
   uint32_t mGathered = 0;

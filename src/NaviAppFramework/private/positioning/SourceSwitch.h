@@ -36,6 +36,8 @@ class SourceSwitch {
   void stopLogPlay() { setPlaying(&SourceSwitch::isLogPlaying, false); }
   void startSysLogPlay() { setPlaying(&SourceSwitch::isSysLogPlaying, true); }
   void stopSysLogPlay() { setPlaying(&SourceSwitch::isSysLogPlaying, false); }
+  void seekLogPlay() { mLog.mSource.beginAnew(); }
+  void seekSysLogPlay() { mSysLog.mSource.beginAnew(); }
 
  private:
   void forgetPlaying() NFW_EXCLUDES(mSync);

@@ -29,6 +29,11 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
   return true;
 }
 
+bool RecordReader::seek(uint64_t nPosition) {
+  const WatchedLock lLock(mSync, mHere.in());
+  return mpFile != nullptr && mWindow.seek(nPosition);
+}
+
 void RecordReader::close() {
   const WatchedLock lLock(mSync, mHere.in());
   mpFile.reset();

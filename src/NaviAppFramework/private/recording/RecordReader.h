@@ -44,6 +44,11 @@ struct RecordFormat {
   void (*mpLog)(const char* npOperation, const char* npText, int nId);
   void (*mpLogAt)(const char* npText, int nId, uint64_t nPosition);  // of next()
   void (*mpOnFirstTime)(int nId);                                    // may be null
+  /// Whether a record may begin with these bytes: the text and the fields.
+  bool (*mpIsPlausible)(const unsigned char* npBytes);
+  unsigned int mChainLength;  // plausible records in a row that leave no doubt
+
+  unsigned int headerSize() const { return mTextSize + mFieldsSize; }
 };
 
 /// The engine of both readers, which differ in their formats. Any failure of reading is final until the file is opened
@@ -63,6 +68,7 @@ class RecordReader {
   RecordReader& operator=(const RecordReader&) = delete;
 
   bool open(int nLogTypeId, const char* npPath);  ///< false when a file is open, or this one cannot be
+  bool seek(uint64_t nPosition);                  ///< where a record begins; false while no file is open
   void close();
   bool isOpened() const;
 
@@ -73,6 +79,8 @@ class RecordReader {
   /// The next record of the id: its data size, or a negative result.
   int nextRecord(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize);
 
+  const RecordFormat& format() const { return mFormat; }
+
   /// Makes a running or later nextRecord() return CANCELED, until open(). Nothing for a format without a cancel.
   void requestCancelNext() {
     if (mFormat.mIsCancelable) mIsCanceled = true;
@@ -82,7 +90,7 @@ class RecordReader {
   RecordReader(const RecordFormat& nFormat, const Here& nHere);
 
  private:
-  unsigned int headerSize() const { return mFormat.mTextSize + mFormat.mFieldsSize; }
+  unsigned int headerSize() const { return mFormat.headerSize(); }
   bool getSize() NFW_REQUIRES(mSync);
   bool isAtEnd(uint64_t nPosition) NFW_REQUIRES(mSync);
   bool readHeader(RecordHeader* npHeader) NFW_REQUIRES(mSync);

@@ -81,6 +81,25 @@ class StopPlayMsg : public FieldMsg<StopPlayMsg> {
   unsigned int mPlayNumber;
 };
 
+/// A change to a playback under way.
+class PlayControlMsg : public FieldMsg<PlayControlMsg> {
+ public:
+  static constexpr const char* NAME = "PlayControlMsg";
+  enum Operation { PAUSE, RESUME, STEP, SET_RATE, SEEK };
+
+  explicit PlayControlMsg(int nMsgId = RESTORE_MSG_ID, int nOperation = PAUSE, unsigned int nValue = 0,
+                          unsigned int nPlayNumber = 0)
+      : FieldMsg(nMsgId), mOperation(nOperation), mValue(nValue), mPlayNumber(nPlayNumber) {}
+  template <class Self, class Visit>
+  static bool fields(Self& nSelf, Visit nVisit) {
+    return nVisit(nSelf.mOperation) && nVisit(nSelf.mValue) && nVisit(nSelf.mPlayNumber);
+  }
+
+  int mOperation;
+  unsigned int mValue;  // of SET_RATE, permille; of SEEK, milliseconds
+  unsigned int mPlayNumber;
+};
+
 /// A replay that has nothing more to play, or null: the end of playback is to be judged.
 class LogPlayDataDispatcherMsg : public PointerMsg<TimedReplay> {
  public:

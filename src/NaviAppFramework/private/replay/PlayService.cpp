@@ -19,6 +19,9 @@ namespace {
 const unsigned int QUEUE_LENGTH = 64;
 const unsigned int MAX_END_NUM = 4096;  // more replays than a process has threads for: a limit may mean "any number"
 const unsigned int LEAD_MS = 1000;      // from the start of a playback to its first record: time to read ahead
+const unsigned int SEEK_LEAD_MS = 50;   // from a seek to its first record: for the same
+const unsigned int MIN_RATE = 10;
+const unsigned int MAX_RATE = 100000;
 
 // All replays may end while a player holds the thread up: the end of each has a place of its own.
 unsigned int queueLength(unsigned int nMaxReplayNum) { return QUEUE_LENGTH + std::min(nMaxReplayNum, MAX_END_NUM); }
@@ -190,6 +193,7 @@ bool PlayService::attachPlayListenerInternal(int nLogTypeId, void* npListener) {
   const utl::SmartPointer<TimedReplay> lpReplay(createReplay(nLogTypeId, npListener));
   lpReplay->setNumber(++mLastReplayNumber);
   lpReplay->muteWith(mIsLeftBehind);
+  lpReplay->setClock(mClock);
   return mReplays.add(lpReplay);
 }
 
@@ -223,8 +227,16 @@ bool PlayService::hasReplay(const TimedReplay* npReplay) const {
 
 // --- playback
 
+bool PlayService::startPlay(const char* npPath) { return startPlay(npPath, nullptr); }
+
+bool PlayService::startPlay(const char* const* nppPaths, unsigned int nNum) {
+  if (nppPaths == nullptr || nNum == 0 || mIsPlaying || mState != INITIALIZED) return false;
+  const Timeline lpTimeline = makeTimeline(nppPaths, nNum, "startPlay");
+  return lpTimeline != nullptr && startPlay(nppPaths[0], lpTimeline);
+}
+
 // Posted under the lock: a stop on the service's thread either sees no playback, or erases this start from the queue.
-bool PlayService::startPlay(const char* npPath) {
+bool PlayService::startPlay(const char* npPath, const Timeline& npTimeline) {
   const Operation lOperation(*this);
   if (!lOperation) return false;
   const WatchedLock lLock(mSync, mHere.in());
@@ -232,6 +244,7 @@ bool PlayService::startPlay(const char* npPath) {
   LogPathMsg lMsg(mFormat.mStartPlayMsg);
   if (!utl::copyStr(lMsg.mPath, LOG_PATH_SIZE, npPath)) return logFailure("startPlay", "Can't copy path");
   if (!beginPlay(npPath)) return false;
+  mpTimeline = npTimeline;
   if (watched([&] { return mThread.postMsg(lMsg); }, mHere.in())) return true;
   mPlayingFile[0] = '\0';
   mIsPlaying = false;
@@ -244,6 +257,7 @@ bool PlayService::beginPlay(const char* npPath) {
     return false;
   }
   ++mPlayNumber;
+  mClock.reset();
   mIsEnded = false;
   mIsStarted = false;
   mIsPlaying = true;
@@ -256,13 +270,36 @@ void PlayService::onStartPlay(utl::ThreadRawMsg& nMsg) {
   if (!lMsg.restoreFrom(nMsg) || !markStarted()) return;
   tellPlayers(PLAY_START, 0);
   if (!isStarted()) return;
-  const unsigned int lStartTick = utl::TimeCounter::getTickTime() + LEAD_MS;
-  for (unsigned int i = 0; i < mReplays.size(); ++i) {
-    if (mReplays[i]->start(lStartTick, lMsg.mPath)) continue;
-    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::onStartPlay(): Can't start play: Id=%s", mFormat.mpClass,
-           mReplays[i]->getIdText());
-  }
+  startReplays(lMsg.mPath, utl::TimeCounter::getTickTime() + LEAD_MS);
   if (!isAnyReplayPlaying()) notifyLogPlayEnd(LogPlayer::END_NOT_STARTED);
+}
+
+void PlayService::startReplays(const char* npPath, uint32_t nZeroTick) {
+  const Timeline lpTimeline = timeline();
+  mAreReplaysStarted = true;
+  mZeroTick = nZeroTick - mStartOffset;
+  mClock.start(mZeroTick);
+  if (mStartOffset != 0) mClock.moveTo(mStartOffset, nZeroTick);
+  if (lpTimeline != nullptr) return startReplaysAt(lpTimeline, mStartOffset);
+  for (unsigned int i = 0; i < mReplays.size(); ++i) {
+    if (!mReplays[i]->start(nZeroTick, npPath)) logNotStarted(*mReplays[i]);
+  }
+}
+
+void PlayService::startReplaysAt(const Timeline& npTimeline, uint32_t nOffset) {
+  TimedReplay::Start lStart;
+  lStart.mZeroTick = mZeroTick;
+  lStart.mpTimeline = npTimeline;
+  lStart.mPlace = npTimeline->find(recordFormat(), nOffset);
+  lStart.mFromOffset = nOffset;
+  for (unsigned int i = 0; i < mReplays.size(); ++i) {
+    if (!mReplays[i]->start(lStart)) logNotStarted(*mReplays[i]);
+  }
+}
+
+void PlayService::logNotStarted(const TimedReplay& nReplay) const {
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::onStartPlay(): Can't start play: Id=%s", mFormat.mpClass,
+         nReplay.getIdText());
 }
 
 void PlayService::setLogDispatchEnd(TimedReplay* npReplay) {
@@ -307,6 +344,8 @@ void PlayService::stopPlayInternal(unsigned int nPlayNumber) {
   if (mIsStopping || !claimStop(nPlayNumber)) return;
   mIsStopping = true;
   for (unsigned int i = 0; i < mReplays.size(); ++i) mReplays[i]->stop();
+  mAreReplaysStarted = false;
+  mStartOffset = 0;
   tellPlayers(PLAY_STOP, 0);
   endPlay();
   mIsStopping = false;
@@ -360,7 +399,160 @@ void PlayService::endPlay() {
   mThread.eraseMsg(mFormat.mStartPlayMsg);
   mThread.eraseMsg(mFormat.mPlayEndMsg);
   mPlayingFile[0] = '\0';
+  mpTimeline = nullptr;
   mIsPlaying = false;
+}
+
+// --- control of the playback
+
+// As stopPlay(): inside a play listener it is only posted.
+bool PlayService::control(const char* npOperation, PlayControlMsg::Operation nOperation, unsigned int nValue) {
+  if (!Operation(*this).isStarted() || !mIsPlaying) return false;
+  const PlayControlMsg lMsg(mFormat.mControlMsg, nOperation, nValue, playNumber());
+  if (mRequests.isOwnThread()) {
+    controlInternal(lMsg);
+    return true;
+  }
+  if (watched([&] { return ServiceRequests::isInListener() ? mThread.postMsg(lMsg) : mThread.sendMsgSync(lMsg); },
+              mHere.in())) {
+    return true;
+  }
+  return logFailure(npOperation, "Can't send thread");
+}
+
+bool PlayService::setPlayRate(unsigned int nPermille) {
+  return nPermille >= MIN_RATE && nPermille <= MAX_RATE && control("setPlayRate", PlayControlMsg::SET_RATE, nPermille);
+}
+
+bool PlayService::seekPlay(unsigned int nOffsetMs) {
+  if (!mIsPlaying || !needTimeline()) return false;
+  const Timeline lpTimeline = timeline();
+  if (lpTimeline == nullptr || nOffsetMs > lpTimeline->length()) return false;
+  return control("seekPlay", PlayControlMsg::SEEK, nOffsetMs);
+}
+
+LogPlayPosition PlayService::getPlayPosition() {
+  LogPlayPosition lPosition;
+  const Timeline lpTimeline = timeline();
+  if (!mIsPlaying) return lPosition;
+  lPosition.mPositionMs = mClock.position(utl::TimeCounter::getTickTime());
+  if (lpTimeline != nullptr) {
+    lPosition.mLengthMs = lpTimeline->length();
+    lPosition.mPositionMs = std::min(lPosition.mPositionMs, lPosition.mLengthMs);
+  }
+  lPosition.mRate = mClock.getRate();
+  lPosition.mIsPaused = mClock.isPaused();
+  return lPosition;
+}
+
+void PlayService::onControl(utl::ThreadRawMsg& nMsg) {
+  PlayControlMsg lMsg;
+  if (lMsg.restoreFrom(nMsg)) controlInternal(lMsg);
+}
+
+// A player told of the stop changes nothing any more.
+void PlayService::controlInternal(const PlayControlMsg& nMsg) {
+  if (mIsStopping || !mIsPlaying || nMsg.mPlayNumber != playNumber()) return;
+  switch (nMsg.mOperation) {
+    case PlayControlMsg::PAUSE:
+      return pause(true);
+    case PlayControlMsg::RESUME:
+      return pause(false);
+    case PlayControlMsg::STEP:
+      return step();
+    case PlayControlMsg::SET_RATE:
+      return setRate(nMsg.mValue);
+    case PlayControlMsg::SEEK:
+      return seek(nMsg.mValue);
+    default:
+      return;
+  }
+}
+
+void PlayService::pause(bool nIsPaused) {
+  const uint32_t lNow = utl::TimeCounter::getTickTime();
+  if (nIsPaused ? mClock.pause(lNow) : mClock.resume(lNow)) retime();
+}
+
+// What is due together with the next record comes with it, of every log type.
+void PlayService::step() {
+  pause(true);
+  bool lIsAny = false;
+  uint32_t lNext = 0;
+  for (unsigned int i = 0; i < mReplays.size(); ++i) {
+    uint32_t lNominal = 0;
+    if (!mReplays[i]->nextHeld(&lNominal)) continue;
+    if (!lIsAny || static_cast<int32_t>(lNominal - lNext) < 0) lNext = lNominal;
+    lIsAny = true;
+  }
+  if (!lIsAny) return;
+  mClock.stepTo(lNext);
+  retime();
+}
+
+void PlayService::setRate(unsigned int nPermille) {
+  mClock.setRate(nPermille, utl::TimeCounter::getTickTime());
+  retime();
+}
+
+// No listener is in a call any more when the replays have stopped. A player that is told may stop, or seek itself.
+void PlayService::seek(unsigned int nOffsetMs) {
+  if (!mAreReplaysStarted) {
+    mStartOffset = nOffsetMs;
+    return;
+  }
+  for (unsigned int i = 0; i < mReplays.size(); ++i) mReplays[i]->stop();
+  mThread.eraseMsg(mFormat.mPlayEndMsg);
+  reopenEnd();
+  const unsigned int lSeekNumber = ++mSeekNumber;
+  tellPlayers(PLAY_SEEK, 0);
+  const Timeline lpTimeline = timeline();
+  if (!mAreReplaysStarted || lpTimeline == nullptr || mSeekNumber != lSeekNumber) return;
+  mClock.moveTo(nOffsetMs, utl::TimeCounter::getTickTime() + SEEK_LEAD_MS);
+  startReplaysAt(lpTimeline, nOffsetMs);
+  if (!isAnyReplayPlaying()) notifyLogPlayEnd(LogPlayer::END_NOT_STARTED);
+}
+
+void PlayService::retime() {
+  for (unsigned int i = 0; i < mReplays.size(); ++i) mReplays[i]->retime();
+}
+
+void PlayService::reopenEnd() {
+  const WatchedLock lLock(mSync, mHere.in());
+  mIsEnded = false;
+}
+
+// --- where a playback lies in its files
+
+PlayService::Timeline PlayService::makeTimeline(const char* const* nppPaths, unsigned int nNum,
+                                                const char* npOperation) const {
+  const auto lpTimeline = std::make_shared<PlayTimeline>();
+  const char* lpBadPath = "";
+  if (lpTimeline->build(recordFormat(), nppPaths, nNum, &lpBadPath)) return lpTimeline;
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::%s(): Can't read: File=%s", mFormat.mpClass, npOperation, lpBadPath);
+  return nullptr;
+}
+
+/// A playback of one file is measured when somebody first seeks in it.
+bool PlayService::needTimeline() {
+  char lFile[LOG_PATH_SIZE];
+  unsigned int lPlayNumber = 0;
+  {
+    const WatchedLock lLock(mSync, mHere.in());
+    if (mpTimeline != nullptr) return true;
+    utl::copyStr(lFile, LOG_PATH_SIZE, mPlayingFile);
+    lPlayNumber = mPlayNumber;
+  }
+  const char* const lpFile = lFile;
+  const Timeline lpTimeline = makeTimeline(&lpFile, 1, "seekPlay");
+  const WatchedLock lLock(mSync, mHere.in());
+  if (lpTimeline != nullptr && mIsPlaying && mPlayNumber == lPlayNumber) mpTimeline = lpTimeline;
+  return mpTimeline != nullptr;
+}
+
+PlayService::Timeline PlayService::timeline() {
+  const WatchedLock lLock(mSync, mHere.in());
+  return mpTimeline;
 }
 
 // --- messages
@@ -378,6 +570,7 @@ bool PlayService::receive(int nMsgId, utl::ThreadRawMsg& nMsg) {
       {mFormat.mStopPlayMsg, &PlayService::onStopPlay},
       {mFormat.mPlayEndMsg, &PlayService::onPlayEnd},
       {mFormat.mShutdownMsg, &PlayService::onShutdown},
+      {mFormat.mControlMsg, &PlayService::onControl},
   };
   for (const auto& lRoute : ROUTES) {
     if (lRoute.mMsgId != nMsgId) continue;

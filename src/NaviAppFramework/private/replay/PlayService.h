@@ -2,11 +2,16 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 
 #include "ListenerTable.h"
 #include "LogFilePath.h"
+#include "NfwLogPlayPosition.h"
 #include "NfwOperationControl.h"
 #include "NfwThreadSafety.h"
+#include "PlayClock.h"
+#include "PlayMsgs.h"
+#include "PlayTimeline.h"
 #include "ServiceRequests.h"
 #include "ServiceThread.h"
 #include "ZTSync.h"
@@ -19,7 +24,7 @@ namespace nfw {
 class TimedReplay;
 
 /// What players are told.
-enum PlayNotice { PLAY_START, PLAY_STOP, PLAY_END };
+enum PlayNotice { PLAY_START, PLAY_STOP, PLAY_END, PLAY_SEEK };
 
 /// Where the two services differ.
 struct PlayFormat {
@@ -38,6 +43,7 @@ struct PlayFormat {
   int mStopPlayMsg;
   int mPlayEndMsg;
   int mShutdownMsg;  // not of the outside: stops the replays on the thread that owns their list
+  int mControlMsg;
 };
 
 /// Players and replays belong to the service's thread: lists change, players are told and replays are started and
@@ -102,7 +108,14 @@ class PlayService {
   bool attachPlayListener(int nLogTypeId, void* npListener);
   bool detachPlayListener(void* npListener);
   bool startPlay(const char* npPath);
+  bool startPlay(const char* const* nppPaths, unsigned int nNum);
   bool stopPlay();
+  bool pausePlay() { return control("pausePlay", PlayControlMsg::PAUSE, 0); }
+  bool resumePlay() { return control("resumePlay", PlayControlMsg::RESUME, 0); }
+  bool stepPlay() { return control("stepPlay", PlayControlMsg::STEP, 0); }
+  bool setPlayRate(unsigned int nPermille);
+  bool seekPlay(unsigned int nOffsetMs);
+  LogPlayPosition getPlayPosition();
   bool isPlaying() const { return mIsPlaying; }
   bool getPlayingDir(char* npBuffer, unsigned int nSize);
   void setLogDispatchEnd(TimedReplay* npReplay);
@@ -113,6 +126,7 @@ class PlayService {
  protected:
   virtual void tellPlayer(void* npPlayer, PlayNotice nNotice, int nReason) = 0;
   virtual TimedReplay* createReplay(int nLogTypeId, void* npListener) = 0;
+  virtual const RecordFormat& recordFormat() const = 0;
 
  private:
   class JudgeDispacherMsg;
@@ -129,6 +143,7 @@ class PlayService {
   void onStopPlay(utl::ThreadRawMsg& nMsg);
   void onPlayEnd(utl::ThreadRawMsg& nMsg);
   void onShutdown(utl::ThreadRawMsg& nMsg);
+  void onControl(utl::ThreadRawMsg& nMsg);
 
   bool attachPlayerInternal(void* npPlayer);
   bool attachPlayListenerInternal(int nLogTypeId, void* npListener);
@@ -140,6 +155,23 @@ class PlayService {
   void tellPlayers(PlayNotice nNotice, int nReason);
   void notifyLogPlayEnd(int nReason);
 
+  using Timeline = std::shared_ptr<const PlayTimeline>;
+
+  bool control(const char* npOperation, PlayControlMsg::Operation nOperation, unsigned int nValue);
+  void controlInternal(const PlayControlMsg& nMsg);
+  void pause(bool nIsPaused);
+  void step();
+  void setRate(unsigned int nPermille);
+  void seek(unsigned int nOffsetMs);
+  void retime();
+  void startReplays(const char* npPath, uint32_t nZeroTick);
+  void startReplaysAt(const Timeline& npTimeline, uint32_t nOffset);
+  void logNotStarted(const TimedReplay& nReplay) const;
+  Timeline makeTimeline(const char* const* nppPaths, unsigned int nNum, const char* npOperation) const;
+  bool needTimeline();
+  Timeline timeline();
+
+  bool startPlay(const char* npPath, const Timeline& npTimeline);
   bool beginPlay(const char* npPath) NFW_REQUIRES(mSync);
   bool markStarted();
   bool isStarted();
@@ -147,6 +179,7 @@ class PlayService {
   bool claimStop(unsigned int nPlayNumber);
   unsigned int playNumber();
   void endPlay();
+  void reopenEnd();
   bool logFailure(const char* npOperation, const char* npText) const;
 
   const PlayFormat& mFormat;
@@ -163,6 +196,10 @@ class PlayService {
   ListenerTable mPlayers;
   utl::Array<utl::SmartPointer<TimedReplay>> mReplays;
   bool mIsStopping = false;                        // stopPlayInternal() runs
+  bool mAreReplaysStarted = false;                 // of the playback
+  uint32_t mZeroTick = 0;                          // nominal tick of its first record
+  unsigned int mSeekNumber = 0;                    // counts the seeks
+  unsigned int mStartOffset = 0;                   // where it is to begin, while it is not started
   std::atomic<unsigned int> mLastReplayNumber{0};  // of the attachments so far; asked on any thread
 
   // Written by a handler, read by the caller who waits for it under the lock of its kind.
@@ -177,6 +214,8 @@ class PlayService {
   bool mIsEnded NFW_GUARDED_BY(mSync) = false;
   unsigned int mPlayNumber NFW_GUARDED_BY(mSync) = 0;  // counts the playbacks
   char mPlayingFile[LOG_PATH_SIZE] NFW_GUARDED_BY(mSync) = {};
+  Timeline mpTimeline NFW_GUARDED_BY(mSync);  // of a playback of several files, or one in which was sought
+  PlayClock mClock;
 };
 
 }  // namespace nfw

@@ -39,7 +39,8 @@ TimedReplay::TimedReplay(const ReplayFormat& nFormat, int nLogTypeId, const void
       mSync(nFormat.mpLockName),
       mpReader(npReader),
       mTiming(nFormat.mRule),
-      mPending(PENDING_NUM, false) {
+      mPending(PENDING_NUM, false),
+      mHeld(PENDING_NUM, false) {
   nFormat.mpIdText(nLogTypeId, mIdText);
 }
 
@@ -51,21 +52,43 @@ void TimedReplay::fail(const char* npOperation, const char* npText) const {
 
 // --- start and stop, on the service's thread
 
-// The lock is held until everything is in place: the read-ahead, which may begin as soon as it is posted, waits for it.
 bool TimedReplay::start(unsigned int nStartTick, const char* npPath) {
+  return startWith([&]() NFW_REQUIRES(mSync) {
+    unsigned int lFirstTime = 0;
+    if (!openFile(npPath, &lFirstTime)) return false;
+    mStart = Start();
+    mTiming.start(nStartTick, lFirstTime);
+    return true;
+  });
+}
+
+bool TimedReplay::start(const Start& nStart) {
+  return startWith([&]() NFW_REQUIRES(mSync) {
+    if (!mpReader->open(mLogTypeId, nStart.mpTimeline->path(nStart.mPlace.mFile))) return false;
+    mStart = nStart;
+    mFile = nStart.mPlace.mFile;
+    mpStretch = nullptr;
+    if (mpReader->seek(nStart.mPlace.mPosition)) return true;
+    mpReader->close();
+    return false;
+  });
+}
+
+// The lock is held until everything is in place: the read-ahead, which may begin as soon as it is posted, waits for it.
+template <class Open>
+bool TimedReplay::startWith(Open nOpen) {
   if (!mControl.start()) return false;
   const AutoCompleteOperation lComplete(mControl);
-  const WatchedLock lLock(mSync, mHere.in());
-  unsigned int lFirstTime = 0;
-  if (mpThread != nullptr || !openFile(npPath, &lFirstTime)) return false;
+  const WatchedLock lLock(mSync, mHere.in("start"));
+  if (mpThread != nullptr || !nOpen()) return false;
   if (mpPool == nullptr) mpPool = std::make_unique<utl::MemoryPool>(mFormat.mpPoolName, mMaxDataSize, PENDING_NUM);
+  mIsStopping = false;
   mpThread.reset(newThread());
   if (mpThread == nullptr) {
     mpReader->close();
     return false;
   }
   mHasThread = true;
-  mTiming.start(nStartTick, lFirstTime);
   mPending.clear();
   return true;
 }
@@ -100,6 +123,7 @@ void TimedReplay::discardThread(std::unique_ptr<utl::MsgDrivenThread> npThread) 
 }
 
 void TimedReplay::stop() {
+  mIsStopping = true;
   mpReader->requestCancelNext();
   if (!watched([this] { return mControl.prohibit(); }, mHere.in())) return;
   const AutoPermitOperation lPermit(mControl);
@@ -108,6 +132,8 @@ void TimedReplay::stop() {
     const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return;
     mTiming.start(0, 0);
+    mpStretch = nullptr;
+    mStart = Start();
     clearLogInfoMap();
     mpReader->close();
     lpThread = std::move(mpThread);
@@ -142,6 +168,8 @@ void TimedReplay::clearLogInfoMap() {
     mpPool->free(mPending.valueAt(i).mpData);
   }
   mPending.clear();
+  for (unsigned int i = 0; i < mHeld.size(); ++i) mpPool->free(mHeld[i].mpData);
+  mHeld.clear();
 }
 
 // --- the replay's thread
@@ -167,14 +195,14 @@ void TimedReplay::onSetTimer(utl::ThreadRawMsg& /*nMsg*/) {
 
 /// Fills the free places. False when there is nothing more to play.
 bool TimedReplay::readAhead() {
-  const unsigned int lFree = mPending.capacity() - mPending.size();
+  const unsigned int lFree = mPending.capacity() - mPending.size() - mHeld.size();
   for (unsigned int i = 0; i < lFree; ++i) {
     const Outcome lOutcome = readOne();
     if (lOutcome == FAILED) return false;
     if (lOutcome == IS_CANCELED) return true;
     if (lOutcome == AT_END) break;
   }
-  return mPending.size() > 0;
+  return mPending.size() + mHeld.size() > 0;
 }
 
 TimedReplay::Outcome TimedReplay::readOne() {
@@ -192,7 +220,10 @@ TimedReplay::Outcome TimedReplay::readOne() {
 
 TimedReplay::Outcome TimedReplay::readRecord(LogInfo* npInfo) {
   RecordHeader lHeader;
-  const int lResult = mpReader->nextRecord(&lHeader, npInfo->mpData, mMaxDataSize);
+  int lResult = mpReader->nextRecord(&lHeader, npInfo->mpData, mMaxDataSize);
+  while (lResult == RecordReader::END_OF_FILE && openNextFile()) {
+    lResult = mpReader->nextRecord(&lHeader, npInfo->mpData, mMaxDataSize);
+  }
   if (lResult == RecordReader::END_OF_FILE) return AT_END;
   if (lResult == RecordReader::CANCELED) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_DETAIL, "%s::onSetTimer(): Reader is canceled: Id=%s", mFormat.mpClass, mIdText);
@@ -206,7 +237,28 @@ TimedReplay::Outcome TimedReplay::readRecord(LogInfo* npInfo) {
   npInfo->mTime = lHeader.mTime;
   npInfo->mSize = lHeader.mSize;
   npInfo->mVersion = lHeader.mVersion;
+  enterStretch(lHeader.mPosition);
   return SCHEDULED;
+}
+
+// A file that has gone since the playback was started gives no record, and the reader's line with the next one.
+bool TimedReplay::openNextFile() {
+  if (mStart.mpTimeline == nullptr || mFile + 1 >= mStart.mpTimeline->fileNum() || mIsStopping) return false;
+  mpReader->close();
+  mpReader->open(mLogTypeId, mStart.mpTimeline->path(++mFile));
+  return true;
+}
+
+void TimedReplay::enterStretch(uint64_t nPosition) {
+  if (mStart.mpTimeline == nullptr) return;
+  const PlayTimeline::Stretch& lStretch = mStart.mpTimeline->stretchAt({mFile, nPosition});
+  if (&lStretch == mpStretch) return;
+  mpStretch = &lStretch;
+  mTiming.start(mStart.mZeroTick + lStretch.mOffset, lStretch.mFirstTime);
+}
+
+bool TimedReplay::isBeforeStart(uint32_t nNominalTick) const {
+  return mStart.mpTimeline != nullptr && static_cast<int32_t>(nNominalTick - mStart.mZeroTick - mStart.mFromOffset) < 0;
 }
 
 TimedReplay::Outcome TimedReplay::schedule(const LogInfo& nInfo) {
@@ -219,32 +271,45 @@ TimedReplay::Outcome TimedReplay::schedule(const LogInfo& nInfo) {
            mFormat.mpClass, nInfo.mTime, lBase, lPosition, mIdText);
     return SKIPPED;
   }
+  mTiming.scheduled(nInfo.mTime);
+  if (isBeforeStart(lDue)) return SKIPPED;
+  LogInfo lInfo = nInfo;
+  lInfo.mNominal = lDue;
+  lInfo.mNumber = mReadNumber++;
+  return arm(lInfo, true);
+}
+
+/// Sets the record's timer, or holds it until the clock goes on.
+TimedReplay::Outcome TimedReplay::arm(const LogInfo& nInfo, bool nIsLateTold) {
+  uint32_t lDue = nInfo.mNominal;
+  if (mpClock != nullptr && mpClock->isControlled() &&
+      !mpClock->due(nInfo.mNominal, utl::TimeCounter::getTickTime(), &lDue)) {
+    return mHeld.add(nInfo) ? SCHEDULED : FAILED;
+  }
+  const unsigned long lPosition = static_cast<unsigned long>(nInfo.mPosition);
   unsigned int lInterval = 0;
-  const int lTimerId = setTimer(lDue, nInfo, &lInterval);
+  const int lTimerId = setTimer(lDue, nIsLateTold ? &nInfo : nullptr, &lInterval);
   if (lTimerId == -1) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::onSetTimer(): Can't set timer: Interval=%u msec LogPos=%lu Id=%s",
            mFormat.mpClass, lInterval, lPosition, mIdText);
     return FAILED;
   }
-  if (!mPending.insert(lTimerId, nInfo)) {
-    APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
-           "%s::onSetTimer(): Can't insert log info to map: TimerId=%u msec LogPos=%lu Id=%s", mFormat.mpClass,
-           static_cast<unsigned int>(lTimerId), lPosition, mIdText);
-    mpThread->killTimer(lTimerId, 1);
-    return FAILED;
-  }
-  mTiming.scheduled(nInfo.mTime);
-  return SCHEDULED;
+  if (mPending.insert(lTimerId, nInfo)) return SCHEDULED;
+  APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
+         "%s::onSetTimer(): Can't insert log info to map: TimerId=%u msec LogPos=%lu Id=%s", mFormat.mpClass,
+         static_cast<unsigned int>(lTimerId), lPosition, mIdText);
+  mpThread->killTimer(lTimerId, 1);
+  return FAILED;
 }
 
 // A timer counts from its setting. When the tick has moved on since it was read, the record would come a millisecond
 // late and behind one read after it: then it is set once more.
-int TimedReplay::setTimer(uint32_t nDue, const LogInfo& nInfo, unsigned int* npInterval) {
+int TimedReplay::setTimer(uint32_t nDue, const LogInfo* npLate, unsigned int* npInterval) {
   for (int lTry = 0;; ++lTry) {
     const uint32_t lNow = utl::TimeCounter::getTickTime();
     *npInterval = ReplayTiming::interval(nDue, lNow);
     if (*npInterval == 0) {
-      logDelay(lNow - nDue, nInfo);
+      if (npLate != nullptr) logDelay(lNow - nDue, *npLate);
       *npInterval = LATE_INTERVAL_MS;
       return mpThread->setTimer(*npInterval, 1, 1);
     }
@@ -253,6 +318,62 @@ int TimedReplay::setTimer(uint32_t nDue, const LogInfo& nInfo, unsigned int* npI
     mpThread->killTimer(lTimerId, 1);
   }
 }
+
+// --- control
+
+void TimedReplay::retime() {
+  if (!mControl.start()) return;
+  const AutoCompleteOperation lComplete(mControl);
+  bool lIsDone = true;
+  {
+    const WatchedLock lLock(mSync, mHere.in());
+    if (mpThread == nullptr) return;
+    holdPending();
+    lIsDone = armHeld();
+  }
+  if (!lIsDone) endDispatch();
+}
+
+/// In the order in which they were read. An expiry that is being handled finds its record gone, or not due.
+void TimedReplay::holdPending() {
+  for (unsigned int i = 0; i < mPending.size(); ++i) {
+    const LogInfo& lInfo = mPending.valueAt(i);
+    mpThread->killTimer(mPending.keyAt(i), 1);
+    unsigned int lAt = mHeld.size();
+    while (lAt > 0 && static_cast<int32_t>(mHeld[lAt - 1].mNumber - lInfo.mNumber) > 0) --lAt;
+    mHeld.insert(lAt, lInfo);
+  }
+  mPending.clear();
+}
+
+/// All of them: the clock holds again what is not due. False when a timer cannot be set.
+bool TimedReplay::armHeld() {
+  for (unsigned int lNum = mHeld.size(); lNum > 0; --lNum) {
+    const LogInfo lInfo = mHeld[0];
+    mHeld.removeAt(0);
+    if (arm(lInfo, false) == SCHEDULED) continue;
+    mpPool->free(lInfo.mpData);
+    return false;
+  }
+  return true;
+}
+
+bool TimedReplay::nextHeld(uint32_t* npNominalTick) {
+  if (!mControl.start()) return false;
+  const AutoCompleteOperation lComplete(mControl);
+  bool lIsOver = false;
+  {
+    const WatchedLock lLock(mSync, mHere.in());
+    if (mpThread == nullptr) return false;
+    if (mHeld.size() == 0) lIsOver = !readAhead();
+    if (mHeld.size() > 0) *npNominalTick = mHeld[0].mNominal;
+    if (!lIsOver) return mHeld.size() > 0;
+  }
+  endDispatch();
+  return false;
+}
+
+// --- the replay's thread
 
 void TimedReplay::logDelay(uint32_t nDelay, const LogInfo& nInfo) const {
   APPLOG(LOG_TYPE_NFW, LOG_LEVEL_WARNING, "%s::onSetTimer(): Log dispatch is delay: Delay=%u msec LogPos=%lu Id=0x%08X",
@@ -275,8 +396,9 @@ bool TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
   const WatchedLock lLock(mSync, mHere.in());
   utl::TimerMsg lMsg;
   if (mpThread == nullptr || !lMsg.restoreFrom(nMsg)) return false;
-  mpThread->killTimer(lMsg.getTimerId(), 1);
   const LogInfo* const lpInfo = mPending.find(lMsg.getTimerId());
+  if (isStale(lpInfo)) return false;
+  mpThread->killTimer(lMsg.getTimerId(), 1);
   if (lpInfo == nullptr) {
     // The class stands fixed in this one line: tools look for it, whichever log is played.
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
@@ -287,6 +409,12 @@ bool TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
   *npInfo = *lpInfo;
   mPending.remove(lMsg.getTimerId());
   return true;
+}
+
+/// The expiry of a timer that was meanwhile replaced: the clock has changed.
+bool TimedReplay::isStale(const LogInfo* npInfo) const {
+  if (mpClock == nullptr || !mpClock->isControlled()) return false;
+  return npInfo == nullptr || !mpClock->hasCome(npInfo->mNominal, utl::TimeCounter::getTickTime());
 }
 
 void TimedReplay::callListener(const LogInfo& nInfo) {

@@ -7,10 +7,13 @@
 
 #include "NfwOperationControl.h"
 #include "NfwThreadSafety.h"
+#include "PlayClock.h"
+#include "PlayTimeline.h"
 #include "RecordReader.h"
 #include "ReplayTiming.h"
 #include "Watched.h"
 #include "ZTSync.h"
+#include "utl/Array.h"
 #include "utl/Map.h"
 #include "utl/MemoryPool.h"
 #include "utl/MsgDrivenThread.h"
@@ -46,6 +49,16 @@ class TimedReplay : public utl::ThreadMsgListener {
     uint32_t mSize = 0;
     int mVersion = 0;  // sensor records only
     void* mpData = nullptr;
+    uint32_t mNominal = 0;  // the tick at which a playback that nobody touches brings it
+    uint32_t mNumber = 0;   // counts the records read
+  };
+
+  /// A start anywhere in a recording of one file or several.
+  struct Start {
+    uint32_t mZeroTick = 0;  // nominal tick of the recording's first record
+    std::shared_ptr<const PlayTimeline> mpTimeline;
+    PlayTimeline::Place mPlace;  // a record of any log type
+    uint32_t mFromOffset = 0;    // milliseconds from the first record; what lies before is not played
   };
 
   TimedReplay(const TimedReplay&) = delete;
@@ -54,6 +67,15 @@ class TimedReplay : public utl::ThreadMsgListener {
   /// `nStartTick`: the tick at which the file's first record is due. False when it plays already, the file cannot be
   /// opened or is empty, or the thread cannot be had.
   bool start(unsigned int nStartTick, const char* npPath);
+  bool start(const Start& nStart);
+  /// Before the first start: the playback's. Without one nominal ticks count.
+  void setClock(const PlayClock& nClock) { mpClock = &nClock; }
+  /// The clock has changed: what is pending is due at other ticks. Does nothing while not playing.
+  void retime();
+  /// The nominal tick of what it plays next, where that waits for the clock. Reads ahead when it has to.
+  bool nextHeld(uint32_t* npNominalTick);
+
+  const RecordFormat& recordFormat() const { return mpReader->format(); }
   /// Waits for a callback under way; not from the replay's own thread.
   void stop();
   /// Drops what is pending and tells the service. The thread stays until stop().
@@ -88,7 +110,12 @@ class TimedReplay : public utl::ThreadMsgListener {
  private:
   enum Outcome { SCHEDULED, SKIPPED, AT_END, IS_CANCELED, FAILED };
 
+  template <class Open>
+  bool startWith(Open nOpen);
   bool openFile(const char* npPath, unsigned int* npFirstTime) NFW_REQUIRES(mSync);
+  bool openNextFile() NFW_REQUIRES(mSync);
+  void enterStretch(uint64_t nPosition) NFW_REQUIRES(mSync);
+  bool isBeforeStart(uint32_t nNominalTick) const NFW_REQUIRES(mSync);
   utl::MsgDrivenThread* newThread() NFW_REQUIRES(mSync);
   void discardThread(std::unique_ptr<utl::MsgDrivenThread> npThread);
   void onSetTimer(utl::ThreadRawMsg& nMsg);
@@ -97,7 +124,11 @@ class TimedReplay : public utl::ThreadMsgListener {
   Outcome readOne() NFW_REQUIRES(mSync);
   Outcome readRecord(LogInfo* npInfo) NFW_REQUIRES(mSync);
   Outcome schedule(const LogInfo& nInfo) NFW_REQUIRES(mSync);
-  int setTimer(uint32_t nDue, const LogInfo& nInfo, unsigned int* npInterval) NFW_REQUIRES(mSync);
+  Outcome arm(const LogInfo& nInfo, bool nIsLateTold) NFW_REQUIRES(mSync);
+  int setTimer(uint32_t nDue, const LogInfo* npLate, unsigned int* npInterval) NFW_REQUIRES(mSync);
+  void holdPending() NFW_REQUIRES(mSync);
+  bool armHeld() NFW_REQUIRES(mSync);
+  bool isStale(const LogInfo* npInfo) const NFW_REQUIRES(mSync);
   void logDelay(uint32_t nDelay, const LogInfo& nInfo) const;
   bool takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) NFW_EXCLUDES(mSync);
   void callListener(const LogInfo& nInfo);
@@ -119,7 +150,14 @@ class TimedReplay : public utl::ThreadMsgListener {
   const std::unique_ptr<RecordReader> mpReader;
   ReplayTiming mTiming NFW_GUARDED_BY(mSync);
   utl::Map<int, LogInfo> mPending NFW_GUARDED_BY(mSync);  // by timer id
-  std::unique_ptr<utl::MemoryPool> mpPool;                // from the first start on
+  utl::Array<LogInfo> mHeld NFW_GUARDED_BY(mSync);        // not due before the clock goes on, in their order
+  uint32_t mReadNumber NFW_GUARDED_BY(mSync) = 0;
+  const PlayClock* mpClock = nullptr;  // not owned
+  Start mStart NFW_GUARDED_BY(mSync);
+  unsigned int mFile NFW_GUARDED_BY(mSync) = 0;  // of the timeline, being read
+  const PlayTimeline::Stretch* mpStretch NFW_GUARDED_BY(mSync) = nullptr;
+  std::atomic<bool> mIsStopping{false};
+  std::unique_ptr<utl::MemoryPool> mpPool;  // from the first start on
   mutable OperationControl mControl;
 };
 

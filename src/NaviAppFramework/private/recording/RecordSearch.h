@@ -1,0 +1,47 @@
+// Finds records in a file without reading it from the start.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "RecordReader.h"
+#include "utl/File.h"
+
+namespace nfw {
+
+/// Reads anywhere in a file of records. Where none begins there, the next one is found: a record is what looks like one
+/// and is followed by others, a minute apart at most, or by the end of the file. One thread.
+class RecordSearch {
+ public:
+  struct Found {
+    uint64_t mPosition = 0;
+    uint64_t mEnd = 0;  // of the record
+    uint32_t mTime = 0;
+    int64_t mWallMs = NO_WALL;  // local date and time of the text before it, from some day on
+  };
+  static constexpr int64_t NO_WALL = -1;
+
+  explicit RecordSearch(const RecordFormat& nFormat) : mFormat(nFormat) {}
+
+  bool open(const char* npPath);  ///< false when it cannot be read
+  uint64_t size() const { return mSize; }
+
+  /// The record that begins there, whatever it looks like. False when it is not whole.
+  bool read(uint64_t nPosition, Found* npFound);
+  /// The first one that begins there or behind, and before the limit.
+  bool find(uint64_t nPosition, uint64_t nLimit, Found* npFound);
+  bool findLast(Found* npFound);
+
+ private:
+  const unsigned char* bytes(uint64_t nPosition, unsigned int nSize);
+  bool isRecord(uint64_t nPosition);
+
+  const RecordFormat& mFormat;
+  std::unique_ptr<utl::File> mpFile;
+  std::unique_ptr<unsigned char[]> mpWindow;
+  uint64_t mSize = 0;   // of the file
+  uint64_t mStart = 0;  // of the window
+  unsigned int mLength = 0;
+};
+
+}  // namespace nfw
