@@ -297,6 +297,7 @@ TEST_F(Command, aSignalLeavesNothingHalfDone) {
   ASSERT_EQ(::pipe(lPipe), 0);
   const size_t lFiles = mDir.files().size();
   const pid_t lChild = ::fork();
+  ASSERT_GE(lChild, 0);
   if (lChild == 0) {
     ::dup2(lPipe[0], STDIN_FILENO);
     ::_exit(runTool({"recover", "-", "-o", mDir / "out"}));

@@ -1,6 +1,7 @@
 #include "ToolRun.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
@@ -90,7 +91,11 @@ void ToolRun::closeOutput() {
   mFd = -1;
 }
 
-void ToolRun::signal(int nSignal) const { ::kill(mPid, nSignal); }
+// -1 would be every process there is.
+void ToolRun::signal(int nSignal) const {
+  ASSERT_GT(mPid, 0) << "not started";
+  ::kill(mPid, nSignal);
+}
 
 int ToolRun::wait() {
   int lStatus = 0;

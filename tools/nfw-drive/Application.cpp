@@ -176,7 +176,7 @@ bool Application::driveDown(Phase nPhase) {
   if (nPhase == STOP) mStopTime = Events::Clock::now();
   const auto lLimit = Events::Clock::now() + (mRecorder.isSilent() ? SILENT_PHASE_LIMIT : PHASE_LIMIT);
   while (!mPhases.isComplete(nPhase) && Events::Clock::now() < lLimit) {
-    const bool lIsSignalled = (mEvents.wait(lLimit) & Events::SIGNALLED) != 0;
+    const bool lIsSignalled = noteSignal(mEvents.wait(lLimit));
     if (lIsSignalled && Events::Clock::now() - mStopTime > std::chrono::seconds(1)) abandon();
   }
   if (mPhases.isComplete(nPhase)) return true;
@@ -195,7 +195,7 @@ bool Application::awaitListeners() {
   const auto lLimit = Events::Clock::now() + std::chrono::seconds(2);
   const StreamTally& lExpected = isReplaying() ? mRecorded.get() : mProgress.mExpected.get();
   while (!mProgress.hasReceived(lExpected) && Events::Clock::now() < lLimit) {
-    mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5));
+    noteSignal(mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5)));
   }
   return true;
 }
@@ -203,7 +203,7 @@ bool Application::awaitListeners() {
 // A source that ended completes its start all the same; every other end cuts a phase short. A run with a replay and a
 // source of its own goes on until the source ends.
 void Application::noteEnd(unsigned int nEvents) {
-  mIsSignalled = mIsSignalled || (nEvents & Events::SIGNALLED) != 0;
+  noteSignal(nEvents);
   mIsCutShort = (nEvents & (Events::SIGNALLED | Events::OUTPUT_LOST | Events::TIME_UP)) != 0;
   mIsReplayWhole = mIsReplayWhole || (nEvents & Events::REPLAY_ENDED) != 0;
   if ((nEvents & Events::FAILED) != 0) {
@@ -219,6 +219,13 @@ void Application::noteEnd(unsigned int nEvents) {
   } else if ((nEvents & Events::TIME_UP) != 0) {
     mEnd = "the time is up";
   }
+}
+
+// Whenever one comes, the end waits for no reader any more.
+bool Application::noteSignal(unsigned int nEvents) {
+  const bool lIsSignalled = (nEvents & Events::SIGNALLED) != 0;
+  mIsSignalled = mIsSignalled || lIsSignalled;
+  return lIsSignalled;
 }
 
 int Application::finish() {
@@ -247,7 +254,7 @@ void Application::awaitReader() {
   const auto STEP = std::chrono::milliseconds(200);
   auto lLimit = Events::Clock::now() + mPatience;
   while (!mIsSignalled && mayHoldSource() && !mOutput.drain(STEP)) {
-    mIsSignalled = (mEvents.wait(Events::Clock::now()) & Events::SIGNALLED) != 0;
+    noteSignal(mEvents.wait(Events::Clock::now()));
     lLimit = Events::Clock::now() + mPatience;
   }
   if (!mOutput.drain(mPatience)) mPatience = STEP;

@@ -29,6 +29,7 @@ class Application {
   bool driveDown(Phase nPhase);
   bool awaitListeners();
   void noteEnd(unsigned int nEvents);
+  bool noteSignal(unsigned int nEvents);
   int finish();
   void writeSummary(const std::string& nVerdict);
   std::string compareReplay(bool* npIsSame) const;
