@@ -28,7 +28,9 @@ class Hearer : public nfw::NmeaDataListener, public nfw::DeadReckoningNmeaDataLi
   }
   void onNotifyDeadReckoningNmeaData(unsigned char const*, unsigned int) override {
     mPlace.called("a reckoned listener");
+    mOnReckoned();
   }
+  std::function<void()> mOnReckoned = [] {};
   enum Phase { LIVE_ONLY, REPLAYING, STOPPING };
   void begin(Phase nPhase) {
     mPhase = nPhase;
@@ -118,7 +120,13 @@ void facades() {
   schedule::require(lpGnss->initialize() && lpReckoning->initialize(), "positioning starts");
   Hearer lHearer, lReckoned;
   lHearer.mPlace.attach([&] { return lpGnss->attachNmeaDataListener(&lHearer); });
-  lReckoned.mPlace.attach([&] { return lpReckoning->attachDeadReckoningNmeaDataListener(&lReckoned); });
+  const auto lCome = [&] { return lpReckoning->attachDeadReckoningNmeaDataListener(&lReckoned); };
+  lReckoned.mPlace.attach(lCome);
+  lReckoned.mOnReckoned = [&] {  // it leaves, and comes back
+    if (schedule::pick(8) != 0) return;
+    lReckoned.mPlace.detach([&] { lpReckoning->detachDeadReckoningNmeaDataListener(&lReckoned); });
+    lReckoned.mPlace.attach(lCome);
+  };
   {
     std::atomic<bool> lIsOver{false};
     Crew lCrew;

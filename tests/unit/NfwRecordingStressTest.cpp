@@ -1,11 +1,6 @@
-// Both recording services under threads that do not let go of them; the thread sanitizer is the judge as well.
+// Both recording services with a player that does not let go of them.
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <future>
-#include <thread>
-
-#include "LogRecords.h"
 #include "NfwAppLog.h"
 #include "NfwLogPlayDataDispatcher.h"
 #include "NfwLogWriter.h"
@@ -26,39 +21,12 @@ using nfw::Logger;
 using nfw::SensorSysLoggerManager;
 using nfwtest::Notes;
 
-/// Runs its work again and again until stopped.
-class Worker {
- public:
-  explicit Worker(std::function<void(unsigned int)> nWork)
-      : mThread([this, nWork] {
-          for (unsigned int i = 0; !mIsOver; ++i, std::this_thread::yield()) nWork(i);
-        }) {}
-  ~Worker() {
-    mIsOver = true;
-    mThread.join();
-  }
-
- private:
-  std::atomic<bool> mIsOver{false};
-  std::thread mThread;
-};
-
 struct DataLog {
   using Service = Logger;
   using Player = nfwtest::Player;
   static constexpr const char* THREAD = "nfw::Logger_Thread";
   static constexpr unsigned int OTHER_THREADS = 1;  // stopped before it
   static Player makePlayer(Notes& nNotes) { return Player(nNotes, "player"); }
-  static void write() { Logger::write(1, "data", 4); }
-  static std::string record(int nId, uint32_t nTime) { return nfwtest::logRecord(nId, nTime, "x"); }
-  static void startRecord(Logger& nLogger, const std::string& nPath) {
-    char lPath[300];
-    nLogger.startRecord(nPath.c_str(), "s", nullptr);
-    APPLOG(nfw::LOG_TYPE_NFW, nfw::LOG_LEVEL_INFO, "line");
-    nLogger.flush();
-    nLogger.getRecordingDir(lPath, sizeof lPath);
-    nLogger.getPlayingDir(lPath, sizeof lPath);
-  }
 };
 
 struct SensorLog {
@@ -67,9 +35,6 @@ struct SensorLog {
   static constexpr const char* THREAD = "Sensor_SysLogger_Thread";
   static constexpr unsigned int OTHER_THREADS = 0;
   static Player makePlayer(Notes& nNotes) { return Player(nNotes); }
-  static void write() { Service::write(1, 1, const_cast<char*>("data"), 4); }
-  static std::string record(int nId, uint32_t nTime) { return nfwtest::sensorRecord(nId, 1, nTime, "x"); }
-  static void startRecord(Service& nService, const std::string& /*nPath*/) { nService.startRecord(); }
 };
 
 template <class Log>
@@ -88,7 +53,7 @@ class ServiceEndTest : public testing::Test {
     syslogservice::setBinaryLogFile(nullptr);
   }
 
-  nfwtest::TempDir mDir, mRecording;
+  nfwtest::TempDir mDir;
   seams::CapturedLog mLog;
 };
 
@@ -120,55 +85,6 @@ TYPED_TEST(ServiceEndTest, AServiceThatIsStuckInAPlayerIsLeftBehindWhole) {
     EXPECT_TRUE(lStuck.leave());
     EXPECT_EQ(1U, lNotes.count()) << "nobody is called any more";
     Service::destroy();
-  }
-}
-
-TYPED_TEST(ServiceEndTest, EverythingAtOnceLeavesWholeRecords) {
-  using Service = typename TypeParam::Service;
-  seams::ManualClock lClock;
-  Notes lNotes;
-  auto lPlayer = TypeParam::makePlayer(lNotes);
-  std::vector<nfwtest::PlayListener> lListeners(3, nfwtest::PlayListener(lNotes));
-  std::atomic<unsigned int> lCalls{0};
-  lListeners[0].mOnData = [&] {
-    if (++lCalls % 40 == 0) Service::get()->stopPlay();
-  };
-  lListeners[1].mOnData = [&] { Service::get()->detachPlayListener(&lListeners[1]); };
-  std::string lFile;
-  for (unsigned int i = 0; i < 200; ++i) lFile += TypeParam::record(static_cast<int>(i % 3), i * 10);
-  nfwtest::writeFile(this->mDir / "played", lFile);
-  const auto lWrite = [](unsigned int) { TypeParam::write(); };
-  const Worker lWriter(lWrite), lSecondWriter(lWrite), lThirdWriter(lWrite);  // also while there is no service
-  const Worker lTime([&](unsigned int) { lClock.advance(20), lNotes.clear(); });
-  for (int lRound = 0; lRound < 3; ++lRound) {
-    Service* const lpService = Service::get();
-    ASSERT_TRUE(lpService->initialize());
-    {
-      const Worker lRecorder([&](unsigned int i) {
-        TypeParam::startRecord(*lpService, this->mRecording.path());
-        if (i % 2 == 0) lpService->stopRecord();
-      });
-      const Worker lComingAndGoing([&](unsigned int i) {
-        lpService->attachPlayListener(static_cast<int>(i % 3), &lListeners[i % 3]);
-        lpService->attachPlayer(&lPlayer), lpService->detachPlayer(&lPlayer);
-        if (i % 5 == 0) lpService->detachPlayListener(&lListeners[i % 2]);
-      });
-      for (int i = 0; i < 10; ++i) {
-        lpService->startPlay((this->mDir / "played").c_str());
-        for (int k = 0; k < 50 && lpService->isPlaying(); ++k) std::this_thread::yield();
-        lpService->stopPlay();
-      }
-      if (lRound % 2 == 0) lpService->shutdown();  // under the others
-    }
-    const auto lSecond = std::async(std::launch::async, [&] { lpService->shutdown(); });
-    lpService->shutdown();
-    lSecond.wait();
-    Service::destroy();
-  }
-  for (const std::string& lPath : this->mRecording.files()) {
-    size_t lRest = 1;
-    nfwtest::parseLogRecords(nfwtest::readFile(lPath), &lRest);
-    EXPECT_EQ(0u, lRest) << lPath;
   }
 }
 

@@ -13,13 +13,11 @@
     return lpReal;                                                                           \
   }())
 
-namespace schedule {
-namespace real {
+namespace schedule::real {
 
 template <class... Arguments>
 long systemCall(long nNumber, Arguments... nArguments) {
   return REAL(syscall)(nNumber, nArguments...);
 }
 
-}  // namespace real
-}  // namespace schedule
+}  // namespace schedule::real

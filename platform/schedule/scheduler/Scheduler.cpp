@@ -219,14 +219,14 @@ void Scheduler::checkLimits() {
 
 void Scheduler::took(const pthread_mutex_t* npMutex) {
   std::vector<const pthread_mutex_t*>& lHeld = tpSelf->mHeld;
-  const char* const lpTaken = mTrace.nameOf(npMutex);
+  const char* const lpTaken = Trace::nameOf(npMutex);
   if (lpTaken != nullptr && std::find(lHeld.begin(), lHeld.end(), npMutex) == lHeld.end()) checkOrder(lpTaken);
   lHeld.push_back(npMutex);
 }
 
 void Scheduler::checkOrder(const char* npTaken) {
   for (const pthread_mutex_t* const lpEach : tpSelf->mHeld) {
-    const char* const lpHeld = mTrace.nameOf(lpEach);
+    const char* const lpHeld = Trace::nameOf(lpEach);
     if (lpHeld == nullptr || mOrder.allows(lpHeld, npTaken)) continue;
     fail(std::string("the order of docs/threads.md does not allow ") + npTaken + " to be taken while " + lpHeld +
          " is held");
@@ -242,7 +242,7 @@ void Scheduler::released(const pthread_mutex_t* npMutex) {
 
 const char* Scheduler::heldName() const {
   for (const pthread_mutex_t* const lpEach : tpSelf->mHeld) {
-    if (const char* const lpName = mTrace.nameOf(lpEach)) return lpName;
+    if (const char* const lpName = Trace::nameOf(lpEach)) return lpName;
   }
   return nullptr;
 }
