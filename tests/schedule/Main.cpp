@@ -24,6 +24,7 @@ const schedule::Scenario SCENARIOS[] = {
     {"facades", &facades, {}},
     {"logger", &logger, {}},
     {"playback", &playback, {}},
+    {"controls", &controls, {}},
     {"mounts", &mounts, {}},
     {"settings", &settings, {}},
     {"services", &services, {}},

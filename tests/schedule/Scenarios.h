@@ -11,6 +11,7 @@
 #include "Schedule.h"
 
 void components();
+void controls();
 void facades();
 void gate();
 void listeners();

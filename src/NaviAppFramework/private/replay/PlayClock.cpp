@@ -33,14 +33,15 @@ void PlayClock::moveTo(uint32_t nOffsetMs, uint32_t nTick) {
   const WatchedLock lLock(mSync);
   mNominal = mZero + nOffsetMs - (mIsPaused ? 1 : 0);
   mTick = nTick;
-  mIsControlled = true;
+  noteChange();
 }
 
 bool PlayClock::pause(uint32_t nNow) {
   const WatchedLock lLock(mSync);
   if (mIsPaused) return false;
   mNominal = nominal(nNow);
-  mIsPaused = mIsControlled = true;
+  mIsPaused = true;
+  noteChange();
   return true;
 }
 
@@ -49,6 +50,7 @@ bool PlayClock::resume(uint32_t nNow) {
   if (!mIsPaused) return false;
   mTick = nNow;
   mIsPaused = false;
+  noteChange();
   return true;
 }
 
@@ -57,12 +59,13 @@ void PlayClock::setRate(unsigned int nPermille, uint32_t nNow) {
   mNominal = nominal(nNow);
   mTick = nNow;
   mRate = nPermille;
-  mIsControlled = true;
+  noteChange();
 }
 
 void PlayClock::stepTo(uint32_t nNominalTick) {
   const WatchedLock lLock(mSync);
   if (mIsPaused) mNominal = nNominalTick;
+  noteChange();
 }
 
 // Rounded up: a fast replay is late by a part of a millisecond, never early.
@@ -96,6 +99,11 @@ unsigned int PlayClock::getRate() const {
 bool PlayClock::isPaused() const {
   const WatchedLock lLock(mSync);
   return mIsPaused;
+}
+
+void PlayClock::noteChange() {
+  mIsControlled = true;
+  ++mChangeNumber;
 }
 
 /// Rounded down: what has been due by now, and nothing else, lies up to here.

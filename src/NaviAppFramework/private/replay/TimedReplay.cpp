@@ -83,6 +83,7 @@ bool TimedReplay::startWith(Open nOpen) {
   if (mpThread != nullptr || !nOpen()) return false;
   if (mpPool == nullptr) mpPool = std::make_unique<utl::MemoryPool>(mFormat.mpPoolName, mMaxDataSize, PENDING_NUM);
   mIsStopping = false;
+  if (mpClock != nullptr) mClockNumber = mpClock->changeNumber();
   mpThread.reset(newThread());
   if (mpThread == nullptr) {
     mpReader->close();
@@ -213,7 +214,7 @@ TimedReplay::Outcome TimedReplay::readOne() {
     return FAILED;
   }
   Outcome lOutcome = readRecord(&lInfo);
-  if (lOutcome == SCHEDULED) lOutcome = schedule(lInfo);
+  if (lOutcome == SCHEDULED) lOutcome = followClock() ? schedule(lInfo) : FAILED;
   if (lOutcome != SCHEDULED) mpPool->free(lInfo.mpData);
   return lOutcome;
 }
@@ -276,6 +277,8 @@ TimedReplay::Outcome TimedReplay::schedule(const LogInfo& nInfo) {
   LogInfo lInfo = nInfo;
   lInfo.mNominal = lDue;
   lInfo.mNumber = mReadNumber++;
+  // None overtakes what is held.
+  if (mHeld.size() > 0) return mHeld.add(lInfo) ? SCHEDULED : FAILED;
   return arm(lInfo, true);
 }
 
@@ -328,10 +331,18 @@ void TimedReplay::retime() {
   {
     const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return;
-    holdPending();
-    lIsDone = armHeld();
+    lIsDone = followClock();
   }
   if (!lIsDone) endDispatch();
+}
+
+/// All timers again, when the clock has changed since: what was read under one clock and under the next would come out
+/// of order. False when a timer cannot be set.
+bool TimedReplay::followClock() {
+  if (mpClock == nullptr || mClockNumber == mpClock->changeNumber()) return true;
+  mClockNumber = mpClock->changeNumber();
+  holdPending();
+  return armHeld();
 }
 
 /// In the order in which they were read. An expiry that is being handled finds its record gone, or not due.
@@ -365,7 +376,8 @@ bool TimedReplay::nextHeld(uint32_t* npNominalTick) {
   {
     const WatchedLock lLock(mSync, mHere.in());
     if (mpThread == nullptr) return false;
-    if (mHeld.size() == 0) lIsOver = !readAhead();
+    if (!followClock()) lIsOver = true;
+    if (!lIsOver && mHeld.size() == 0) lIsOver = !readAhead();
     if (mHeld.size() > 0) *npNominalTick = mHeld[0].mNominal;
     if (!lIsOver) return mHeld.size() > 0;
   }
@@ -384,7 +396,9 @@ void TimedReplay::onTimer(utl::ThreadRawMsg& nMsg) {
   if (!mControl.start()) return;
   const AutoCompleteOperation lComplete(mControl);
   LogInfo lInfo;
-  if (!takePending(nMsg, &lInfo)) return;
+  const Outcome lOutcome = takePending(nMsg, &lInfo);
+  if (lOutcome == FAILED) return endDispatch();
+  if (lOutcome != SCHEDULED) return;
   callListener(lInfo);
   mpPool->free(lInfo.mpData);
 
@@ -392,23 +406,24 @@ void TimedReplay::onTimer(utl::ThreadRawMsg& nMsg) {
   if (!postSetTimer(*mpThread)) fail("onTimer", "Can't post thread");
 }
 
-bool TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
+TimedReplay::Outcome TimedReplay::takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) {
   const WatchedLock lLock(mSync, mHere.in());
   utl::TimerMsg lMsg;
-  if (mpThread == nullptr || !lMsg.restoreFrom(nMsg)) return false;
+  if (mpThread == nullptr || !lMsg.restoreFrom(nMsg)) return SKIPPED;
+  if (!followClock()) return FAILED;
   const LogInfo* const lpInfo = mPending.find(lMsg.getTimerId());
-  if (isStale(lpInfo)) return false;
+  if (isStale(lpInfo)) return SKIPPED;
   mpThread->killTimer(lMsg.getTimerId(), 1);
   if (lpInfo == nullptr) {
     // The class stands fixed in this one line: tools look for it, whichever log is played.
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
            "LogPlayDataDispatcher::onTimer(): Can't find log info: TimerId=%u msec Id=%s",
            static_cast<unsigned int>(lMsg.getTimerId()), mIdText);
-    return false;
+    return SKIPPED;
   }
   *npInfo = *lpInfo;
   mPending.remove(lMsg.getTimerId());
-  return true;
+  return SCHEDULED;
 }
 
 /// The expiry of a timer that was meanwhile replaced: the clock has changed.

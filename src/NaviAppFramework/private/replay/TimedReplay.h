@@ -128,9 +128,10 @@ class TimedReplay : public utl::ThreadMsgListener {
   int setTimer(uint32_t nDue, const LogInfo* npLate, unsigned int* npInterval) NFW_REQUIRES(mSync);
   void holdPending() NFW_REQUIRES(mSync);
   bool armHeld() NFW_REQUIRES(mSync);
+  bool followClock() NFW_REQUIRES(mSync);
   bool isStale(const LogInfo* npInfo) const NFW_REQUIRES(mSync);
   void logDelay(uint32_t nDelay, const LogInfo& nInfo) const;
-  bool takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) NFW_EXCLUDES(mSync);
+  Outcome takePending(utl::ThreadRawMsg& nMsg, LogInfo* npInfo) NFW_EXCLUDES(mSync);
   void callListener(const LogInfo& nInfo);
   bool postSetTimer(utl::MsgDrivenThread& nThread) const;
   void fail(const char* npOperation, const char* npText) const;
@@ -152,7 +153,8 @@ class TimedReplay : public utl::ThreadMsgListener {
   utl::Map<int, LogInfo> mPending NFW_GUARDED_BY(mSync);  // by timer id
   utl::Array<LogInfo> mHeld NFW_GUARDED_BY(mSync);        // not due before the clock goes on, in their order
   uint32_t mReadNumber NFW_GUARDED_BY(mSync) = 0;
-  const PlayClock* mpClock = nullptr;  // not owned
+  const PlayClock* mpClock = nullptr;                   // not owned
+  unsigned int mClockNumber NFW_GUARDED_BY(mSync) = 0;  // the clock's change under which the timers were set
   Start mStart NFW_GUARDED_BY(mSync);
   unsigned int mFile NFW_GUARDED_BY(mSync) = 0;  // of the timeline, being read
   const PlayTimeline::Stretch* mpStretch NFW_GUARDED_BY(mSync) = nullptr;
