@@ -104,11 +104,11 @@ TEST(UnknownMessageTest, IsNamedByWhoeverGetsIt) {
                {nfw::MountManager::get(), "MountManager"}};
   std::vector<std::string> lExpected;
   for (const auto& lCase : CASES) {
-    nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Eu));
+    nfwtest::RawMsg lNone, lUnknown(static_cast<int>(0x80000C0Fu));
     lCase.mpReceiver->receiveMsg(0, lNone);
     lCase.mpReceiver->receiveMsg(0, lUnknown);
     lExpected.push_back(lCase.mName + "::receiveMsg(): Can't get MsgId");
-    lExpected.push_back(lCase.mName + "::receiveMsg(): UnknownMsg: MsgId=-2147480562");
+    lExpected.push_back(lCase.mName + "::receiveMsg(): UnknownMsg: MsgId=-2147480561");
   }
   EXPECT_EQ(lExpected, lLog.texts());
   Logger::destroy();
