@@ -29,7 +29,8 @@ bool isPlausible(const unsigned char* npBytes) {
   for (unsigned int i = 0; i < LogRecord::PREFIX_SIZE; ++i) {
     const bool lIsDigit = npBytes[i] >= '0' && npBytes[i] <= '9';
     const bool lIsHex = lIsDigit || (npBytes[i] >= 'A' && npBytes[i] <= 'F');
-    if (SHAPE[i] == '0' ? !lIsDigit : SHAPE[i] == 'X' ? !lIsHex : npBytes[i] != SHAPE[i]) return false;
+    const auto lShape = static_cast<unsigned char>(SHAPE[i]);
+    if (lShape == '0' ? !lIsDigit : lShape == 'X' ? !lIsHex : npBytes[i] != lShape) return false;
   }
   return true;
 }

@@ -37,9 +37,7 @@ Found narrow(RecordSearch& nSearch, Found nLow, uint64_t nHigh, IsBefore nIsBefo
   while (nHigh - nLow.mPosition > WALK_SIZE) {
     const uint64_t lMiddle = nLow.mPosition + (nHigh - nLow.mPosition) / 2;
     Found lFound;
-    if (!nSearch.find(lMiddle, nHigh, &lFound)) {
-      nHigh = lMiddle;
-    } else if (nIsBefore(lFound)) {
+    if (nSearch.find(lMiddle, nHigh, &lFound) && nIsBefore(lFound)) {
       nLow = lFound;
     } else {
       nHigh = lMiddle;
