@@ -63,6 +63,7 @@ TEST(SerialSource, setsTheLineToTheSpeedAndReadsIt) {
   std::string lReason;
   for (const unsigned int lBaud :
        {1200u, 2400u, 4800u, 9600u, 19200u, 38400u, 57600u, 115200u, 230400u, 460800u, 921600u}) {
+    if (lBaud > 460800 && *NFW_EMULATOR != '\0') continue;  // the emulator knows no more
     EXPECT_EQ(SerialSource(lLine, lBaud, lStopper).open(&lReason), SentenceSource::OPENED) << lReason;
     const std::string lState =
         "case $(stty -a -F " + lLine + ") in *'speed " + std::to_string(lBaud) +
