@@ -3,6 +3,7 @@
 #include "LittleEndian.h"
 #include "LogRecord.h"
 #include "NfwAppLog.h"
+#include "TextShape.h"
 
 namespace nfw {
 namespace {
@@ -24,16 +25,12 @@ void logAt(const char* npText, int nId, uint64_t nPosition) {
 }
 
 bool isPlausible(const unsigned char* npBytes) {
-  static const char SHAPE[] = "0000/00/00 00:00:00.000 IDXXXXXXXX: ";  // 0 a digit, X a digit or a letter to F
+  static const char SHAPE[] = "0000/00/00 00:00:00.000 IDXXXXXXXX: ";
   static_assert(sizeof SHAPE == LogRecord::PREFIX_SIZE + 1);
-  for (unsigned int i = 0; i < LogRecord::PREFIX_SIZE; ++i) {
-    const bool lIsDigit = npBytes[i] >= '0' && npBytes[i] <= '9';
-    const bool lIsHex = lIsDigit || (npBytes[i] >= 'A' && npBytes[i] <= 'F');
-    const auto lShape = static_cast<unsigned char>(SHAPE[i]);
-    if (lShape == '0' ? !lIsDigit : lShape == 'X' ? !lIsHex : npBytes[i] != lShape) return false;
-  }
-  return true;
+  return hasShape(npBytes, SHAPE);
 }
+
+static_assert(LogRecord::BASE_SIZE == RecordFormat::MAX_HEADER_SIZE);
 
 // The text before the fields is never read: it has one length.
 const RecordFormat FORMAT = {"nfw::LogReader",

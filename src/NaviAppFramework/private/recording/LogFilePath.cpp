@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "NfwAppLog.h"
+#include "TextShape.h"
 #include "utl/File.h"
 #include "utl/StringUtil.h"
 #include "utl/Time.h"
@@ -16,7 +17,7 @@ namespace nfw {
 namespace {
 
 const unsigned int SERIAL_NUM = 100;
-const char SUFFIX[] = "_00000000-000000_00.log";  // 0 standing for a digit
+const char SUFFIX[] = "_00000000-000000_00.log";
 static_assert(sizeof SUFFIX == LOG_FILE_SUFFIX_SIZE + 1);
 
 bool fits(int nLength) { return nLength >= 0 && static_cast<unsigned int>(nLength) < LOG_PATH_SIZE; }
@@ -64,12 +65,7 @@ bool isLogFileName(const char* npName, const char* npFilePrefix) {
   const size_t lPrefixSize = strlen(npFilePrefix);
   if (strncmp(npName, npFilePrefix, lPrefixSize) != 0) return false;
   const char* const lpSuffix = npName + lPrefixSize;
-  if (strlen(lpSuffix) != LOG_FILE_SUFFIX_SIZE) return false;
-  for (unsigned int i = 0; i < LOG_FILE_SUFFIX_SIZE; ++i) {
-    const bool lIsDigit = lpSuffix[i] >= '0' && lpSuffix[i] <= '9';
-    if (SUFFIX[i] == '0' ? !lIsDigit : lpSuffix[i] != SUFFIX[i]) return false;
-  }
-  return true;
+  return strlen(lpSuffix) == LOG_FILE_SUFFIX_SIZE && hasShape(reinterpret_cast<const unsigned char*>(lpSuffix), SUFFIX);
 }
 
 }  // namespace nfw
