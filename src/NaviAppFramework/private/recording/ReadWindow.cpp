@@ -5,14 +5,9 @@
 #include <new>
 
 namespace nfw {
-namespace {
-
-const unsigned int WINDOW_SIZE = 64 * 1024;
-
-}  // namespace
 
 bool ReadWindow::open(utl::File* npFile) {
-  if (mpBytes == nullptr) mpBytes.reset(new (std::nothrow) unsigned char[WINDOW_SIZE]);
+  if (mpBytes == nullptr) mpBytes.reset(new (std::nothrow) unsigned char[mCapacity]);
   mpFile = npFile;
   mStart = 0;
   mSize = mAt = 0;
@@ -65,7 +60,7 @@ unsigned int ReadWindow::take(void* npBuffer, unsigned int nSize) {
 int ReadWindow::fill() {
   mStart += mSize;
   mSize = mAt = 0;
-  const int lSize = mpFile->read(mpBytes.get(), WINDOW_SIZE);
+  const int lSize = mpFile->read(mpBytes.get(), mCapacity);
   if (lSize > 0) mSize = static_cast<unsigned int>(lSize);
   return lSize;
 }

@@ -14,6 +14,9 @@ namespace nfw {
 /// locked.
 class ReadWindow {
  public:
+  /// `nSize` bytes at a time, taken at the first open().
+  explicit ReadWindow(unsigned int nSize = 64 * 1024) : mCapacity(nSize) {}
+
   /// From the file's beginning. False without memory. The file is not owned and stays open until the next open().
   bool open(utl::File* npFile);
 
@@ -47,6 +50,7 @@ class ReadWindow {
   int fill();
   bool moveTo(uint64_t nPosition);
 
+  const unsigned int mCapacity;
   utl::File* mpFile = nullptr;
   std::unique_ptr<unsigned char[]> mpBytes;
   uint64_t mStart = 0;     // of the window, in the file

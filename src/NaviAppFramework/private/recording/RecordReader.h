@@ -27,6 +27,7 @@ struct RecordHeader {
 struct RecordFormat {
   static constexpr unsigned int FIELD_NUM = 3;
   static constexpr unsigned int MAX_FIELDS_SIZE = 12;
+  static constexpr unsigned int MAX_HEADER_SIZE = 48;
 
   struct Field {
     unsigned int mSize;
@@ -78,8 +79,6 @@ class RecordReader {
 
   /// The next record of the id: its data size, or a negative result.
   int nextRecord(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize);
-
-  const RecordFormat& format() const { return mFormat; }
 
   /// Makes a running or later nextRecord() return CANCELED, until open(). Nothing for a format without a cancel.
   void requestCancelNext() {

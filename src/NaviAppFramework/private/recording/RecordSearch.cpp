@@ -1,12 +1,10 @@
 #include "RecordSearch.h"
 
-#include <algorithm>
-#include <new>
+#include <ctime>
 
 namespace nfw {
 namespace {
 
-const unsigned int WINDOW_SIZE = 16 * 1024;
 const int32_t MAX_GAP_MS = 60000;
 const uint64_t FIRST_TAIL = 4 * 1024;
 
@@ -16,18 +14,16 @@ int number(const unsigned char* npDigits, unsigned int nCount) {
   return lNumber;
 }
 
-/// "YYYY/MM/DD hh:mm:ss.mmm" in milliseconds. Only differences count.
+/// "YYYY/MM/DD hh:mm:ss.mmm" in milliseconds. Only differences count, so it may be of any time zone.
 int64_t wallTime(const unsigned char* npText) {
-  static const int DAYS[] = {0, 31, 59, 90, 120, 151, 181, 212, 243, 273, 304, 334};
-  const int lYear = number(npText, 4);
-  const int lMonth = std::min(std::max(number(npText + 5, 2), 1), 12);
-  const bool lHasLeapDay = lYear % 4 == 0 && (lYear % 100 != 0 || lYear % 400 == 0) && lMonth > 2;
-  const int lYears = lYear == 0 ? 0 : lYear - 1;
-  const int64_t lDays = int64_t{365} * lYear + lYears / 4 - lYears / 100 + lYears / 400 + DAYS[lMonth - 1] +
-                        (lHasLeapDay ? 1 : 0) + number(npText + 8, 2);
-  const int64_t lSeconds =
-      (lDays * 24 + number(npText + 11, 2)) * 3600 + number(npText + 14, 2) * 60 + number(npText + 17, 2);
-  return lSeconds * 1000 + number(npText + 20, 3);
+  std::tm lTime = {};
+  lTime.tm_year = number(npText, 4) - 1900;
+  lTime.tm_mon = number(npText + 5, 2) - 1;
+  lTime.tm_mday = number(npText + 8, 2);
+  lTime.tm_hour = number(npText + 11, 2);
+  lTime.tm_min = number(npText + 14, 2);
+  lTime.tm_sec = number(npText + 17, 2);
+  return int64_t{::timegm(&lTime)} * 1000 + number(npText + 20, 3);
 }
 
 }  // namespace
@@ -36,28 +32,20 @@ bool RecordSearch::open(const char* npPath) {
   mpFile = std::make_unique<utl::File>(npPath);
   unsigned long long lSize = 0;
   if (!mpFile->open(0, 0) || !mpFile->getSize(&lSize)) return false;
-  if (mpWindow == nullptr) mpWindow.reset(new (std::nothrow) unsigned char[WINDOW_SIZE]);
   mSize = lSize;
-  mLength = 0;
-  return mpWindow != nullptr;
+  return mWindow.open(mpFile.get());
 }
 
 /// Null beyond the end of the file.
-const unsigned char* RecordSearch::bytes(uint64_t nPosition, unsigned int nSize) {
-  if (nPosition < mStart || nPosition - mStart + nSize > mLength) {
-    if (nPosition > mSize || mSize - nPosition < nSize) return nullptr;
-    mLength = 0;
-    if (!mpFile->seek(static_cast<long long>(nPosition), utl::File::ORIGIN_BEGIN)) return nullptr;
-    const int lRead = mpFile->read(mpWindow.get(), WINDOW_SIZE);
-    if (lRead < static_cast<int>(nSize)) return nullptr;
-    mStart = nPosition;
-    mLength = static_cast<unsigned int>(lRead);
-  }
-  return mpWindow.get() + (nPosition - mStart);
+const unsigned char* RecordSearch::header(uint64_t nPosition) {
+  const unsigned int lSize = mFormat.headerSize();
+  if (!mWindow.seek(nPosition)) return nullptr;
+  if (const unsigned char* const lpBytes = mWindow.view(lSize)) return lpBytes;
+  return mWindow.read(mHeader, lSize) == static_cast<int>(lSize) ? mHeader : nullptr;
 }
 
 bool RecordSearch::read(uint64_t nPosition, Found* npFound) {
-  const unsigned char* const lpBytes = bytes(nPosition, mFormat.headerSize());
+  const unsigned char* const lpBytes = header(nPosition);
   if (lpBytes == nullptr) return false;
   RecordHeader lHeader;
   mFormat.mpDecode(lpBytes + mFormat.mTextSize, &lHeader);
@@ -74,7 +62,7 @@ bool RecordSearch::isRecord(uint64_t nPosition) {
   Found lFound;
   for (unsigned int i = 0; i < mFormat.mChainLength; ++i) {
     const uint32_t lTime = lFound.mTime;
-    const unsigned char* const lpBytes = bytes(nPosition, mFormat.headerSize());
+    const unsigned char* const lpBytes = header(nPosition);
     if (lpBytes == nullptr || !mFormat.mpIsPlausible(lpBytes) || !read(nPosition, &lFound)) return false;
     const int32_t lGap = static_cast<int32_t>(lFound.mTime - lTime);
     if (i > 0 && mFormat.mTextSize == 0 && (lGap < -MAX_GAP_MS || lGap > MAX_GAP_MS)) return false;

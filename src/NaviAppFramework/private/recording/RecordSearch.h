@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "ReadWindow.h"
 #include "RecordReader.h"
 #include "utl/File.h"
 
@@ -33,15 +34,16 @@ class RecordSearch {
   bool findLast(Found* npFound);
 
  private:
-  const unsigned char* bytes(uint64_t nPosition, unsigned int nSize);
+  static constexpr unsigned int WINDOW_SIZE = 16 * 1024;  // a search looks at little in many places
+
+  const unsigned char* header(uint64_t nPosition);
   bool isRecord(uint64_t nPosition);
 
   const RecordFormat& mFormat;
   std::unique_ptr<utl::File> mpFile;
-  std::unique_ptr<unsigned char[]> mpWindow;
-  uint64_t mSize = 0;   // of the file
-  uint64_t mStart = 0;  // of the window
-  unsigned int mLength = 0;
+  ReadWindow mWindow{WINDOW_SIZE};
+  unsigned char mHeader[RecordFormat::MAX_HEADER_SIZE] = {};  // where it does not lie in the window whole
+  uint64_t mSize = 0;                                         // of the file
 };
 
 }  // namespace nfw

@@ -75,7 +75,6 @@ class TimedReplay : public utl::ThreadMsgListener {
   /// The nominal tick of what it plays next, where that waits for the clock. Reads ahead when it has to.
   bool nextHeld(uint32_t* npNominalTick);
 
-  const RecordFormat& recordFormat() const { return mpReader->format(); }
   /// Waits for a callback under way; not from the replay's own thread.
   void stop();
   /// Drops what is pending and tells the service. The thread stays until stop().
