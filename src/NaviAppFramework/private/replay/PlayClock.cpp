@@ -17,7 +17,8 @@ int64_t divideUp(int64_t nValue, int64_t nBy) { return nValue / nBy + (nValue % 
 
 void PlayClock::reset() {
   const WatchedLock lLock(mSync);
-  mIsStarted = mIsPaused = mIsControlled = false;
+  mIsStarted = mIsPaused = false;
+  mChangeNumber = 0;
   mRate = NORMAL_RATE;
 }
 
@@ -33,7 +34,7 @@ void PlayClock::moveTo(uint32_t nOffsetMs, uint32_t nTick) {
   const WatchedLock lLock(mSync);
   mNominal = mZero + nOffsetMs - (mIsPaused ? 1 : 0);
   mTick = nTick;
-  noteChange();
+  ++mChangeNumber;
 }
 
 bool PlayClock::pause(uint32_t nNow) {
@@ -41,7 +42,7 @@ bool PlayClock::pause(uint32_t nNow) {
   if (mIsPaused) return false;
   mNominal = nominal(nNow);
   mIsPaused = true;
-  noteChange();
+  ++mChangeNumber;
   return true;
 }
 
@@ -50,7 +51,7 @@ bool PlayClock::resume(uint32_t nNow) {
   if (!mIsPaused) return false;
   mTick = nNow;
   mIsPaused = false;
-  noteChange();
+  ++mChangeNumber;
   return true;
 }
 
@@ -59,19 +60,19 @@ void PlayClock::setRate(unsigned int nPermille, uint32_t nNow) {
   mNominal = nominal(nNow);
   mTick = nNow;
   mRate = nPermille;
-  noteChange();
+  ++mChangeNumber;
 }
 
 void PlayClock::stepTo(uint32_t nNominalTick) {
   const WatchedLock lLock(mSync);
   if (mIsPaused) mNominal = nNominalTick;
-  noteChange();
+  ++mChangeNumber;
 }
 
 // Rounded up: a fast replay is late by a part of a millisecond, never early.
 bool PlayClock::due(uint32_t nNominalTick, uint32_t nNow, uint32_t* npTick) const {
   *npTick = nNominalTick;
-  if (!mIsControlled) return true;
+  if (!isControlled()) return true;
   const WatchedLock lLock(mSync);
   const int64_t lDistance = distance(mNominal, nNominalTick);
   if (mIsPaused && lDistance > 0) return false;
@@ -99,11 +100,6 @@ unsigned int PlayClock::getRate() const {
 bool PlayClock::isPaused() const {
   const WatchedLock lLock(mSync);
   return mIsPaused;
-}
-
-void PlayClock::noteChange() {
-  mIsControlled = true;
-  ++mChangeNumber;
 }
 
 /// Rounded down: what has been due by now, and nothing else, lies up to here.

@@ -32,15 +32,13 @@ class PlayClock {
   unsigned int getRate() const;
   bool isPaused() const;
   /// Somebody has touched the playback. Until then nominal ticks are what counts.
-  bool isControlled() const { return mIsControlled; }
-  /// Counts the changes: what was worked out under another number may be due at another tick.
+  bool isControlled() const { return mChangeNumber != 0; }
+  /// Counts the changes of the playback: what was worked out under another number may be due at another tick.
   unsigned int changeNumber() const { return mChangeNumber; }
 
  private:
   uint32_t nominal(uint32_t nNow) const NFW_REQUIRES(mSync);
-  void noteChange() NFW_REQUIRES(mSync);
 
-  std::atomic<bool> mIsControlled{false};
   std::atomic<unsigned int> mChangeNumber{0};
   mutable ZTSync mSync{"nfw::PlayClock"};
   bool mIsStarted NFW_GUARDED_BY(mSync) = false;

@@ -425,8 +425,8 @@ bool PlayService::setPlayRate(unsigned int nPermille) {
 }
 
 bool PlayService::seekPlay(unsigned int nOffsetMs) {
-  if (!mIsPlaying || !needTimeline()) return false;
-  const Timeline lpTimeline = timeline();
+  if (!mIsPlaying) return false;
+  const Timeline lpTimeline = needTimeline();
   if (lpTimeline == nullptr || nOffsetMs > lpTimeline->length()) return false;
   return control("seekPlay", PlayControlMsg::SEEK, nOffsetMs);
 }
@@ -534,12 +534,12 @@ PlayService::Timeline PlayService::makeTimeline(const char* const* nppPaths, uns
 }
 
 /// A playback of one file is measured when somebody first seeks in it.
-bool PlayService::needTimeline() {
+PlayService::Timeline PlayService::needTimeline() {
   char lFile[LOG_PATH_SIZE];
   unsigned int lPlayNumber = 0;
   {
     const WatchedLock lLock(mSync, mHere.in());
-    if (mpTimeline != nullptr) return true;
+    if (mpTimeline != nullptr) return mpTimeline;
     utl::copyStr(lFile, LOG_PATH_SIZE, mPlayingFile);
     lPlayNumber = mPlayNumber;
   }
@@ -547,7 +547,7 @@ bool PlayService::needTimeline() {
   const Timeline lpTimeline = makeTimeline(&lpFile, 1, "seekPlay");
   const WatchedLock lLock(mSync, mHere.in());
   if (lpTimeline != nullptr && mIsPlaying && mPlayNumber == lPlayNumber) mpTimeline = lpTimeline;
-  return mpTimeline != nullptr;
+  return mpTimeline;
 }
 
 PlayService::Timeline PlayService::timeline() {

@@ -168,7 +168,7 @@ class PlayService {
   void startReplaysAt(const Timeline& npTimeline, uint32_t nOffset);
   void logNotStarted(const TimedReplay& nReplay) const;
   Timeline makeTimeline(const char* const* nppPaths, unsigned int nNum, const char* npOperation) const;
-  bool needTimeline();
+  Timeline needTimeline();
   Timeline timeline();
 
   bool startPlay(const char* npPath, const Timeline& npTimeline);

@@ -127,12 +127,11 @@ PlayTimeline::Place PlayTimeline::find(const RecordFormat& nFormat, uint32_t nOf
 }
 
 const PlayTimeline::Stretch& PlayTimeline::stretchAt(const Place& nPlace) const {
-  size_t lIndex = mStretches.size() - 1;
-  while (lIndex > 0 && (mStretches[lIndex].mFile > nPlace.mFile ||
-                        (mStretches[lIndex].mFile == nPlace.mFile && mStretches[lIndex].mBegin > nPlace.mPosition))) {
-    --lIndex;
-  }
-  return mStretches[lIndex];
+  const auto lIsBefore = [](const Place& n, const Stretch& nStretch) {
+    return n.mFile != nStretch.mFile ? n.mFile < nStretch.mFile : n.mPosition < nStretch.mBegin;
+  };
+  const auto lNext = std::upper_bound(mStretches.begin() + 1, mStretches.end(), nPlace, lIsBefore);
+  return *(lNext - 1);
 }
 
 }  // namespace nfw
