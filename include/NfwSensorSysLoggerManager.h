@@ -73,28 +73,19 @@ class NFW_API SensorSysLoggerManager : public utl::ThreadMsgListener {
   /// Plays a file to the attached play listeners; its first record is due 1000 ms from now.
   /// @return false while playing
   bool startPlay(const char* npPath);
-  /// Plays several files as one recording, which begins with the first file's first record. Between two files lies what
-  /// the recorded times tell; where they begin anew, what the dates of the records tell, else a second. Looks into each
-  /// file on the caller's thread. @return false, with a log line, also when a file cannot be read or has no record
+  /// Plays several files as one recording, as the Logger does; its records have no dates, so where the times begin anew
+  /// a second lies between them.
   bool startPlay(const char* const* nppPaths, unsigned int nNum);
   /// Ends playback. When it returns no play listener is in a call any more - unless it is called from inside one: then
   /// it takes effect behind that call, on this playback only and not on a later one.
   bool stopPlay();
   bool isPlaying() const;  ///< from startPlay() to stopPlay(), also when nothing is left to play
 
-  /// Control of the playback, for all its log types at once. Any thread, also from a callback. When the call returns it
-  /// has taken effect, but for a record that was on its way - unless it is called from inside a play listener: then it
-  /// takes effect behind that call. Every playback begins at the recorded pace.
-  /// @return false while not playing
+  /// Control of the playback: the Logger's operations, with its ranges, results and threads.
   bool pausePlay();
   bool resumePlay();
-  /// Plays the next record of any type, and what is due at the same millisecond; pauses where nobody has.
   bool stepPlay();
-  /// @param nPermille of the recorded pace, 10 to 100,000; kept over pauses and seeks. No record comes before its time.
   bool setPlayRate(unsigned int nPermille);
-  /// Goes on from the record that lies `nOffsetMs` behind the recording's first one: no listener receives anything of
-  /// before, and players are told. Waits for play listeners as stopPlay() does. Possible also when all was played.
-  /// @return false also behind the last record, and with a log line when the file cannot be read
   bool seekPlay(unsigned int nOffsetMs);
   LogPlayPosition getPlayPosition() const;
 
