@@ -1,15 +1,12 @@
 // The stand-in's named lock, with its name told to the scheduler: in place of ztsync/src in this build.
 #include "ZTSync.h"
 
+#include "RecursiveMutex.h"
 #include "Schedule.h"
 #include "Trace.h"
 
 ZTSync::ZTSync(const char* npName, int /*nKind*/) : mpName(npName != nullptr ? npName : "") {
-  pthread_mutexattr_t lAttr;
-  pthread_mutexattr_init(&lAttr);
-  pthread_mutexattr_settype(&lAttr, PTHREAD_MUTEX_RECURSIVE);
-  pthread_mutex_init(&mMutex, &lAttr);
-  pthread_mutexattr_destroy(&lAttr);
+  initRecursive(&mMutex);
   schedule::Trace::name(&mMutex, mpName);
 }
 

@@ -1,12 +1,8 @@
 #include "ZTSync.h"
 
-ZTSync::ZTSync(const char* npName, int /*nKind*/) : mpName(npName != nullptr ? npName : "") {
-  pthread_mutexattr_t lAttr;
-  pthread_mutexattr_init(&lAttr);
-  pthread_mutexattr_settype(&lAttr, PTHREAD_MUTEX_RECURSIVE);
-  pthread_mutex_init(&mMutex, &lAttr);
-  pthread_mutexattr_destroy(&lAttr);
-}
+#include "RecursiveMutex.h"
+
+ZTSync::ZTSync(const char* npName, int /*nKind*/) : mpName(npName != nullptr ? npName : "") { initRecursive(&mMutex); }
 
 ZTSync::~ZTSync() { pthread_mutex_destroy(&mMutex); }
 
