@@ -50,15 +50,7 @@ std::atomic<int> Hearer::sFed{-1};
 void listeners() {
   nfw::Gnss::initializeMaxNmeaDataListenerNum(3);
   std::array<Hearer, 3> lHearers;
-  const auto lChange = [&] {
-    Hearer& lHearer = lHearers[schedule::pick(3)];
-    schedule::flip() ? lHearer.come() : lHearer.go();
-  };
-  for (Hearer& lEach : lHearers) {
-    lEach.mOnCall = [&] {
-      if (schedule::pick(4) == 0) lChange();
-    };
-  }
+  const auto lChange = changing(lHearers);
   startLogs();
   nfw::Gnss& lGnss = *nfw::Gnss::get();
   schedule::require(lGnss.initialize(), "positioning starts");

@@ -45,15 +45,7 @@ void mounts() {
   const unsigned int STORM = 1 + schedule::pick(30);
   nfw::MountManager::initializeMaxListenerNum(3);
   std::array<Hearer, 3> lHearers;
-  const auto lChange = [&] {
-    Hearer& lHearer = lHearers[schedule::pick(3)];
-    schedule::flip() ? lHearer.come() : lHearer.go();
-  };
-  for (Hearer& lEach : lHearers) {
-    lEach.mOnCall = [&] {
-      if (schedule::pick(4) == 0) lChange();
-    };
-  }
+  const auto lChange = changing(lHearers);
   nfw::MountManager& lManager = *nfw::MountManager::get();
   schedule::require(lManager.initialize(), "the manager starts");
   {

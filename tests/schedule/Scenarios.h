@@ -1,6 +1,7 @@
 // The scenarios, and what they share.
 #pragma once
 
+#include <array>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -64,6 +65,21 @@ class Place {
   volatile State mState = ABSENT;
   std::mutex mTurn;
 };
+
+/// One of them comes or goes at each call, and, now and then, whenever one of them is called itself.
+template <class Hearer, size_t Num>
+std::function<void()> changing(std::array<Hearer, Num>& nHearers) {
+  const auto lChange = [&nHearers] {
+    Hearer& lHearer = nHearers[schedule::pick(Num)];
+    schedule::flip() ? lHearer.come() : lHearer.go();
+  };
+  for (Hearer& lEach : nHearers) {
+    lEach.mOnCall = [lChange] {
+      if (schedule::pick(4) == 0) lChange();
+    };
+  }
+  return lChange;
+}
 
 /// Numbers that have to come in order, one after the other from the first on.
 class Ascending {
