@@ -11,18 +11,15 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 
-#include "CommandLine.h"
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "Progress.h"
 #include "Split.h"
-#include "TempDir.h"
 
 namespace {
 
 using logtest::has;
 using logtest::logRecord;
-using logtest::runTool;
 using nfwtest::readFile;
 using nfwtest::writeFile;
 using nlohmann::json;
@@ -30,7 +27,7 @@ using nlohmann::json;
 const char* const FIRST = "2026/01/31 23:59:59.000";
 const char* const LATER = "2026/02/01 00:00:07.500";
 
-class Command : public testing::Test {
+class Command : public logtest::LogTool {
  protected:
   /// Two recordings, one of three files; something else lies about.
   Command() {
@@ -39,12 +36,6 @@ class Command : public testing::Test {
     writeFile(mDir / "b_20260201-000000_00.log", logRecord(255, 9500, "last\x01", LATER));
     writeFile(mDir / "a_20260301-000000_00.log", logRecord(7, 5, "other", LATER));
     writeFile(mDir / "notes.txt", "nothing of ours\n");
-  }
-  /// What it writes.
-  std::string output(const std::vector<std::string>& nArguments, int nExit = 0) {
-    std::string lOutput;
-    EXPECT_EQ(runTool(nArguments, &lOutput, &mErrors), nExit) << mErrors;
-    return lOutput;
   }
   json written(const std::vector<std::string>& nArguments, int nExit = 0) {
     return json::parse(output(nArguments, nExit));
@@ -57,9 +48,6 @@ class Command : public testing::Test {
     }
     return lColumns;
   }
-
-  nfwtest::TempDir mDir;
-  std::string mErrors;
 };
 
 TEST_F(Command, catShowsADirectoryInTheOrderOfItsFiles) {
@@ -300,7 +288,8 @@ TEST_F(Command, aSignalLeavesNothingHalfDone) {
   ASSERT_GE(lChild, 0);
   if (lChild == 0) {
     ::dup2(lPipe[0], STDIN_FILENO);
-    ::_exit(runTool({"recover", "-", "-o", mDir / "out"}));
+    output({"recover", "-", "-o", mDir / "out"});
+    ::_exit(0);
   }
   const std::string lRecord = logRecord(20, 1, "$GPGGA,1\r\n");
   ASSERT_EQ(::write(lPipe[1], lRecord.data(), lRecord.size()), static_cast<ssize_t>(lRecord.size()));
@@ -316,9 +305,7 @@ TEST_F(Command, aSignalLeavesNothingHalfDone) {
 
 // More than the files that a process may have open: those that follow each other never are together.
 TEST_F(Command, mergeTakesAnyNumberOfRecordings) {
-  rlimit lLimit = {};
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &lLimit), 0);
-  const rlimit lFew = {40, 40};
+  const rlimit lFew = {40, 40};  // not given back
   const nfwtest::TempDir lDir;
   std::vector<std::string> lArguments = {"merge", "-o", mDir / "out"};
   std::string lAll = logRecord(1, 0, "a");
@@ -328,8 +315,8 @@ TEST_F(Command, mergeTakesAnyNumberOfRecordings) {
     lArguments.push_back(lDir / std::to_string(i));
     lAll += (i < 119 ? logRecord(1, i * 10 + 10, "a") : "") + lLast;
   }
-  const pid_t lChild = ::fork();  // what it may open is not given back
-  if (lChild == 0) ::_exit(::setrlimit(RLIMIT_NOFILE, &lFew) == 0 ? runTool(lArguments) : 9);
+  const pid_t lChild = ::fork();
+  if (lChild == 0) ::_exit(::setrlimit(RLIMIT_NOFILE, &lFew) != 0 || (output(lArguments), HasFailure()) ? 1 : 0);
   int lStatus = 0;
   ASSERT_EQ(::waitpid(lChild, &lStatus, 0), lChild);
   EXPECT_EQ(lStatus, 0);
