@@ -4,7 +4,6 @@
 #include <map>
 
 #include "LineReader.h"
-#include "SentenceList.h"
 #include "Simulator.h"
 
 namespace {
@@ -16,18 +15,17 @@ using Verdicts = std::map<LineVerdict, uint64_t>;
 const std::string GLL = "$GPGLL,,,,,,V,N*64";
 const std::string VTG = "$GPVTG,,T,,M,,N,,K,N*2C";
 
-class Reading {
+class Reading : private SentenceSink {
  public:
   explicit Reading(bool nJudged = true) : mReader(mCounts, nJudged) {}
   Reading& feed(const std::string& nText) {
-    EXPECT_TRUE(mReader.feed(nText.data(), nText.size(), mList));
+    EXPECT_TRUE(mReader.feed(nText.data(), nText.size(), *this));
     return *this;
   }
   Reading& finish() {
-    EXPECT_TRUE(mReader.finish(mList));
+    EXPECT_TRUE(mReader.finish(*this));
     return *this;
   }
-  const Sentences& sentences() const { return mList.mSentences; }
   Verdicts verdicts() const {
     Verdicts lVerdicts;
     for (int i = 0; i < LINE_VERDICT_NUM; ++i) {
@@ -37,10 +35,14 @@ class Reading {
     return lVerdicts;
   }
   LineCounts mCounts;
+  Sentences mSentences;
 
  private:
+  bool onSentence(std::string_view nSentence) override {
+    mSentences.emplace_back(nSentence);
+    return true;
+  }
   LineReader mReader;
-  SentenceList mList;
 };
 
 std::string simulatedStream(int nEpochs) {
@@ -101,7 +103,7 @@ TEST(LineReader, judgesEachPieceOnce) {
     SCOPED_TRACE(lCase.mpName);
     Reading lReading(lCase.mIsJudged);
     lReading.feed(lCase.mText).finish();
-    EXPECT_EQ(lReading.sentences(), lCase.mSentences);
+    EXPECT_EQ(lReading.mSentences, lCase.mSentences);
     EXPECT_EQ(lReading.verdicts(), lCase.mVerdicts);
   }
 }
@@ -115,13 +117,13 @@ TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt
     Reading lCut, lInTwo;
     lCut.feed(lHead).finish();
     lInTwo.feed(lHead).feed(lStream.substr(i)).finish();
-    ASSERT_EQ(lInTwo.sentences(), lWhole.sentences()) << i;
+    ASSERT_EQ(lInTwo.mSentences, lWhole.mSentences) << i;
     ASSERT_EQ(lInTwo.verdicts(), lWhole.verdicts()) << i;
-    const Sentences& lRead = lCut.sentences();
+    const Sentences& lRead = lCut.mSentences;
     const auto lBegun = static_cast<uint64_t>(std::count(lHead.begin(), lHead.end(), '$'));
     ASSERT_EQ(lCut.mCounts.total(), lBegun) << i;
     ASSERT_LE(lBegun - lCut.mCounts.accepted(), 1u) << i;
-    ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.sentences().begin())) << i;
+    ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.mSentences.begin())) << i;
   }
 }
 
@@ -130,29 +132,18 @@ TEST(LineReader, aSpoiltByteNeverInventsASentence) {
   const std::string lStream = simulatedStream(1);
   Reading lWhole;
   lWhole.feed(lStream).finish();
-  Sentences lGood = lWhole.sentences();
+  Sentences lGood = lWhole.mSentences;
   lGood.push_back(GLL);
   for (size_t i = 0; i < lStream.size(); ++i) {
     std::string lSpoilt = lStream;
     lSpoilt[i] = static_cast<char>(lSpoilt[i] ^ 0x11);
     Reading lReading;
     lReading.feed(lBefore + lSpoilt).finish();
-    ASSERT_GE(lReading.sentences().size() + 2, lGood.size()) << i;
-    for (const std::string& lSentence : lReading.sentences()) {
+    ASSERT_GE(lReading.mSentences.size() + 2, lGood.size()) << i;
+    for (const std::string& lSentence : lReading.mSentences) {
       ASSERT_NE(std::find(lGood.begin(), lGood.end(), lSentence), lGood.end()) << i << " " << lSentence;
     }
   }
-}
-
-TEST(LineReader, stopsWhenTheSinkWantsNoMore) {
-  struct Refusing : SentenceSink {
-    bool onSentence(std::string_view) override { return false; }
-  } lSink;
-  LineCounts lCounts;
-  LineReader lReader(lCounts);
-  const std::string lText = GLL + "\n" + GLL + "\n";
-  EXPECT_FALSE(lReader.feed(lText.data(), lText.size(), lSink));
-  EXPECT_EQ(lCounts.total(), 0u);
 }
 
 }  // namespace

@@ -2,9 +2,7 @@
 
 #include <vector>
 
-#include "PacedSink.h"
 #include "Pacer.h"
-#include "SentenceList.h"
 #include "SentenceTime.h"
 
 namespace {
@@ -62,27 +60,6 @@ TEST(Pacer, followsTheTimesOfTheSentences) {
   EXPECT_EQ(Pacer::realTime(1500, 1.0), 1500000000);
   EXPECT_EQ(Pacer::realTime(1500, 10.0), 150000000);
   EXPECT_EQ(Pacer::realTime(1500, 0.5), 3000000000);
-}
-
-TEST(PacedSink, endsAtItsLimitAndWhenStopped) {
-  PlayOptions lOptions;
-  lOptions.mPaced = true;
-  lOptions.mSpeed = 0.0;
-  lOptions.mLimitMs = 2000;
-  tool::Stopper lStopper;
-  SentenceList lList;
-  PacedSink lSink(lOptions, lStopper, lList);
-  EXPECT_TRUE(lSink.onSentence("$GPRMC,120000.000,A"));
-  EXPECT_TRUE(lSink.onSentence("$GPVTG,"));
-  EXPECT_TRUE(lSink.onSentence("$GPRMC,120001.999,A"));
-  EXPECT_FALSE(lSink.onSentence("$GPRMC,120002.000,A"));
-  EXPECT_EQ(lList.mSentences.size(), 3u);
-
-  lOptions.mSpeed = 0.001;  // the second sentence would be due in a quarter of an hour
-  PacedSink lSlow(lOptions, lStopper, lList);
-  EXPECT_TRUE(lSlow.onSentence("$GPRMC,120000.000,A"));
-  lStopper.request();
-  EXPECT_FALSE(lSlow.onSentence("$GPRMC,120001.000,A"));
 }
 
 }  // namespace

@@ -3,12 +3,9 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <deque>
-
 #include "GpsdFilter.h"
-#include "SentenceList.h"
 #include "SerialSource.h"
-#include "SourceReader.h"
+#include "SourceAddress.h"
 
 namespace {
 
@@ -100,79 +97,6 @@ TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
   std::string lText = "$GPGLL*1\r\n" + lStream;
   EXPECT_EQ(lPlain.filter(lText.data(), lText.size()), lText.size());
   EXPECT_FALSE(lPlain.takeGreeting());
-}
-
-// Plays what a test wrote down.
-class ScriptedSource : public SentenceSource {
- public:
-  ScriptedSource(OpenResult nOpen, std::deque<std::string> nTexts, int nEnd)
-      : mOpen(nOpen), mTexts(std::move(nTexts)), mEnd(nEnd) {}
-  OpenResult open(std::string* npReason) override {
-    *npReason = "not today";
-    return mOpen;
-  }
-  int read(char* npBuffer, size_t, std::string* npReason) override {
-    *npReason = "torn";
-    if (mTexts.empty()) return mEnd;
-    const std::string lText = mTexts.front();
-    mTexts.pop_front();
-    return static_cast<int>(lText.copy(npBuffer, lText.size()));
-  }
-
- private:
-  const OpenResult mOpen;
-  std::deque<std::string> mTexts;
-  const int mEnd;
-};
-
-class Reading : public SourceReader::Listener {
- public:
-  void onSourceOpen() override { mTold += "open, "; }
-  // Ends the wait that follows, so that no test waits.
-  void onSourceTrouble(const std::string& nMessage) override {
-    mTold += nMessage;
-    mStopper.request();
-  }
-  tool::Stopper mStopper;
-  std::string mTold;
-};
-
-// A file is read to its end, a live source is tried again; what a break cuts off is counted.
-TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
-  using Is = SourceAddress;
-  using From = SentenceSource;
-  const struct {
-    SourceAddress::Kind mKind;
-    SentenceSource::OpenResult mOpen;
-    int mEnd;
-    SourceReader::Result mResult;
-    const char* mpTold;
-    size_t mSentences, mCut;
-  } CASES[] = {
-      {Is::FILE, From::OPENED, From::END, SourceReader::ENDED, "open, ", 1, 1},
-      {Is::FILE, From::OPENED, From::STOPPED, SourceReader::ENDED, "open, ", 1, 0},
-      {Is::FILE, From::OPENED, From::BROKEN, SourceReader::UNREADABLE, "open, x: torn", 1, 1},
-      {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::UNREADABLE, "x: not today", 0, 0},
-      {Is::TCP, From::OPEN_LATER, 0, SourceReader::ENDED, "x: not today; trying again in 1 s", 0, 0},
-      {Is::TCP, From::OPENED, From::BROKEN, SourceReader::ENDED, "open, x: torn; trying again in 1 s", 1, 1},
-  };
-  for (const auto& lCase : CASES) {
-    SCOPED_TRACE(lCase.mpTold);
-    ScriptedSource lSource{lCase.mOpen, {"$GPGLL,,,,,,V", ",N*64\n$GPG"}, lCase.mEnd};
-    SourceAddress lAddress;
-    lAddress.mKind = lCase.mKind;
-    lAddress.mName = "x";
-    Reading lReading;
-    tool::LineCounts lCounts;
-    tool::LineReader lLines(lCounts);
-    SentenceList lList;
-    std::string lReason;
-    const auto lResult = SourceReader(lAddress, lSource, lLines, lReading.mStopper, lReading).run(lList, &lReason);
-    EXPECT_EQ(lResult, lCase.mResult);
-    EXPECT_EQ(lReading.mTold + (lResult == SourceReader::UNREADABLE ? lReason : ""), lCase.mpTold);
-    EXPECT_EQ(lList.mSentences, std::vector<std::string>(lCase.mSentences, "$GPGLL,,,,,,V,N*64"));
-    EXPECT_EQ(lCounts.get(tool::LINE_CUT), lCase.mCut);
-  }
 }
 
 }  // namespace
