@@ -61,15 +61,10 @@ std::vector<Leg> driven(const SimulatorOptions& nOptions, unsigned int nSeconds)
   return lLegs;
 }
 
-double degreesOf(double nAngle) {
-  const double lDegrees = std::trunc(nAngle / 100.0);
-  return lDegrees + (nAngle - lDegrees * 100.0) / 60.0;
-}
-
 double metresBetween(const VehicleState& nTruth, double nLatitude, double nLongitude) {
-  const double lNorth = toRadians(degreesOf(nLatitude) - nTruth.mLatitude);
-  const double lEast = toRadians(degreesOf(nLongitude) - nTruth.mLongitude) * std::cos(toRadians(nTruth.mLatitude));
-  return std::hypot(lNorth, lEast) * EARTH_RADIUS;
+  const double lNorth = nLatitude - toSentenceAngle(nTruth.mLatitude);  // minutes of arc
+  const double lEast = (nLongitude - toSentenceAngle(nTruth.mLongitude)) * std::cos(toRadians(nTruth.mLatitude));
+  return std::hypot(lNorth, lEast) * 1852.0;
 }
 
 /// What a listener would get of it.

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <nlohmann/json.hpp>
 
 #include "Intake.h"
 #include "LineReader.h"
@@ -99,29 +98,23 @@ TEST_F(Fault, aFullMediumIsTold) {
   EXPECT_EQ(lRun.mOutput.find(" 0 refused, 0 failed"), std::string::npos) << lRun.mOutput;
 }
 
-const char* const STICK = "/media/stick";
-
-// The sentences that the run shows are the test's clock.
-std::string awaitRecording(ToolRun& nRun) {
-  for (int i = 0; i < 5000; ++i) {
-    if (nRun.readLine().empty()) break;
-    for (const auto& lEntry : std::filesystem::directory_iterator(STICK)) return lEntry.path();
-  }
-  return {};
-}
-
 TEST_F(Fault, recordsWhileTheStickIsThere) {
   const std::string lRefusal = nfwtest::enterMountNamespace();
   if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
-  std::filesystem::create_directory("/media");
+  const char* const STICK = "/media/stick";
+  fs::create_directory("/media");
   ASSERT_EQ(mount("none", "/media", "tmpfs", 0, nullptr), 0) << strerror(errno);
-  std::filesystem::create_directory(STICK);
+  fs::create_directory(STICK);
 
   ToolRun lRun(
       {"sim", "--record-on", "stick", "--format", "nmea", "--systems", "gps", "--speed", "20", "--log-level", "0"});
   ASSERT_NE(lRun.readLine(), "");
   ASSERT_EQ(mount("none", STICK, "tmpfs", 0, nullptr), 0) << strerror(errno);
-  const std::string lFile = awaitRecording(lRun);
+  std::string lFile;
+  for (int i = 0; i < 5000 && lFile.empty(); ++i) {  // the sentences that the run shows are the test's clock
+    ASSERT_NE(lRun.readLine(), "");
+    for (const auto& lEntry : fs::directory_iterator(STICK)) lFile = lEntry.path();
+  }
   ASSERT_NE(lFile, "");
   for (int i = 0; i < 60; ++i) ASSERT_NE(lRun.readLine(), "");
   std::ifstream lRecording(lFile, std::ios::binary);  // seen also when the stick is gone

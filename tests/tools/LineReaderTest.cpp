@@ -45,28 +45,21 @@ class Reading : private SentenceSink {
   LineReader mReader;
 };
 
-std::string simulatedStream(int nEpochs) {
-  drive::Simulator lSimulator({});
+std::string simulatedStream() {
   std::string lStream;
-  std::string lEpoch;
-  for (int i = 0; i < nEpochs; ++i) {
-    lSimulator.writeEpoch(&lEpoch);
-    lStream += lEpoch;
-  }
+  drive::Simulator({}).writeEpoch(&lStream);
   return lStream;
 }
 
-struct Case {
-  const char* mpName;
-  std::string mText;
-  Sentences mSentences;
-  Verdicts mVerdicts;
-  bool mIsJudged = true;
-};
-
 TEST(LineReader, judgesEachPieceOnce) {
   const std::string lLong(300, 'A'), lLongest = "$GPGLL" + std::string(LineReader::MAX_SENTENCE - 6, 'A');
-  const Case CASES[] = {
+  const struct {
+    const char* mpName;
+    std::string mText;
+    Sentences mSentences;
+    Verdicts mVerdicts;
+    bool mIsJudged = true;
+  } CASES[] = {
       {"nothing", "", {}, {}},
       {"line ends only", "\r\n\n\r\r\n", {}, {}},
       {"every line end", GLL + "\r" + GLL + "\n" + GLL + "\r\n", {GLL, GLL, GLL}, {{LINE_CHECKED, 3}}},
@@ -99,7 +92,7 @@ TEST(LineReader, judgesEachPieceOnce) {
        {{LINE_CHECKED, 1}, {LINE_UNCHECKED, 2}, {LINE_BINARY, 1}, {LINE_CUT, 1}},
        false},
   };
-  for (const Case& lCase : CASES) {
+  for (const auto& lCase : CASES) {
     SCOPED_TRACE(lCase.mpName);
     Reading lReading(lCase.mIsJudged);
     lReading.feed(lCase.mText).finish();
@@ -109,7 +102,7 @@ TEST(LineReader, judgesEachPieceOnce) {
 }
 
 TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt) {
-  const std::string lStream = simulatedStream(1);
+  const std::string lStream = simulatedStream();
   Reading lWhole;
   lWhole.feed(lStream).finish();
   for (size_t i = 0; i <= lStream.size(); ++i) {
@@ -129,7 +122,7 @@ TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt
 
 TEST(LineReader, aSpoiltByteNeverInventsASentence) {
   const std::string lBefore = GLL + "\n";  // from here on the source is known to send checksums
-  const std::string lStream = simulatedStream(1);
+  const std::string lStream = simulatedStream();
   Reading lWhole;
   lWhole.feed(lStream).finish();
   Sentences lGood = lWhole.mSentences;
