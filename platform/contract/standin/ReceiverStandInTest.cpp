@@ -203,27 +203,9 @@ std::string withCheckSum(const std::string& nBody) {
   return "$" + nBody + lText;
 }
 
-// The origin of the survey of Japan, in both systems.
-TEST(ReceiverStandIn, TheOtherSystemHasItsPositionsMoved) {
-  const auto lDegrees = [](const GPS_COORDINATE& n) { return n.degree + n.minute / 60.0; };
-  Listener lWgs84, lTokyo(TOKYO_GPS);
-  Receiver lReceiver;
-  lReceiver.start();
-  const std::string lSentence = withCheckSum("GPGGA,000001,3539.48595,N,13944.48126,E,1,08,1.01,25.0,M,37.0,M,,");
-  for (const std::string& lText : {lSentence, RMC, VTG, GSA, GSV_3, GLL}) take(lReceiver, lText);
-  lReceiver.drain();
-  EXPECT_EQ(lSentence, lWgs84.mNotes[0]);
-  for (const Listener* const lpEach : {&lWgs84, &lTokyo}) {
-    const bool lIsTokyo = lpEach == &lTokyo;
-    EXPECT_EQ("six", lpEach->mNotes.back());
-    EXPECT_NEAR(35 + 39.0 / 60 + (lIsTokyo ? 17.515 : 29.157) / 3600, lDegrees(lpEach->mGga.latitude), 5e-5);
-    EXPECT_NEAR(139 + 44.0 / 60 + (lIsTokyo ? 40.502 : 28.876) / 3600, lDegrees(lpEach->mGga.longitude), 5e-5);
-    EXPECT_EQ(25.0, lpEach->mGga.altitude);
-  }
-}
-
-// What is moved, and how it is written: as wide as it was, carried from minutes to degrees, over the zero meridian.
-TEST(ReceiverStandIn, TheOtherSystemHasItsTextsRewritten) {
+// What is moved, as the origin of the survey of Japan is, and how it is written: as wide as it was, carried from
+// minutes to degrees, over the zero meridian.
+TEST(ReceiverStandIn, TheOtherSystemHasItsTextsAndRecordsMoved) {
   const struct {
     const char *mpWgs84, *mpTokyo;
   } CASES[] = {
@@ -240,16 +222,22 @@ TEST(ReceiverStandIn, TheOtherSystemHasItsTextsRewritten) {
       {"GPGGA,083559.00,3539.48,X,13944.48,E,0,00,99.99,,,,,,", nullptr},
       {"GPVTG,77.52,T,,M,0.004,N,0.008,K,A", nullptr},
       {"GPGLL,3539.48", nullptr},
+      {"GPGGA,000001,3539.48595,N,13944.48126,E,1,08,1.01,25.0,M,37.0,M,,",
+       "GPGGA,000001,3539.29222,N,13944.67364,E,1,08,1.01,25.0,M,37.0,M,,"},
   };
-  Listener lTokyo(TOKYO_GPS);
+  Listener lWgs84, lTokyo(TOKYO_GPS);
   Receiver lReceiver;
   lReceiver.start();
   for (const auto& lCase : CASES) {
     take(lReceiver, withCheckSum(lCase.mpWgs84) + "\r\n");
     lReceiver.drain();
+    EXPECT_EQ(withCheckSum(lCase.mpWgs84) + "\r\n", lWgs84.mNotes[0]);
     EXPECT_EQ(withCheckSum(lCase.mpTokyo != nullptr ? lCase.mpTokyo : lCase.mpWgs84) + "\r\n", lTokyo.mNotes[0]);
-    lTokyo.mNotes.clear();
+    EXPECT_EQ(lWgs84.mNotes.size(), lTokyo.mNotes.size()) << "records as well";
+    lWgs84.mNotes.clear(), lTokyo.mNotes.clear();
   }
+  EXPECT_NEAR(39.4859, lWgs84.mGga.latitude.minute, 1e-9);
+  EXPECT_NEAR(39.2922, lTokyo.mGga.latitude.minute, 1e-9);
   take(lReceiver, "$GPGLL,3600.0961,N,13959.8961,E");
   lReceiver.drain();
   EXPECT_EQ("$GPGLL,3559.9043,N,14000.0907,E", lTokyo.mNotes[0]) << "no checksum where there was none";
