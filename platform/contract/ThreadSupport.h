@@ -103,6 +103,14 @@ class JudgeBy : public Judgement {
   std::function<bool(int, utl::ThreadRawMsg&)> mRule;
 };
 
+/// Starts with a listener, and the time to wait for it.
+inline int start(utl::MsgDrivenThread& nThread, utl::ThreadMsgListener* npListener, unsigned int nMs = LIMIT_MS) {
+  return nThread.start(npListener, 1, nMs, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+}
+inline int start(utl::MsgDrivenSharedThread& nThread) {
+  return nThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+}
+
 struct Sizes {
   unsigned int mData = 64, mNum = 256, mTimers = 4;
 };
@@ -115,9 +123,9 @@ struct UnderTest {
       : mThread(n.mData, n.mNum, none<Self>()..., "nfw::Contract_Thread", n.mTimers) {}
   int start() {
     if constexpr (sizeof...(Self) > 0) {
-      return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+      return contract::start(mThread);
     } else {
-      return mThread.start(&mRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+      return contract::start(mThread, &mRecorder);
     }
   }
   template <class M>

@@ -5,10 +5,7 @@
 #include <climits>
 #include <cstdlib>
 #include <new>
-#include <set>
-#include <string>
 
-#include "KernelName.h"
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
 #include "TimerIds.h"
@@ -106,21 +103,6 @@ TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
   EXPECT_EQ(mThread.mRecorder.ids(), (Ids{1, T + 1, 2, 3, 4}));
 }
 
-TEST_F(ManualTimers, TimedWaitsFollowTheClock) {
-  utl::Event lNever(false), lIsBack(false);
-  std::thread lWaiter([&] {
-    EXPECT_FALSE(lNever.waitToOn(30000));
-    lIsBack.on();
-  });
-  mClock.advance(29999);
-  EXPECT_FALSE(lIsBack.isOn());
-  EXPECT_TRUE(eventually([&] {  // the waiter may have begun only now
-    mClock.advance(1000);
-    return lIsBack.isOn();
-  }));
-  lWaiter.join();
-}
-
 TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
   seams::ManualClock lClock(0xFFFFFFFDu);
   OwnThread lThread;
@@ -143,7 +125,7 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
     void receiveMsg(int, utl::ThreadRawMsg&) override {}
   } lListener;
   utl::MsgDrivenThread lThread(16, 8, "nfw::Memory_Thread", 2);
-  ASSERT_EQ(lThread.start(&lListener, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  ASSERT_EQ(start(lThread, &lListener), 0);
   unsigned int lWarm = 0;
   for (int i = 0; i < 200; ++i) {
     if (i == 100) lWarm = gNews;
@@ -193,7 +175,7 @@ TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   EXPECT_EQ(gNews, lBefore) << "what was given back takes no room";
 }
 
-TEST(KernelName, FitsAndTellsTheThreadsApart) {
+TEST(KernelName, FitsTellsTheThreadsApartAndIsGivenWhetherOrNotTheHostMayHaveRealTime) {
   const std::pair<const char*, const char*> ROWS[] = {
       {"", ""},
       {"nfw::Logger_Thread", "Logger"},
@@ -204,25 +186,19 @@ TEST(KernelName, FitsAndTellsTheThreadsApart) {
       {"0000002A_nfw::LogPlayDataDispatcher_Thread", "0000002A_~tcher"},
       {"0000002B_nfw::LogPlayDataDispatcher_Thread", "0000002B_~tcher"},
   };
-  std::set<std::string> lSeen;
   for (const auto& [lpName, lpShort] : ROWS) {
-    EXPECT_STREQ(utl::KernelName(lpName).get(), lpShort);
-    EXPECT_TRUE(lSeen.insert(utl::KernelName(lpName).get()).second) << lpName;
+    Recorder lRecorder;
+    utl::MsgDrivenThread lThread(4, 4, lpName, 1);
+    threadhost::setRealTimePriorities(true);
+    EXPECT_EQ(start(lThread, &lRecorder), 0);
+    threadhost::setRealTimePriorities(false);
+    lRecorder.mOnMsg = [lpShort = lpShort](int, utl::ThreadRawMsg&) {
+      char lName[16] = "";
+      pthread_getname_np(pthread_self(), lName, sizeof lName);
+      EXPECT_STREQ(lName, lpShort);
+    };
+    EXPECT_TRUE(lThread.sendMsgSync(1));
   }
-}
-
-TEST(KernelName, IsGivenToTheThreadWhetherOrNotTheHostMayHaveRealTime) {
-  threadhost::setRealTimePriorities(true);
-  OwnThread lThread;
-  EXPECT_EQ(lThread.start(), 0);
-  threadhost::setRealTimePriorities(false);
-  lThread.mRecorder.mOnMsg = [](int, utl::ThreadRawMsg&) {
-    char lName[16] = "";
-    pthread_getname_np(pthread_self(), lName, sizeof lName);
-    EXPECT_STREQ(lName, "Contract");
-  };
-  EXPECT_TRUE(lThread.send(1));
-  EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), 0);
 }
 
 /// Asks the thread while it is asked to store its fields.
@@ -268,7 +244,7 @@ TEST(Leaving, AHandlerMayDestroyItsOwnThread) {
     delete lpThread;
     lIsGone.on();
   };
-  ASSERT_EQ(lpThread->start(&lRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  ASSERT_EQ(start(*lpThread, &lRecorder), 0);
   EXPECT_TRUE(lpThread->postMsg(1));
   EXPECT_TRUE(lIsGone.waitToOn(LIMIT_MS));
   EXPECT_TRUE(lRecorder.await(1));
