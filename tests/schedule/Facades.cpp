@@ -63,12 +63,13 @@ void writeLogs() {
   unsigned char lBytes[60] = {};
   for (int i = 1; i <= 6; ++i) {
     const unsigned int lTime = static_cast<unsigned int>(i) * 20;
-    lText += record(GNSS_ID, lTime, "$GPTXT,T," + std::to_string(i) + ",\r\n");
+    lText += nfwtest::logRecord(GNSS_ID, lTime, "$GPTXT,T," + std::to_string(i) + ",\r\n");
     const std::string lSentence = "$GPVTG," + std::to_string(i) + ".52,T,76.50,M,0.004,N,0.008,K,A*2c\r\n";
     const int lSize = nfw::NmeaBinaryLogDataVersion1().convertFromNmeaSentence(
         reinterpret_cast<const unsigned char*>(lSentence.data()), static_cast<unsigned int>(lSentence.size()), lBytes,
         sizeof lBytes);
-    lSensor += sensorRecord(0, lTime, std::string(reinterpret_cast<char*>(lBytes), static_cast<size_t>(lSize)));
+    lSensor +=
+        nfwtest::sensorRecord(0, 1, lTime, std::string(reinterpret_cast<char*>(lBytes), static_cast<size_t>(lSize)));
   }
   writeFile("text", lText);
   writeFile("sensor", lSensor);

@@ -32,12 +32,16 @@ const schedule::Scenario SCENARIOS[] = {
 
 }  // namespace
 
-void startLogs() {
+void sizeLogs(unsigned int nBuffer, unsigned int nFile, unsigned int nField) {
   nfw::Logger::initializeMaxPlayerNum(2);
-  nfw::Logger::initializeMaxLogTypeNum(2);
-  nfw::Logger::initializeMaxLogFieldSize(300);
-  nfw::Logger::initializeLogBufferSize(20000);
-  nfw::Logger::initializeMaxLogFileSize(100000);
+  nfw::Logger::initializeMaxLogTypeNum(3);
+  nfw::Logger::initializeMaxLogFieldSize(nField);
+  nfw::Logger::initializeLogBufferSize(nBuffer);
+  nfw::Logger::initializeMaxLogFileSize(nFile);
+}
+
+void startLogs() {
+  sizeLogs(20000, 100000, 300);
   schedule::require(nfw::Logger::get()->initialize() && nfw::SensorSysLoggerManager::get()->initialize(),
                     "the logs start");
 }
