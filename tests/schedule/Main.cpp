@@ -18,7 +18,7 @@ class LogInTrace : public syslogservice::Sink {
 };
 
 const schedule::Scenario SCENARIOS[] = {
-    {"components", &components, {12486}},
+    {"components", &components, {19186}},
     {"gate", &gate, {}},
     {"listeners", &listeners, {}},
     {"facades", &facades, {}},
