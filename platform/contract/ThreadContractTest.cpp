@@ -23,8 +23,7 @@ class ThreadContract : public testing::Test {
   /// From here on messages stay in the queue until drain().
   void hold(const Sizes& nSizes = {}) {
     start(nSizes);
-    ASSERT_TRUE(mpThread->post(Recorder::HOLD));
-    ASSERT_TRUE(recorder().awaitHeld());
+    ASSERT_TRUE(mpThread->hold());
   }
   Ids drain() {
     recorder().release();
@@ -100,25 +99,17 @@ TYPED_TEST(ThreadContract, SizesUpToTheStatedOneArePassedOnWhole) {
   }
 }
 
-TYPED_TEST(ThreadContract, PostedMessagesAreHandledInOrderUpToTheLengthOfTheQueue) {
+TYPED_TEST(ThreadContract, PostedMessagesAreHandledInOrderUpToTheLengthOfTheQueueAndSynchronousOnesBeyondIt) {
   for (const unsigned int lSize : {16u, 300u, 2000u}) {
     this->hold({lSize, 5, 0});
     for (int i = 1; i <= 5; ++i) EXPECT_TRUE(this->mpThread->post(BytesMsg(i, i == 5 ? 1 : lSize)));
-    for (const unsigned int lAnother : {1u, lSize}) EXPECT_FALSE(this->mpThread->post(BytesMsg(6, lAnother))) << "full";
-    EXPECT_EQ(this->drain(), (Ids{1, 2, 3, 4, 5}));
+    for (const unsigned int lAnother : {1u, lSize}) EXPECT_FALSE(this->mpThread->post(BytesMsg(7, lAnother))) << "full";
+    std::thread lSender([&] { EXPECT_TRUE(this->mpThread->send(BytesMsg(6, lSize))); });
+    EXPECT_TRUE(eventually([&] { return this->mpThread->has(6); }));
+    EXPECT_FALSE(this->mpThread->post(7));
+    EXPECT_EQ(this->drain(), (Ids{1, 2, 3, 4, 5, 6}));
+    lSender.join();
   }
-}
-
-TYPED_TEST(ThreadContract, SynchronousSendsFindAPlaceInAFullQueueAndWaitTheirTurn) {
-  this->hold({16, 2, 0});
-  EXPECT_TRUE(this->mpThread->post(1));
-  EXPECT_TRUE(this->mpThread->post(2));
-  std::thread lSender([&] { EXPECT_TRUE(this->mpThread->send(3)); });
-  EXPECT_TRUE(eventually([&] { return this->mpThread->has(3); }));
-  EXPECT_FALSE(this->mpThread->post(4));
-  this->recorder().release();
-  lSender.join();
-  EXPECT_EQ(this->recorder().ids(), (Ids{1, 2, 3}));
 }
 
 TYPED_TEST(ThreadContract, InterruptsOvertakeAllMessagesButNotEachOther) {

@@ -43,6 +43,16 @@ class BytesMsg : public utl::Msg {
   std::vector<unsigned char> mBytes;
 };
 
+/// A message that stores what the rule does.
+class StoreBy : public utl::Msg {
+ public:
+  StoreBy(int nId, std::function<bool(utl::MsgDataBroker&)> nRule) : Msg(nId), mRule(std::move(nRule)) {}
+  bool storeDataTo(utl::MsgDataBroker& nBroker) const override { return mRule(nBroker); }
+
+ private:
+  std::function<bool(utl::MsgDataBroker&)> mRule;
+};
+
 /// Notes the ids of its messages and the parameters of its timers. The message HOLD keeps its thread until release().
 class Recorder : public utl::ThreadMsgListener {
  public:
@@ -132,6 +142,7 @@ struct UnderTest {
   bool post(const M& nMsg) {
     return mThread.postMsg(self<Self>()..., nMsg);
   }
+  bool hold() { return post(Recorder::HOLD) && mRecorder.awaitHeld(); }
   template <class M>
   bool send(const M& nMsg) {
     return mThread.sendMsgSync(self<Self>()..., nMsg);

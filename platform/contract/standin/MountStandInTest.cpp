@@ -1,6 +1,7 @@
 // What the mount stand-in makes of mount tables and of sysfs, on a fixture tree.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -39,7 +40,7 @@ class Recorder : public ZTSMountListener, public nfwtest::Notes {
   ZTSMountDef::ST_MNT_MOUNT_INFO mLast{};
 };
 
-bool gIsReadable = true;
+std::atomic<bool> gIsReadable{true};
 std::mutex gSilence;  // held while a medium does not answer
 
 class MountTables : public testing::Test {
@@ -63,7 +64,10 @@ class MountTables : public testing::Test {
     mTree.link("../../devices/usb1/1-7/block/sdb/sdb1", "sys/class/block/sdb1");
     gIsReadable = true;
     mOptions.mpSysRoot = mSysRoot.c_str();
-    mOptions.mpIsReadable = [](const char*) { return gIsReadable; };
+    mOptions.mpIsReadable = [](const char*) {
+      const std::lock_guard<std::mutex> lSilence(gSilence);
+      return gIsReadable.load();
+    };
     mpSource.reset(new mounthost::MountTableSource(mOptions));
     EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&mRecorder));
   }
@@ -101,21 +105,16 @@ const string LONG_POINT = "/media/" + string(57, 'x');
 // A medium that does not answer is left alone, told as unreadable, and told again when it answers.
 TEST_F(MountTables, WaitForNoMediumLongerThanTheLimit) {
   mOptions.mAnswerMs = 20;
-  mOptions.mpIsReadable = [](const char*) {
-    const std::lock_guard<std::mutex> lSilence(gSilence);
-    return true;
-  };
+  mpSource.reset(new mounthost::MountTableSource(mOptions));
   std::unique_lock<std::mutex> lSilence(gSilence);
-  mounthost::MountTableSource lSource(mOptions);
-  lSource.update(STICK);
-  EXPECT_EQ((Told{"1 2 6 sda1 /media/a stick"}), mRecorder.take());
-  EXPECT_TRUE(lSource.hasDevices());
-  lSource.checkDevices();
+  EXPECT_EQ((Told{"1 2 6 sda1 /media/a stick"}), told(STICK));
+  EXPECT_TRUE(mpSource->hasDevices());
+  mpSource->checkDevices();
   EXPECT_EQ(Told(), mRecorder.take());
   lSilence.unlock();
   Told lTold;
   EXPECT_TRUE(nfwtest::eventually([&] {
-    lSource.checkDevices();
+    mpSource->checkDevices();
     return !(lTold = mRecorder.take()).empty();
   }));
   EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), lTold);

@@ -90,8 +90,7 @@ TEST_F(ManualTimers, CountedOnesStopAndEndlessOnesMergeWhatTheyMissed) {
 }
 
 TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
-  EXPECT_TRUE(mThread.post(Recorder::HOLD));
-  EXPECT_TRUE(mThread.mRecorder.awaitHeld());
+  EXPECT_TRUE(mThread.hold());
   EXPECT_NE(mThread.timer(10, 0, 1), -1);
   EXPECT_TRUE(mThread.post(1));
   mClock.advance(10);
@@ -137,18 +136,14 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
 }
 
 TEST(Messages, ThatDoNotFitAreRefusedWhateverTheyGoOnToStore) {
-  struct Stubborn : utl::Msg {
-    Stubborn() : Msg(1) {}
-    bool storeDataTo(utl::MsgDataBroker& n) const override {
-      const char lBytes[200] = "";
-      EXPECT_TRUE(n.write(true));
-      EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
-      return true;
-    }
-  };
   OwnThread lThread({16, 4, 0});
   ASSERT_EQ(lThread.start(), 0);
-  lThread.send(Stubborn());
+  lThread.send(StoreBy(1, [](utl::MsgDataBroker& n) {
+    const char lBytes[200] = "";
+    EXPECT_TRUE(n.write(true));
+    EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
+    return true;
+  }));
   EXPECT_TRUE(lThread.send(2));
 }
 
@@ -201,25 +196,14 @@ TEST(KernelName, FitsTellsTheThreadsApartAndIsGivenWhetherOrNotTheHostMayHaveRea
   }
 }
 
-/// Asks the thread while it is asked to store its fields.
-class CuriousMsg : public utl::Msg {
- public:
-  explicit CuriousMsg(utl::MsgDrivenThread& nThread) : Msg(1), mThread(nThread) {}
-  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
-    const std::vector<char> lBytes(2000);
-    return nBroker.writeChars(lBytes.data(), 2000) && !mThread.hasMsg(77) && mThread.setTimer(60000, 1, 0) > 0;
-  }
-
- private:
-  utl::MsgDrivenThread& mThread;
-};
-
 TEST(CallsOutward, AreMadeWithoutTheLock) {
   OwnThread lThread({2000, 8, 0});
   ASSERT_EQ(lThread.start(), 0);
-  EXPECT_TRUE(lThread.send(CuriousMsg(lThread.mThread)));
-  EXPECT_TRUE(lThread.post(Recorder::HOLD));
-  EXPECT_TRUE(lThread.mRecorder.awaitHeld());
+  EXPECT_TRUE(lThread.send(StoreBy(1, [&](utl::MsgDataBroker& n) {
+    const std::vector<char> lBytes(2000);
+    return n.writeChars(lBytes.data(), 2000) && !lThread.has(77) && lThread.timer(60000, 1, 0) > 0;
+  })));
+  EXPECT_TRUE(lThread.hold());
   EXPECT_TRUE(lThread.post(1));
   JudgeBy lPosting([&](int nId, utl::ThreadRawMsg&) {
     std::thread([&] { EXPECT_TRUE(lThread.post(2)); }).join();  // others go on meanwhile

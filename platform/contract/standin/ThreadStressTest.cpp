@@ -38,17 +38,12 @@ class Checker : public utl::ThreadMsgListener {
 };
 
 /// A number and ballast: small ones, and some that take a slot before they are queued.
-class NumberMsg : public utl::Msg {
- public:
-  NumberMsg(int nId, unsigned int nNumber) : Msg(nId), mNumber(nNumber) {}
-  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
-    static const char BALLAST[1500] = "";
-    return nBroker.write(mNumber) && nBroker.writeChars(BALLAST, mNumber % 3 == 0 ? sizeof BALLAST : 4);
-  }
-
- private:
-  unsigned int mNumber;
-};
+StoreBy numberMsg(int nId, unsigned int nNumber) {
+  static const char BALLAST[1500] = "";
+  return {nId, [nNumber](utl::MsgDataBroker& n) {
+            return n.write(nNumber) && n.writeChars(BALLAST, nNumber % 3 == 0 ? sizeof BALLAST : 4);
+          }};
+}
 
 TEST(Stress, NothingIsLostDoubledOrMixedUp) {
   Checker lChecker, lOther;
@@ -64,11 +59,11 @@ TEST(Stress, NothingIsLostDoubledOrMixedUp) {
   };
   const auto lCount = [&lTaken](int nKind, bool nIsTaken) { lTaken[static_cast<size_t>(nKind)] += nIsTaken ? 1 : 0; };
   for (int i = 0; i < POSTERS; ++i) {
-    lWork([&, i](unsigned int n) { lCount(i, lThread.postMsg(&lChecker, NumberMsg(i, n))); });
+    lWork([&, i](unsigned int n) { lCount(i, lThread.postMsg(&lChecker, numberMsg(i, n))); });
   }
-  lWork([&](unsigned int n) { lCount(SYNC, lThread.sendMsgSync(&lChecker, NumberMsg(SYNC, n))); });
-  lWork([&](unsigned int n) { lCount(INTERRUPT, lThread.sendMsgInterrupt(&lChecker, NumberMsg(INTERRUPT, n))); });
-  lWork([&](unsigned int n) { lCount(DOOMED, lThread.postMsg(&lOther, NumberMsg(DOOMED, n))); });
+  lWork([&](unsigned int n) { lCount(SYNC, lThread.sendMsgSync(&lChecker, numberMsg(SYNC, n))); });
+  lWork([&](unsigned int n) { lCount(INTERRUPT, lThread.sendMsgInterrupt(&lChecker, numberMsg(INTERRUPT, n))); });
+  lWork([&](unsigned int n) { lCount(DOOMED, lThread.postMsg(&lOther, numberMsg(DOOMED, n))); });
   lWork([&](unsigned int n) {
     JudgeBy lJudge([](int nId, utl::ThreadRawMsg&) { return nId == DOOMED; });
     lErased += n % 2 == 0 ? lThread.eraseMsg(&lOther, DOOMED) : lThread.eraseMsgInternal(&lOther, &lJudge);
@@ -83,7 +78,7 @@ TEST(Stress, NothingIsLostDoubledOrMixedUp) {
   for (int i = 0; i < RESTARTS; ++i) {
     EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
     EXPECT_EQ(start(lThread), 0);
-    const bool lIsHandled = lThread.sendMsgSync(&lChecker, NumberMsg(SYNC, 1));
+    const bool lIsHandled = lThread.sendMsgSync(&lChecker, numberMsg(SYNC, 1));
     lCount(SYNC, lIsHandled);
     EXPECT_TRUE(lIsHandled);
   }
