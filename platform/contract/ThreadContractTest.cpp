@@ -196,8 +196,7 @@ TYPED_TEST(ThreadContract, AHandlerCanNeitherWaitForItsThreadNorStopIt) {
   TypeParam& lThread = *this->mpThread;
   this->recorder().mOnMsg = [&](int nId, utl::ThreadRawMsg&) {
     if (nId != 1) return;
-    EXPECT_FALSE(lThread.send(2));
-    EXPECT_FALSE(lThread.interrupt(2));
+    EXPECT_FALSE(lThread.send(2) || lThread.interrupt(2));
     EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), -1);
     EXPECT_TRUE(lThread.post(3));
     EXPECT_EQ(lThread.erase(3), 1u);
@@ -347,8 +346,7 @@ class SharedContract : public testing::Test {
 };
 
 TEST_F(SharedContract, DeliversToTheListenerGivenAndNeverToNone) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, 1));
-  EXPECT_TRUE(mThread.postMsg(&mSecond, 2));
+  EXPECT_TRUE(mThread.postMsg(&mFirst, 1) && mThread.postMsg(&mSecond, 2));
   EXPECT_NE(mThread.setTimer(&mFirst, 0, 1, 3), -1);
   EXPECT_TRUE(mThread.sendMsgSync(&mSecond, 4));
   EXPECT_EQ(mFirst.ids(), (Ids{1, Recorder::TIMER + 3}));
@@ -360,8 +358,7 @@ TEST_F(SharedContract, DeliversToTheListenerGivenAndNeverToNone) {
 }
 
 TEST_F(SharedContract, QueriesAndErasingSeeOneListenersMessages) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD));
-  EXPECT_TRUE(mFirst.awaitHeld());
+  ASSERT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD) && mFirst.awaitHeld());
   for (Recorder* lpEach : {&mFirst, &mSecond}) EXPECT_TRUE(mThread.postMsg(lpEach, 1) && mThread.postMsg(lpEach, 2));
   JudgeBy lAll([](int nId, utl::ThreadRawMsg&) { return nId == 2; });
   EXPECT_EQ(mThread.eraseMsg(&mFirst, 1), 1u);
@@ -375,10 +372,8 @@ TEST_F(SharedContract, QueriesAndErasingSeeOneListenersMessages) {
 }
 
 TEST_F(SharedContract, AbortDropsMessagesAndTimersAndWaitsForTheRunningHandler) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD));
-  EXPECT_TRUE(mFirst.awaitHeld());
-  EXPECT_TRUE(mThread.postMsg(&mFirst, 1));
-  EXPECT_TRUE(mThread.postMsg(&mSecond, 2));
+  ASSERT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD) && mFirst.awaitHeld());
+  EXPECT_TRUE(mThread.postMsg(&mFirst, 1) && mThread.postMsg(&mSecond, 2));
   EXPECT_NE(mThread.setTimer(&mFirst, 0, 0, 1), -1);
   std::thread lSender([&] { EXPECT_FALSE(mThread.sendMsgSync(&mFirst, 3)); });
   EXPECT_TRUE(eventually([&] { return mThread.hasMsg(&mFirst, 3); }));

@@ -34,14 +34,14 @@ class Hearer : public nfw::NmeaDataListener, public nfw::DeadReckoningNmeaDataLi
   enum Phase { LIVE_ONLY, REPLAYING, STOPPING };
   void begin(Phase nPhase) {
     mPhase = nPhase;
-    if (nPhase == LIVE_ONLY) mIsReplayed = mIsText = false, mCount[SENSOR] = mCount[TEXT] = -1;
+    if (nPhase == LIVE_ONLY) mIsReplayed = mIsText = false, mOrder[SENSOR].begin(), mOrder[TEXT].begin();
   }
   Place mPlace;
 
  private:
   void hearLive(int nNumber) {
     schedule::require(mPhase != REPLAYING || !mIsReplayed, "live data is not heard between the records of a replay");
-    mLive.see(nNumber);
+    mOrder[LIVE].see(nNumber);
   }
   void hearReplay(Source nSource, int nNumber) {
     schedule::require(mPhase != LIVE_ONLY, "no record is heard when no replay runs");
@@ -49,13 +49,11 @@ class Hearer : public nfw::NmeaDataListener, public nfw::DeadReckoningNmeaDataLi
                       "the data log is heard in place of the sensor's");
     mIsReplayed = true;
     mIsText = nSource == TEXT;
-    schedule::require(nNumber > mCount[nSource], "a replay is heard in order");
-    mCount[nSource] = nNumber;
+    mOrder[nSource].see(nNumber);
   }
-  Ascending mLive{"live data"};
   Phase mPhase = LIVE_ONLY;
   bool mIsReplayed = false, mIsText = false;
-  int mCount[3] = {-1, -1, -1};
+  Ascending mOrder[3] = {Ascending("live data"), Ascending("the sensor log"), Ascending("the data log")};
 };
 
 void writeLogs() {

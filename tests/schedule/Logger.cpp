@@ -1,6 +1,8 @@
 // The data logger under four writers: rotation, backup, flush, a full disk, stop, restart, shutdown, destroy.
 #include <atomic>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -21,7 +23,8 @@ std::map<int, std::vector<int>> readRecords() {
   std::map<int, std::vector<int>> lRecords;
   for (const auto& lPath : lFiles) {
     size_t lRest = 0;
-    for (const auto& lEach : nfwtest::parseLogRecords(readFile(lPath), &lRest)) {
+    std::ifstream lFile(lPath, std::ios::binary);
+    for (const auto& lEach : nfwtest::parseLogRecords({std::istreambuf_iterator<char>(lFile), {}}, &lRest)) {
       lRecords[lEach.mId].push_back(std::stoi(lEach.mData));
     }
     schedule::require(lRest == 0, "records are whole");

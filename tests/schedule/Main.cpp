@@ -1,5 +1,4 @@
 #include <fstream>
-#include <iterator>
 
 #include "NfwAppLog.h"
 #include "NfwLogger.h"
@@ -49,11 +48,6 @@ void startLogs() {
 void endLogs() {
   nfw::SensorSysLoggerManager::destroy();
   nfw::Logger::destroy();
-}
-
-std::string readFile(const std::string& nPath) {
-  std::ifstream lFile(nPath, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(lFile), {});
 }
 
 void writeFile(const std::string& nPath, const std::string& nBytes) {

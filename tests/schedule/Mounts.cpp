@@ -54,7 +54,6 @@ void mounts() {
   for (Hearer& lEach : lHearers) lEach.mOnCall = [] {};
   for (int i = 0; i < 100 && !mounthost::tellUndelivered(); ++i) schedule::sleepMs(10);
   schedule::sleepMs(100);
-  Hearer lLate;
   const schedule::Within lWithin("the end of the manager", 30000);
   for (const Hearer& lEach : lHearers) {
     for (const char* const lpDrive : {"sda1", "sdb1"}) {

@@ -25,10 +25,9 @@ class Hearer : public nfw::LogPlayListener {
     mPlace.called("a play listener");
     schedule::require(!gIsOver, "no record is heard behind stopPlay()");
     schedule::require(nLogTypeId == mId && nSize == 1, "a listener hears its id");
-    if (mPlayback != gPlayback) mLast = -1;
+    if (mPlayback != gPlayback) mOrder.begin();
     mPlayback = gPlayback.load();
-    schedule::require(*npData > mLast, "records are heard in order");
-    mLast = *npData;
+    mOrder.see(*npData);
     act();
   }
   void come() {
@@ -47,7 +46,8 @@ class Hearer : public nfw::LogPlayListener {
     if (lWay == 2 || lWay == 3) gStopped = mPlayback, Logger::get()->stopPlay();
   }
   Place mPlace;
-  int mLast = -1, mPlayback = 0;
+  Ascending mOrder{"records are heard"};
+  int mPlayback = 0;
 };
 
 /// Is told of a playback in this order: start, end, stop; the end may be missing.

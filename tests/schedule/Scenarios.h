@@ -109,5 +109,4 @@ class Ascending {
 void sizeLogs(unsigned int nBuffer, unsigned int nFile, unsigned int nField = 100);
 void startLogs();  ///< both log services
 void endLogs();
-std::string readFile(const std::string& nPath);
 void writeFile(const std::string& nPath, const std::string& nBytes);

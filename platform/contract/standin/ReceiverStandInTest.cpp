@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "ParseNotes.h"
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
+#include "utl/Event.h"
 
 namespace {
 
@@ -62,21 +62,6 @@ class Listener : public GpsNmeaListener, public nfwtest::ParseNotes {
 
  private:
   void note(const std::string& nNote) { mNotes.push_back(nNote); }
-};
-
-/// Keeps the receiver's thread at its first text.
-struct Hold {
-  explicit Hold(Listener* npListener) {
-    npListener->mOnText = [this, npListener] {
-      if (npListener->mNotes.size() > 1) return;
-      mInside.set_value();
-      mGo.get_future().wait();
-    };
-  }
-  void awaitInside() { mInside.get_future().wait(); }
-  void release() { mGo.set_value(); }
-
-  std::promise<void> mInside, mGo;
 };
 
 using Notes = std::vector<std::string>;
@@ -154,7 +139,8 @@ TEST(ReceiverStandIn, RunsFromStartToStop) {
 TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
   const unsigned int PRODUCERS = 3, SENTENCES = 1000;
   Listener lListener;
-  Hold lHold(&lListener);
+  utl::Event lGo(false);
+  lListener.mOnText = [&lGo] { lGo.waitToOn(0); };
   Receiver lReceiver;
   lReceiver.start();
   std::atomic<unsigned int> lTaken{0};
@@ -166,10 +152,9 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
       }
     });
   }
-  lHold.awaitInside();
   EXPECT_TRUE(contract::eventually([&] { return lTaken >= Receiver::QUEUE_SIZE; }));
   EXPECT_EQ(Receiver::QUEUE_SIZE, lTaken);  // the one that is being handed on is one of them
-  lHold.release();
+  lGo.on();
   for (std::thread& lProducer : lProducers) lProducer.join();
   lReceiver.drain();
   unsigned int lNext[PRODUCERS] = {};
@@ -182,15 +167,15 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
 
 TEST(ReceiverStandIn, AStopLetsWaitingCallersGo) {
   Listener lListener;
-  Hold lHold(&lListener);
+  utl::Event lGo(false);
+  lListener.mOnText = [&lGo] { lGo.waitToOn(0); };
   Receiver lReceiver;
   lReceiver.start();
   for (unsigned int i = 0; i < Receiver::QUEUE_SIZE; ++i) take(lReceiver, "x");
-  lHold.awaitInside();
   std::thread lProducer([&] { EXPECT_FALSE(take(lReceiver, "late")); });
   std::thread lStopper([&] { lReceiver.stop(); });
   lProducer.join();  // whether the stop came before its wait or after it
-  lHold.release();
+  lGo.on();
   lStopper.join();
   EXPECT_EQ(Receiver::QUEUE_SIZE, lListener.mNotes.size());
 }
