@@ -259,8 +259,7 @@ TYPED_TEST(ThreadContract, AKilledTimerLeavesNoMessageBehind) {
   const int lOnce = this->mpThread->timer(0, 1, 1), lEndless = this->mpThread->timer(0, 0, 2);
   EXPECT_TRUE(this->mpThread->post(1));  // both have expired before it
   EXPECT_TRUE(this->mpThread->mThread.killTimer(lOnce, 1));
-  EXPECT_FALSE(this->mpThread->mThread.killTimer(lOnce, 1));
-  EXPECT_FALSE(this->mpThread->mThread.killTimer(-1, 1));
+  for (const int lGone : {lOnce, -1}) EXPECT_FALSE(this->mpThread->mThread.killTimer(lGone, 1));
   EXPECT_TRUE(this->mpThread->mThread.killTimer(lEndless, 1));
   EXPECT_EQ(this->drain(), Ids{1});
 }

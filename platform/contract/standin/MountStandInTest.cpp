@@ -112,12 +112,8 @@ TEST_F(MountTables, WaitForNoMediumLongerThanTheLimit) {
   mpSource->checkDevices();
   EXPECT_EQ(Told(), mRecorder.take());
   lSilence.unlock();
-  Told lTold;
-  EXPECT_TRUE(nfwtest::eventually([&] {
-    mpSource->checkDevices();
-    return !(lTold = mRecorder.take()).empty();
-  }));
-  EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), lTold);
+  EXPECT_TRUE(nfwtest::eventually([&] { return mRecorder.count() > 0; }, [&] { mpSource->checkDevices(); }));
+  EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), mRecorder.take());
 }
 
 TEST_F(MountTables, AreToldByTypePortAndEventAndNamedAsInSysfs) {

@@ -124,10 +124,8 @@ TEST(SysLogStandIn, ASinkIsLeftBeforeItIsReplaced) {
     EXPECT_EQ(&lOuter, syslogservice::setSink(&lInner));
     EXPECT_TRUE(lOuter.mIsOver);
   });
-  EXPECT_TRUE(contract::eventually([&] {  // lines of others go on
-    applog(30, 1, "a line");
-    return lInner.mCalls > 1;
-  }));
+  const auto lWriteOn = [] { applog(30, 1, "a line"); };  // lines of others go on
+  EXPECT_TRUE(contract::eventually([&] { return lInner.mCalls > 1; }, lWriteOn));
   lOuter.mGo.set_value();
   lWriter.join();
   lReplacer.join();

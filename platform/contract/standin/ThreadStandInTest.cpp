@@ -4,6 +4,7 @@
 #include <atomic>
 #include <climits>
 #include <cstdlib>
+#include <future>
 #include <new>
 
 #include "PlatformSeams.h"
@@ -100,6 +101,16 @@ TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
   mThread.mRecorder.release();
   EXPECT_TRUE(mThread.send(4));
   EXPECT_EQ(mThread.mRecorder.ids(), (Ids{1, T + 1, 2, 3, 4}));
+}
+
+TEST_F(ManualTimers, TimedWaitsFollowTheClock) {
+  utl::Event lNever(false);
+  auto lIsMet = std::async(std::launch::async, [&] { return lNever.waitToOn(30000); });
+  const auto lIsBack = [&] { return lIsMet.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
+  mClock.advance(29999);
+  EXPECT_FALSE(lIsBack());
+  EXPECT_TRUE(eventually(lIsBack, [&] { mClock.advance(1000); }));  // the waiter may have begun only now
+  EXPECT_FALSE(lIsMet.get());
 }
 
 TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
