@@ -1,13 +1,11 @@
 #include <limits>
 
-#include "BinaryLog.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
 #include "Positioning.h"
 
 namespace {
 
 using binarylog::Bytes;
-using binarylog::Converter;
+using binarylog::encode;
 using nfw::DeadReckoningNmeaSentence;
 using nfwtest::makeReport;
 using ZTSDeadReckoningDef::DRG_LOCATION_INFO;
@@ -26,11 +24,6 @@ std::string text(const nfw::NmeaSentenceData& nSlot) {
 
 class NmeaBinaryLogReport : public testing::Test {
  protected:
-  Bytes write(Converter& nConverter, const DRG_LOCATION_INFO& nInfo, unsigned int nRoom = MAX_SIZE) {
-    const std::unique_ptr<unsigned char[]> lpRecord(new unsigned char[nRoom]());
-    const int lSize = nConverter.convertFromDeadReckoningData(nInfo, lpRecord.get(), nRoom);
-    return {lpRecord.get(), lpRecord.get() + (lSize > 0 ? lSize : 0)};
-  }
   bool readBack(const Bytes& nRecord) {
     return mVersion1.convertToDeadReckoningNmeaSentence(nRecord.data(), static_cast<unsigned int>(nRecord.size()),
                                                         &mSet);
@@ -43,7 +36,7 @@ class NmeaBinaryLogReport : public testing::Test {
 };
 
 TEST_F(NmeaBinaryLogReport, BecomesOneRecordAndTheSentencesInIt) {
-  const Bytes lRecord = write(mVersion1, makeReport(1, 2));
+  const Bytes lRecord = encode(mVersion1, makeReport(1, 2));
   ASSERT_EQ(30u + 19 + 31 + 1 + 40 + 1 + 2 * 33 + 58, lRecord.size());
   ASSERT_TRUE(readBack(lRecord));
   EXPECT_EQ("$GPRMC,123519.250,A,4807.03800,S,01131.00000,E,22.400,84.40,230394,3.1,W,E*",
@@ -60,18 +53,18 @@ TEST_F(NmeaBinaryLogReport, BecomesOneRecordAndTheSentencesInIt) {
       "$PUBX,00,123519.250,4807.03800,N,01131.00000,W,545.400,RK,2.1,2.0,0.007,77.52,-0.007,4,0.92,1.19,0.77,9,1*",
       text(mSet.mPubx).substr(0, 106));
   EXPECT_EQ(std::vector<std::string>{}, mLog.texts());
-  EXPECT_EQ(30u + 19 + 31 + 1 + 28 + 1 + 2 * 29 + 58, write(mVersion0, makeReport(1, 2)).size());
+  EXPECT_EQ(30u + 19 + 31 + 1 + 28 + 1 + 2 * 29 + 58, encode(mVersion0, makeReport(1, 2)).size());
 }
 
 TEST_F(NmeaBinaryLogReport, TakesInNoMoreThanThereIsRoomForInASet) {
-  EXPECT_EQ(MAX_SIZE, write(mVersion1, makeReport(4, 32)).size());
-  EXPECT_EQ(write(mVersion1, makeReport(4, 32)), write(mVersion1, makeReport(5, 0xFFFFFFFF)));
+  EXPECT_EQ(MAX_SIZE, encode(mVersion1, makeReport(4, 32)).size());
+  EXPECT_EQ(encode(mVersion1, makeReport(4, 32)), encode(mVersion1, makeReport(5, 0xFFFFFFFF)));
   unsigned char lGsa[40] = {};
   EXPECT_EQ(40, mVersion1.convertFromDeadReckoningGsaData(makeReport(1, 0).gsa[0], 3, lGsa, 40));
   EXPECT_EQ((Bytes{70, 0, 0, 0, 44, 1, 0, 0}), Bytes(lGsa + 4, lGsa + 12));
 
   // A record that claims more is read past to what follows.
-  Bytes lRecord = write(mVersion1, makeReport(4, 32));
+  Bytes lRecord = encode(mVersion1, makeReport(4, 32));
   const Bytes lGsv(lRecord.begin() + 242, lRecord.begin() + 242 + 33);
   lRecord[241] = 34;
   lRecord.insert(lRecord.begin() + 242, lGsv.begin(), lGsv.end());
@@ -91,7 +84,7 @@ TEST_F(NmeaBinaryLogReport, StoresWhatDoesNotFitAsZero) {
   lInfo.gga.latitude = std::numeric_limits<double>::quiet_NaN();
   lInfo.vtg.courseTrue = 21474836.475;
   lInfo.vtg.courseMagnetic = -21474836.484;
-  const Bytes lRecord = write(mVersion1, lInfo);
+  const Bytes lRecord = encode(mVersion1, lInfo);
   ASSERT_EQ(30u + 19 + 31 + 1 + 1 + 58, lRecord.size());  // letters that are absent are no fault
   EXPECT_EQ((Bytes{0, 0, 0, 0, 0, 0, 0, 0x80}), Bytes(lRecord.begin() + 33, lRecord.begin() + 41));
   EXPECT_EQ((std::vector<std::string>{
@@ -103,30 +96,29 @@ TEST_F(NmeaBinaryLogReport, StoresWhatDoesNotFitAsZero) {
             mLog.texts());
   lInfo.vtg.mode = 'X';
   mLog.clear();
-  EXPECT_TRUE(write(mVersion1, lInfo).empty());
+  EXPECT_TRUE(encode(mVersion1, lInfo).empty());
   EXPECT_EQ(in("convertFromDeadReckoningData", "convertFromDeadReckoningVtgData Error"), mLog.texts().back());
 }
 
 TEST_F(NmeaBinaryLogReport, StaysInsideEveryBufferAndEveryCutRecord) {
   const DRG_LOCATION_INFO lInfo = makeReport(2, 2);
-  const Bytes lRecord = write(mVersion1, lInfo);
+  const Bytes lRecord = encode(mVersion1, lInfo);
   mLog.clear();
-  for (unsigned int i = 0; i < lRecord.size(); ++i) EXPECT_TRUE(write(mVersion1, lInfo, i).empty()) << i;
-  EXPECT_EQ(lRecord, write(mVersion1, lInfo, static_cast<unsigned int>(lRecord.size())));
+  for (unsigned int i = 0; i < lRecord.size(); ++i) EXPECT_TRUE(encode(mVersion1, lInfo, i).empty()) << i;
+  EXPECT_EQ(lRecord, encode(mVersion1, lInfo, static_cast<unsigned int>(lRecord.size())));
   EXPECT_EQ(-1, mVersion1.convertFromDeadReckoningData(lInfo, nullptr, MAX_SIZE));
   EXPECT_EQ(in("convertFromDeadReckoningData", "Argument Error"), mLog.texts().back());
 
-  const struct {
-    size_t mBegin;  // from this length on
-    const char* mpWords;
-  } LINES[] = {{0, "Argument Error"},          {1, "convertToRmcSentence Error"}, {30, "Vtg DataSize Error"},
-               {49, "Gga DataSize Error"},     {80, "GsaNum DataSize Error"},     {81, "Gsa DataSize Error"},
-               {161, "GsvNum DataSize Error"}, {162, "Gsv DataSize Error"},       {228, "Pubx DataSize Error"}};
+  // From these lengths on.
+  const std::pair<size_t, const char*> LINES[] = {
+      {0, "Argument Error"},          {1, "convertToRmcSentence Error"}, {30, "Vtg DataSize Error"},
+      {49, "Gga DataSize Error"},     {80, "GsaNum DataSize Error"},     {81, "Gsa DataSize Error"},
+      {161, "GsvNum DataSize Error"}, {162, "Gsv DataSize Error"},       {228, "Pubx DataSize Error"}};
   size_t lLine = 0;
   for (size_t i = 0; i < lRecord.size(); ++i) {
-    if (lLine + 1 < std::size(LINES) && i == LINES[lLine + 1].mBegin) ++lLine;
+    if (lLine + 1 < std::size(LINES) && i == LINES[lLine + 1].first) ++lLine;
     EXPECT_FALSE(readBack(Bytes(lRecord.begin(), lRecord.begin() + static_cast<long>(i))));
-    EXPECT_EQ(read(LINES[lLine].mpWords), mLog.texts().back()) << i;
+    EXPECT_EQ(read(LINES[lLine].second), mLog.texts().back()) << i;
   }
   Bytes lLonger = lRecord;
   lLonger.push_back(0);
