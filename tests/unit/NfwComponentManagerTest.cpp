@@ -8,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -22,6 +23,8 @@ using Notes = std::vector<std::string>;
 
 struct PhaseRow {
   const char* mpName;
+  int (nfw::Component::*mpRun)();
+  bool (nfw::Component::*mpIsComplete)() const;
   bool (nfw::ComponentManager::*mpDrive)();
   void (nfw::Component::*mpSetComplete)();
   void (nfw::ComponentManager::*mpReport)(nfw::Component*);
@@ -32,17 +35,20 @@ struct PhaseRow {
 using M = nfw::ComponentManager;
 using C = nfw::Component;
 const PhaseRow ROWS[] = {
-    {"pre", &M::initializeBeforeQuickBoot, &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete,
-     "initializeBeforeQuickBoot", "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot", 37},
-    {"initialize", &M::initializeAfterQuickBoot, &C::setInitializeComplete, &M::setInitializeComplete,
-     "initializeAfterQuickBoot", "onInitializeAfterQuickBoot", "setInitializeComplete", "Initialize", 47},
-    {"start", &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart", "setStartComplete", "Start",
-     42},
-    {"stop", &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop", "setStopComplete", "Stop", 41},
-    {"shutdown", &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete, "shutdown", "onShutdown",
-     "setShutdownComplete", "Shutdown", 45},
-    {"finalize", &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete, "finalize", "onFinalize",
-     "setFinalizeComplete", "Finalize", 45},
+    {"pre", &C::initializeBeforeQuickBoot, &C::isPreQuickBootComplete, &M::initializeBeforeQuickBoot,
+     &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete, "initializeBeforeQuickBoot",
+     "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot", 37},
+    {"initialize", &C::initializeAfterQuickBoot, &C::isInitializeComplete, &M::initializeAfterQuickBoot,
+     &C::setInitializeComplete, &M::setInitializeComplete, "initializeAfterQuickBoot", "onInitializeAfterQuickBoot",
+     "setInitializeComplete", "Initialize", 47},
+    {"start", &C::start, &C::isStartComplete, &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart",
+     "setStartComplete", "Start", 42},
+    {"stop", &C::stop, &C::isStopComplete, &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop",
+     "setStopComplete", "Stop", 41},
+    {"shutdown", &C::shutdown, &C::isShutdownComplete, &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete,
+     "shutdown", "onShutdown", "setShutdownComplete", "Shutdown", 45},
+    {"finalize", &C::finalize, &C::isFinalizeComplete, &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete,
+     "finalize", "onFinalize", "setFinalizeComplete", "Finalize", 45},
 };
 
 class ComponentManagerTest : public testing::Test {
@@ -64,9 +70,12 @@ class ComponentManagerTest : public testing::Test {
         : nfw::Component(npName), mTest(nTest), mResult(nResult) {}
     ~NotingComponent() override { mTest.note(std::string("~") + getComponentName()); }
 
+    bool mWasStopRequested = false;
+
    private:
     int call(int nPhase) {
       mTest.note(std::string(getComponentName()) + "." + ROWS[nPhase].mpName);
+      mWasStopRequested = isStopRequested();
       return mResult;
     }
     int initializeBeforeQuickBootImp() override { return call(0); }
@@ -142,6 +151,29 @@ class ComponentManagerTest : public testing::Test {
   std::unique_ptr<nfw::ComponentManager> mpManager{new nfw::ComponentManager(2)};
   std::atomic<nfw::ComponentManager*> mpAsked{mpManager.get()};  // null before it goes
 };
+
+TEST_F(ComponentManagerTest, EveryPhaseOfAComponentTellsItsResultAndCompletesAsItSays) {
+  const std::tuple<int, bool, std::string> RESULTS[] = {{0, true, ""},
+                                                        {1, true, ""},
+                                                        {3, false, ""},
+                                                        {2, true, "() is Failure"},
+                                                        {7, true, "() is Unknown Result=7"},
+                                                        {-1, true, "() is Unknown Result=-1"}};
+  for (int i = 0; i < 6; ++i) {
+    for (const auto& [lResult, lIsComplete, lWords] : RESULTS) {
+      NotingComponent lComponent("Map", *this, lResult);
+      mNotes.clear();
+      EXPECT_EQ(lResult, (lComponent.*ROWS[i].mpRun)());
+      EXPECT_EQ(Notes{std::string("Map.") + ROWS[i].mpName}, mNotes);
+      EXPECT_EQ(i == 3, lComponent.mWasStopRequested) << "before the phase is done";
+      EXPECT_EQ(lIsComplete, (lComponent.*ROWS[i].mpIsComplete)()) << ROWS[i].mpName << lResult;
+      EXPECT_EQ(lWords.empty() ? Notes() : Notes{std::string("[Map] ") + ROWS[i].mpDriver + lWords}, errors());
+      (lComponent.*ROWS[i].mpSetComplete)();
+      for (int j = 0; j < 6; ++j) EXPECT_EQ(i == j, (lComponent.*ROWS[j].mpIsComplete)());
+    }
+  }
+  EXPECT_STREQ("", NotingComponent(nullptr, *this, 0).getComponentName());
+}
 
 TEST_F(ComponentManagerTest, DrivesEveryPhaseFrontToBackAndReleasesTheComponents) {
   EXPECT_EQ(4U, nfw::ComponentManager::getMaxMsgDataSize());
