@@ -143,10 +143,7 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
   const std::string lLong = "$GPGGA," + std::string(249, 'x');
   EXPECT_EQ(Strings{}, lPlay({r, p}));  // off
   lPlayer.on();
-  const struct {
-    const char* mpName;
-    Strings mTexts, mSets;
-  } CASES[] = {
+  const std::tuple<const char*, Strings, Strings> CASES[] = {
       {"whole", {r, v, g, a, a, "$GPGSV,1", "$GPGSV,2", p}, {r, v, g, a, a, "$GPGSV,1", "$GPGSV,2", p}},
       {"the least", {r, p}, {r, e, e, p}},
       {"another order", {r, g, "$GPGSV,1", a, v, p}, {r, v, g, a, "$GPGSV,1", p}},
@@ -157,7 +154,7 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
       {"a fifth GSA has no slot", {r, a, a, a, a, a, p}, {r, e, e, a, a, a, a, p}},
       {"256 bytes, 257 bytes", {r, lLong, v + lLong, p}, {r, e, lLong, p}},
   };
-  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mSets, lPlay(lCase.mTexts)) << lCase.mpName;
+  for (const auto& [lpName, lTexts, lSets] : CASES) EXPECT_EQ(lSets, lPlay(lTexts)) << lpName;
   Strings lMany(1, r);
   lMany.insert(lMany.end(), 33, "$GPGSV,");
   lMany.push_back(p);

@@ -1,19 +1,14 @@
 // Each step that may block tells the watchdog where it stands.
-#include <gtest/gtest.h>
-
-#include <functional>
 #include <set>
 
 #include "NfwComponentManager.h"
 #include "NfwDeadReckoningNmeaDataDispatcher.h"
-#include "NfwGnssDataDispatcher.h"
 #include "NfwGpsSdkPlayer.h"
 #include "NfwNmeaDataDispatcher.h"
 #include "NfwParsedGgaDataDispatcher.h"
 #include "NfwSharedThreadComponent.h"
 #include "Notices.h"
-#include "PlatformSeams.h"
-#include "SharedThread.h"
+#include "Positioning.h"
 
 namespace {
 
@@ -28,12 +23,6 @@ class Component : public nfw::SharedThreadComponent {
   int stopImp() override { return nfw::PHASE_DONE; }
   int shutdownImp() override { return nfw::PHASE_DONE; }
   void receiveMsg(int, utl::ThreadRawMsg&) override {}
-};
-
-struct NoListener : nfw::NmeaDataListener, nfw::ParsedGgaDataListener, nfw::DeadReckoningNmeaDataListener {
-  void onNotifyNmeaData(unsigned char const*, unsigned int) override {}
-  void onNotifyParsedGgaData(const nfw::GgaSentence&) override {}
-  void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
 };
 
 class WatchedTest : public testing::Test {
@@ -70,7 +59,8 @@ class WatchedTest : public testing::Test {
   }
 
   seams::CapturedLog mLog;
-  NoListener mListener;
+  nfwtest::Notes mNotes;
+  nfwtest::AnyListener mListener{mNotes};
   nfwtest::SharedThread mThread{20000, 16};
   nfwtest::Notices mNotices;
 };
