@@ -1,12 +1,9 @@
-#include <gtest/gtest.h>
-
-#include <cstring>
+#include <limits>
 #include <tuple>
 
-#include "BinaryLog.h"
 #include "BinaryNumber.h"
-#include "NfwNmeaBinaryLogDataVersion1.h"
-#include "PlatformSeams.h"
+#include "NmeaParserCheck.h"
+#include "Positioning.h"
 #include "Recordings.h"
 #include "Split.h"
 
@@ -15,6 +12,8 @@ namespace {
 using namespace binarylog;
 using nfw::NmeaBinaryLogDataVersion0;
 using nfw::NmeaBinaryLogDataVersion1;
+using nfwtest::makeReport;
+using ZTSDeadReckoningDef::DRG_LOCATION_INFO;
 
 const char* const GGA = "$GPGGA,123519.00,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
 const char* const GLL = "$GPGLL,4916.45,S,12311.12,W,225444.00,A,A*5C\r\n";
@@ -116,11 +115,6 @@ TEST_F(NmeaBinaryLogData, StoresEachSentenceByteForByteAndWritesItBack) {
        "$GPGGA,000001.500,0000.00000,N,00000.00000,E,3,02,0.00,0.0,M,0.0,M,300,1023*"},
       {"$GPGGA, 1 ,,,,,17,0,,,M,,M,,*", "01 4750 10 e8030000 00000000 00000000 00000000 00000000 00000000 0000 0000",
        nullptr, "$GPGGA,000001.000,0000.00000,N,00000.00000,E,1,00,0.00,0.0,M,0.0,M,,*"},
-      // Codes: an empty or unknown status is 0.
-      {"$GPGLL,,,,,,,N*", "02 4750 00 00000000 00000000 00000000", nullptr,
-       "$GPGLL,0000.00000,N,00000.00000,E,000000.000,V,N*"},
-      {"$GPRMC,,X,,,,,,,,,,E*", "05 4750 03 00000000 00000000 00000000 00000000 00000000 00 00 00 00000000", nullptr,
-       "$GPRMC,000000.000,V,0000.00000,N,00000.00000,E,0.000,0.00,000000,0.0,E,E*"},
   };
   for (const auto& [lpSentence, lpVersion0, lpVersion1, lpText] : CASES) {
     EXPECT_EQ(fromHex(lpVersion0), encode(mVersion0, lpSentence)) << lpSentence;
@@ -385,12 +379,13 @@ TEST_F(NmeaBinaryLogData, WritesScaledIntegersWithAllTheirDecimals) {
   EXPECT_EQ("convertIntToFloatStr(): nBuffer is null", said(mLog));
 }
 
-// Sentences of real receivers, their records in both versions, and the sentences that those become again.
-TEST_F(NmeaBinaryLogData, GivesTheSameBytesOnEveryProcessor) {
+// Their records in both versions, and the sentences that those become again.
+TEST_F(NmeaBinaryLogData, RealSentencesAreParsedAsTheReceiverDoesAndStoredAlikeOnEveryProcessor) {
   unsigned long long lKnown = digest({}), lDigest = digest({});
   for (const auto& lRecording : nfwtest::recordings()) {
     for (const std::string& lSentence : lRecording) {
       lKnown = digest(bytesOf(lSentence), lKnown);
+      EXPECT_EQ("", differenceFromReference(lSentence));
       for (Converter* const lpVersion : {&mVersion0, static_cast<Converter*>(&mVersion1)}) {
         const Bytes lRecord = encode(*lpVersion, lSentence);
         lDigest = digest(lRecord, lDigest);
@@ -403,6 +398,113 @@ TEST_F(NmeaBinaryLogData, GivesTheSameBytesOnEveryProcessor) {
   }
   if (lKnown != 7762835336353775705ULL) GTEST_SKIP() << "not the known folder of sentences: " << lKnown;
   EXPECT_EQ(8601648946356006909ULL, lDigest);
+}
+
+class NmeaBinaryLogReport : public NmeaBinaryLogData {
+ protected:
+  bool readBack(const Bytes& nRecord) {
+    return mVersion1.convertToDeadReckoningNmeaSentence(nRecord.data(), static_cast<unsigned int>(nRecord.size()),
+                                                        &mSet);
+  }
+  static std::string text(const nfw::NmeaSentenceData& nSlot) {
+    return {reinterpret_cast<const char*>(nSlot.mText), nSlot.mLength};
+  }
+  /// What was said last.
+  std::string last() {
+    const std::string lAll = said(mLog);
+    return lAll.substr(lAll.rfind('|') + 1);
+  }
+
+  nfw::DeadReckoningNmeaSentence mSet;
+};
+
+TEST_F(NmeaBinaryLogReport, BecomesOneRecordAndTheSentencesInIt) {
+  const Bytes lRecord = encode(mVersion1, makeReport(1, 2));
+  ASSERT_EQ(30u + 19 + 31 + 1 + 40 + 1 + 2 * 33 + 58, lRecord.size());
+  ASSERT_TRUE(readBack(lRecord));
+  EXPECT_EQ(closed("$GPRMC,123519.250,A,4807.03800,S,01131.00000,E,22.400,84.40,230394,3.1,W,E*"), text(mSet.mRmc));
+  EXPECT_EQ(closed("$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,D*"), text(mSet.mVtg));
+  EXPECT_EQ(closed("$GNGGA,123519.250,4807.03800,N,01131.00000,W,6,08,0.90,545.5,M,-46.9,M,3,120*"), text(mSet.mGga));
+  ASSERT_EQ(1u, mSet.mGsaCount);
+  EXPECT_EQ(closed("$GLGSA,M,2,70,,300,04,05,06,07,08,09,10,11,12,2.50,1.30,2.10*"), text(mSet.mGsa[0]));
+  EXPECT_EQ(0u, mSet.mGsa[1].mLength);
+  ASSERT_EQ(2u, mSet.mGsvCount);
+  EXPECT_EQ(closed("$GAGSV,2,1,08,01,40,083,46,300,00,000,00,,07,344,,14,22,228,45*"), text(mSet.mGsv[1]));
+  EXPECT_EQ(
+      closed(
+          "$PUBX,00,123519.250,4807.03800,N,01131.00000,W,545.400,RK,2.1,2.0,0.007,77.52,-0.007,4,0.92,1.19,0.77,9,1*"),
+      text(mSet.mPubx));
+  EXPECT_EQ("", said(mLog));
+  EXPECT_EQ(30u + 19 + 31 + 1 + 28 + 1 + 2 * 29 + 58, encode(mVersion0, makeReport(1, 2)).size());
+}
+
+TEST_F(NmeaBinaryLogReport, TakesInNoMoreThanThereIsRoomForInASet) {
+  EXPECT_EQ(1356u, encode(mVersion1, makeReport(4, 32)).size());
+  EXPECT_EQ(encode(mVersion1, makeReport(4, 32)), encode(mVersion1, makeReport(5, 0xFFFFFFFF)));
+  unsigned char lGsa[40] = {};
+  EXPECT_EQ(40, mVersion1.convertFromDeadReckoningGsaData(makeReport(1, 0).gsa[0], 3, lGsa, 40));
+  EXPECT_EQ((Bytes{70, 0, 0, 0, 44, 1, 0, 0}), Bytes(lGsa + 4, lGsa + 12));
+
+  // A record that claims more is read past to what follows.
+  Bytes lRecord = encode(mVersion1, makeReport(4, 32));
+  const Bytes lGsv(lRecord.begin() + 242, lRecord.begin() + 242 + 33);
+  lRecord[241] = 34;
+  lRecord.insert(lRecord.begin() + 242, lGsv.begin(), lGsv.end());
+  lRecord.insert(lRecord.begin() + 242, lGsv.begin(), lGsv.end());
+  lRecord[80] = 5;
+  const Bytes lMore(lRecord.begin() + 81, lRecord.begin() + 81 + 40);
+  lRecord.insert(lRecord.begin() + 81, lMore.begin(), lMore.end());
+  EXPECT_TRUE(readBack(lRecord));
+  EXPECT_EQ(4u, mSet.mGsaCount);
+  EXPECT_EQ(32u, mSet.mGsvCount);
+  const std::string LINE = "convertToDeadReckoningNmeaSentence(): BufferSize not enough";
+  EXPECT_EQ(LINE + "|" + LINE, said(mLog));
+  EXPECT_NE(0u, mSet.mPubx.mLength);
+}
+
+TEST_F(NmeaBinaryLogReport, StoresWhatDoesNotFitAsZero) {
+  DRG_LOCATION_INFO lInfo = {};
+  lInfo.gga.latitude = std::numeric_limits<double>::quiet_NaN();
+  lInfo.vtg.courseTrue = 21474836.475;
+  lInfo.vtg.courseMagnetic = -21474836.484;
+  const Bytes lRecord = encode(mVersion1, lInfo);
+  ASSERT_EQ(30u + 19 + 31 + 1 + 1 + 58, lRecord.size());  // letters that are absent are no fault
+  EXPECT_EQ((Bytes{0, 0, 0, 0, 0, 0, 0, 0x80}), Bytes(lRecord.begin() + 33, lRecord.begin() + 41));
+  EXPECT_EQ(
+      "convertFloatToSint32(): Overflow lData: 2147483648.000000|parseFloat64FieldToSint32(): convertFloatToSint32() "
+      "lField Error: Vtg_DirectionForTrueNorth nField=21474836.475000|convertFloatToSint32(): Overflow lData: "
+      "nan|parseFloat64FieldToSint32(): convertFloatToSint32() lField Error: Gga_Latitude nField=nan",
+      said(mLog));
+  lInfo.vtg.mode = 'X';
+  EXPECT_TRUE(encode(mVersion1, lInfo).empty());
+  EXPECT_EQ("convertFromDeadReckoningData(): convertFromDeadReckoningVtgData Error", last());
+}
+
+TEST_F(NmeaBinaryLogReport, StaysInsideEveryBufferAndEveryCutRecord) {
+  const DRG_LOCATION_INFO lInfo = makeReport(2, 2);
+  const Bytes lRecord = encode(mVersion1, lInfo);
+  for (unsigned int i = 0; i < lRecord.size(); ++i) EXPECT_TRUE(encode(mVersion1, lInfo, i).empty()) << i;
+  EXPECT_EQ(lRecord, encode(mVersion1, lInfo, static_cast<unsigned int>(lRecord.size())));
+  EXPECT_EQ(-1, mVersion1.convertFromDeadReckoningData(lInfo, nullptr, 1356));
+  EXPECT_EQ("convertFromDeadReckoningData(): Argument Error", last());
+
+  // From these lengths on.
+  const std::string READ = "convertToDeadReckoningNmeaSentence(): ";
+  const std::pair<size_t, const char*> LINES[] = {
+      {0, "Argument Error"},          {1, "convertToRmcSentence Error"}, {30, "Vtg DataSize Error"},
+      {49, "Gga DataSize Error"},     {80, "GsaNum DataSize Error"},     {81, "Gsa DataSize Error"},
+      {161, "GsvNum DataSize Error"}, {162, "Gsv DataSize Error"},       {228, "Pubx DataSize Error"}};
+  size_t lLine = 0;
+  for (size_t i = 0; i < lRecord.size(); ++i) {
+    if (lLine + 1 < std::size(LINES) && i == LINES[lLine + 1].first) ++lLine;
+    EXPECT_FALSE(readBack(cut(lRecord, i)));
+    EXPECT_EQ(READ + LINES[lLine].second, last()) << i;
+  }
+  Bytes lLonger = lRecord;
+  lLonger.push_back(0);
+  EXPECT_FALSE(readBack(lLonger));
+  EXPECT_EQ(READ + "Data Offset is not the end of data", last());
+  EXPECT_TRUE(readBack(lRecord));
 }
 
 }  // namespace

@@ -88,14 +88,17 @@ TEST(NmeaBinaryLogDataNumber, RoundsAsTheDoubleDoesAtEveryBoundary) {
   }
 }
 
-TEST(NmeaBinaryLogDataNumber, ReadsTheSameUnderALocaleWithADecimalComma) {
+TEST(Decimal, IsReadAndStoredTheSameUnderALocaleWithADecimalComma) {
   ASSERT_STREQ("C", setlocale(LC_NUMERIC, nullptr));
   if (setlocale(LC_NUMERIC, "fr_FR.UTF-8") == nullptr) GTEST_SKIP() << "no locale with a decimal comma is installed";
   const std::optional<int32_t> lTie = asStored("1.015", 2);
   const std::optional<int32_t> lLong = asStored("12.34567890123456", 2);
+  const char* lpRest = nullptr;
+  const double lPlain = nfw::Decimal::read("47.5", &lpRest), lOdd = nfw::Decimal::read("17.1139987654321098", &lpRest);
   setlocale(LC_NUMERIC, "C");
   EXPECT_EQ(byTheRule("1.015", 2), lTie);
   EXPECT_EQ(1235, lLong);
+  EXPECT_TRUE(lPlain == 47.5 && lOdd == 17.1139987654321098) << lPlain << ' ' << lOdd;
 }
 
 }  // namespace
