@@ -21,7 +21,6 @@ struct GnssFacade {
   static void shutdown() { nfw::Gnss::get()->shutdown(); }
   static void setLoggerId(int nId) { nfw::Gnss::initializeLoggerId(nId); }
   bool attach() { return nfw::Gnss::get()->attachNmeaDataListener(&mListener); }
-  void detach() { nfw::Gnss::get()->detachNmeaDataListener(&mListener); }
   static void feed() { feedText(GGA_TEXT); }
   static Strings logTexts() { return {VTG_TEXT}; }
   static std::string sensorRecordData() { return sensorData(RMC_TEXT); }
@@ -45,7 +44,6 @@ struct DeadReckoningFacade {
   static void shutdown() { nfw::DeadReckoning::get()->finalize(); }
   static void setLoggerId(int nId) { nfw::DeadReckoning::initializeLoggerId(nId); }
   bool attach() { return nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&mListener); }
-  void detach() { nfw::DeadReckoning::get()->detachDeadReckoningNmeaDataListener(&mListener); }
   static void feed() { deadreckoninghost::feed(makeReport(1, 1)); }
   static Strings logTexts() {
     return {"$GPRMC,083559.000,A,4717.1,N,00833.9,E,0.0,7.5,240394,3.1,W,A*1c\r\n", PUBX_TEXT};
@@ -175,16 +173,14 @@ TYPED_TEST(SourcesTest, LivesFromInitializeToShutdownAndAgain) {
   using Service = typename TypeParam::Service;
   Service* const lpService = Service::get();
   EXPECT_EQ(lpService, Service::get());
-  const std::string lAttachFails = std::string(TypeParam::ATTACH) + "::attachListener(): Can't send thread";
   EXPECT_FALSE(this->mFacade.attach());
-  EXPECT_EQ(Strings{lAttachFails}, errors(this->mLog));
+  EXPECT_EQ(Strings{TypeParam::ATTACH + std::string("::attachListener(): Can't send thread")}, errors(this->mLog));
   TypeParam::shutdown();  // of what has not begun
   TypeParam::feed();
   this->mLog.clear();
   this->begin();
   EXPECT_FALSE(lpService->initialize());
-  const std::string lNotStarted = std::string("Thread Start[") + TypeParam::THREAD + "]";
-  EXPECT_EQ(Strings{lNotStarted}, errors(this->mLog));
+  EXPECT_EQ(Strings{std::string("Thread Start[") + TypeParam::THREAD + "]"}, errors(this->mLog));
   EXPECT_EQ("l", this->sources('l'));
   lpService->startLogPlay();
   lpService->startSysLogPlay();
@@ -321,8 +317,6 @@ TYPED_TEST(SourcesTest, ABlockedListenerDelaysRecordingButDoesNotEndIt) {
   EXPECT_LT(0U, lLost);
   EXPECT_EQ(2 * SENT - lLost - lUnrecorded, 256U - 1);  // the first record was queued before
   lGo.set_value();
-  this->mFacade.detach();
-  ASSERT_TRUE(this->mFacade.attach());
   TypeParam::shutdown();
   ASSERT_TRUE(TypeParam::Service::get()->initialize());
   TypeParam::feed();

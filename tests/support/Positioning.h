@@ -58,8 +58,6 @@ class LogServices {
     nfw::Logger::destroy();
     syslogservice::setBinaryLogFile(nullptr);
   }
-  LogServices(const LogServices&) = delete;
-  LogServices& operator=(const LogServices&) = delete;
 
   void startRecord() {
     EXPECT_TRUE(nfw::Logger::get()->startRecord(mDir.path().c_str(), "drive", nullptr));

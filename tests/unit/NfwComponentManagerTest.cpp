@@ -29,7 +29,6 @@ struct PhaseRow {
   void (nfw::Component::*mpSetComplete)();
   void (nfw::ComponentManager::*mpReport)(nfw::Component*);
   const char *mpDriver, *mpHandler, *mpEntry, *mpLate;
-  size_t mClosingLength;
 };
 
 using M = nfw::ComponentManager;
@@ -37,18 +36,18 @@ using C = nfw::Component;
 const PhaseRow ROWS[] = {
     {"pre", &C::initializeBeforeQuickBoot, &C::isPreQuickBootComplete, &M::initializeBeforeQuickBoot,
      &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete, "initializeBeforeQuickBoot",
-     "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot", 37},
+     "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot"},
     {"initialize", &C::initializeAfterQuickBoot, &C::isInitializeComplete, &M::initializeAfterQuickBoot,
      &C::setInitializeComplete, &M::setInitializeComplete, "initializeAfterQuickBoot", "onInitializeAfterQuickBoot",
-     "setInitializeComplete", "Initialize", 47},
+     "setInitializeComplete", "Initialize"},
     {"start", &C::start, &C::isStartComplete, &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart",
-     "setStartComplete", "Start", 42},
+     "setStartComplete", "Start"},
     {"stop", &C::stop, &C::isStopComplete, &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop",
-     "setStopComplete", "Stop", 41},
+     "setStopComplete", "Stop"},
     {"shutdown", &C::shutdown, &C::isShutdownComplete, &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete,
-     "shutdown", "onShutdown", "setShutdownComplete", "Shutdown", 45},
+     "shutdown", "onShutdown", "setShutdownComplete", "Shutdown"},
     {"finalize", &C::finalize, &C::isFinalizeComplete, &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete,
-     "finalize", "onFinalize", "setFinalizeComplete", "Finalize", 45},
+     "finalize", "onFinalize", "setFinalizeComplete", "Finalize"},
 };
 
 class ComponentManagerTest : public testing::Test {
@@ -250,10 +249,8 @@ TEST_F(ComponentManagerTest, IsConfiguredOnlyBeforeItsThread) {
   EXPECT_TRUE(mpManager->addComponent(utl::SmartPointer<nfw::Component>()));
   add("A");
   add("B");
-  const auto lAdd = [&] {
-    return mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", *this, nfw::PHASE_DONE)));
-  };
-  EXPECT_FALSE(lAdd());
+  EXPECT_FALSE(
+      mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", *this, nfw::PHASE_DONE))));
   EXPECT_EQ(Notes{"ComponentManager::addComponent(): Can't add [C] to ComponentList"}, errors());
   EXPECT_FALSE(mpManager->initializeThread(nullptr));
   mThread.stop();
@@ -307,11 +304,10 @@ TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
     mClock.advance(29999);
     EXPECT_EQ(Notes(), errors());
     mClock.advance(1);
-    const std::string lClosing(ROWS[i].mClosingLength, '#');
+    const std::string lOpening = std::string("##### ") + ROWS[i].mpLate + " of Component is Too Late #####";
+    const std::string lClosing(i == 0 ? 37 : lOpening.size(), '#');
     EXPECT_TRUE(mLog.waitFor(lClosing));
-    EXPECT_EQ((Notes{std::string("##### ") + ROWS[i].mpLate + " of Component is Too Late #####",
-                     "# [Slow] is not complete", lClosing}),
-              mLog.texts());
+    EXPECT_EQ((Notes{lOpening, "# [Slow] is not complete", lClosing}), mLog.texts());
     for (const auto& lLine : mLog.lines()) EXPECT_EQ(3, lLine.mLevel);
     mLog.clear();
     mClock.advance(60000);
@@ -333,14 +329,12 @@ TEST_F(ComponentManagerTest, TheWatchEndsWithTheLastPhase) {
   };
   const auto lBefore = lTasks();
   begin();
-  std::vector<std::string> lNew;
-  for (const auto& lTask : lTasks()) {
-    if (lBefore.count(lTask) == 0) lNew.push_back(lTask);
-  }
+  auto lNew = lTasks();
+  for (const std::string& lTask : lBefore) lNew.erase(lTask);
   ASSERT_EQ(1u, lNew.size());
   const unsigned int lId = static_cast<unsigned int>(mThread->getId());
   for (int i = 0; i < 6; ++i) EXPECT_TRUE(drive(i));
-  EXPECT_TRUE(nfwtest::eventually([&] { return lTasks().count(lNew[0]) == 0; }));
+  EXPECT_TRUE(nfwtest::eventually([&] { return lTasks().count(*lNew.begin()) == 0; }));
   nfwtest::RawMsg lUnknown(1);
   mpManager->receiveMsg(static_cast<int>(lId), lUnknown);  // its thread is forgotten
   EXPECT_EQ(Notes(), errors());

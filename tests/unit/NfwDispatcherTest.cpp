@@ -22,10 +22,9 @@ class DispatcherTest : public testing::Test {
  protected:
   /// What came of it.
   Strings dispatch(const std::string& nText) {
-    mNotes.clear();
     mDispatcher.dispatch(reinterpret_cast<const unsigned char*>(nText.data()), static_cast<unsigned int>(nText.size()));
     mThread.settle();
-    return mNotes.all();
+    return mNotes.take();
   }
 
   seams::CapturedLog mLog;

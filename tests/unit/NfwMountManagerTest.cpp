@@ -14,9 +14,7 @@
 #include "NfwMountManager.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "NfwThreadMsgSizeCalculator.h"
-#include "PlatformSeams.h"
-#include "Replays.h"
-#include "SharedThread.h"
+#include "Positioning.h"
 #include "StuckCall.h"
 #include "TempTree.h"
 #include "ZTSMountHost.h"
@@ -321,10 +319,6 @@ TEST_F(MountManagerTest, LogsWhatFails) {
     feed("a", 3);
     EXPECT_FALSE(mpManager->attachListener(&mC));
   }
-  Texts lLines;
-  for (const auto& lLine : mLog.lines()) {
-    if (lLine.mLevel == 1) lLines.push_back(lLine.mText);
-  }
   EXPECT_EQ((Texts{"Thread Start[nfw::MountManager_Thread]", "MountManager::attachListener(): Can't send thread",
                    "MountManager::detachListener(): Can't send thread",
                    "MountManager::attachListenerInternal(): Can't post thread",
@@ -332,7 +326,7 @@ TEST_F(MountManagerTest, LogsWhatFails) {
                    "MountManager::onNotifyReady(): Can't post thread",
                    "MountManager::onNotifyDeviceInfo(): Can't post thread",
                    "MountManager::attachListener(): Can't send thread"}),
-            lLines);
+            nfwtest::errors(mLog));
 }
 
 TEST_F(MountManagerTest, EndsForGood) {
