@@ -124,7 +124,7 @@ std::string Summary::toText() const {
       "Delivered   {}\n"
       "{}{}{}{}{}"
       "Phases      {}\n",
-      mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.delivered().toText(),
+      mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
       logText("Sensor log", mSensorLog),
       mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
@@ -144,9 +144,9 @@ std::string Summary::toJson() const {
     addRejected(mProgress, lSummary);
     lSummary.number("without_checksum", mProgress.mLines.get(tool::LINE_UNCHECKED));
     addKinds(mProgress, lSummary);
-    lSummary.number("delivered_sentences", mProgress.mDeliveredSentences.mCount);
+    lSummary.number("delivered_sentences", mProgress.deliveredInAll().mSentences.mCount);
     lSummary.number("delivered_combined", mProgress.mDelivered.get(nfw::NMEA_UNKNOWN));
-    lSummary.number("delivered_dead_reckoning", mProgress.mDeliveredDeadReckoning.mCount);
+    lSummary.number("delivered_dead_reckoning", mProgress.deliveredInAll().mDeadReckoning.mCount);
     if (!mVerdict.empty()) lSummary.text("replay", mVerdict);
     addLateness(mLateness, lSummary);
     if (!mLateness.isEmpty()) lSummary.real("replay_s", mLateness.duration());

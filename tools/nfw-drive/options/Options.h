@@ -29,14 +29,22 @@ struct RecordOptions {
   bool isWanted() const { return !mDirectory.empty() || !mDrive.empty() || !mSensorFile.empty(); }
 };
 
-/// What is played back.
+/// What is played back, and how. The keys change the rate and the place later.
 struct ReplayOptions {
-  std::string mFile;        ///< of the data logger
-  std::string mSensorFile;  ///< of the sensor log
+  std::vector<std::string> mFiles;        ///< of the data logger, in their order
+  std::vector<std::string> mSensorFiles;  ///< of the sensor log
+  std::string mName;                      ///< as the command line has it
+  unsigned int mRate = NORMAL_RATE;       ///< permille of the recorded pace
+  uint32_t mFromMs = 0;                   ///< from the recording's first record
+  std::optional<uint32_t> mToMs;          ///< what lies from there on is not played
+  bool mIsLooped = false;
+  bool mIsPaused = false;  ///< at first
 
+  static constexpr unsigned int NORMAL_RATE = 1000;
   static constexpr int64_t LEAD_MS = 1000;  ///< from the start to the first record
-  bool isWanted() const { return !mFile.empty() || !mSensorFile.empty(); }
-  const std::string& getName() const { return mFile.empty() ? mSensorFile : mFile; }
+  bool isWanted() const { return !mFiles.empty() || !mSensorFiles.empty(); }
+  bool isOfBoth() const { return !mFiles.empty() && !mSensorFiles.empty(); }
+  bool isPart() const { return mFromMs > 0 || mToMs; }
 };
 
 /// What the command line asks for.
@@ -53,7 +61,7 @@ struct Options {
   bool mJudgesChecksums = true;
   bool mShowsDeadReckoning = false;
 
-  std::string getName() const { return mReplay.isWanted() ? mReplay.getName() : mSource.mName; }
+  std::string getName() const { return mReplay.isWanted() ? mReplay.mName : mSource.mName; }
 };
 
 /// Reads the command line, and the settings file that it names. Without a value the program is to end with *npExit:

@@ -27,6 +27,8 @@ class Events {
   Events& operator=(const Events&) = delete;
 
   void notify(Event nEvent);
+  void putBack(unsigned int nEvents) { mPending.fetch_or(nEvents); }  ///< what wait() took; by who waits
+  void discard(Event nEvent) { mPending.fetch_and(~nEvent); }
 
   /// Waits for events and takes them; TIME_UP when the deadline passes before any.
   unsigned int wait(const std::optional<Clock::time_point>& nDeadline);
