@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstring>
+
 #include "JsonObject.h"
 
 namespace drive {
@@ -105,6 +107,15 @@ std::string logText(const char* npName, const LogReport& nLog) {
                      lCounts.mRefused, lCounts.mFailed, lCounts.mBytes);
 }
 
+std::string deletedText(const LogReport& nLog) {
+  const nfw::LogRetentionCounts lCounts = nLog.getDeleted();
+  if (lCounts.mDeletedNum + lCounts.mFailedNum == 0) return {};
+  const std::string lText =
+      fmt::format("Deleted     {} of the oldest files, {} bytes", lCounts.mDeletedNum, lCounts.mDeletedSize);
+  if (lCounts.mFailedNum == 0) return lText + "\n";
+  return lText + fmt::format("; {} could not be deleted: {}\n", lCounts.mFailedNum, std::strerror(lCounts.mError));
+}
+
 void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   if (!nLog.isWanted()) return;
   const nfw::LogRecordCounts lCounts = nLog.getCounts();
@@ -113,6 +124,11 @@ void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   lLog.number("refused", lCounts.mRefused);
   lLog.number("failed", lCounts.mFailed);
   lLog.number("bytes", lCounts.mBytes);
+  const nfw::LogRetentionCounts lDeleted = nLog.getDeleted();
+  if (lDeleted.mDeletedNum + lDeleted.mFailedNum == 0) return;
+  lLog.number("deleted_files", lDeleted.mDeletedNum);
+  lLog.number("deleted_bytes", lDeleted.mDeletedSize);
+  lLog.number("not_deleted", lDeleted.mFailedNum);
 }
 
 }  // namespace
@@ -122,11 +138,11 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}{}{}{}"
+      "{}{}{}{}{}{}"
       "Phases      {}\n",
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
-      logText("Sensor log", mSensorLog),
+      deletedText(mLog), logText("Sensor log", mSensorLog),
       mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Duration.h"
 #include "NfwVersion.h"
 #include "Options.h"
 #include "PlayTimeText.h"
@@ -51,6 +52,11 @@ Recordings:
   first record, --loop the same again and again; each round is compared.
   --record-on records onto a stick or card while it is mounted: DRIVE is the kernel's name of
   the device (sda1), or the last name of the mount point of one without a device.
+  --max-file-time ends files by time as well as by size. Both logs go to the medium every
+  second (--sync-interval), so that a power cut costs no more; what it leaves of a record is cut
+  off when the next recording with this prefix begins. --keep-total, --keep-files, --keep-age
+  and --keep-free delete the oldest files of the recording's prefix in its directory, never the
+  one that is written; the summary tells how many.
   The summary tells of each log how many records were recorded, refused and lost, and its bytes.
   While records are lost the log says so at once, every ten seconds, and when it is over; in the
   end a line on standard error says which log, how many, since when and why, and the exit status
@@ -90,6 +96,7 @@ Examples:
   nfw-drive tcp://127.0.0.1:2947               what gpsd hears
   nfw-drive /dev/ttyACM0 --baud 115200 --record /data/log --sys-record /data/sensor.bin
   nfw-drive --replay /data/log/drive_20260131-080000_00.log --format nmea > drive.nmea
+  nfw-drive /dev/ttyACM0 --record /data/log --max-file-time 10m --keep-total 2G
   nfw-drive --replay /data/log --rate 10 --from 1:30 --to 2:00:00
 )";
 
@@ -99,6 +106,7 @@ struct Arguments {
   std::string mSpeed;
   std::string mRate;
   std::vector<std::string> mReplay, mSensorReplay;
+  std::string mMaxFileTime, mSyncInterval, mKeepAge;
   std::string mFrom, mTo;
   std::string mFormat = "table";
   double mForSeconds = 0.0;
@@ -124,6 +132,30 @@ const std::map<std::string, SatelliteSystem> SYSTEMS = {
 
 CLI::Validator sizeCheck(const char* npRange, unsigned int nMin, unsigned int nMax) {
   return CLI::AsSizeValue(false).description("") & CLI::Range(nMin, nMax).description(npRange);
+}
+
+CLI::Validator largeSizeCheck() {
+  return CLI::AsSizeValue(false).description("") & CLI::Range(1ULL, 1ULL << 62).description("");
+}
+
+void declareKeeping(CLI::App& nApp, Arguments& nArguments, RecordOptions& nRecord) {
+  nApp.add_option("--max-file-time", nArguments.mMaxFileTime,
+                  "of a file of the recording, as 10m; no limit unless given")
+      ->type_name("TIME");
+  nApp.add_flag("--max-file-time-aligned", nRecord.mIsAligned, "files end on the hour, at ten past ...: by the clock");
+  nApp.add_option("--sync-interval", nArguments.mSyncInterval,
+                  "what a power cut costs at most, 1s unless given; 0: never")
+      ->type_name("TIME");
+  nApp.add_option("--keep-total", nRecord.mKeep.mMaxTotalSize, "delete the oldest files of this prefix beyond that")
+      ->type_name("SIZE")
+      ->transform(largeSizeCheck());
+  nApp.add_option("--keep-files", nRecord.mKeep.mMaxFileNum, "the same, by their number")
+      ->type_name("N")
+      ->check(CLI::Range(1u, 1000000u).description(""));
+  nApp.add_option("--keep-age", nArguments.mKeepAge, "the same, by their age, as 30d")->type_name("TIME");
+  nApp.add_option("--keep-free", nRecord.mKeep.mMinFreeSize, "the same, while less than that is free on the medium")
+      ->type_name("SIZE")
+      ->transform(largeSizeCheck());
 }
 
 void declareRecording(CLI::App& nApp, Options& nOptions) {
@@ -195,6 +227,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->delimiter(',');
   nApp.add_flag("--dr", nOptions.mShowsDeadReckoning, "show the sentences of dead reckoning");
   declareRecording(nApp, nOptions);
+  declareKeeping(nApp, nArguments, nOptions.mRecord);
   declareReplay(nApp, nArguments, nOptions);
   nApp.add_option("--settings", nArguments.mSettings, "a file of settings; the command line goes before it")
       ->type_name("FILE");
@@ -341,6 +374,29 @@ void checkNewFile(const std::string& nPath) {
   }
 }
 
+unsigned int duration(const char* npOption, const std::string& nText, unsigned int nUnitMs) {
+  const std::optional<uint64_t> lMs = tool::parseDuration(nText);
+  if (lMs && *lMs / nUnitMs <= UINT32_MAX && *lMs % nUnitMs == 0) return static_cast<unsigned int>(*lMs / nUnitMs);
+  throw CLI::ValidationError(npOption, "\"" + nText + "\" is no time: expected a number and s, m, h or d, as 10m");
+}
+
+void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
+  if (!nArguments.mMaxFileTime.empty()) {
+    nRecord.mMaxFileTimeMs = duration("--max-file-time", nArguments.mMaxFileTime, 1);
+  }
+  if (!nArguments.mSyncInterval.empty()) nRecord.mSyncMs = duration("--sync-interval", nArguments.mSyncInterval, 1);
+  if (!nArguments.mKeepAge.empty()) nRecord.mKeep.mMaxAgeSec = duration("--keep-age", nArguments.mKeepAge, 1000);
+  if (nRecord.mIsAligned && nRecord.mMaxFileTimeMs == 0) {
+    throw CLI::ValidationError("--max-file-time-aligned", "goes with --max-file-time");
+  }
+  if (!nRecord.mDirectory.empty() || !nRecord.mDrive.empty()) return;
+  if (nRecord.mMaxFileTimeMs > 0) throw CLI::ValidationError("--max-file-time", "goes with --record or --record-on");
+  if (nRecord.isLimited()) {
+    throw CLI::ValidationError("--keep-total, --keep-files, --keep-age, --keep-free",
+                               "go with --record or --record-on");
+  }
+}
+
 void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   std::string lReason;
   if (!parseSourceAddress(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
@@ -358,6 +414,7 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   for (const std::string& lName : nArguments.mSystems) nOptions.mSimulator.mSystems |= 1u << SYSTEMS.at(lName);
   for (const std::string& lText : nArguments.mTunnels) nOptions.mSimulator.mTunnels.push_back(parseTunnel(lText));
   checkNewFile(nOptions.mRecord.mSensorFile);
+  setKeeping(nArguments, nOptions.mRecord);
 }
 
 void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string& nPlace) {

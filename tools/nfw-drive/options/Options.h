@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "NfwLogRetention.h"
 #include "PacedSink.h"
 #include "Simulator.h"
 #include "SourceAddress.h"
@@ -25,7 +26,14 @@ struct RecordOptions {
   std::string mSensorFile;  ///< of the sensor log; empty: not recorded
   unsigned int mMaxFileSize = 16 * 1024 * 1024;
   unsigned int mBufferSize = 256 * 1024;
+  unsigned int mMaxFileTimeMs = 0;  ///< 0: files end by their size alone
+  bool mIsAligned = false;          ///< files also end at the multiples of that in the local day
+  unsigned int mSyncMs = 1000;      ///< what a power cut loses at most; 0: whatever the system likes
+  nfw::LogRetentionLimits mKeep;    ///< of the files with this prefix
 
+  bool isLimited() const {
+    return mKeep.mMaxTotalSize > 0 || mKeep.mMaxFileNum > 0 || mKeep.mMaxAgeSec > 0 || mKeep.mMinFreeSize > 0;
+  }
   bool isWanted() const { return !mDirectory.empty() || !mDrive.empty() || !mSensorFile.empty(); }
 };
 

@@ -58,6 +58,16 @@ void LogReport::noteFault(const std::string& nFault) {
   if (mFault.empty()) mFault = nFault;
 }
 
+void LogReport::noteDeleted(const nfw::LogRetentionCounts& nCounts) {
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  mDeleted = nCounts;
+}
+
+nfw::LogRetentionCounts LogReport::getDeleted() const {
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  return mDeleted;
+}
+
 nfw::LogRecordCounts LogReport::getCounts() const {
   const std::lock_guard<std::mutex> lLock(mMutex);
   return mCounts;

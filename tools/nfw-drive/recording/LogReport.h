@@ -4,6 +4,7 @@
 #include <string>
 
 #include "NfwLogRecordCounts.h"
+#include "NfwLogRetention.h"
 #include "Spell.h"
 
 namespace drive {
@@ -23,6 +24,10 @@ class LogReport {
   /// Something apart from its records is not as it should be; the first stands.
   void noteFault(const std::string& nFault);
 
+  /// What was deleted of the recording's files to keep them within limits.
+  void noteDeleted(const nfw::LogRetentionCounts& nCounts);
+  nfw::LogRetentionCounts getDeleted() const;
+
   nfw::LogRecordCounts getCounts() const;
   /// What is wrong with the log in the end, on one line; empty when it is whole.
   std::string getVerdict() const;
@@ -36,6 +41,7 @@ class LogReport {
   bool mIsWanted = false;
   std::string mPlace;
   nfw::LogRecordCounts mCounts;
+  nfw::LogRetentionCounts mDeleted;
   std::string mSince;  // the time of day when records first were missing
   std::string mFault;
   Spell mSpell;

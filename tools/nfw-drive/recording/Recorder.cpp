@@ -4,10 +4,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 
+#include "CutFiles.h"
 #include "DriveLog.h"
 #include "LogIds.h"
 #include "NfwLogger.h"
@@ -40,7 +42,7 @@ bool Recorder::start(Worker::Task nOnReady) {
   if (!mRecord.mDirectory.empty()) mLog.want(mRecord.mDirectory);
   if (!mRecord.mSensorFile.empty()) mSensorLog.want(mRecord.mSensorFile);
   if (!mRecord.mDrive.empty()) mLog.want({});
-  if (!mWorker.start("drive_Recorder", FLUSH_TIME, [this] { look(); })) return false;
+  if (!mWorker.start("drive_Recorder", lookTime(), [this] { look(); })) return false;
   mWorker.post([this, lOnReady = std::move(nOnReady)] { begin(lOnReady); });
   return true;
 }
@@ -59,10 +61,57 @@ bool Recorder::startLog() {
     mFailure.note(EXIT_USAGE, mRecord.mDirectory + ": no directory to record into");
     return false;
   }
-  mHasBegun =
-      nfw::Logger::get()->startRecord(mRecord.mDirectory.c_str(), mRecord.mPrefix.c_str(), orNull(mRecord.mBackup));
+  mHasBegun = startRecord(mRecord.mDirectory);
   if (!mHasBegun) mFailure.note(EXIT_RUNTIME, mRecord.mDirectory + ": no recording can be begun there");
   return mHasBegun;
+}
+
+bool Recorder::startRecord(const std::string& nDirectory) {
+  nfw::Logger& lLogger = *nfw::Logger::get();
+  lLogger.setSyncInterval(mRecord.mSyncMs);
+  lLogger.setMaxFileTime(mRecord.mMaxFileTimeMs, mRecord.mIsAligned);
+  mendIn(nDirectory);
+  if (mRecord.isLimited()) keepWithin(nDirectory);
+  if (lLogger.startRecord(nDirectory.c_str(), mRecord.mPrefix.c_str(), orNull(mRecord.mBackup))) return true;
+  endKeeping();
+  return false;
+}
+
+void Recorder::mendIn(const std::string& nDirectory) const {
+  const CutOff lCut = closeCutFiles(nDirectory, mRecord.mPrefix);
+  if (lCut.mFiles == 0) return;
+  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING,
+         "an earlier recording was cut within a record: %u file%s shortened to the last whole one, by %llu bytes",
+         lCut.mFiles, lCut.mFiles == 1 ? "" : "s", static_cast<unsigned long long>(lCut.mBytes));
+}
+
+void Recorder::keepWithin(const std::string& nDirectory) {
+  endKeeping();
+  mpRetention = std::make_unique<nfw::LogRetention>(nDirectory.c_str(), mRecord.mPrefix.c_str(), mRecord.mKeep);
+  if (!mpRetention->start()) mLog.noteFault("the limits of its files cannot be kept");
+}
+
+void Recorder::endKeeping() {
+  mDeletedBefore = deleted();
+  mpRetention.reset();
+}
+
+// What came since it looked last counts too: when the logger, which syncs the last files, has let go of them.
+void Recorder::keepWithinForGood() {
+  if (mpRetention == nullptr) return;
+  mpRetention->stop();
+  mpRetention->apply();
+  mLog.noteDeleted(deleted());
+}
+
+nfw::LogRetentionCounts Recorder::deleted() const {
+  if (mpRetention == nullptr) return mDeletedBefore;
+  nfw::LogRetentionCounts lCounts = mpRetention->getCounts();
+  lCounts.mDeletedNum += mDeletedBefore.mDeletedNum;
+  lCounts.mDeletedSize += mDeletedBefore.mDeletedSize;
+  lCounts.mFailedNum += mDeletedBefore.mFailedNum;
+  if (lCounts.mError == 0) lCounts.mError = mDeletedBefore.mError;
+  return lCounts;
 }
 
 bool Recorder::startSensorLog() {
@@ -96,7 +145,7 @@ void Recorder::awaitBackup() {
 
 void Recorder::beginIn(const std::string& nDirectory) {
   mWorker.post([this, nDirectory] {
-    if (!nfw::Logger::get()->startRecord(nDirectory.c_str(), mRecord.mPrefix.c_str(), orNull(mRecord.mBackup))) {
+    if (!startRecord(nDirectory)) {
       mLog.noteFault("no recording could be begun in " + nDirectory);
       return tell(nDirectory + ": no recording can be begun there");
     }
@@ -107,7 +156,8 @@ void Recorder::beginIn(const std::string& nDirectory) {
 }
 
 void Recorder::endIn() {
-  mWorker.post([] {
+  mWorker.post([this] {
+    endKeeping();
     if (!nfw::Logger::get()->isRecording()) return;
     nfw::Logger::get()->stopRecord();
     APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "recording has ended: the medium is gone");
@@ -125,8 +175,24 @@ void Recorder::watch() {
 
 void Recorder::look() {
   nfw::Logger::get()->flush();
+  syncSensorLog();
+  mLog.noteDeleted(deleted());
   if (mLog.isWanted()) tell(mLog.look(nfw::Logger::get()->getRecordCounts(), Spell::Clock::now()));
   if (mSensorLog.isWanted()) tell(mSensorLog.look(sensorCounts(), Spell::Clock::now()));
+}
+
+std::chrono::milliseconds Recorder::lookTime() const {
+  const std::chrono::milliseconds SHORTEST(10);
+  if (mRecord.mSyncMs == 0 || mRecord.mSensorFile.empty()) return FLUSH_TIME;
+  return std::clamp<std::chrono::milliseconds>(std::chrono::milliseconds(mRecord.mSyncMs), SHORTEST, FLUSH_TIME);
+}
+
+// The data log's writer does so by itself. What cannot be synced could not be written either, which is told.
+void Recorder::syncSensorLog() {
+  const Worker::Clock::time_point lNow = Worker::Clock::now();
+  if (mSensorFile < 0 || mRecord.mSyncMs == 0 || lNow < mNextSync) return;
+  ::fdatasync(mSensorFile);
+  mNextSync = lNow + std::chrono::milliseconds(mRecord.mSyncMs) - lookTime();
 }
 
 nfw::LogRecordCounts Recorder::sensorCounts() const {
@@ -172,6 +238,7 @@ void Recorder::end() {
   nfw::SensorSysLogger::destroy();
   nfw::Logger::get()->shutdown();
   nfw::Logger::destroy();
+  keepWithinForGood();
   if (mSensorFile >= 0) ::close(mSensorFile);
 }
 

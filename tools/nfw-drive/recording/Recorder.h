@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <memory>
 #include <string>
 
 #include "Failure.h"
@@ -37,10 +38,18 @@ class Recorder {
  private:
   void begin(const Worker::Task& nOnReady);
   bool startLog();
+  bool startRecord(const std::string& nDirectory);
+  void mendIn(const std::string& nDirectory) const;
+  void keepWithin(const std::string& nDirectory);
+  void endKeeping();
+  void keepWithinForGood();
+  nfw::LogRetentionCounts deleted() const;
   bool startSensorLog();
   bool makeSensorFile();
   void awaitBackup();
   void look();
+  std::chrono::milliseconds lookTime() const;
+  void syncSensorLog();
   nfw::LogRecordCounts sensorCounts() const;
   void writeEndNotes() const;
   void end();
@@ -59,6 +68,9 @@ class Recorder {
   Spell mSilence;        // of the medium; on the watching thread
   int mSensorFile = -1;  // on the worker's thread, as what follows
   bool mHasBegun = false;
+  Worker::Clock::time_point mNextSync;             // of the sensor log
+  nfw::LogRetentionCounts mDeletedBefore;          // on media that are gone
+  std::unique_ptr<nfw::LogRetention> mpRetention;  // while one is asked for and something is recorded
   Worker mWorker;
 };
 
