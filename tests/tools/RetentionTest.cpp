@@ -130,6 +130,7 @@ TEST_F(Retention, tellsWhichLimitIsNone) {
       {{"--sync-interval", "-1"}, "--sync-interval: \"-1\" is no time"},
       {{"--keep-total", "much"}, "--keep-total"},
       {{"--keep-files", "0"}, "--keep-files"},
+      {{"--keep-before", "0s"}, "--keep-before: \"0\" would keep nothing"},
       {{"--max-file-time-aligned"}, "goes with --max-file-time"},
   };
   for (const auto& lCase : CASES) {

@@ -294,7 +294,7 @@ void setRate(const Arguments& nArguments, Options& nOptions) {
   if (lIsSpeedOfReplay) return setReplayRate("--speed", nArguments.mSpeed, nOptions.mReplay);
   if (nArguments.mRate.empty()) return;
   if (nOptions.mReplay.isWanted()) return setReplayRate("--rate", nArguments.mRate, nOptions.mReplay);
-  const char* const lpWhat = "no whole number of 1 to 10, the sentences a second of the simulated drive";
+  const char* const lpWhat = "no whole number of 1 to 10, the epochs a second of the simulated drive";
   nOptions.mSimulator.mRateHz = static_cast<unsigned int>(parseRate("--rate", nArguments.mRate, 1, 10, lpWhat));
   if (std::to_string(nOptions.mSimulator.mRateHz) != nArguments.mRate)
     parseRate("--rate", nArguments.mRate, 11, 10, lpWhat);
@@ -396,6 +396,7 @@ void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
   if (!nArguments.mKeepAge.empty()) nRecord.mKeep.mMaxAgeSec = duration("--keep-age", nArguments.mKeepAge, 1000);
   if (!nArguments.mKeepBefore.empty()) {
     nRecord.mKeepBeforeSec = duration("--keep-before", nArguments.mKeepBefore, 1000);
+    if (nRecord.mKeepBeforeSec == 0) throw CLI::ValidationError("--keep-before", "\"0\" would keep nothing");
   }
   if (nRecord.mIsAligned && nRecord.mMaxFileTimeMs == 0) {
     throw CLI::ValidationError("--max-file-time-aligned", "goes with --max-file-time");

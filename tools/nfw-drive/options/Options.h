@@ -33,6 +33,8 @@ struct RecordOptions {
   unsigned int mKeepBeforeSec = 300;  ///< files written to since are kept when that is asked for
   nfw::LogRetentionLimits mKeep;      ///< of the files with this prefix
 
+  static constexpr const char* SENSOR_SUFFIX = "_sensor";  ///< behind the prefix, of the sensor log's files
+
   bool isLimited() const {
     return mKeep.mMaxTotalSize > 0 || mKeep.mMaxFileNum > 0 || mKeep.mMaxAgeSec > 0 || mKeep.mMinFreeSize > 0;
   }

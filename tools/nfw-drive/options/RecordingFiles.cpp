@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <map>
 
+#include "Options.h"
 #include "RecordStream.h"
 #include "RotatedName.h"
 
@@ -51,7 +52,8 @@ bool findInDirectory(const std::string& nDirectory, tool::RecordKind nKind, cons
                 " in this directory";
     return false;
   }
-  const auto lFound = nPrefix.empty() && lRecordings.size() == 1 ? lRecordings.begin() : lRecordings.find(nPrefix);
+  auto lFound = nPrefix.empty() && lRecordings.size() == 1 ? lRecordings.begin() : lRecordings.find(nPrefix);
+  if (lFound == lRecordings.end()) lFound = lRecordings.find(nPrefix + RecordOptions::SENSOR_SUFFIX);
   if (lFound == lRecordings.end()) {
     *npReason = nDirectory + ": holds the recording" + (lRecordings.size() > 1 ? "s" : "");
     for (const auto& lRecording : lRecordings) *npReason += " " + lRecording.first;

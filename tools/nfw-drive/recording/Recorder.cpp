@@ -121,7 +121,7 @@ bool Recorder::startSensorLog() {
 // The kernel gives a new name to one process alone. The descriptor tells later whether the file still has it.
 bool Recorder::setSensorFile() {
   const std::string& lPath = mRecord.mSensorFile;
-  if (mRecord.mIsSensorSeries) return setSensorFiles(lPath, mRecord.mPrefix + "_sensor");
+  if (mRecord.mIsSensorSeries) return setSensorFiles(lPath, mRecord.mPrefix + RecordOptions::SENSOR_SUFFIX);
   mSensorFile = ::open(lPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY | O_CLOEXEC, mode_t{0666});
   return mSensorFile >= 0 && syslogservice::setBinaryLogFile(lPath.c_str());
 }
@@ -187,7 +187,7 @@ void Recorder::keepNow() {
     syslogservice::flushBinaryLog(SENSOR_FLUSH_MS);
     const std::filesystem::path lPath(mRecord.mSensorFile);
     if (!mSensorPrefix.empty()) return keepIn(lPath, mSensorPrefix, mSensorLog);
-    keepIn(std::filesystem::absolute(lPath).parent_path(), lPath.filename(), mSensorLog);
+    keepIn(lPath.has_parent_path() ? lPath.parent_path() : ".", lPath.filename(), mSensorLog);
   }
 }
 
