@@ -194,7 +194,7 @@ void Recorder::keepNow() {
 void Recorder::keepIn(const std::string& nDirectory, const std::string& nName, LogReport& nLog) const {
   const KeptCounts lKept = keepFiles(nDirectory, nName, mRecord.mKeepBeforeSec);
   nLog.noteKept(lKept);
-  if (!lKept.mFault.empty()) tell(nLog.getName() + ": not all files of the last time are kept: " + lKept.mFault);
+  if (!lKept.mFault.empty()) return tell(nLog.getName() + ": not all files of the last time are kept: " + lKept.mFault);
   APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "%s: %u more file%s of the last %u s kept in %s/kept",
          nLog.getName().c_str(), lKept.mNum, lKept.mNum == 1 ? "" : "s", mRecord.mKeepBeforeSec, nDirectory.c_str());
 }
