@@ -183,7 +183,6 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"--replay", path("late"), "--for", "0.01"}, 1, "ended before the first sentence"},
       {{"--replay", path("cut")}, 1, "nfw-log recover"},
       {{"--replay", path("cut")}, 1, "\nReplay      the recording is damaged, and cannot be played"},
-      {{"--replay", recording(), "--speed", "2"}, 2, "--speed: a replay keeps the pace of its recording"},
       {{"--replay", path("long"), "--for", "1"}, 0, ""},
       {{"--replay", recording(), "--sys-replay", path("sensor.bin")}, 0, ""},
       {{"sim", "--record", "/proc"}, 1, "/proc: no recording can be begun there"},

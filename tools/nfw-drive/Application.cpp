@@ -98,6 +98,7 @@ int Application::run() {
     return EXIT_RUNTIME;
   }
   if (startUp()) waitForEnd();
+  Keys::restore();
   const bool lIsDown = driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE);
   const int lExit = finish();
   leave(lIsDown ? lExit : EXIT_RUNTIME);
@@ -108,11 +109,10 @@ int Application::run() {
 bool Application::readReplay() {
   if (!isReplaying()) return true;
   std::string lReason;
-  const ReplayOptions& lReplay = mOptions.mReplay;
-  const bool lIsRead = lReplay.mFile.empty() ? mRecorded.readSensorLog(lReplay.mSensorFile, &lReason)
-                                             : mRecorded.readLog(lReplay.mFile, &lReason);
+  const bool lIsRead = mRecorded.read(mOptions.mReplay, &lReason);
   if (!lIsRead) complain(lReason);
-  mLateness.begin(mRecorded.takeTicks(), mRecorded.getFirstTick());
+  mLateness.begin(mRecorded.takeDues(), mOptions.mReplay.mRate);
+  mRounds.begin();
   return lIsRead;
 }
 
@@ -147,15 +147,47 @@ bool Application::addComponents() {
   return lIsAdded;
 }
 
-// False when the run ended before everything was started.
+// False when the run ended before everything was started. Whoever sees the first of it can press a key.
 bool Application::startUp() {
   if (!drive(BEFORE_QUICK_BOOT) || !drive(AFTER_QUICK_BOOT)) return false;
   if (mOptions.mWallLimitMs) mDeadline = Events::Clock::now() + std::chrono::milliseconds(*mOptions.mWallLimitMs);
+  mHasKeys = takesKeys() && mKeys.begin();
   return drive(START);
 }
 
 void Application::waitForEnd() {
-  while (mEnd.empty()) noteEnd(mEvents.wait(mDeadline));
+  while (mEnd.empty()) noteEnd(awaitEvents());
+}
+
+void Application::heedKeys() {
+  for (Keys::Key lKey = mKeys.next(); lKey != Keys::NONE; lKey = mKeys.next()) {
+    mReplayKeys.on(lKey);
+    if (lKey == Keys::KEEP) mRecorder.keep();
+    if (lKey != Keys::QUIT) continue;
+    mEnd = "stopped by a key";
+    mIsSignalled = true;
+  }
+}
+
+// A replay knows no end but that of its recording: that of a part is looked for, as keys are.
+unsigned int Application::awaitEvents() {
+  const std::optional<uint32_t>& lTo = mOptions.mReplay.mToMs;
+  const auto lLook = Events::Clock::now() + std::chrono::milliseconds(20);
+  if ((!lTo && !mHasKeys) || (mDeadline && *mDeadline <= lLook)) return mEvents.wait(mDeadline);
+  const unsigned int lEvents = mEvents.wait(lLook) & ~Events::TIME_UP;
+  if (mHasKeys) heedKeys();
+  return lEvents | (lTo && mPlayback.hasCome(*lTo) ? Events::REPLAY_ENDED : 0u);
+}
+
+// Behind the last record of a round, or of the part that is wanted.
+bool Application::goesRound() {
+  awaitListeners();
+  if (!mRounds.next()) return false;
+  mEvents.discard(Events::REPLAY_ENDED);  // what was told of the last round
+  mIsReplayWhole = false;
+  mEvents.putBack(mAside);
+  mAside = 0;
+  return true;
 }
 
 bool Application::drive(Phase nPhase) {
@@ -189,15 +221,20 @@ bool Application::driveDown(Phase nPhase) {
 // The sources have stopped; what they sent is still on its way to listeners, which a detach would overtake. What is
 // lost is not waited for longer than the limit, and told afterwards.
 bool Application::awaitListeners() {
-  if (mFailure.isNoted() || (isReplaying() && (hasSource() || !mIsReplayWhole || mRecorded.isDamaged()))) {
-    return true;
-  }
+  if (mFailure.isNoted() || (isReplaying() && !isComparable())) return true;
   const auto lLimit = Events::Clock::now() + std::chrono::seconds(2);
   const StreamTally& lExpected = isReplaying() ? mRecorded.get() : mProgress.mExpected.get();
   while (!mProgress.hasReceived(lExpected) && Events::Clock::now() < lLimit) {
-    noteSignal(mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5)));
+    const unsigned int lEvents = mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5));
+    noteSignal(lEvents);
+    mAside |= lEvents & ~(Events::TIME_UP | Events::KEEP_ASKED);
   }
   return true;
+}
+
+bool Application::isComparable() const {
+  return !hasSource() && !mOptions.mReplay.isOfBoth() && mIsReplayWhole && !mRecorded.isDamaged() &&
+         !mRounds.isSpoilt();
 }
 
 // A source that ended completes its start all the same; every other end cuts a phase short. A run with a replay and a
@@ -212,7 +249,7 @@ void Application::noteEnd(unsigned int nEvents) {
     mEnd = "stopped by a signal";
   } else if ((nEvents & Events::SOURCE_ENDED) != 0) {
     mEnd = "the source ended";
-  } else if ((nEvents & Events::REPLAY_ENDED) != 0 && !hasSource()) {
+  } else if ((nEvents & Events::REPLAY_ENDED) != 0 && !hasSource() && !goesRound()) {
     mEnd = "the replay ended";
   } else if ((nEvents & Events::OUTPUT_LOST) != 0) {
     mEnd = "the output is gone";
@@ -221,8 +258,9 @@ void Application::noteEnd(unsigned int nEvents) {
   }
 }
 
-// Whenever one comes, the end waits for no reader any more.
+// Whenever one to end comes, the end waits for no reader any more.
 bool Application::noteSignal(unsigned int nEvents) {
+  if ((nEvents & Events::KEEP_ASKED) != 0) mRecorder.keep();
   const bool lIsSignalled = (nEvents & Events::SIGNALLED) != 0;
   mIsSignalled = mIsSignalled || lIsSignalled;
   return lIsSignalled;
@@ -274,12 +312,9 @@ void Application::writeSummary(const std::string& nVerdict) {
 
 // Only what one replay alone gave can be compared.
 std::string Application::compareReplay(bool* npIsSame) const {
-  const ReplayOptions& lReplay = mOptions.mReplay;
   if (!isReplaying()) return {};
-  if (hasSource() || (!lReplay.mFile.empty() && !lReplay.mSensorFile.empty()))
-    return "one of several sources: not compared";
-  if (!mIsReplayWhole) return "ended early: not compared";
-  return mRecorded.compare(mProgress.delivered(), npIsSame);
+  if (hasSource() || mOptions.mReplay.isOfBoth()) return "one of several sources: not compared";
+  return mRounds.verdict(mIsReplayWhole, npIsSame);
 }
 
 // A reader of the output that went away is no failure.
@@ -293,8 +328,8 @@ int Application::judge(bool nIsReplaySame) const {
     complain("not everything was delivered: " + mProgress.delivered().difference(mProgress.expected(), "expected"));
   }
   if (!nIsReplaySame) {
-    complain(mOptions.mReplay.getName() + (mRecorded.isDamaged() ? ": is damaged; nfw-log recover FILE -o NEW mends it"
-                                                                 : ": what was played is not what was recorded"));
+    complain(mOptions.mReplay.mName + (mRecorded.isDamaged() ? ": is damaged; nfw-log recover FILE -o NEW mends it"
+                                                             : ": what was played is not what was recorded"));
   }
   if (mOutput.lost() > 0) {
     complain(fmt::format("standard output: {} lines were not taken: its reader is too slow", mOutput.lost()));
@@ -338,6 +373,7 @@ void Application::leave(int nExit) {
 
 // A phase hangs, and the user insists.
 void Application::abandon() {
+  Keys::restore();
   if (mOutput.isTerminal()) say(TableView::SHOW_CURSOR);
   complain("stopped at once");
   ::_exit(EXIT_RUNTIME);

@@ -4,6 +4,8 @@
 #include "LogFold.h"
 #include "Recorder.h"
 #include "RecordingContents.h"
+#include "ReplayKeys.h"
+#include "Rounds.h"
 #include "SourceComponent.h"
 #include "Summary.h"
 
@@ -25,13 +27,20 @@ class Application {
   bool addComponents();
   bool startUp();
   void waitForEnd();
+  unsigned int awaitEvents();
   bool drive(Phase nPhase);
   bool driveDown(Phase nPhase);
   bool awaitListeners();
+  bool isComparable() const;
   void noteEnd(unsigned int nEvents);
   bool noteSignal(unsigned int nEvents);
   int finish();
   void writeSummary(const std::string& nVerdict);
+  bool goesRound();
+  void heedKeys();
+  bool takesKeys() const {
+    return mOutput.isTerminal() && mOptions.mFormat == FORMAT_TABLE && mOptions.mSource.mKind != SourceAddress::STDIN;
+  }
   std::string compareReplay(bool* npIsSame) const;
   int judge(bool nIsReplaySame) const;
   std::string silence() const;
@@ -54,9 +63,15 @@ class Application {
   Windows mWindows;
   Lateness mLateness;
   RecordingContents mRecorded;  // what is replayed
+  Playback mPlayback{mOptions.mReplay};
+  Rounds mRounds{mOptions.mReplay, mPlayback, mRecorded, mProgress};
+  Keys mKeys;
+  bool mHasKeys = false;
+  ReplayKeys mReplayKeys{mOptions.mReplay, mPlayback, mRounds, mLateness};
   OutputQueue mOutput;
   Recorder mRecorder;
-  std::string mEnd;  // why the run ends, empty while it goes on
+  std::string mEnd;         // why the run ends, empty while it goes on
+  unsigned int mAside = 0;  // events that came while listeners were waited for
   bool mIsCutShort = false;
   bool mIsSignalled = false;
   bool mIsReplayWhole = false;

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstring>
+
 #include "JsonObject.h"
 
 namespace drive {
@@ -105,6 +107,20 @@ std::string logText(const char* npName, const LogReport& nLog) {
                      lCounts.mRefused, lCounts.mFailed, lCounts.mBytes);
 }
 
+std::string keptText(const LogReport& nLog) {
+  const unsigned int lNum = nLog.getKeptNum();
+  return lNum == 0 ? "" : fmt::format("Kept        {} of these files\n", lNum);
+}
+
+std::string deletedText(const LogReport& nLog) {
+  const nfw::LogRetentionCounts lCounts = nLog.getDeleted();
+  if (lCounts.mDeletedNum + lCounts.mFailedNum == 0) return {};
+  const std::string lText =
+      fmt::format("Deleted     {} of the oldest files, {} bytes", lCounts.mDeletedNum, lCounts.mDeletedSize);
+  if (lCounts.mFailedNum == 0) return lText + "\n";
+  return lText + fmt::format("; {} could not be deleted: {}\n", lCounts.mFailedNum, std::strerror(lCounts.mError));
+}
+
 void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   if (!nLog.isWanted()) return;
   const nfw::LogRecordCounts lCounts = nLog.getCounts();
@@ -113,6 +129,12 @@ void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   lLog.number("refused", lCounts.mRefused);
   lLog.number("failed", lCounts.mFailed);
   lLog.number("bytes", lCounts.mBytes);
+  if (nLog.getKeptNum() > 0) lLog.number("kept_files", nLog.getKeptNum());
+  const nfw::LogRetentionCounts lDeleted = nLog.getDeleted();
+  if (lDeleted.mDeletedNum + lDeleted.mFailedNum == 0) return;
+  lLog.number("deleted_files", lDeleted.mDeletedNum);
+  lLog.number("deleted_bytes", lDeleted.mDeletedSize);
+  lLog.number("not_deleted", lDeleted.mFailedNum);
 }
 
 }  // namespace
@@ -122,12 +144,13 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}{}{}{}"
+      "{}{}{}{}{}{}{}{}{}"
       "Phases      {}\n",
-      mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.delivered().toText(),
+      mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
-      logText("Sensor log", mSensorLog),
-      mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
+      deletedText(mLog), keptText(mLog), logText("Sensor log", mSensorLog), deletedText(mSensorLog),
+      keptText(mSensorLog), mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "",
+      phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {
@@ -144,9 +167,9 @@ std::string Summary::toJson() const {
     addRejected(mProgress, lSummary);
     lSummary.number("without_checksum", mProgress.mLines.get(tool::LINE_UNCHECKED));
     addKinds(mProgress, lSummary);
-    lSummary.number("delivered_sentences", mProgress.mDeliveredSentences.mCount);
+    lSummary.number("delivered_sentences", mProgress.deliveredInAll().mSentences.mCount);
     lSummary.number("delivered_combined", mProgress.mDelivered.get(nfw::NMEA_UNKNOWN));
-    lSummary.number("delivered_dead_reckoning", mProgress.mDeliveredDeadReckoning.mCount);
+    lSummary.number("delivered_dead_reckoning", mProgress.deliveredInAll().mDeadReckoning.mCount);
     if (!mVerdict.empty()) lSummary.text("replay", mVerdict);
     addLateness(mLateness, lSummary);
     if (!mLateness.isEmpty()) lSummary.real("replay_s", mLateness.duration());

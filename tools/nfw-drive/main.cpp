@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "Application.h"
+#include "Keys.h"
 #include "StandardStreams.h"
 
 namespace {
@@ -11,6 +12,7 @@ namespace {
 // Memory has run out, most likely, on whichever thread: the end is told in one line, and leaves no core.
 [[noreturn]] void endAtOnce() {
   const char* lpWhat = "ended by an unknown failure";
+  drive::Keys::restore();
   try {
     if (std::current_exception()) std::rethrow_exception(std::current_exception());
   } catch (const std::exception& lError) {

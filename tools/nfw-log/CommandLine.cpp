@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "Commands.h"
+#include "Duration.h"
 #include "Manual.h"
 #include "Messages.h"
 #include "NfwVersion.h"
@@ -25,6 +26,7 @@ struct Arguments {
   std::vector<std::string> mIds;
   std::vector<std::string> mTypes;
   std::string mFrom, mTo;
+  std::string mKeepAge;
   double mGapSeconds = 5.0;
 };
 
@@ -47,6 +49,8 @@ const Command COMMANDS[] = {
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
     {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "soc", runConvert},
     {"plot", "Draws the track, and speed, altitude, satellites and HDOP over time", PLOT_EXAMPLES, "sop", runPlot},
+    {"prune", "Deletes the oldest files of recordings in directories until they are within limits", PRUNE_EXAMPLES, "k",
+     runPrune},
 };
 
 void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {
@@ -68,6 +72,26 @@ void declareOutput(CLI::App& nApp, bool nIsRequired, Options& nOptions) {
       nApp.add_option("-o,--output", nOptions.mOutput, "the file to write; - is standard output");
   lpOutput->type_name("FILE")->required(nIsRequired);
   nApp.add_flag("--force", nOptions.mForce, "replace the file if it exists");
+}
+
+CLI::Validator sizeCheck() {
+  return CLI::AsSizeValue(false).description("") & CLI::Range(1ULL, 1ULL << 62).description("");
+}
+
+void declareKeeping(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
+  nApp.add_option("--keep-total", nOptions.mKeep.mMaxTotalSize, "while the files of a recording have more, as 2G")
+      ->type_name("SIZE")
+      ->transform(sizeCheck());
+  nApp.add_option("--keep-files", nOptions.mKeep.mMaxFileNum, "while there are more")
+      ->type_name("N")
+      ->check(CLI::Range(1u, 1000000u).description(""));
+  nApp.add_option("--keep-age", nArguments.mKeepAge, "while the oldest was last written to before that, as 30d")
+      ->type_name("TIME");
+  nApp.add_option("--keep-free", nOptions.mKeep.mMinFreeSize, "while less is free on the medium")
+      ->type_name("SIZE")
+      ->transform(sizeCheck());
+  nApp.add_option("--prefix", nOptions.mPrefix, "only the recording whose files have this prefix")->type_name("P");
+  nApp.add_flag("--dry-run", nOptions.mIsDryRun, "only tell what would be deleted");
 }
 
 void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
@@ -94,6 +118,7 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
         ->required()
         ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv"}).description(""));
   }
+  if (lHas('k')) declareKeeping(nApp, nArguments, nOptions);
   if (lHas('p')) {
     nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
     nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
@@ -165,6 +190,20 @@ void completePlot(Options& nOptions) {
                                              "an HTML page (.html) with --html");
 }
 
+void completePrune(const Arguments& nArguments, Options& nOptions) {
+  nfw::LogRetentionLimits& lKeep = nOptions.mKeep;
+  const std::optional<uint64_t> lAgeMs = tool::parseDuration(nArguments.mKeepAge);
+  if (!nArguments.mKeepAge.empty()) {
+    if (!lAgeMs || *lAgeMs < 1000 || *lAgeMs / 1000 > UINT32_MAX) {
+      throw CLI::ValidationError(
+          "--keep-age", "\"" + nArguments.mKeepAge + "\" is no age: expected a number and s, m, h or d, as 30d");
+    }
+    lKeep.mMaxAgeSec = static_cast<unsigned int>(*lAgeMs / 1000);
+  }
+  if (lKeep.mMaxTotalSize > 0 || lKeep.mMaxFileNum > 0 || lKeep.mMaxAgeSec > 0 || lKeep.mMinFreeSize > 0) return;
+  throw CLI::ValidationError("prune", "expected --keep-total, --keep-files, --keep-age or --keep-free");
+}
+
 int run(const Command& nCommand, const Options& nOptions) {
   std::vector<Recording> lRecordings;
   std::string lReason;
@@ -212,6 +251,7 @@ int runProgram(int nArgc, const char* const* npArgv) {
     lApp.parse(nArgc, npArgv);
     complete(lArguments, lOptions);
     if (lApp.got_subcommand("plot")) completePlot(lOptions);
+    if (lApp.got_subcommand("prune")) completePrune(lArguments, lOptions);
   } catch (const CLI::ParseError& lError) {
     return answer(lApp, lError);
   }

@@ -13,5 +13,6 @@ int runCut(Run& nRun);  ///< cut and filter: they differ in the options they tak
 int runMerge(Run& nRun);
 int runConvert(Run& nRun);
 int runPlot(Run& nRun);
+int runPrune(Run& nRun);
 
 }  // namespace logtool

@@ -42,6 +42,7 @@ Examples:
   nfw-log cut --from 08:15 --to 08:20 /data/log -o part.log
   nfw-log convert --to gpx /data/log -o drive.gpx
   nfw-log plot --html /data/log -o drive.html
+  nfw-log prune --keep-total 2G --dry-run /data/log
 )";
 
 inline const char* const INFO_EXAMPLES = R"(  nfw-log info drive.log
@@ -74,6 +75,11 @@ inline const char* const MERGE_EXAMPLES = R"(  nfw-log merge front.log rear.log 
 inline const char* const CONVERT_EXAMPLES = R"(  nfw-log convert --to nmea sensor.bin         the sentences, decoded
   nfw-log convert --to gpx --id 20,21 /data/log -o drive.gpx   the receiver's and dead reckoning's tracks
   nfw-log convert --to csv --id 21 --from 10m --until 20m drive.log -o dead-reckoning.csv
+)";
+inline const char* const PRUNE_EXAMPLES = R"(  nfw-log prune --keep-total 2G --keep-age 30d --dry-run /data/log
+  nfw-log prune --keep-free 500M --prefix drive /data/log
+  Each prefix in a directory is a recording with limits of its own. The oldest by name go first; the newest stays, and
+  so do files that somebody writes to, those of other names, and those in directories below.
 )";
 inline const char* const PLOT_EXAMPLES = R"(  nfw-log plot drive.log -o drive.svg
   nfw-log plot --html --colour fix /data/log -o drive.html

@@ -1,7 +1,7 @@
 # Completion of nfw-log for bash.
 _nfw_log() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]}
-  local commands="info cat check recover cut filter merge convert plot" command="" word
+  local commands="info cat check recover cut filter merge convert plot prune" command="" word
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case " $commands " in *" $word "*) command=$word && break ;; esac
   done
@@ -25,6 +25,7 @@ _nfw_log() {
       merge) options="$selection $output --by-time" ;;
       convert) options="$selection $output" ;;
       plot) options="$selection $output --html --colour" ;;
+      prune) options="--keep-total --keep-files --keep-age --keep-free --prefix --dry-run" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options --help" -- "$cur")
   fi

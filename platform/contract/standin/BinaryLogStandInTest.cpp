@@ -1,8 +1,11 @@
 // The stand-in's binary log: what stands in its file, and what becomes of records that the file system does not take.
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
@@ -71,7 +74,7 @@ TEST_F(BinaryLogStandIn, WritesAnEmptyRecordWhateverWasInterruptedBefore) {
   syslogservice::RecordBatch lBatch;
   ASSERT_TRUE(lBatch.add(nullptr, 0));
   errno = EINTR;
-  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO));
+  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO, 0));
   EXPECT_EQ(1U, lBatch.wholeNum());
 }
 
@@ -105,7 +108,9 @@ TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
 }
 
 TEST_F(BinaryLogStandIn, LeavesAFileThatIsStuckBehind) {
-  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open(mStuck.c_str(), LIMIT_MS);
+  syslogservice::BinaryLogFiles lOne;
+  lOne.mpDirectory = mStuck.c_str();
+  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open(lOne, 0, LIMIT_MS);
   ASSERT_NE(nullptr, lpLog);
   lpLog->begin();
   for (int i = 0; i < 200; ++i) EXPECT_TRUE(lpLog->append(std::string(1000, 'a').data(), 1000));
@@ -134,6 +139,76 @@ TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
   EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
   EXPECT_EQ("12345678abcdefghABCDEFGH", content());
   EXPECT_EQ((Counts{3, 24, 0, 0, 0, 0}), counts());
+}
+
+// Files that follow one another, in their order.
+class BinaryLogSeries : public BinaryLogStandIn {
+ protected:
+  void begin(unsigned int nMaxSize, unsigned int nMaxTimeMs) {
+    const std::string lDirectory = mDir / "series";
+    ::mkdir(lDirectory.c_str(), 0700);
+    ASSERT_TRUE(syslogservice::setBinaryLogFiles({lDirectory.c_str(), "s", nMaxSize, nMaxTimeMs, false}));
+  }
+  void write(const std::string& nRecords) const {
+    for (const char lRecord : nRecords) {
+      EXPECT_EQ(0, BinaryLogWrite(0, std::string(10, lRecord).data(), 10));
+    }
+    EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
+  }
+  std::vector<std::string> files() const {
+    std::vector<std::string> lPaths;
+    for (const auto& lEntry : std::filesystem::directory_iterator(mDir / "series")) lPaths.push_back(lEntry.path());
+    std::sort(lPaths.begin(), lPaths.end());
+    return lPaths;
+  }
+  /// The first letter of each record, and a comma between files.
+  std::string contents() const {
+    std::string lAll;
+    for (const std::string& lPath : files()) {
+      const std::string lFile = readFile(lPath);
+      for (size_t i = 0; i < lFile.size(); i += 10) lAll += lFile[i];
+      lAll += ",";
+    }
+    return lAll;
+  }
+};
+
+TEST_F(BinaryLogSeries, beginsAnotherFileWhereARecordWouldNotFit) {
+  begin(35, 0);
+  write("abcdefgh");
+  EXPECT_EQ("abc,def,gh,", contents());
+  EXPECT_EQ((Counts{8, 80, 0, 0, 0, 0}), counts());
+  const std::string lName = files().front().substr((mDir / "series/").size());
+  EXPECT_EQ(24U, lName.size());
+  EXPECT_EQ("s_20-_.log", lName.substr(0, 4) + lName[10] + lName[17] + lName.substr(20));
+  begin(5, 0);
+  write("ij");
+  EXPECT_EQ("abc,def,gh,i,j,", contents());
+}
+
+TEST_F(BinaryLogSeries, beginsAnotherFileWhenTheTimeIsOver) {
+  seams::ManualClock lClock;
+  begin(0, 1000);
+  write("ab");
+  lClock.advance(999);
+  write("c");
+  lClock.advance(1);
+  write("de");
+  EXPECT_EQ("abc,de,", contents());
+}
+
+TEST_F(BinaryLogSeries, goesOnBehindAFileThatWasRemovedAndInOneThatHasNoSuccessor) {
+  begin(25, 0);
+  write("abc");
+  std::filesystem::remove(files().back());
+  write("d");
+  EXPECT_EQ("ab,d,", contents());
+  EXPECT_EQ((Counts{3, 30, 0, 0, 1, 0}), counts());
+  std::filesystem::rename(mDir / "series", mDir / "away");
+  write("efg");
+  std::filesystem::rename(mDir / "away", mDir / "series");
+  EXPECT_EQ("ab,defg,", contents());
+  EXPECT_EQ((Counts{6, 60, 0, 0, 1, 0}), counts());
 }
 
 }  // namespace

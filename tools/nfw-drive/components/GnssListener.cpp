@@ -28,6 +28,7 @@ void GnssListener::detach() {
 }
 
 void GnssListener::onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) {
+  if (!mProgress.takesSentence()) return;
   mLateness.note();
   const std::string_view lSentence(reinterpret_cast<const char*>(npData), nSize);
   mView.use([&](View& nView) { nView.showRaw(lSentence); });

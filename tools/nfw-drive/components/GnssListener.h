@@ -37,7 +37,9 @@ class GnssListener : public nfw::NmeaDataListener,
   void detach();
 
   void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override;
-  void onNotifyParsedNmeaData(const nfw::NmeaSentence&) override { mProgress.mDelivered.add(nfw::NMEA_UNKNOWN); }
+  void onNotifyParsedNmeaData(const nfw::NmeaSentence&) override {
+    if (mProgress.takesCombined()) mProgress.mDelivered.add(nfw::NMEA_UNKNOWN);
+  }
   void onNotifyParsedGgaData(const nfw::GgaSentence& nRecord) override { take(nfw::NMEA_GGA, &View::showGga, nRecord); }
   void onNotifyParsedGllData(const nfw::GllSentence& nRecord) override { take(nfw::NMEA_GLL, &View::showGll, nRecord); }
   void onNotifyParsedGsaData(const nfw::GsaSentence& nRecord) override { take(nfw::NMEA_GSA, &View::showGsa, nRecord); }
@@ -52,6 +54,7 @@ class GnssListener : public nfw::NmeaDataListener,
  private:
   template <class Record>
   void take(int nKind, void (View::*npShow)(const Record&), const Record& nRecord) {
+    if (!mProgress.takesRecord(nKind)) return;
     mView.use([&](View& nView) { (nView.*npShow)(nRecord); });
     mProgress.mDelivered.add(nKind);
   }

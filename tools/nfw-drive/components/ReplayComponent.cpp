@@ -1,9 +1,26 @@
 #include "ReplayComponent.h"
 
+#include <unistd.h>
+
 #include "NfwLogger.h"
 #include "NfwSensorSysLoggerManager.h"
 
 namespace drive {
+
+namespace {
+
+// Who watches a replay wants to know how long it is, which files that are measured tell.
+template <class Service>
+bool play(Service& nLog, const std::vector<std::string>& nFiles) {
+  if (nFiles.empty()) return true;
+  if (nFiles.size() == 1 && ::isatty(STDOUT_FILENO) != 1) return nLog.startPlay(nFiles.front().c_str());
+  std::vector<const char*> lPaths;
+  lPaths.reserve(nFiles.size());
+  for (const std::string& lFile : nFiles) lPaths.push_back(lFile.c_str());
+  return nLog.startPlay(lPaths.data(), static_cast<unsigned int>(lPaths.size()));
+}
+
+}  // namespace
 
 int ReplayComponent::initializeAfterQuickBootImp() {
   const bool lIsAttached =
@@ -12,14 +29,11 @@ int ReplayComponent::initializeAfterQuickBootImp() {
 }
 
 int ReplayComponent::startImp() {
-  mPlaying = (mReplay.mFile.empty() ? 0 : 1) + (mReplay.mSensorFile.empty() ? 0 : 1);
+  mPlaying = (mReplay.mFiles.empty() ? 0u : DATA_LOG) | (mReplay.mSensorFiles.empty() ? 0u : SENSOR_LOG);
   mLateness.start();
-  if (!mReplay.mFile.empty() && !nfw::Logger::get()->startPlay(mReplay.mFile.c_str())) {
-    mFailure.note(EXIT_RUNTIME, mReplay.mFile + ": cannot be played");
-  }
-  if (!mReplay.mSensorFile.empty() && !nfw::SensorSysLoggerManager::get()->startPlay(mReplay.mSensorFile.c_str())) {
-    mFailure.note(EXIT_RUNTIME, mReplay.mSensorFile + ": cannot be played");
-  }
+  const bool lIsPlayed =
+      play(*nfw::Logger::get(), mReplay.mFiles) && play(*nfw::SensorSysLoggerManager::get(), mReplay.mSensorFiles);
+  if (!lIsPlayed) mFailure.note(EXIT_RUNTIME, mReplay.mName + ": cannot be played");
   return mFailure.isNoted() ? nfw::PHASE_FAILED : nfw::PHASE_DONE;
 }
 
@@ -35,18 +49,33 @@ int ReplayComponent::shutdownImp() {
   return nfw::PHASE_DONE;
 }
 
+// On the logs' threads, before the first record: it is played as it is asked for from the beginning.
+void ReplayComponent::startLogPlay() { prepare(*nfw::Logger::get()); }
+
+void ReplayComponent::startSysLogPlay() { prepare(*nfw::SensorSysLoggerManager::get()); }
+
+template <class Service>
+void ReplayComponent::prepare(Service& nLog) {
+  bool lIsReady = true;
+  if (mReplay.mFromMs > 0) lIsReady = nLog.seekPlay(mReplay.mFromMs);
+  if (mReplay.mRate != ReplayOptions::NORMAL_RATE) lIsReady = nLog.setPlayRate(mReplay.mRate) && lIsReady;
+  if (mReplay.mIsPaused) lIsReady = nLog.pausePlay() && lIsReady;
+  if (!lIsReady) mFailure.note(EXIT_RUNTIME, mReplay.mName + ": cannot be played from there");
+}
+
 // On the logger's thread, which may stop the replay itself. The services then hear the next source.
 void ReplayComponent::receiveLogPlayEnd(int nReason) {
   if (nReason == nfw::LogPlayer::END_NOT_STARTED)
-    mFailure.note(EXIT_RUNTIME, mReplay.mFile + ": nothing can be played");
-  if (mPlaying > 1) nfw::Logger::get()->stopPlay();
-  noteEnd();
+    mFailure.note(EXIT_RUNTIME, mReplay.mName + ": nothing can be played");
+  if ((mPlaying & SENSOR_LOG) != 0) nfw::Logger::get()->stopPlay();
+  noteEnd(DATA_LOG);
 }
 
-void ReplayComponent::receiveSysLogPlayEnd() { noteEnd(); }
+void ReplayComponent::receiveSysLogPlayEnd() { noteEnd(SENSOR_LOG); }
 
-void ReplayComponent::noteEnd() {
-  if (--mPlaying == 0) mEvents.notify(Events::REPLAY_ENDED);
+void ReplayComponent::noteEnd(Log nLog) {
+  const unsigned int lBefore = mPlaying.fetch_and(~nLog);
+  if (lBefore == nLog) mEvents.notify(Events::REPLAY_ENDED);
 }
 
 }  // namespace drive

@@ -18,25 +18,31 @@ class ReplayComponent : public nfw::Component, private nfw::LogPlaySwitch, priva
       : nfw::Component("Replay"), mReplay(nReplay), mLateness(nLateness), mEvents(nEvents), mFailure(nFailure) {}
 
  private:
+  enum Log : unsigned int { DATA_LOG = 1, SENSOR_LOG = 2 };
+
   int initializeBeforeQuickBootImp() override { return nfw::PHASE_DONE; }
   int initializeAfterQuickBootImp() override;
   int startImp() override;
   int stopImp() override;
   int shutdownImp() override;
 
-  void startLogPlay() override {}
+  void startLogPlay() override;
   void stopLogPlay() override {}
+  void seekLogPlay() override { mPlaying |= DATA_LOG; }
   void receiveLogPlayEnd(int nReason) override;
-  void startSysLogPlay() override {}
+  void startSysLogPlay() override;
   void stopSysLogPlay() override {}
+  void seekSysLogPlay() override { mPlaying |= SENSOR_LOG; }
   void receiveSysLogPlayEnd() override;
-  void noteEnd();
+  template <class Service>
+  void prepare(Service& nLog);
+  void noteEnd(Log nLog);
 
   const ReplayOptions& mReplay;
   Lateness& mLateness;
   Events& mEvents;
   Failure& mFailure;
-  std::atomic<int> mPlaying{0};
+  std::atomic<unsigned int> mPlaying{0};  // a bit for each log of which something is left to play
 };
 
 }  // namespace drive

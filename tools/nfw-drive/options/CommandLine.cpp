@@ -5,8 +5,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "Duration.h"
 #include "NfwVersion.h"
 #include "Options.h"
+#include "PlayTimeText.h"
+#include "RecordingFiles.h"
 #include "Settings.h"
 
 namespace drive {
@@ -38,14 +41,26 @@ Sentences:
 
 Recordings:
   --record makes DIR/PREFIX_YYYYMMDD-hhmmss_NN.log with the sentences (id 20), those of dead
-  reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log. While
-  recording, --speed max is a sentence a millisecond, which a replay can follow.
+  reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log: a new
+  FILE, or files DIR/PREFIX_sensor_YYYYMMDD-hhmmss_NN.log of a directory. While recording,
+  --speed max is a sentence a millisecond, which a replay can follow.
   --replay and --sys-replay play a recording at the pace it was made, to the same listeners;
-  of two at once the first is heard first, then the other. Without a SOURCE the run ends with
-  the replay. The summary compares what listeners received with the recording, and with the
-  run that made it.
+  of two at once the first is heard first, then the other. Without a SOURCE, which stands before
+  them, the run ends with the replay. The summary compares what listeners received with the
+  recording, and with the run that made it. Several files play as one, in their order, with the
+  gaps between them; a directory gives the files of the recording in it, by their names.
+  --rate plays faster or slower, --from and --to a part, told in seconds or [h:]mm:ss from the
+  first record, --loop the same again and again; each round is compared.
   --record-on records onto a stick or card while it is mounted: DRIVE is the kernel's name of
   the device (sda1), or the last name of the mount point of one without a device.
+  --max-file-time ends files by time as well as by size. Both logs go to the medium every
+  second (--sync-interval), so that a power cut costs no more; what it leaves of a record is cut
+  off when the next recording with this prefix begins. --keep-total, --keep-files, --keep-age
+  and --keep-free delete the oldest files of the recording's prefix in its directory, never the
+  one that is written; the summary tells how many. SIGUSR1, or the key k in the live table, keeps
+  the files of both logs that were written to in the last five minutes (--keep-before): they get
+  a second name in DIR/kept, or move there where the medium has no second names, and no limit
+  deletes or counts them. Recording goes on, in the last of them, too.
   The summary tells of each log how many records were recorded, refused and lost, and its bytes.
   While records are lost the log says so at once, every ten seconds, and when it is over; in the
   end a line on standard error says which log, how many, since when and why, and the exit status
@@ -61,6 +76,8 @@ Settings:
 
 Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
+          its keys: q ends; k keeps the last files; in a replay the space bar pauses and goes on, left and right jump
+          by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100), . is one step
   json    one object a line for each parsed sentence; the last is the summary
   nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
@@ -83,12 +100,18 @@ Examples:
   nfw-drive tcp://127.0.0.1:2947               what gpsd hears
   nfw-drive /dev/ttyACM0 --baud 115200 --record /data/log --sys-record /data/sensor.bin
   nfw-drive --replay /data/log/drive_20260131-080000_00.log --format nmea > drive.nmea
+  nfw-drive /dev/ttyACM0 --record /data/log --max-file-time 10m --keep-total 2G
+  nfw-drive --replay /data/log --rate 10 --from 1:30 --to 2:00:00
 )";
 
 /// The texts as they stand on the command line.
 struct Arguments {
   std::string mSource = "sim";
   std::string mSpeed;
+  std::string mRate;
+  std::vector<std::string> mReplay, mSensorReplay;
+  std::string mMaxFileTime, mSyncInterval, mKeepAge, mKeepBefore;
+  std::string mFrom, mTo;
   std::string mFormat = "table";
   double mForSeconds = 0.0;
   unsigned int mBaud = 9600;
@@ -115,6 +138,32 @@ CLI::Validator sizeCheck(const char* npRange, unsigned int nMin, unsigned int nM
   return CLI::AsSizeValue(false).description("") & CLI::Range(nMin, nMax).description(npRange);
 }
 
+CLI::Validator largeSizeCheck() {
+  return CLI::AsSizeValue(false).description("") & CLI::Range(1ULL, 1ULL << 62).description("");
+}
+
+void declareKeeping(CLI::App& nApp, Arguments& nArguments, RecordOptions& nRecord) {
+  nApp.add_option("--max-file-time", nArguments.mMaxFileTime,
+                  "of a file of the recording, as 10m; no limit unless given")
+      ->type_name("TIME");
+  nApp.add_flag("--max-file-time-aligned", nRecord.mIsAligned, "files end on the hour, at ten past ...: by the clock");
+  nApp.add_option("--sync-interval", nArguments.mSyncInterval,
+                  "what a power cut costs at most, 1s unless given; 0: never")
+      ->type_name("TIME");
+  nApp.add_option("--keep-total", nRecord.mKeep.mMaxTotalSize, "delete the oldest files of this prefix beyond that")
+      ->type_name("SIZE")
+      ->transform(largeSizeCheck());
+  nApp.add_option("--keep-files", nRecord.mKeep.mMaxFileNum, "the same, by their number")
+      ->type_name("N")
+      ->check(CLI::Range(1u, 1000000u).description(""));
+  nApp.add_option("--keep-age", nArguments.mKeepAge, "the same, by their age, as 30d")->type_name("TIME");
+  nApp.add_option("--keep-before", nArguments.mKeepBefore, "of what SIGUSR1 or the key k keeps, 5m unless given")
+      ->type_name("TIME");
+  nApp.add_option("--keep-free", nRecord.mKeep.mMinFreeSize, "the same, while less than that is free on the medium")
+      ->type_name("SIZE")
+      ->transform(largeSizeCheck());
+}
+
 void declareRecording(CLI::App& nApp, Options& nOptions) {
   RecordOptions& lRecord = nOptions.mRecord;
   auto* const lpRecord = nApp.add_option("--record", lRecord.mDirectory, "record into a directory")->type_name("DIR");
@@ -124,19 +173,25 @@ void declareRecording(CLI::App& nApp, Options& nOptions) {
   nApp.add_option("--prefix", lRecord.mPrefix, "of the names of the recording's files, drive unless given")
       ->type_name("P");
   nApp.add_option("--backup", lRecord.mBackup, "copy this directory beside the recording first")->type_name("DIR");
-  nApp.add_option("--sys-record", lRecord.mSensorFile, "record the sensor log into a new file")->type_name("FILE");
+  nApp.add_option("--sys-record", lRecord.mSensorFile, "record the sensor log into a new file, or a directory")
+      ->type_name("FILE|DIR");
   nApp.add_option("--max-file-size", lRecord.mMaxFileSize, "of a file of the recording, 16M unless given")
       ->type_name("SIZE")
       ->transform(sizeCheck("", 4096, 0xFFFFFFFF));
   nApp.add_option("--buffer-size", lRecord.mBufferSize, "between the callers and the disk, 256K unless given")
       ->type_name("SIZE")
       ->transform(sizeCheck("", 16 * 1024, 64 * 1024 * 1024));
-  nApp.add_option("--replay", nOptions.mReplay.mFile, "play a recording")
-      ->type_name("FILE")
-      ->check(CLI::ExistingFile.description(""));
-  nApp.add_option("--sys-replay", nOptions.mReplay.mSensorFile, "play a sensor log")
-      ->type_name("FILE")
-      ->check(CLI::ExistingFile.description(""));
+}
+
+void declareReplay(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
+  ReplayOptions& lReplay = nOptions.mReplay;
+  nApp.add_option("--replay", nArguments.mReplay, "play a recording: its files, or its directory")
+      ->type_name("PATH...");
+  nApp.add_option("--sys-replay", nArguments.mSensorReplay, "play a sensor log")->type_name("PATH...");
+  nApp.add_option("--from", nArguments.mFrom, "play from there on")->type_name("TIME");
+  nApp.add_option("--to", nArguments.mTo, "and up to there, not including it")->type_name("TIME");
+  nApp.add_flag("--paused", lReplay.mIsPaused, "wait for a key before the first record; with a table on a terminal");
+  nApp.add_flag("--loop", lReplay.mIsLooped, "play again and again, until a signal or --for");
 }
 
 void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
@@ -146,7 +201,8 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
     return "nfw-drive: " + std::string(nError.what()) + "\nTry nfw-drive --help.\n";
   });
   nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT");
-  nApp.add_option("--speed", nArguments.mSpeed, "times real time, or max: as fast as it goes, losing nothing")
+  nApp.add_option("--speed", nArguments.mSpeed,
+                  "times real time, or max: as fast as it goes, losing nothing; of a replay as --rate")
       ->type_name("X|max");
   nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
@@ -164,9 +220,9 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->type_name("SECONDS")
       ->check(CLI::Range(0.0, 86400.0).description(""));
   nApp.add_option("--seed", nOptions.mSimulator.mSeed, "of the simulated drive")->type_name("N");
-  nApp.add_option("--rate", nOptions.mSimulator.mRateHz, "of the simulated drive, 1 to 10")
-      ->type_name("HZ")
-      ->check(CLI::Range(1, 10).description(""));
+  nApp.add_option("--rate", nArguments.mRate,
+                  "with a replay: times the recorded pace, 0.01 to 100; else of the simulated drive, 1 to 10 Hz")
+      ->type_name("X");
   nApp.add_option("--systems", nArguments.mSystems, "of the simulated drive: gps,glonass,galileo")
       ->type_name("LIST")
       ->delimiter(',')
@@ -178,6 +234,8 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
       ->delimiter(',');
   nApp.add_flag("--dr", nOptions.mShowsDeadReckoning, "show the sentences of dead reckoning");
   declareRecording(nApp, nOptions);
+  declareKeeping(nApp, nArguments, nOptions.mRecord);
+  declareReplay(nApp, nArguments, nOptions);
   nApp.add_option("--settings", nArguments.mSettings, "a file of settings; the command line goes before it")
       ->type_name("FILE");
 }
@@ -201,25 +259,105 @@ double parseSpeed(const std::string& nText, const std::string& nPlace) {
   return lSpeed;
 }
 
-// Live sources come at their own pace and replays at that of the recording. There a kept speed waits for another run.
+// Live sources come at their own pace. There and with a replay a kept speed waits for another run.
 void setSpeed(const Arguments& nArguments, Options& nOptions) {
   const SourceAddress& lSource = nOptions.mSource;
   nOptions.mPlay.mPaced = isPacedByItself(lSource) || (!nArguments.mSpeed.empty() && !lSource.isLive());
-  if (nArguments.mSpeed.empty()) return;
+  if (nArguments.mSpeed.empty() || lSource.mKind == SourceAddress::NONE) return;
   const double lSpeed = parseSpeed(nArguments.mSpeed, nArguments.place("--speed"));
-  const bool lIsReplay = lSource.mKind == SourceAddress::NONE;
-  if (!lSource.isLive() && !lIsReplay) {
+  if (!lSource.isLive()) {
     nOptions.mPlay.mSpeed = lSpeed;
   } else if (nArguments.mPlaces.count("--speed") == 0) {
-    throw CLI::ValidationError(
-        "--speed", lIsReplay ? "a replay keeps the pace of its recording" : "a live source comes at its own pace");
+    throw CLI::ValidationError("--speed", "a live source comes at its own pace");
   }
+}
+
+double parseRate(const char* npOption, const std::string& nText, double nMin, double nMax, const char* npWhat) {
+  double lRate = 0.0;
+  if (CLI::detail::lexical_cast(nText, lRate) && lRate >= nMin && lRate <= nMax) return lRate;
+  throw CLI::ValidationError(npOption, "\"" + nText + "\" is " + npWhat);
+}
+
+void setReplayRate(const char* npOption, const std::string& nText, ReplayOptions& nReplay) {
+  const double lRate =
+      parseRate(npOption, nText, 0.01, 100.0, "no number of 0.01 to 100, times the pace of the recording");
+  nReplay.mRate = static_cast<unsigned int>(std::lround(lRate * ReplayOptions::NORMAL_RATE));
+}
+
+// Of a replay alone the speed is the rate.
+void setRate(const Arguments& nArguments, Options& nOptions) {
+  const bool lIsSpeedOfReplay = nOptions.mSource.mKind == SourceAddress::NONE && !nArguments.mSpeed.empty() &&
+                                nArguments.mPlaces.count("--speed") == 0;
+  if (lIsSpeedOfReplay && !nArguments.mRate.empty()) {
+    throw CLI::ValidationError("--speed", "is the same as --rate with a replay: give one of them");
+  }
+  if (lIsSpeedOfReplay) return setReplayRate("--speed", nArguments.mSpeed, nOptions.mReplay);
+  if (nArguments.mRate.empty()) return;
+  if (nOptions.mReplay.isWanted()) return setReplayRate("--rate", nArguments.mRate, nOptions.mReplay);
+  const char* const lpWhat = "no whole number of 1 to 10, the epochs a second of the simulated drive";
+  nOptions.mSimulator.mRateHz = static_cast<unsigned int>(parseRate("--rate", nArguments.mRate, 1, 10, lpWhat));
+  if (std::to_string(nOptions.mSimulator.mRateHz) != nArguments.mRate)
+    parseRate("--rate", nArguments.mRate, 11, 10, lpWhat);
+}
+
+std::string nameOf(const std::vector<std::string>& nWords) {
+  return nWords.size() == 1 ? nWords.front() : nWords.front() + " and " + std::to_string(nWords.size() - 1) + " more";
+}
+
+void findFiles(const char* npOption, const std::vector<std::string>& nWords, tool::RecordKind nKind,
+               const std::string& nPrefix, std::vector<std::string>* npFiles) {
+  std::string lReason;
+  if (findRecordingFiles(nWords, nKind, nPrefix, npFiles, &lReason)) return;
+  throw CLI::ValidationError(npOption, lReason);
+}
+
+uint32_t playTime(const char* npOption, const std::string& nText) {
+  const std::optional<uint32_t> lMs = tool::parsePlayTime(nText);
+  if (lMs) return *lMs;
+  throw CLI::ValidationError(npOption, "\"" + nText + "\" is no time: expected 90, 1.5, 1:30 or 1:02:03");
+}
+
+// What belongs to one replay that is all there is to hear.
+void checkReplay(const Arguments& nArguments, const Options& nOptions) {
+  const ReplayOptions& lReplay = nOptions.mReplay;
+  const struct {
+    const char* mpOption;
+    bool mIsGiven;
+  } CASES[] = {{"--from", !nArguments.mFrom.empty()},
+               {"--to", !nArguments.mTo.empty()},
+               {"--loop", lReplay.mIsLooped},
+               {"--paused", lReplay.mIsPaused}};
+  for (const auto& lCase : CASES) {
+    if (!lCase.mIsGiven) continue;
+    if (!lReplay.isWanted()) throw CLI::ValidationError(lCase.mpOption, "goes with --replay or --sys-replay");
+    if (lReplay.isOfBoth() || nOptions.mSource.mKind != SourceAddress::NONE) {
+      throw CLI::ValidationError(lCase.mpOption, "goes with one replay alone, without a SOURCE");
+    }
+  }
+  const bool lHasKeys = nArguments.mFormat == "table" && ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
+  if (lReplay.mIsPaused && (!lHasKeys || nArguments.mForSeconds > 0.0)) {
+    throw CLI::ValidationError("--paused", "needs a key to go on: it goes with a table on a terminal, without --for");
+  }
+  if (lReplay.mToMs && *lReplay.mToMs <= lReplay.mFromMs) {
+    throw CLI::ValidationError("--to", "\"" + nArguments.mTo + "\" is not behind the beginning of what is played");
+  }
+}
+
+void setReplay(const Arguments& nArguments, const std::string& nPrefix, Options& nOptions) {
+  ReplayOptions& lReplay = nOptions.mReplay;
+  findFiles("--replay", nArguments.mReplay, tool::LOG_RECORD, nPrefix, &lReplay.mFiles);
+  findFiles("--sys-replay", nArguments.mSensorReplay, tool::SENSOR_RECORD, nPrefix, &lReplay.mSensorFiles);
+  if (lReplay.isWanted())
+    lReplay.mName = nameOf(lReplay.mFiles.empty() ? nArguments.mSensorReplay : nArguments.mReplay);
+  if (!nArguments.mFrom.empty()) lReplay.mFromMs = playTime("--from", nArguments.mFrom);
+  if (!nArguments.mTo.empty()) lReplay.mToMs = playTime("--to", nArguments.mTo);
 }
 
 void setLimit(double nSeconds, Options& nOptions) {
   if (nSeconds == 0.0) return;
   const int64_t lLeadMs = nOptions.mSource.mKind == SourceAddress::NONE ? ReplayOptions::LEAD_MS : 0;
-  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0)) + lLeadMs;
+  const double lRate = lLeadMs == 0 ? 1.0 : nOptions.mReplay.mRate / 1000.0;
+  const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0 / lRate)) + lLeadMs;
   (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
 }
 
@@ -237,9 +375,40 @@ SimulatorOptions::Tunnel parseTunnel(const std::string& nText) {
 }
 
 // A sensor log tells nothing of its beginning: another run at its end could not be told from this one.
-void checkNewFile(const std::string& nPath) {
-  if (!nPath.empty() && ::access(nPath.c_str(), F_OK) == 0) {
-    throw CLI::ValidationError("--sys-record", nPath + ": exists already");
+void checkSensorFile(RecordOptions& nRecord) {
+  struct stat lStat = {};
+  if (nRecord.mSensorFile.empty() || ::stat(nRecord.mSensorFile.c_str(), &lStat) != 0) return;
+  nRecord.mIsSensorSeries = S_ISDIR(lStat.st_mode);
+  if (!nRecord.mIsSensorSeries) throw CLI::ValidationError("--sys-record", nRecord.mSensorFile + ": exists already");
+}
+
+unsigned int duration(const char* npOption, const std::string& nText, unsigned int nUnitMs) {
+  const std::optional<uint64_t> lMs = tool::parseDuration(nText);
+  if (lMs && *lMs / nUnitMs <= UINT32_MAX && *lMs % nUnitMs == 0) return static_cast<unsigned int>(*lMs / nUnitMs);
+  throw CLI::ValidationError(npOption, "\"" + nText + "\" is no time: expected a number and s, m, h or d, as 10m");
+}
+
+void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
+  if (!nArguments.mMaxFileTime.empty()) {
+    nRecord.mMaxFileTimeMs = duration("--max-file-time", nArguments.mMaxFileTime, 1);
+  }
+  if (!nArguments.mSyncInterval.empty()) nRecord.mSyncMs = duration("--sync-interval", nArguments.mSyncInterval, 1);
+  if (!nArguments.mKeepAge.empty()) nRecord.mKeep.mMaxAgeSec = duration("--keep-age", nArguments.mKeepAge, 1000);
+  if (!nArguments.mKeepBefore.empty()) {
+    nRecord.mKeepBeforeSec = duration("--keep-before", nArguments.mKeepBefore, 1000);
+    if (nRecord.mKeepBeforeSec == 0) throw CLI::ValidationError("--keep-before", "\"0\" would keep nothing");
+  }
+  if (nRecord.mIsAligned && nRecord.mMaxFileTimeMs == 0) {
+    throw CLI::ValidationError("--max-file-time-aligned", "goes with --max-file-time");
+  }
+  if (!nArguments.mKeepBefore.empty() && !nRecord.isWanted()) {
+    throw CLI::ValidationError("--keep-before", "goes with --record, --record-on or --sys-record");
+  }
+  if (!nRecord.mDirectory.empty() || !nRecord.mDrive.empty() || nRecord.mIsSensorSeries) return;
+  const std::string lWith = "--record, --record-on or a directory of --sys-record";
+  if (nRecord.mMaxFileTimeMs > 0) throw CLI::ValidationError("--max-file-time", "goes with " + lWith);
+  if (nRecord.isLimited()) {
+    throw CLI::ValidationError("--keep-total, --keep-files, --keep-age, --keep-free", "go with " + lWith);
   }
 }
 
@@ -251,13 +420,16 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
   if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceAddress::NONE;
   setSpeed(nArguments, nOptions);
+  setRate(nArguments, nOptions);
+  checkReplay(nArguments, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
   nOptions.mFormat = FORMATS.at(nArguments.mFormat);
   nOptions.mJudgesChecksums = !nArguments.mIgnoresChecksums;
   if (!nArguments.mSystems.empty()) nOptions.mSimulator.mSystems = 0;
   for (const std::string& lName : nArguments.mSystems) nOptions.mSimulator.mSystems |= 1u << SYSTEMS.at(lName);
   for (const std::string& lText : nArguments.mTunnels) nOptions.mSimulator.mTunnels.push_back(parseTunnel(lText));
-  checkNewFile(nOptions.mRecord.mSensorFile);
+  checkSensorFile(nOptions.mRecord);
+  setKeeping(nArguments, nOptions.mRecord);
 }
 
 void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string& nPlace) {
@@ -267,6 +439,19 @@ void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string
   } catch (const CLI::ParseError& lError) {
     throw CLI::ValidationError(nPlace, lError.what());
   }
+}
+
+bool isSourceWord(const std::string& nWord) {
+  return nWord == "-" || nWord.rfind("/dev/", 0) == 0 || nWord.find("://") != std::string::npos ||
+         (nWord == "sim" && ::access(nWord.c_str(), F_OK) != 0);
+}
+
+// Behind the files of a replay, where it would be taken for one of them.
+void takeSourceBehind(std::vector<std::string>& nWords, CLI::Option& nSource) {
+  if (nSource.count() > 0 || nWords.size() < 2 || !isSourceWord(nWords.back())) return;
+  nSource.add_result(nWords.back());
+  nSource.run_callback();
+  nWords.pop_back();
 }
 
 bool isExcluded(const CLI::Option& nOption) {
@@ -301,10 +486,14 @@ std::optional<Options> parseCommandLine(int nArgc, const char* const* npArgv, in
   declare(lApp, lArguments, lOptions);
   try {
     lApp.parse(nArgc, npArgv);
+    takeSourceBehind(lArguments.mReplay, *lApp.get_option("SOURCE"));
+    takeSourceBehind(lArguments.mSensorReplay, *lApp.get_option("SOURCE"));
     const bool lHasSource = lApp.get_option("SOURCE")->count() > 0;
     Settings lSettings(lArguments.mSettings);
     if (!lArguments.mSettings.empty()) applySettings(lApp, lSettings, lArguments);
     lOptions.mFoldsLog = lApp.get_option("--log-level")->count() == 0;
+    const bool lHasPrefix = lApp.get_option("--prefix")->count() > 0;
+    setReplay(lArguments, lHasPrefix ? lOptions.mRecord.mPrefix : std::string(), lOptions);
     complete(lArguments, lHasSource, lOptions);
     if (!lSettings.write()) {
       throw CLI::ValidationError(lArguments.mSettings, "cannot be written");

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "NfwLogRetention.h"
 #include "PacedSink.h"
 #include "Simulator.h"
 #include "SourceAddress.h"
@@ -21,22 +22,41 @@ struct RecordOptions {
   std::string mDirectory;  ///< of the data logger; empty: not recorded
   std::string mDrive;      ///< of the device onto which to record while it is mounted
   std::string mPrefix = "drive";
-  std::string mBackup;      ///< a directory to copy beside the recording
-  std::string mSensorFile;  ///< of the sensor log; empty: not recorded
+  std::string mBackup;           ///< a directory to copy beside the recording
+  std::string mSensorFile;       ///< of the sensor log; empty: not recorded
+  bool mIsSensorSeries = false;  ///< that is a directory, for files that follow one another
   unsigned int mMaxFileSize = 16 * 1024 * 1024;
   unsigned int mBufferSize = 256 * 1024;
+  unsigned int mMaxFileTimeMs = 0;    ///< 0: files end by their size alone
+  bool mIsAligned = false;            ///< files also end at the multiples of that in the local day
+  unsigned int mSyncMs = 1000;        ///< what a power cut loses at most; 0: whatever the system likes
+  unsigned int mKeepBeforeSec = 300;  ///< files written to since are kept when that is asked for
+  nfw::LogRetentionLimits mKeep;      ///< of the files with this prefix
 
+  static constexpr const char* SENSOR_SUFFIX = "_sensor";  ///< behind the prefix, of the sensor log's files
+
+  bool isLimited() const {
+    return mKeep.mMaxTotalSize > 0 || mKeep.mMaxFileNum > 0 || mKeep.mMaxAgeSec > 0 || mKeep.mMinFreeSize > 0;
+  }
   bool isWanted() const { return !mDirectory.empty() || !mDrive.empty() || !mSensorFile.empty(); }
 };
 
-/// What is played back.
+/// What is played back, and how. The keys change the rate and the place later.
 struct ReplayOptions {
-  std::string mFile;        ///< of the data logger
-  std::string mSensorFile;  ///< of the sensor log
+  std::vector<std::string> mFiles;        ///< of the data logger, in their order
+  std::vector<std::string> mSensorFiles;  ///< of the sensor log
+  std::string mName;                      ///< as the command line has it
+  unsigned int mRate = NORMAL_RATE;       ///< permille of the recorded pace
+  uint32_t mFromMs = 0;                   ///< from the recording's first record
+  std::optional<uint32_t> mToMs;          ///< what lies from there on is not played
+  bool mIsLooped = false;
+  bool mIsPaused = false;  ///< at first
 
+  static constexpr unsigned int NORMAL_RATE = 1000;
   static constexpr int64_t LEAD_MS = 1000;  ///< from the start to the first record
-  bool isWanted() const { return !mFile.empty() || !mSensorFile.empty(); }
-  const std::string& getName() const { return mFile.empty() ? mSensorFile : mFile; }
+  bool isWanted() const { return !mFiles.empty() || !mSensorFiles.empty(); }
+  bool isOfBoth() const { return !mFiles.empty() && !mSensorFiles.empty(); }
+  bool isPart() const { return mFromMs > 0 || mToMs; }
 };
 
 /// What the command line asks for.
@@ -53,7 +73,7 @@ struct Options {
   bool mJudgesChecksums = true;
   bool mShowsDeadReckoning = false;
 
-  std::string getName() const { return mReplay.isWanted() ? mReplay.getName() : mSource.mName; }
+  std::string getName() const { return mReplay.isWanted() ? mReplay.mName : mSource.mName; }
 };
 
 /// Reads the command line, and the settings file that it names. Without a value the program is to end with *npExit:

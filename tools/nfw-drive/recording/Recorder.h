@@ -4,6 +4,7 @@
 #include <string>
 
 #include "Failure.h"
+#include "Limits.h"
 #include "LogReport.h"
 #include "Progress.h"
 #include "Worker.h"
@@ -23,6 +24,7 @@ class Recorder {
   /// Records below a directory that has just appeared, and stops because it goes.
   void beginIn(const std::string& nDirectory);
   void endIn();
+  void keep();            ///< marks the last files as kept, when the medium takes it
   bool isSilent() const;  ///< the medium does not answer
   void watch();           ///< says so in the log, when called now and then
   void giveUp();          ///< nothing will end the recordings any more: what is known of them stands
@@ -37,8 +39,15 @@ class Recorder {
  private:
   void begin(const Worker::Task& nOnReady);
   bool startLog();
+  bool startRecord(const std::string& nDirectory);
+  void keepNow();
+  void keepIn(const std::string& nDirectory, const std::string& nName, LogReport& nLog) const;
+  void mendIn(const std::string& nDirectory, const std::string& nPrefix) const;
+  void keepWithin(const std::string& nDirectory);
+  void keepWithinForGood();
   bool startSensorLog();
-  bool makeSensorFile();
+  bool setSensorFile();
+  bool setSensorFiles(const std::string& nDirectory, const std::string& nPrefix);
   void awaitBackup();
   void look();
   nfw::LogRecordCounts sensorCounts() const;
@@ -56,9 +65,12 @@ class Recorder {
   LogReport mSensorLog{"the sensor log"};
   bool mIsLeftBehind = false;
   std::atomic<bool> mAwaitsBackup{false};
-  Spell mSilence;        // of the medium; on the watching thread
-  int mSensorFile = -1;  // on the worker's thread, as what follows
+  Spell mSilence;             // of the medium; on the watching thread
+  int mSensorFile = -1;       // where the sensor log is one file; on the worker's thread, as what follows
+  std::string mSensorPrefix;  // where it is several
+  bool mHasSensorLog = false;
   bool mHasBegun = false;
+  Limits mLimits, mSensorLimits;
   Worker mWorker;
 };
 

@@ -4,17 +4,16 @@
 
 namespace drive {
 
-void Lateness::begin(std::vector<uint32_t> nTicks, uint32_t nFirstTick) {
-  mTicks = std::move(nTicks);
-  mFirstTick = nFirstTick;
-  mLate.reserve(mTicks.size());
+void Lateness::begin(std::vector<uint32_t> nDues, unsigned int nRate) {
+  mDues = std::move(nDues);
+  mRate = nRate / 1000.0;
+  mLate.reserve(mDues.size());
 }
 
 void Lateness::note() {
-  if (mLate.size() == mTicks.size()) return;
+  if (mIsOver || mLate.size() == mDues.size()) return;
   const std::chrono::duration<double, std::milli> lPassed = Clock::now() - mStart;
-  const uint32_t lDue = mTicks[mLate.size()] - mFirstTick;
-  mLate.push_back(static_cast<float>(lPassed.count() - 1000.0 - lDue));
+  mLate.push_back(static_cast<float>(lPassed.count() - 1000.0 - mDues[mLate.size()] / mRate));
   mDuration = lPassed.count() / 1000.0;
 }
 

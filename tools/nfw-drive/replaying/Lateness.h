@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -13,9 +14,11 @@ class Lateness {
  public:
   using Clock = Events::Clock;
 
-  /// @param nTicks when the records were made, in milliseconds; the first record of the file counts as due a second
-  /// after the start
-  void begin(std::vector<uint32_t> nTicks, uint32_t nFirstTick);
+  /// @param nDues of the records, in milliseconds of the recording from what is due a second after the start
+  /// @param nRate permille of the recorded pace
+  void begin(std::vector<uint32_t> nDues, unsigned int nRate);
+  /// Somebody has changed the pace or the place: what comes from here on is not measured. Any thread.
+  void stop() { mIsOver = true; }
   /// The replay is asked for. Recordings and replays count in whole milliseconds.
   void start() { mStart = std::chrono::floor<std::chrono::milliseconds>(Clock::now()); }
   void note();  ///< the next record is here
@@ -26,8 +29,9 @@ class Lateness {
   double duration() const { return mDuration; }  ///< seconds from the start to the last record
 
  private:
-  std::vector<uint32_t> mTicks;
-  uint32_t mFirstTick = 0;
+  std::vector<uint32_t> mDues;
+  double mRate = 1.0;
+  std::atomic<bool> mIsOver{false};
   Clock::time_point mStart;
   std::vector<float> mLate;  // milliseconds; its room is taken in begin()
   double mDuration = 0.0;

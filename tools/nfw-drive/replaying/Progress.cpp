@@ -7,18 +7,58 @@ namespace drive {
 StreamTally Progress::delivered() const {
   StreamTally lTally;
   lTally.mSentences = mDeliveredSentences;
-  for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) lTally.mRecords[static_cast<size_t>(i)] = mDelivered.get(i);
-  lTally.mCombined = mDelivered.get(nfw::NMEA_UNKNOWN);
+  for (size_t i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
+    lTally.mRecords[i] = mDelivered.get(static_cast<int>(i)) - mBefore.mRecords[i];
+  }
+  lTally.mCombined = mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined;
   lTally.mDeadReckoning = mDeliveredDeadReckoning;
   return lTally;
 }
 
+StreamTally Progress::deliveredInAll() const {
+  StreamTally lTally = delivered();
+  lTally.mSentences.mCount += mBefore.mSentences.mCount;
+  for (size_t i = 0; i < tool::KIND_NUM; ++i) lTally.mRecords[i] += mBefore.mRecords[i];
+  lTally.mCombined += mBefore.mCombined;
+  lTally.mDeadReckoning.mCount += mBefore.mDeadReckoning.mCount;
+  return lTally;
+}
+
+void Progress::beginRound() {
+  mBefore = deliveredInAll();
+  mDeliveredSentences = TextTally();
+  mDeliveredDeadReckoning = TextTally();
+}
+
+bool Progress::takesSentence() const {
+  const StreamTally* const lpLimit = mpLimit;
+  return lpLimit == nullptr || mSentences - mBefore.mSentences.mCount < lpLimit->mSentences.mCount;
+}
+
+bool Progress::takesRecord(int nKind) const {
+  const StreamTally* const lpLimit = mpLimit;
+  const auto lKind = static_cast<size_t>(nKind);
+  return lpLimit == nullptr || mDelivered.get(nKind) - mBefore.mRecords[lKind] < lpLimit->mRecords[lKind];
+}
+
+bool Progress::takesCombined() const {
+  const StreamTally* const lpLimit = mpLimit;
+  return lpLimit == nullptr || mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined < lpLimit->mCombined;
+}
+
+bool Progress::takesReckoned() const {
+  const StreamTally* const lpLimit = mpLimit;
+  return lpLimit == nullptr || mReckonedSentences - mBefore.mDeadReckoning.mCount < lpLimit->mDeadReckoning.mCount;
+}
+
 bool Progress::hasReceived(const StreamTally& nExpected) const {
-  for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
-    if (mDelivered.get(i) < nExpected.mRecords[static_cast<size_t>(i)]) return false;
+  for (size_t i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
+    if (mDelivered.get(static_cast<int>(i)) - mBefore.mRecords[i] < nExpected.mRecords[i]) return false;
   }
-  return mSentences >= nExpected.mSentences.mCount && mDelivered.get(nfw::NMEA_UNKNOWN) >= nExpected.mCombined &&
-         mReckonedSentences >= nExpected.mDeadReckoning.mCount && mDeliveredReports >= mReports;
+  return mSentences - mBefore.mSentences.mCount >= nExpected.mSentences.mCount &&
+         mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined >= nExpected.mCombined &&
+         mReckonedSentences - mBefore.mDeadReckoning.mCount >= nExpected.mDeadReckoning.mCount &&
+         mDeliveredReports >= mReports;
 }
 
 std::string Progress::unparsableText() const {

@@ -31,15 +31,29 @@ struct Progress {
 
   /// Every line has one fate.
   bool addsUp() const { return mLines.total() == accepted() + ignored() + rejected(); }
+  /// In the round of a replay that is under way, and in all rounds: only the counts tell then.
   StreamTally delivered() const;
+  StreamTally deliveredInAll() const;
   /// What is to be delivered. What comes of a report of dead reckoning is the service's affair: only their number
   /// counts.
   StreamTally expected() const;
   bool areReportsDelivered() const { return mReports == mDeliveredReports; }
   /// Behind "no sentence": what came instead, and what it may be.
   std::string explainSilence() const;
-  /// Whether listeners have received as much as that. Any thread may ask.
+  /// A replay begins anew. While nothing is delivered.
+  void beginRound();
+  /// A round has no more than that: what comes behind it is not heard. Null: everything is. Any thread.
+  void limit(const StreamTally* npLimit) { mpLimit = npLimit; }
+  bool takesSentence() const;
+  bool takesRecord(int nKind) const;
+  bool takesCombined() const;
+  bool takesReckoned() const;
+  /// Whether listeners have received as much as that in this round. Any thread may ask.
   bool hasReceived(const StreamTally& nExpected) const;
+
+ private:
+  StreamTally mBefore;  // the counts of rounds that are over
+  std::atomic<const StreamTally*> mpLimit{nullptr};
 };
 
 }  // namespace drive

@@ -19,6 +19,7 @@ class Events {
     TIME_UP = 16,
     FAILED = 32,        ///< something that the run cannot do without
     REPLAY_ENDED = 64,  ///< nothing is left to play
+    KEEP_ASKED = 128,   ///< SIGUSR1
   };
 
   Events();
@@ -27,6 +28,8 @@ class Events {
   Events& operator=(const Events&) = delete;
 
   void notify(Event nEvent);
+  void putBack(unsigned int nEvents) { mPending.fetch_or(nEvents); }  ///< what wait() took; by who waits
+  void discard(Event nEvent) { mPending.fetch_and(~nEvent); }
 
   /// Waits for events and takes them; TIME_UP when the deadline passes before any.
   unsigned int wait(const std::optional<Clock::time_point>& nDeadline);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "PlayTimeText.h"
 #include "SentenceText.h"
 
 namespace drive {
@@ -51,7 +52,16 @@ void TableView::end() {
 
 // While the terminal has not taken the last picture there is no new one.
 void TableView::tick() {
+  if (mIsReplay) lookAtReplay();
   if (mOutput.isEmpty()) draw("");
+}
+
+void TableView::lookAtReplay() {
+  const nfw::LogPlayPosition lAt = mPlayback.position();
+  if (lAt.mLengthMs == 0) return;  // over
+  mReplayText =
+      fmt::format("{} of {}   rate {:g}{}", tool::playTimeText(lAt.mPositionMs), tool::playTimeText(lAt.mLengthMs),
+                  lAt.mRate / 1000.0, lAt.mIsPaused ? "   paused: space, . step, q" : "");
 }
 
 // A line more than fits would scroll, and the next picture would begin in the wrong place.
@@ -80,6 +90,7 @@ std::vector<std::string> TableView::picture() const {
       fmt::format("Sentences    {} delivered: {}", mProgress.mSentences.load(), kinds()),
       "Rejected     " + rejects(),
   };
+  if (mIsReplay) lLines.insert(lLines.begin() + 1, "Replay       " + mReplayText);
   if (mShowsDeadReckoning) {
     lLines.push_back("Reckoned     " + mReckoned[0]);
     lLines.push_back("             " + mReckoned[1]);

@@ -10,23 +10,11 @@
 #include <map>
 
 #include "FileOrder.h"
+#include "RotatedName.h"
 
 namespace logtool {
 
 namespace {
-
-const size_t SUFFIX_SIZE = 23;  // "_YYYYMMDD-hhmmss_NN.log"
-
-bool isRotated(const std::string& nName) {
-  static const char PATTERN[] = "_dddddddd-dddddd_dd.log";
-  if (nName.size() < SUFFIX_SIZE) return false;
-  const std::string lSuffix = nName.substr(nName.size() - SUFFIX_SIZE);
-  for (size_t i = 0; i < SUFFIX_SIZE; ++i) {
-    const bool lIsDigit = lSuffix[i] >= '0' && lSuffix[i] <= '9';
-    if (PATTERN[i] == 'd' ? !lIsDigit : lSuffix[i] != PATTERN[i]) return false;
-  }
-  return true;
-}
 
 void findInDirectory(const std::string& nDirectory, std::vector<Recording>* npRecordings) {
   std::map<std::string, std::vector<std::string>> lRotated;
@@ -37,12 +25,12 @@ void findInDirectory(const std::string& nDirectory, std::vector<Recording>* npRe
     std::error_code lUnknown;
     if (!lEntry->is_regular_file(lUnknown)) continue;
     const std::string lName = lEntry->path().filename().string();
-    if (!isRotated(lName)) {
+    const std::optional<std::string> lPrefix = tool::rotatedPrefix(lName);
+    if (!lPrefix) {
       lOthers.push_back(lEntry->path().string());
       continue;
     }
-    const std::string lPrefix = lName.substr(0, lName.size() - SUFFIX_SIZE);
-    lRotated[(std::filesystem::path(nDirectory) / lPrefix).string()].push_back(lEntry->path().string());
+    lRotated[(std::filesystem::path(nDirectory) / *lPrefix).string()].push_back(lEntry->path().string());
   }
   for (auto& [lName, lPaths] : lRotated) {
     std::sort(lPaths.begin(), lPaths.end());

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "NfwLogRetention.h"
 #include "Selection.h"
 
 namespace logtool {
@@ -27,6 +28,9 @@ struct Options {
   std::string mFormat;            ///< of convert
   std::string mColour = "speed";  ///< of the plot's track: speed or fix
   uint64_t mGapMs = 5000;         ///< a pause from which on info tells of it
+  nfw::LogRetentionLimits mKeep;  ///< of each recording, when it is pruned
+  std::string mPrefix;            ///< prune: the recording of it alone; empty: all
+  bool mIsDryRun = false;         ///< prune: tells, and deletes nothing
   Selection mSelection;
 };
 

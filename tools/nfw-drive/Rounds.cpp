@@ -1,0 +1,73 @@
+#include "Rounds.h"
+
+#include <fmt/format.h>
+
+#include "NfwDeadReckoning.h"
+#include "NfwDeadReckoningNmeaDataListener.h"
+#include "NfwGnss.h"
+#include "NfwNmeaDataListener.h"
+
+namespace drive {
+
+namespace {
+
+struct NoSentences : nfw::NmeaDataListener {
+  void onNotifyNmeaData(unsigned char const*, unsigned int) override {}
+};
+struct NoReports : nfw::DeadReckoningNmeaDataListener {
+  void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
+};
+
+// An attach waits for its turn on the service's thread. What is under way takes up to three turns.
+void awaitServices() {
+  NoSentences lSentences;
+  NoReports lReports;
+  for (int i = 0; i < 3; ++i) {
+    nfw::Gnss::get()->attachNmeaDataListener(&lSentences);
+    nfw::Gnss::get()->detachNmeaDataListener(&lSentences);
+    nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&lReports);
+    nfw::DeadReckoning::get()->detachDeadReckoningNmeaDataListener(&lReports);
+  }
+}
+
+}  // namespace
+
+void Rounds::begin() {
+  if (mReplay.mToMs) mProgress.limit(&mRecorded.get());
+}
+
+void Rounds::spoil() {
+  mIsSpoilt = true;
+  mProgress.limit(nullptr);
+}
+
+bool Rounds::next() {
+  bool lIsSame = true;
+  if (!mIsSpoilt) mRecorded.compare(mProgress.delivered(), &lIsSame);
+  if (!mReplay.mIsLooped || !lIsSame) return false;
+  const bool lWasSpoilt = mIsSpoilt;
+  mPlayback.pause();
+  if (!mPlayback.seek(mReplay.mFromMs)) return false;
+  awaitServices();
+  ++(lWasSpoilt ? mSpoilt : mSame);
+  beginAnew();
+  mPlayback.resume();
+  return true;
+}
+
+void Rounds::beginAnew() {
+  mProgress.beginRound();
+  mIsSpoilt = false;
+  begin();
+}
+
+std::string Rounds::verdict(bool nIsWhole, bool* npIsSame) const {
+  std::string lLast = mIsSpoilt ? "sought in: not compared" : "ended early: not compared";
+  if (nIsWhole && !mIsSpoilt) lLast = mRecorded.compare(mProgress.delivered(), npIsSame);
+  if (mSame + mSpoilt == 0) return lLast;
+  std::string lText = fmt::format("{} whole round{} the same as the recording", mSame, mSame == 1 ? "" : "s");
+  if (mSpoilt > 0) lText += fmt::format(", {} not compared: sought in", mSpoilt);
+  return lText + "; the last one " + lLast;
+}
+
+}  // namespace drive
