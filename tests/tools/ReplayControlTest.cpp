@@ -84,6 +84,7 @@ TEST_F(ReplayControl, tellsWhatCannotBePlayedSo) {
       {{"--replay", path("empty")}, "no recording of the data logger in this directory"},
       {{"--sys-replay", path("log")}, "no recording of the sensor log in this directory"},
       {{"--replay", path("log"), "--prefix", "trip", "--from", "1"}, "ends 0:00:00.9 behind its first record"},
+      {{"--replay", "/dev/null"}, "/dev/null: neither a file nor a directory"},
       {{"--replay", path("log/other")}, "offset 0: no record of the data logger"},
       {{"--replay", path("log"), path("missing"), "--prefix", "drive"}, "missing: No such file or directory"},
       {{"--replay", path("log"), "--prefix", "drive", "--rate", "101"}, "\"101\" is no number of 0.01 to 100"},
