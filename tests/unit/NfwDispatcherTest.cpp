@@ -120,6 +120,24 @@ TEST_F(DispatcherTest, GnssRecordsReachTheListenersOfTheirOwnKindWhole) {
             mNotes.all());
 }
 
+TEST_F(DispatcherTest, ASatelliteIsHeardWhicheverOfItsFieldsIsSet) {
+  nfw::GnssDataDispatcher lGnss(mThread.get(), 0, 1, 1, 1, 1, 1, 1, 1, 1, 1);
+  GnssListener lAny(mNotes);
+  EXPECT_TRUE(lAny.attachTo(lGnss));
+  for (int i = 0; i < 6; ++i) {
+    nfw::NmeaSentence lAll;
+    int lField = 0;
+    eachField(lAll.gsv.satellite[40], [&](auto& nField) {
+      if (lField++ == i) nField = 1;
+      return true;
+    });
+    lGnss.dispatch(lAll.gsv), lGnss.dispatch(lAll);
+    mThread.settle();
+    EXPECT_EQ((Strings{text(lAll.gsv), text(lAll)}), mNotes.all()) << i;
+    mNotes.clear();
+  }
+}
+
 TEST(ThreadMsgProfileTest, SizesAreThoseOfTheThirtyTwoBitCount) {
   EXPECT_EQ(2074U, nfw::GnssDataDispatcher::getMaxMsgDataSize());
   nfw::ThreadMsgProfilerManager::profiling(99);
