@@ -67,8 +67,7 @@ TEST_F(ReplayControl, aLoopComparesEachRound) {
     lRun.signal(SIGINT);
     lRun.readAll();
     EXPECT_EQ(lRun.wait(), 0) << lRun.errors();
-    EXPECT_NE(lRun.errors().find(" whole rounds the same as the recording; the last one ended early"),
-              std::string::npos)
+    EXPECT_NE(lRun.errors().find(" whole rounds the same as the recording; the last one "), std::string::npos)
         << lRun.errors();
   }
 }

@@ -183,9 +183,8 @@ unsigned int Application::awaitEvents() {
 bool Application::goesRound() {
   awaitListeners();
   if (!mRounds.next()) return false;
-  mEvents.discard(Events::REPLAY_ENDED);  // what was told of the last round
   mIsReplayWhole = false;
-  mEvents.putBack(mAside);
+  mEvents.putBack(mAside & ~Events::REPLAY_ENDED);
   mAside = 0;
   return true;
 }
