@@ -86,6 +86,17 @@ void declareOutput(CLI::App& nApp, bool nIsRequired, Options& nOptions) {
   nApp.add_flag("--force", nOptions.mForce, "replace the file if it exists");
 }
 
+void declareFormat(CLI::App& nApp, Options& nOptions) {
+  nApp.add_option("--to", nOptions.mFormat, "nmea, gpx, kml, geojson, csv, gpkg or mcap")
+      ->type_name("FORMAT")
+      ->required()
+      ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv", "gpkg", "mcap"}).description(""));
+  nApp.add_option("--name", nOptions.mName, "the name in a GPX or KML file, that of the recording unless given")
+      ->type_name("TEXT");
+  nApp.add_flag("--lines", nOptions.mLines, "GeoJSON: a line for each stretch instead of a point for each position");
+  nApp.add_flag("--append", nOptions.mAppend, "GeoPackage: add to the file if it exists")->excludes("--force");
+}
+
 void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   const std::string lGroups = nCommand.mpOptions;
   const auto lHas = [&](char nGroup) { return lGroups.find(nGroup) != std::string::npos; };
@@ -105,12 +116,7 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
         ->check(CLI::Range(0.001, 1e6).description(""));
   }
   if (lHas('m')) nApp.add_flag("--by-time", nOptions.mByTime, "order by the clock even if the ticks agree");
-  if (lHas('c')) {
-    nApp.add_option("--to", nOptions.mFormat, "nmea, gpx, kml, geojson or csv")
-        ->type_name("FORMAT")
-        ->required()
-        ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv"}).description(""));
-  }
+  if (lHas('c')) declareFormat(nApp, nOptions);
   if (lHas('p')) {
     nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
     nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
@@ -192,6 +198,18 @@ void complete(const Arguments& nArguments, Options& nOptions) {
   }
 }
 
+void completeConvert(const Options& nOptions) {
+  const std::string& lFormat = nOptions.mFormat;
+  const auto lRequire = [&](bool nIsRight, const char* npOption, const char* npText) {
+    if (!nIsRight) throw CLI::ValidationError(npOption, npText);
+  };
+  lRequire(!nOptions.mLines || lFormat == "geojson", "--lines", "is for --to geojson");
+  lRequire(!nOptions.mAppend || lFormat == "gpkg", "--append", "is for --to gpkg");
+  lRequire(nOptions.mName.empty() || lFormat == "gpx" || lFormat == "kml", "--name", "is for --to gpx and --to kml");
+  lRequire(nOptions.mOutput != "-" || lFormat != "gpkg", "--output",
+           "a GeoPackage is written to a file: name it, as drive.gpkg");
+}
+
 /// What a name promises is what stands in the file.
 void completePlot(Options& nOptions) {
   const std::string lExtension = lowered(std::filesystem::path(nOptions.mOutput).extension().string());
@@ -250,6 +268,7 @@ int runProgram(int nArgc, const char* const* npArgv) {
     lApp.parse(nArgc, npArgv);
     complete(lArguments, lOptions);
     if (lApp.got_subcommand("plot")) completePlot(lOptions);
+    if (lApp.got_subcommand("convert")) completeConvert(lOptions);
   } catch (const CLI::ParseError& lError) {
     return answer(lApp, lError);
   }

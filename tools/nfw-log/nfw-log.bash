@@ -10,7 +10,7 @@ _nfw_log() {
     return
   fi
   case "$prev" in
-    --to) [ "$command" != convert ] || { mapfile -t COMPREPLY < <(compgen -W "nmea gpx kml geojson csv" -- "$cur"); return; } ;;
+    --to) [ "$command" != convert ] || { mapfile -t COMPREPLY < <(compgen -W "nmea gpx kml geojson csv gpkg mcap" -- "$cur"); return; } ;;
     --colour) mapfile -t COMPREPLY < <(compgen -W "speed fix" -- "$cur"); return ;;
     --type | --exclude) mapfile -t COMPREPLY < <(compgen -W "GGA GLL GSA GSV RMC VTG ZDA PUBX DR LOG DATA" -- "$cur"); return ;;
   esac
@@ -23,7 +23,7 @@ _nfw_log() {
       recover) options="$output" ;;
       cut | filter) options="$selection --last $output" ;;
       merge) options="$selection $output --by-time" ;;
-      convert) options="$selection --last $output" ;;
+      convert) options="$selection --last $output --to --name --lines --append" ;;
       plot) options="$selection --last $output --html --colour" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options --help" -- "$cur")
