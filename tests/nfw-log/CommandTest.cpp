@@ -70,6 +70,11 @@ TEST_F(Command, momentsSelect) {
       {{"--from", "2026-02-01 00:00:07.5"}, "25|"},
       {{"--to", "2026/02/01T00:00"}, "20|20|"},
       {{"--from", "1h"}, ""},
+      {{"--last", "7.5"}, "20|25|"},
+      {{"--last", "1h"}, "20|20|25|"},
+      {{"--exclude", "0xFF,GGA"}, "20|"},
+      {{"--exclude", "LOG,FOO"}, "20|20|"},
+      {{"--match", "RMC", "--match", "as", "--match", "no"}, "20|25|"},
   };
   std::string lBytes;
   for (const char* const lpName : {"20260131-235959_00", "20260131-235959_01", "20260201-000000_00"}) {
@@ -100,6 +105,7 @@ TEST_F(Command, eachIdOfASensorLogHasItsClock) {
             "2026-01-31 08:00:32.000 0|2026-01-31 08:00:33.000 0|");
   output({"cut", "--from", "08:00:32", lFile, "-o", lOut});
   EXPECT_EQ(columns({"cat", "--id", "0", lOut}, 0, 0), "||||");
+  EXPECT_EQ(columns({"cat", "--match", "GGA,080031", lFile}, 0, 25), "2026-01-31 08:00:31.000 0|");
   EXPECT_EQ(columns({"cat", "--id", "1", "--type", "DR", "--from", "08:00:32", "--hex", lFile}, 0, 25),
             "2026-01-31 08:00:32.000 1|");
 }
@@ -208,6 +214,14 @@ TEST_F(Command, refusesWhatItMust) {
       {{"merge", "--type", "FOO", lLog, lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
       {{"convert", "--type", "FOO", "--to", "gpx", lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
       {{"cat", "--type", "$GPGGA", lLog}, 2, "\"$GPGGA\" is no type"},
+      {{"cat", "--exclude", "GGA,$", lLog}, 2, "--exclude: \"$\" is no type"},
+      {{"cat", "--match", "", lLog}, 2, "--match: takes a text"},
+      {{"filter", "--match", "OTHER", lLog, "-o", lOut, "--force"},
+       2,
+       "no record of what was selected has the text \"OTHER"},
+      {{"cat", "--last", "08:15", lLog}, 2, "\"08:15\" is no length of time"},
+      {{"cat", "--last", "5", "--from", "1", lLog}, 2, "--from excludes --last"},
+      {{"cat", "--last", "5", "-"}, 2, "--last: standard input can be read only once"},
       {{"cat", "--from", "10", "--to", "5", lLog}, 2, "\"10\" is not before the end, \"5\""},
       {{"cut", "--from", "10:00", "--to", "09:00", lLog, "-o", lOut, "--force"}, 2, "the end is before the begin"},
       {{"plot", lLog, "-o", mDir / "x.png"}, 2, "plot writes an SVG picture (.svg), or an HTML page (.html)"},
