@@ -37,7 +37,8 @@ struct Command {
 };
 
 const Command COMMANDS[] = {
-    {"info", "What a recording holds: records, ids, times, gaps, damage", INFO_EXAMPLES, "jg", runInfo},
+    {"info", "What a recording holds: records, ids, times, gaps, damage, and its tracks in numbers", INFO_EXAMPLES,
+     "jg", runInfo},
     {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "sojxf", runCat},
     {"check", "Finds everything that is wrong with a recording; exit status 1 when anything is", CHECK_EXAMPLES, "j",
      runCheck},

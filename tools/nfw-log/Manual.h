@@ -45,7 +45,7 @@ Examples:
 )";
 
 inline const char* const INFO_EXAMPLES = R"(  nfw-log info drive.log
-  nfw-log info --json /data/log | jq '.recordings[].records'
+  nfw-log info --json /data/log | jq '.recordings[].tracks[].distance_m'
   nfw-log info --gap 0.5 /data/log             tell of every pause of half a second and more
 )";
 inline const char* const CAT_EXAMPLES =

@@ -2,13 +2,13 @@
 
 #include <cmath>
 
+#include "GroundDistance.h"
+
 namespace logtool {
 
 namespace {
 
-const double METRES_PER_DEGREE = 111194.9;  // of a sphere of 6371 km
-const double FIRST_DISTANCE = 0.5;          // metres
-const double RADIANS = 3.14159265358979323846 / 180.0;
+const double FIRST_DISTANCE = 0.5;  // metres
 
 double distance(const GroundPoint& nFirst, const GroundPoint& nSecond) {
   return std::hypot(nFirst.mEast - nSecond.mEast, nFirst.mNorth - nSecond.mNorth);
