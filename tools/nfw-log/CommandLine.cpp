@@ -47,7 +47,7 @@ const Command COMMANDS[] = {
     {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "sO", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
     {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "soc", runConvert},
-    {"plot", "Draws the track, and speed, altitude, satellites and HDOP over time", PLOT_EXAMPLES, "sop", runPlot},
+    {"plot", "Draws the tracks, and speed, altitude, satellites and HDOP over time; the sky, too, as a page", PLOT_EXAMPLES, "sop", runPlot},
 };
 
 void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {
@@ -96,7 +96,7 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
         ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv"}).description(""));
   }
   if (lHas('p')) {
-    nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
+    nApp.add_flag("--html", nOptions.mHtml, "a page to look at with the pointer, with sky, signals and numbers, instead of an SVG picture");
     nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
         ->type_name("speed|fix")
         ->check(CLI::IsMember({"speed", "fix"}).description(""));

@@ -20,7 +20,8 @@ Types (--type):
   LOG, DATA                   lines of the application log; anything else
 
 Tracks (convert, plot):
-  The receiver's: id 0 of a sensor log, id 20 of a log, or else the id with the first sentence. --id chooses others;
+  The receiver's: id 0 of a sensor log, id 20 of a log, or else the id with the first sentence; plot draws that of dead
+  reckoning as well. --id chooses others;
   several are several tracks with their names. What the log in a directory tells of is not taken from a sensor log
   beside it again.
 

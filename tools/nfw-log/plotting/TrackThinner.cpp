@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "GroundDistance.h"
+#include "Stand.h"
 
 namespace logtool {
 
@@ -17,12 +18,12 @@ double distance(const GroundPoint& nFirst, const GroundPoint& nSecond) {
 }  // namespace
 
 void TrackThinner::add(const TrackPoint& nPoint) {
-  const bool lIsFirst = mIsEmpty;
-  mIsEmpty = false;
-  const TrackPlace lPlace = {mGround.placeOf(nPoint.mLatitude, nPoint.mLongitude), static_cast<float>(nPoint.mSpeedKmh),
-                             nPoint.mFix, nPoint.mIsBreak};
-  if (!lIsFirst && !nPoint.mIsBreak) mLength += distance(lPlace.mPlace, mLast);
-  mLast = lPlace.mPlace;
+  const TrackPlace lPlace = {mGround.placeOf(nPoint.mLatitude, nPoint.mLongitude),
+                             Stand::momentOf(nPoint),
+                             nPoint.mUtcMs >= 0,
+                             static_cast<float>(nPoint.mSpeedKmh),
+                             nPoint.mFix,
+                             nPoint.mIsBreak};
   if (mIsLastLoose) {
     const TrackPlace lLoose = mPlaces.back();
     mPlaces.pop_back();
