@@ -12,14 +12,16 @@
 namespace logtest {
 
 /// The exit code; `npOutput` gets what it wrote to standard output, `npErrors` what it said on standard error.
-inline int runTool(const std::vector<std::string>& nArguments, std::string* npOutput, std::string* npErrors) {
+inline int runTool(const std::vector<std::string>& nArguments, std::string* npOutput = nullptr,
+                   std::string* npErrors = nullptr) {
   std::vector<const char*> lArgv = {"nfw-log"};
   for (const std::string& lArgument : nArguments) lArgv.push_back(lArgument.c_str());
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   const int lExit = logtool::runProgram(static_cast<int>(lArgv.size()), lArgv.data());
-  *npOutput = testing::internal::GetCapturedStdout();
-  *npErrors = testing::internal::GetCapturedStderr();
+  const std::string lOutput = testing::internal::GetCapturedStdout(), lErrors = testing::internal::GetCapturedStderr();
+  if (npOutput != nullptr) *npOutput = lOutput;
+  if (npErrors != nullptr) *npErrors = lErrors;
   return lExit;
 }
 
