@@ -30,6 +30,7 @@ const char* const KINDS[] = {"Gga", "Gll", "Gsa", "Gsv", "Rmc", "Vtg", "Zda", "P
 Strings linesOf(size_t nKind, const std::string& nText) {
   const seams::CapturedLog lLog;
   eachParse(SENTENCES[nKind], [&](auto npParse, auto nRecord, auto) { npParse(nText.c_str(), 1, &nRecord); });
+  for (const auto& lLine : lLog.lines()) EXPECT_EQ(1, lLine.mLevel) << lLine.mText;
   return lLog.texts();
 }
 
@@ -58,6 +59,7 @@ TEST(NmeaDataParserTest, WholeSentencesBecomeRecords) {
   for (const auto& lCase : CASES) {
     const seams::CapturedLog lLog;
     eachParse(lCase[0], [&](auto npParse, auto nRecord, auto) {
+      for (const size_t i : {0U, 1U, 4U, 7U}) npParse(SENTENCES[i], 1, &nRecord);  // which leaves nothing
       EXPECT_TRUE(npParse(lCase[0], 1, &nRecord)) << lCase[0];
       EXPECT_EQ(lCase[1], nfwtest::text(nRecord));
     });
@@ -160,7 +162,7 @@ TEST(NmeaDataParserTest, SaysWhatIsWrongWithAField) {
 TEST(NmeaDataParserTest, AgreesOnOddFields) {
   const char* const ODD =
       "|0|1|2|3|5|6|7|06|12| +1 |-1|255|256|65535|65536|999999999|1234567890|4294967295|4294967296|1.0|.5|-.|1.2.3|1e1|"
-      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|13944.1234|3539.|3539.1x|3.5|12e2|-5.25|"
+      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|3539.12345678901234|13944.1234|3539.|3539.1x|3.5|12e2|-5.25|"
       "353.91234567|12345678.5| 3539.5 |17959.99999999999|123456|123456.|123456.5|123456.007|123456.9999|123456x250|"
       "1234567|12345678| 123456.5 |12345|1234 6|-23456|123456.x|1601x6|0000000000000000008|00000000000000000008|"
       "         8         |          8         |N|S|E|W|w|A|M|D|V|X| N |NX|Autonomous|\x80| "
