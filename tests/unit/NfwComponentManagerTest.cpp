@@ -301,6 +301,8 @@ TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
   begin();
   for (int i = 0; i < 6; ++i) {
     EXPECT_TRUE(drive(i));
+    nfwtest::RawMsg lEarlier(utl::TimerMsg::MSG_ID);  // of a timer that was killed
+    mpManager->receiveMsg(mThread->getId() + 1, lEarlier);
     mClock.advance(29999);
     EXPECT_EQ(Notes(), errors());
     mClock.advance(1);

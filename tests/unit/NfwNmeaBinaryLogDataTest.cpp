@@ -460,7 +460,7 @@ class NmeaBinaryLogReport : public NmeaBinaryLogData {
 TEST_F(NmeaBinaryLogReport, BecomesOneRecordAndTheSentencesInIt) {
   const Bytes lRecord = encode(mVersion1, makeReport(1, 2));
   ASSERT_EQ(30u + 19 + 31 + 1 + 40 + 1 + 2 * 33 + 58, lRecord.size());
-  ASSERT_TRUE(readBack(lRecord));
+  ASSERT_TRUE(readBack(encode(mVersion1, makeReport(2, 3))) && readBack(lRecord));
   EXPECT_EQ(closed("$GPRMC,123519.250,A,4807.03800,S,01131.00000,E,22.400,84.40,230394,3.1,W,E*"), text(mSet.mRmc));
   EXPECT_EQ(closed("$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,D*"), text(mSet.mVtg));
   EXPECT_EQ(closed("$GNGGA,123519.250,4807.03800,N,01131.00000,W,6,08,0.90,545.5,M,-46.9,M,3,120*"), text(mSet.mGga));
