@@ -342,6 +342,19 @@ TEST_F(ComponentManagerTest, TheWatchEndsWithTheLastPhase) {
   EXPECT_EQ(Notes(), errors());
 }
 
+TEST_F(ComponentManagerTest, TheThreadMayGoBehindTheLastPhase) {
+  alignas(nfwtest::SharedThread) char lPlace[sizeof(nfwtest::SharedThread)];
+  auto* const lpThread = new (lPlace) nfwtest::SharedThread(4);
+  ASSERT_TRUE(mpManager->initializeThread(lpThread->get()));
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_TRUE(start(i));
+    for (int lTwice = 0; lTwice < 2; ++lTwice) lpThread->settle();
+  }
+  lpThread->~SharedThread();
+  std::fill(std::begin(lPlace), std::end(lPlace), '\0');  // whoever asks it now will not get far
+  remove();
+}
+
 TEST_F(ComponentManagerTest, UnreadableMessagesAreNamed) {
   nfwtest::RawMsg lNoId, lBelow(static_cast<int>(0x80000C01u)), lAbove(static_cast<int>(0x80000C0Eu));
   mpManager->receiveMsg(1, lNoId);  // without a thread: ignored
