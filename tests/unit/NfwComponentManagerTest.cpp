@@ -301,6 +301,8 @@ TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
   begin();
   for (int i = 0; i < 6; ++i) {
     EXPECT_TRUE(drive(i));
+    nfwtest::RawMsg lEarlier(utl::TimerMsg::MSG_ID);  // of a timer that was killed
+    mpManager->receiveMsg(mThread->getId() + 1, lEarlier);
     mClock.advance(29999);
     EXPECT_EQ(Notes(), errors());
     mClock.advance(1);
@@ -338,6 +340,19 @@ TEST_F(ComponentManagerTest, TheWatchEndsWithTheLastPhase) {
   nfwtest::RawMsg lUnknown(1);
   mpManager->receiveMsg(static_cast<int>(lId), lUnknown);  // its thread is forgotten
   EXPECT_EQ(Notes(), errors());
+}
+
+TEST_F(ComponentManagerTest, TheThreadMayGoBehindTheLastPhase) {
+  alignas(nfwtest::SharedThread) char lPlace[sizeof(nfwtest::SharedThread)];
+  auto* const lpThread = new (lPlace) nfwtest::SharedThread(4);
+  ASSERT_TRUE(mpManager->initializeThread(lpThread->get()));
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_TRUE(start(i));
+    for (int lTwice = 0; lTwice < 2; ++lTwice) lpThread->settle();
+  }
+  lpThread->~SharedThread();
+  std::fill(std::begin(lPlace), std::end(lPlace), '\0');  // whoever asks it now will not get far
+  remove();
 }
 
 TEST_F(ComponentManagerTest, UnreadableMessagesAreNamed) {

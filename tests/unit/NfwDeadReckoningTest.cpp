@@ -48,7 +48,7 @@ TEST_F(DeadReckoningTest, ASetIsHandedOnSentenceBySentence) {
   lSet.mGsaCount = 2;
   mDispatcher.dispatch(lSet);
   EXPECT_EQ((Strings{"rmc", "vtg", std::string(256, 'g'), "gsa0", "gsa1", "pubx"}), settled());
-  lSet.mGsaCount = 4, lSet.mGsvCount = 32;
+  lSet.mGsaCount = 5, lSet.mGsvCount = 33;  // more than there are
   mDispatcher.dispatch(lSet);
   const Strings lAll = settled();
   ASSERT_EQ(40U, lAll.size());

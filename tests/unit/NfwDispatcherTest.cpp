@@ -118,6 +118,11 @@ TEST_F(DispatcherTest, GnssRecordsReachTheListenersOfTheirOwnKindWhole) {
   EXPECT_EQ((Strings{"$GP", text(lAll.gga), text(lAll.gll), text(lAll.gsa), text(lAll.gsv), text(lAll.vtg), text(lZda),
                      text(lAll.rmc), text(lPubx), text(lAll)}),
             mNotes.all());
+  EXPECT_TRUE(lGnss.detachNmeaDataListener(&lAny) && lGnss.detachParsedGgaDataListener(&lAny) &&
+              lGnss.detachParsedGllDataListener(&lAny) && lGnss.detachParsedGsaDataListener(&lAny) &&
+              lGnss.detachParsedGsvDataListener(&lAny) && lGnss.detachParsedVtgDataListener(&lAny) &&
+              lGnss.detachParsedZdaDataListener(&lAny) && lGnss.detachParsedRmcDataListener(&lAny) &&
+              lGnss.detachParsedPubxDataListener(&lAny) && lGnss.detachParsedNmeaSentenceListener(&lAny));
 }
 
 TEST_F(DispatcherTest, ASatelliteIsHeardWhicheverOfItsFieldsIsSet) {

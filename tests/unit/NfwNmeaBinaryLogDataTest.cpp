@@ -1,4 +1,5 @@
 #include <limits>
+#include <regex>
 #include <tuple>
 
 #include "BinaryNumber.h"
@@ -30,8 +31,9 @@ const char* const PUBX =
 std::string said(seams::CapturedLog& nLog) {
   const std::string PREFIX = "nfw::NmeaBinaryLogDataVersion0::";
   std::string lAll;
-  for (const std::string& lLine : nLog.texts()) {
+  for (const auto& [lType, lLevel, lLine] : nLog.lines()) {
     lAll += (lAll.empty() ? "" : "|") + lLine.substr(lLine.compare(0, PREFIX.size(), PREFIX) == 0 ? PREFIX.size() : 0);
+    if (lLevel != 1) lAll += " - not an error";
   }
   nLog.clear();
   return lAll;
@@ -194,35 +196,25 @@ TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
       {"$GPGGA", missing(6, 0), "Gga", "Extract Quality Error"},
       {"$GPGSA,X*", missing(2, 1), "Gsa", "Extract Mode Error"},
       {"$GPGGA,,,,,,1,256,*", "", "Gga", "utl::toUint8() Error"},
-      {"$GPGGA,,,,,,1,8*", missing(1, 0), "Gga", "parseSentenceFieldToSint32Buffer HDop Error"},
       {"$GPGGA,,,,,,1,8,1,2,M*", missing(2, 1), "Gga", "parseSentenceFieldToSint32Buffer Geoid Error"},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,1.4,*", "", "Gga", "utl::toUint16() DgpsDataAge Error"},
       {"$GPGGA,,,,,,1,8,1,2,M,3,M,65536,*", "", "Gga", "utl::toUint16() DgpsDataAge Error"},
-      {"$GPGGA,,,,,,1,8,1,2,M,3,M,,-1*", "", "Gga", "utl::toUint16() DgpsId Error"},
       {"$GPGGA,,,,,,1,8,1,2,M,3,M,,1", missing(1, 0), "Gga", "Extract DgpsId Error"},
       {"$GPGGA,,12345678901234567890,,,,1*", "extractNmeaField(): insufficient buffer|", "Gga",
        "parseLatitudeFieldToSint32Buffer Latitude Error"},
-      {"$GPGLL,1,N,2,E,3,A*", missing(1, 0), "Gll", "Extract Mode Error"},
-      {"$GPGLL,1,N,2,E,3,A,*", "convertAutonomousMethodType(): nData[] Size Error|", "Gll", "Convert Mode Error"},
+      {"$GPGLL,1,N,2,E,3,A, *", "convertAutonomousMethodType(): nData[] Size Error|", "Gll", "Convert Mode Error"},
       {"$GPGLL,1,N,2,E,3,A,R*", "convertAutonomousMethodType(): Unknown Type nData[R]|", "Gll", "Convert Mode Error"},
       {"$GPGSA,X,3,*", "convertPositioningType(): Unknown Type nData[X]|", "Gsa", "Convert PositioningType Error"},
       {"$GPGSA,A,3,1,2x,*", "nfw::NmeaBinaryLogDataVersion1::convertFromSatelliteNumString(): toUint16() Error|", "Gsa",
        "convertFromSatelliteNumString() Error"},
       {"$GPGSV,1,1,129,*", "", "Gsv", "SatelliteView is Over"},
-      {"$GPGSV,1,1,1,1,2,3*", missing(1, 0), "Gsv", "Extract Snr Error"},
       {"$GPRMC,1,A,,,,,,,12345,,,A*", "", "", ""},
       {"$GPRMC,1,A,,,,,,,1234,,,A*", "", "Rmc", "utl::toUint8() Error"},
-      {"$GPRMC,1,A,,,,,,,010101,1*", missing(1, 0), "Rmc", "Extract MagneticDeclination Direction Error"},
       {"$PUBX,00,1,,,,,,NFX*", "convertPubxStatus(): nData[] Size Error|", "Pubx", "Convert Status Error"},
       {"$PUBX,00,1,,,,,,ZZ*", "convertPubxStatus(): Unknown Status nData[ZZ]|", "Pubx", "Convert Status Error"},
       // Numbers that do not convert are stored as 0; the field is named when the fix is valid.
       {"$GPVTG,1x,T,99999999,M,,N,,K,A*",
        "convertFloatStrToSint32(): lpUnknownStr is [x]|convertFloatToSint32(): Overflow lData: 9999999900.000000", "",
        ""},
-      {"$GPGLL,,,,,1e,A,A*",
-       "convertFloatStrToSint32(): lpUnknownStr is [e]|parseSentenceFieldToSint32(): convertFloatStrToSint32() lField "
-       "Error: Gll_UTC lSentenceField=1e",
-       "", ""},
       {"$GPGLL,nan,N,,,,V,A*", "convertFloatToSint32(): Overflow lData: nan", "", ""},
       {"$GPGLL,-.,N,,,,V,A*", "convertFloatStrToSint32(): lpUnknownStr is [-.]", "", ""},
       {"$GPGLL,21474.83648,S,,,,V,A*", "convertFloatToSint32(): Overflow lData: 2147483648.000000", "", ""},
@@ -230,6 +222,53 @@ TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
   for (const auto& [lSentence, lStep, lKind, lWords] : CASES) {
     encode(mVersion1, lSentence);
     EXPECT_EQ(lStep + (lKind.empty() ? "" : "convertFrom" + lKind + "Sentence(): ") + lWords, said(mLog)) << lSentence;
+  }
+}
+
+// Of each field what is said when it is too long to be taken, "=", and when it is wrong, once for neighbours alike; of
+// a number with decimals its name.
+TEST_F(NmeaBinaryLogData, NamesTheFieldThatIsMissingOrWrong) {
+  const std::string POSITION =
+      "|Latitude|parseLatitudeFieldToSint32Buffer Latitude=|Longitude|parseLongitudeFieldToSint32Buffer Longitude=|";
+  const std::pair<std::string, std::string> CASES[] = {
+      {GGA, "|UTC" + POSITION +
+                "Extract Quality=utl::toUint8()|Extract SatelliteView=utl::toUint8()|HDop|Altitude|=|Geoid"
+                "|=|Extract DgpsDataAge=utl::toUint16() DgpsDataAge|Extract DgpsId=utl::toUint16() DgpsId"},
+      {GLL, POSITION + "UTC|Extract Status=|Extract Mode=Convert Mode"},
+      {GSA,
+       "|Extract PositioningType=Convert PositioningType|Extract Mode=utl::toUint8() Mode"
+       "|Extract UsedSatellite=convertFromSatelliteNumString()|PDop|HDop|VDop"},
+      {"$GPGSV,1,1,1,2,3,4,5*",
+       "|Extract MessageCount=utl::toUint8() MessageCount|Extract MessageNum=utl::toUint8() "
+       "MessageNum|Extract SatelliteView=utl::toUint8() SatelliteView|Extract "
+       "SatelliteId=convertFromSatelliteNumString()"
+       "|Extract Elevation=utl::toUint8() Elevation|Extract Azimuth=utl::toUint16() Azimuth|Extract Snr=utl::toUint8() "
+       "Snr"},
+      {RMC, "|UTC|Extract Status=" + POSITION +
+                "Speed|Direction|Extract Date=utl::toUint8()"
+                "|MagneticDeclination|Extract MagneticDeclination Direction=|Extract Mode=Convert Mode"},
+      {VTG, "|DirectionForTrueNorth|=|DirectionForMagneticNorth|=|SpeedKnot|=|SpeedKmh|=|Extract Mode=Convert Mode"},
+      {PUBX, "|Extract MessageId=utl::toUint32() MessageId|UTC" + POSITION +
+                 "AltitudeRef|Extract Status=Convert Status|Hacc"
+                 "|Vacc|Speed|Direction|Vvel|Extract DgpsDataAge=utl::toUint16() DgpsDataAge|HDop|VDop|TDop"
+                 "|Extract SatelliteView=utl::toUint8() SatelliteView|Extract DrMode="}};
+  const std::regex REST("(.*\\|)?(convertFrom...x?Sentence..: )?(.*?)( Error)?");
+  const std::regex REAL(
+      "parse(Sentence|L.+itude)FieldToSint32Buffer (.+)=(convertFloatStrToSint32..: lpUnknownStr is .x.|"
+      "parseSentenceFieldToSint32..: convertFloatStrToSint32.. lField: (Gga|Gll|Gsa|Rmc|Pubx)_\\2 lSentenceField=3x)");
+  for (const auto& [lSentence, lExpected] : CASES) {
+    std::string lWords, lLast;
+    for (size_t i = lSentence.find(',') + 1; i != 0; i = lSentence.find(',', i) + 1) {
+      std::string lWord;
+      for (const std::string lText : {"12345678901234567890", "3x"}) {
+        encode(mVersion1, std::string(lSentence).replace(i, lSentence.find_first_of(",*", i) - i, lText));
+        lWord += (lText == "3x" ? "=" : "") + std::regex_replace(said(mLog), REST, "$3");
+      }
+      lWord = std::regex_replace(lWord, REAL, "$2");
+      if (lWord != lLast) lWords += "|" + lWord;
+      lLast = lWord;
+    }
+    EXPECT_EQ(lExpected, lWords) << lSentence;
   }
 }
 
@@ -307,7 +346,7 @@ TEST_F(NmeaBinaryLogData, VersionsDifferInTheWidthOfSatelliteNumbers) {
   for (const std::string& lRow : nfwtest::split("|0|0 7|7|7 007|7|7 255|255|255 256|refused|256 65535|refused|65535 "
                                                 "65536|refused|refused -1|refused|refused 4294967297|refused|refused "
                                                 "\xEF\xBC\x93\xEF\xBC\x90\xEF\xBC\x90|refused|300 "
-                                                "\xEF\xBC\x9A|refused|refused",
+                                                "\xEF\xBC\x9A|refused|refused 7:|refused|refused",
                                                 ' ')) {
     const std::vector<std::string> lParts = nfwtest::split(lRow, '|');
     EXPECT_EQ(lParts[1], lStored(mVersion0, lParts[0])) << lRow;
@@ -421,7 +460,7 @@ class NmeaBinaryLogReport : public NmeaBinaryLogData {
 TEST_F(NmeaBinaryLogReport, BecomesOneRecordAndTheSentencesInIt) {
   const Bytes lRecord = encode(mVersion1, makeReport(1, 2));
   ASSERT_EQ(30u + 19 + 31 + 1 + 40 + 1 + 2 * 33 + 58, lRecord.size());
-  ASSERT_TRUE(readBack(lRecord));
+  ASSERT_TRUE(readBack(encode(mVersion1, makeReport(2, 3))) && readBack(lRecord));
   EXPECT_EQ(closed("$GPRMC,123519.250,A,4807.03800,S,01131.00000,E,22.400,84.40,230394,3.1,W,E*"), text(mSet.mRmc));
   EXPECT_EQ(closed("$GPVTG,54.70,T,34.40,M,5.500,N,10.200,K,D*"), text(mSet.mVtg));
   EXPECT_EQ(closed("$GNGGA,123519.250,4807.03800,N,01131.00000,W,6,08,0.90,545.5,M,-46.9,M,3,120*"), text(mSet.mGga));
@@ -475,6 +514,11 @@ TEST_F(NmeaBinaryLogReport, StoresWhatDoesNotFitAsZero) {
       "lField Error: Vtg_DirectionForTrueNorth nField=21474836.475000|convertFloatToSint32(): Overflow lData: "
       "nan|parseFloat64FieldToSint32(): convertFloatToSint32() lField Error: Gga_Latitude nField=nan",
       said(mLog));
+  lInfo.vtg = {{}, 0, 0.0, 1e9, 1e9, 1e9};
+  encode(mVersion1, lInfo);
+  const std::string lAll = said(mLog);
+  for (const std::string lName : {"DirectionForMagneticNorth", "SpeedKnot", "SpeedKmh"})
+    EXPECT_NE(std::string::npos, lAll.find("Error: Vtg_" + lName + " nField=1000000000.0")) << lAll;
   lInfo.vtg.mode = 'X';
   EXPECT_TRUE(encode(mVersion1, lInfo).empty());
   EXPECT_EQ("convertFromDeadReckoningData(): convertFromDeadReckoningVtgData Error", last());

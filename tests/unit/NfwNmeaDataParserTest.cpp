@@ -15,7 +15,7 @@ using nfwtest::Strings;
 namespace {
 
 const char* const SENTENCES[] = {
-    "$GPGGA,092725.00,4717.11399,N,00833.91590,E,1,08,1.01,499.6,M,48.0,M,,*5B\r\n",
+    "$GPGGA,092725.07,4717.11399,N,00833.91590,E,1,08,1.01,499.6,M,48.0,M,,*5B\r\n",
     "$GNGLL,4717.11364,S,00833.91565,W,092321.5,A,A*60\r\n",
     "$GPGSA,A,3,23,29,07,08,09,18,26,28,,,,300,1.94,1.18,1.54*0D\r\n",
     "$GLGSV,3,1,10,23,38,230,44,29,71,156,,07,29,116,41,308,09,081,36*7F\r\n",
@@ -30,6 +30,7 @@ const char* const KINDS[] = {"Gga", "Gll", "Gsa", "Gsv", "Rmc", "Vtg", "Zda", "P
 Strings linesOf(size_t nKind, const std::string& nText) {
   const seams::CapturedLog lLog;
   eachParse(SENTENCES[nKind], [&](auto npParse, auto nRecord, auto) { npParse(nText.c_str(), 1, &nRecord); });
+  for (const auto& lLine : lLog.lines()) EXPECT_EQ(1, lLine.mLevel) << lLine.mText;
   return lLog.texts();
 }
 
@@ -37,7 +38,7 @@ TEST(NmeaDataParserTest, WholeSentencesBecomeRecords) {
   const char* const CASES[][2] = {
       {"$GPGGA,092725.015,4717.11399,S,00833.91590,W,2,08,1.01,-499.6,M,48.0,M,5,0102*5B\r\n",
        "GGA 1 9 27 25 15 4717.11399 47 17.1139 2 833.9159 8 33.9159 4 2 8 1.01 -499.6 48 5 102"},
-      {"$GLGGA,092725,,,  ,,,,,,,,,,*5B", "GGA 2 9 27 25"},
+      {"$GLGGA, 092725 ,,,  ,,,,,,,,,,*5B", "GGA 2 9 27 25"},
       {"$GPGGA,092725.5,,,,,6,,,,,,,,*", "GGA 1 9 27 25 5 0 0 0 0 0 0 0 0 3"},
       {"$GNGLL,4717.11364,N,00833.91565,E,092321.00,A,Dx*60",
        "GLL 4 9 23 21 0 4717.11364 47 17.1136 1 833.91565 8 33.9156 3 1 2"},
@@ -58,6 +59,7 @@ TEST(NmeaDataParserTest, WholeSentencesBecomeRecords) {
   for (const auto& lCase : CASES) {
     const seams::CapturedLog lLog;
     eachParse(lCase[0], [&](auto npParse, auto nRecord, auto) {
+      for (const size_t i : {0U, 1U, 4U, 7U}) npParse(SENTENCES[i], 1, &nRecord);  // which leaves nothing
       EXPECT_TRUE(npParse(lCase[0], 1, &nRecord)) << lCase[0];
       EXPECT_EQ(lCase[1], nfwtest::text(nRecord));
     });
@@ -160,7 +162,8 @@ TEST(NmeaDataParserTest, SaysWhatIsWrongWithAField) {
 TEST(NmeaDataParserTest, AgreesOnOddFields) {
   const char* const ODD =
       "|0|1|2|3|5|6|7|06|12| +1 |-1|255|256|65535|65536|999999999|1234567890|4294967295|4294967296|1.0|.5|-.|1.2.3|1e1|"
-      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|13944.1234|3539.|3539.1x|3.5|12e2|-5.25|"
+      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|3539.40681241586834|13944.1234|3539.|"
+      "3539.1x|3.5|12e2|-5.25|"
       "353.91234567|12345678.5| 3539.5 |17959.99999999999|123456|123456.|123456.5|123456.007|123456.9999|123456x250|"
       "1234567|12345678| 123456.5 |12345|1234 6|-23456|123456.x|1601x6|0000000000000000008|00000000000000000008|"
       "         8         |          8         |N|S|E|W|w|A|M|D|V|X| N |NX|Autonomous|\x80| "
