@@ -560,6 +560,8 @@ TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   mpWriter->stop();
   EXPECT_EQ(std::string(200000, 'a'), readFile(lRecording + "/backup/a"));
   EXPECT_EQ("b", readFile(lRecording + "/backup/sub/deep/b"));
+  EXPECT_EQ(std::filesystem::status(mDir / "a").permissions(),
+            std::filesystem::status(lRecording + "/backup/a").permissions());
   EXPECT_TRUE(std::filesystem::exists(lRecording + "/backup/rec/drive_20240506-070809_00.log"));
   for (const char* const lpName : {"link", "pipe", "rec/backup"}) {
     EXPECT_FALSE(std::filesystem::exists(lRecording + "/backup/" + lpName)) << lpName;
@@ -661,6 +663,8 @@ TEST(StreamBufferTest, KeepsTheOrderAcrossTheEndOfTheStorage) {
   EXPECT_EQ("defg", readAll(lBuffer, 9));
   EXPECT_EQ("-3", readAll(lBuffer, 9));
   EXPECT_TRUE(lBuffer.eraseTop(9));
+  EXPECT_TRUE(lBuffer.isEmpty());
+  lBuffer.write("hi", 2), lBuffer.clear();
   EXPECT_TRUE(lBuffer.isEmpty());
 }
 
