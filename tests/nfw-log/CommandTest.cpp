@@ -111,6 +111,11 @@ TEST_F(Command, infoCountsOverTheFilesOfADirectory) {
   EXPECT_TRUE(has(lInfo, "\nDuration    0:00:08.500\n"));
   EXPECT_TRUE(has(lInfo, "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
                              mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
+  std::string lMany;
+  for (int i = 0; i < 4098; ++i) lMany += logRecord(i, 1, "");
+  writeFile(mDir / "many", lMany);
+  EXPECT_TRUE(
+      has(output({"info", mDir / "many"}), "\nId 4095     1 record, 0 bytes:  DATA 1\nId others   2 records, "));
 }
 
 TEST_F(Command, helpIsGivenWhenAskedFor) {
