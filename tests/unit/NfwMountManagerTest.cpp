@@ -268,9 +268,10 @@ TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
     if (strcmp(nEvent.mDrive, "a") != 0) return;
     EXPECT_TRUE(mpManager->detachListener(&mC) && mpManager->attachListener(&mC));
     EXPECT_TRUE(mpManager->attachListener(&mB) && mpManager->detachListener(&mB));
+    feed("b", 1);
   };
   feed("a", 1);
-  EXPECT_EQ((Texts{"C:a 3", "A:a 3", "C:a 3"}), told());
+  EXPECT_EQ((Texts{"C:a 3", "A:a 3", "C:a 3", "C:end 3", "C:b 3", "A:b 3"}), takeTo("A:b 3"));
 }
 
 TEST_F(MountManagerTest, LogsWhatTheSdkTells) {
