@@ -117,6 +117,11 @@ TEST_F(Command, infoCountsOverTheFilesOfADirectory) {
   EXPECT_TRUE(has(lInfo, "\nDuration    0:00:08.500\n"));
   EXPECT_TRUE(has(lInfo, "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
                              mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
+  std::string lMany;
+  for (int i = 0; i < 4098; ++i) lMany += logRecord(i, 1, "");
+  writeFile(mDir / "many", lMany);
+  EXPECT_TRUE(
+      has(output({"info", mDir / "many"}), "\nId 4095     1 record, 0 bytes:  DATA 1\nId others   2 records, "));
 }
 
 TEST_F(Command, helpIsGivenWhenAskedFor) {
@@ -244,18 +249,21 @@ TEST_F(Command, refusesWhatItMust) {
 
 // Of any bytes: shown so that a terminal is not driven by them, written so that others can read them.
 TEST_F(Command, namesOfFilesAreWrittenForTheirReader) {
-  const std::string lFile = mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xFF.log";
+  const std::string lEdges = "\xE0\xA0\x80\xED\x9F\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";  // of what is a character
+  const std::string lFile =
+      mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B" + lEdges + "\xE0\x9F\xBF\xED\xA0\x80\xF4\x90\x80\x80\xFF.log";
   writeFile(lFile, logRecord(20, 1, "$GPGLL,4717.1,N,00833.9,E,092700,A,A") + "noise");
-  const std::string lShown = "/Z\xC3\xBCrich\\x1B[31m\\xC2\\x9B\\xFF.log";
+  const std::string lShown =
+      "/Z\xC3\xBCrich\\x1B[31m\\xC2\\x9B" + lEdges + "\\xE0\\x9F\\xBF\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\xFF.log";
   EXPECT_TRUE(has(output({"info", lFile}), lShown + "\nKind        log, 1 file, "));
   const std::string lFound = output({"check", lFile}, 1);
   EXPECT_TRUE(has(lFound, lShown + ": offset 85, 5 bytes: "));
   EXPECT_TRUE(has(lFound, "1 file, 1 whole record, 1 finding of 5 bytes\n"));
   output({"cat", lFile});
   EXPECT_TRUE(has(mErrors, lShown + ": offset 85"));
-  EXPECT_EQ(written({"info", "--json", lFile})["recordings"][0]["recording"],
-            mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xEF\xBF\xBD.log");
-  EXPECT_TRUE(has(output({"plot", lFile}), "<title>Z\xC3\xBCrich?[31m??.log</title>"));
+  EXPECT_TRUE(has(written({"info", "--json", lFile})["recordings"][0]["recording"],
+                  "/Z\xC3\xBCrich\x1B[31m\xC2\x9B" + lEdges + "\xEF\xBF\xBD\xEF\xBF\xBD"));
+  EXPECT_TRUE(has(output({"plot", lFile}), "<title>Z\xC3\xBCrich?[31m?" + lEdges + "???????????.log</title>"));
   const std::string lLong = std::string(79, 'x') + "\xC3\xBC.log";  // cut between characters
   std::filesystem::rename(lFile, mDir / lLong);
   EXPECT_TRUE(has(output({"plot", mDir / lLong}), "<title>" + std::string(79, 'x') + "...</title>"));

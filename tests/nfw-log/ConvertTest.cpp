@@ -94,11 +94,20 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
   EXPECT_TRUE(has(convert("gpx"), "<ele>278.161</ele>"));
   EXPECT_TRUE(has(convert("geojson"), ",278.161]"));
   EXPECT_TRUE(has(convert("kml"), "11.5166667 48.1166667 278.161</gx:coord>"));
-  EXPECT_TRUE(has(output({"plot", mFile}), ">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "));
+  const std::string lPage = mDir / "p.html";
+  output({"plot", mFile, "-o", lPage});
+  EXPECT_TRUE(has(nfwtest::readFile(lPage), "<html"));
+  EXPECT_TRUE(has(nfwtest::readFile(lPage), ">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "));
   nfwtest::writeFile(mFile, lFirst + lThird);
   const std::string lKml = convert("kml");
   EXPECT_EQ(lKml.find("<when>"), std::string::npos) << lKml;
   EXPECT_TRUE(has(lKml, "<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"));
+  std::string lMany;  // so many are not held
+  for (int i = 100; i < 357; ++i) {
+    lMany += logtest::logRecord(20, 1, "$GPGLL,4807.0,N,01131.0,E,235959." + std::to_string(i) + ",A,A");
+  }
+  nfwtest::writeFile(mFile, lMany + lSecond);
+  EXPECT_FALSE(has(convert("csv"), "\n2025-"));
 }
 
 // Of each kind what it tells, of several the one that tells most; what tells of no fix is no position.

@@ -263,13 +263,15 @@ TEST_F(MountManagerTest, CallsLastAttachedFirstWhoeverLeaves) {
   feed("a", 3);
   EXPECT_EQ((Texts{"C:a 4", "B:a 4", "A:a 4"}), told());
   EXPECT_TRUE(mpManager->detachListener(&mB));
-  // What is queued for one that leaves is not delivered.
-  mA.mOnEvent = [&](const MountEventMsg&) {
-    EXPECT_TRUE(mpManager->attachListener(&mB));
-    EXPECT_TRUE(mpManager->detachListener(&mB));
+  // What is queued for one that leaves is not delivered, to others it is.
+  mA.mOnEvent = [&](const MountEventMsg& nEvent) {
+    if (strcmp(nEvent.mDrive, "a") != 0) return;
+    EXPECT_TRUE(mpManager->detachListener(&mC) && mpManager->attachListener(&mC));
+    EXPECT_TRUE(mpManager->attachListener(&mB) && mpManager->detachListener(&mB));
+    feed("b", 1);
   };
   feed("a", 1);
-  EXPECT_EQ((Texts{"C:a 3", "A:a 3"}), told());
+  EXPECT_EQ((Texts{"C:a 3", "A:a 3", "C:a 3", "C:end 3", "C:b 3", "A:b 3"}), takeTo("A:b 3"));
 }
 
 TEST_F(MountManagerTest, LogsWhatTheSdkTells) {

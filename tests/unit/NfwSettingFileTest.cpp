@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -352,6 +353,7 @@ TEST_F(SettingFileTest, HasTheBytesOnTheMediumBeforeTheNameIsGiven) {
   gOnSync = [&](int nDescriptor) {
     struct stat lStat;
     EXPECT_EQ(0, fstat(nDescriptor, &lStat));
+    ::close(0);  // the number of what is opened next
     lSeen.push_back((S_ISDIR(lStat.st_mode) ? "directory" : std::to_string(lStat.st_size)) + " " +
                     mTree.read("settings"));
     return 0;
@@ -365,6 +367,7 @@ TEST_F(SettingFileTest, HasTheBytesOnTheMediumBeforeTheNameIsGiven) {
     EXPECT_EQ(lError == EINVAL ? "Scale=6\nName=right\n" : "old", mTree.read("settings"));
   }
   gOnSync = nullptr;
+  EXPECT_EQ(0, ::open("/dev/null", O_RDONLY));  // whoever had it has closed it
 }
 
 }  // namespace
