@@ -186,6 +186,7 @@ TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
     if (lCase.mPoint) lFailing.emplace(*lCase.mPoint);
     EXPECT_FALSE(mpWriter->start(lCase.mpDirectory, lCase.mpPrefix, nullptr));
     EXPECT_EQ(lCase.mLines, mLog.texts());
+    for (const auto& lLine : mLog.lines()) EXPECT_EQ(1, lLine.mLevel);
     EXPECT_FALSE(mpWriter->isRecording());
   }
   EXPECT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", ""));
@@ -205,8 +206,8 @@ TEST_F(LogWriterTest, RefusesInEveryOtherState) {
   EXPECT_FALSE(lWriter.initialize());
   EXPECT_EQ(REFUSED, lWriter.write(1, "x", 1));
   lWriter.shutdown();
-  lWriter.shutdown();
   EXPECT_FALSE(lWriter.initialize());
+  lWriter.shutdown();
   EXPECT_FALSE(lWriter.start(mDir.path().c_str(), "drive", nullptr));
   EXPECT_TRUE(mLog.texts().empty());
 }

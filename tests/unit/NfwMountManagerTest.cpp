@@ -333,9 +333,9 @@ TEST_F(MountManagerTest, EndsForGood) {
   start();
   EXPECT_TRUE(mpManager->initialize());
   EXPECT_TRUE(mpManager->attachListener(&mB));
-  feed("a", 3);
+  for (int i = 0; i < 50; ++i) feed("a", 3);
   mpManager->shutdown();  // what was told before is delivered
-  EXPECT_EQ((Texts{"B:a 4", "A:a 4"}), takeTo("A:a 4"));
+  EXPECT_EQ(100u, takeTo("A:a 4").size());
   EXPECT_EQ("MountManager::shutdown(): MountEventListener remain: Count=2", mLog.lines().back().mText);
   EXPECT_EQ(2, mLog.lines().back().mLevel);
   EXPECT_FALSE(mpManager->initialize());

@@ -293,6 +293,10 @@ TEST_F(SettingFileTest, KeepsTheOldFileWhenASaveFails) {
   EXPECT_FALSE(lSettings.save());
   EXPECT_EQ("SettingFile::save():Replace File [@]", log());
   lSettings.mDuringWrite = nullptr;
+  mTree.link("elsewhere", "settings.saving");
+  EXPECT_FALSE(lSettings.save());
+  EXPECT_EQ("SettingFile::save():Open File [@]", log());
+  std::filesystem::remove(path() + ".saving");
   lSettings.mResult = false;
   EXPECT_FALSE(lSettings.save());
   EXPECT_EQ("SettingFile::save():Write Parameters [@]", log());
@@ -317,6 +321,8 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
     EXPECT_EQ("Scale=6\nName=right\n", mTree.read(lpName));
   }
   EXPECT_EQ(fs::perms::owner_read | fs::perms::owner_write, fs::status(path()).permissions());
+  mTree.write("plain", "");
+  EXPECT_EQ(fs::status(mTree.path("plain")).permissions(), fs::status(mTree.path("new")).permissions());
   struct stat lStat;
   EXPECT_EQ(0, stat(path().c_str(), &lStat));
   EXPECT_TRUE(!lIsGiven || (lStat.st_uid == 1234 && lStat.st_gid == 1235));
@@ -329,7 +335,7 @@ TEST_F(SettingFileTest, ReplacesNothingButRegularFiles) {
       "SettingFile::save():Write Parameters [/dev/full]|SettingFile::save():Open File [" +
           mTree.path() + "]",
       log());
-  EXPECT_EQ(4u, mTree.entryNum());
+  EXPECT_EQ(5u, mTree.entryNum());
 }
 
 TEST_F(SettingFileTest, LeavesAFileThatIsAMountPointAsItWas) {
