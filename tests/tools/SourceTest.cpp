@@ -48,7 +48,7 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
     std::string lReason;
     const bool lIsOne = parseSourceAddress(lText, 4800, &l, &lReason);
     const std::string lAddress = std::string(KINDS[l.mKind]) + " " + std::to_string(l.mBaud) + " " + l.mPath + "|" +
-                                 l.mHost + "|" + l.mPort + "|";
+                                 l.mWhere.mHost + "|" + l.mWhere.mPort + "|";
     EXPECT_EQ(lIsOne ? lAddress : lReason, lExpected) << lText;
   }
 }

@@ -74,6 +74,7 @@ void initializeFramework(const Options& nOptions) {
 Application::Application(const Options& nOptions)
     : mOptions(nOptions),
       mOutput(STDOUT_FILENO),
+      mRoads(nOptions.mServe),
       mRecorder(nOptions.mRecord, mProgress, mFailure),
       mThread(nfw::ComponentManager::getMaxMsgDataSize(), 64, 0, "nfw-drive_App_Thread", 0),
       mManager(COMPONENT_NUM),
@@ -92,8 +93,8 @@ Application::~Application() {
 
 int Application::run() {
   initializeFramework(mOptions);
-  if (!readReplay()) return EXIT_USAGE;
-  if (!mOutput.start() || !setUp()) {
+  if (!readReplay() || !openRoads()) return EXIT_USAGE;
+  if (!mOutput.start() || !mRoads.start() || !setUp()) {
     complain("the components cannot be set up: too few threads or too little memory");
     return EXIT_RUNTIME;
   }
@@ -116,6 +117,13 @@ bool Application::readReplay() {
   return lIsRead;
 }
 
+bool Application::openRoads() {
+  std::string lReason;
+  const bool lIsOpen = mRoads.open(&lReason);
+  if (!lIsOpen) complain("--serve " + lReason);
+  return lIsOpen;
+}
+
 bool Application::setUp() {
   return mThread.start(1, 10000, nullptr, 1, 0, utl::ThreadPriority(3), 0) == 0 &&
          mManager.setStatusListener(&mPhases) && addComponents() && mManager.initializeThread(&mThread);
@@ -131,7 +139,7 @@ bool Application::addComponents() {
       lpPositioning,
       new DeadReckoningComponent(mFailure),
       new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
-                           createView(mOptions, mProgress, mLogKinds, mOutput)),
+                           createViews(mOptions, mProgress, mLogKinds, mOutput, mRoads)),
       new RecordingComponent(mOptions.mRecord, mThread, mRecorder, mFailure),
       new MountComponent(mOptions.mRecord.mDrive, mRecorder),
   };
@@ -266,6 +274,7 @@ bool Application::noteSignal(unsigned int nEvents) {
 }
 
 int Application::finish() {
+  mRoads.finish(mIsSignalled ? std::chrono::milliseconds(200) : std::chrono::milliseconds(2000));
   mLog.tellRepeats();
   if (mFailure.isNoted()) {
     complain(mFailure.getText());
@@ -298,9 +307,17 @@ void Application::awaitReader() {
 }
 
 void Application::writeSummary(const std::string& nVerdict) {
-  const Summary lSummary = {
-      mOptions.getName(),       mEnd,          hasSource(), nVerdict, mProgress, mLateness, mPhases, mRecorder.getLog(),
-      mRecorder.getSensorLog(), mOutput.lost()};
+  const Summary lSummary = {mOptions.getName(),
+                            mEnd,
+                            hasSource(),
+                            nVerdict,
+                            mProgress,
+                            mLateness,
+                            mPhases,
+                            mRecorder.getLog(),
+                            mRecorder.getSensorLog(),
+                            mOutput.lost(),
+                            mRoads};
   if (mOptions.mFormat == FORMAT_NMEA) {
     say(lSummary.toText());
   } else {
@@ -336,8 +353,9 @@ int Application::judge(bool nIsReplaySame) const {
   const std::string lSilence = silence();
   if (!lSilence.empty()) complain(lSilence);
   const bool lAreLogsWhole = judgeLogs();
+  const bool lAreRoadsWhole = judgeRoads();
   const bool lIsHeardWhole = mProgress.addsUp() && isAllDelivered() && nIsReplaySame && lSilence.empty();
-  return lIsHeardWhole && mOutput.lost() == 0 && lAreLogsWhole ? EXIT_DONE : EXIT_RUNTIME;
+  return lIsHeardWhole && mOutput.lost() == 0 && lAreLogsWhole && lAreRoadsWhole ? EXIT_DONE : EXIT_RUNTIME;
 }
 
 // Why nothing was there to be heard; empty when something was, or the user did not wait for it.
@@ -356,6 +374,16 @@ bool Application::judgeLogs() const {
     const std::string lVerdict = lpLog->getVerdict();
     if (!lVerdict.empty()) complain(lVerdict);
     lAreWhole = lAreWhole && lVerdict.empty();
+  }
+  return lAreWhole;
+}
+
+bool Application::judgeRoads() const {
+  bool lAreWhole = true;
+  for (const auto& lpRoad : mRoads.get()) {
+    const std::string lLoss = lpRoad->getCounts().getLoss();
+    if (!lLoss.empty()) complain(lpRoad->getName() + ": " + lLoss);
+    lAreWhole = lAreWhole && lLoss.empty();
   }
   return lAreWhole;
 }

@@ -23,6 +23,7 @@ class Application {
 
  private:
   bool readReplay();
+  bool openRoads();
   bool setUp();
   bool addComponents();
   bool startUp();
@@ -51,6 +52,7 @@ class Application {
   void endOutput();
   void awaitReader();
   bool judgeLogs() const;
+  bool judgeRoads() const;
   void leave(int nExit);
   [[noreturn]] void abandon();
 
@@ -69,6 +71,7 @@ class Application {
   bool mHasKeys = false;
   ReplayKeys mReplayKeys{mOptions.mReplay, mPlayback, mRounds, mLateness};
   OutputQueue mOutput;
+  Roads mRoads;
   Recorder mRecorder;
   std::string mEnd;         // why the run ends, empty while it goes on
   unsigned int mAside = 0;  // events that came while listeners were waited for

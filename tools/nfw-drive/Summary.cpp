@@ -137,6 +137,30 @@ void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   lLog.number("not_deleted", lDeleted.mFailedNum);
 }
 
+std::string roadsText(const Roads& nRoads) {
+  std::string lText;
+  for (const auto& lpRoad : nRoads.get()) {
+    const RoadCounts& lCounts = lpRoad->getCounts();
+    lText +=
+        fmt::format("{:<12}{}: {} sentences to {} clients, {} dropped, {} sentences not taken\n", "Served",
+                    lpRoad->getName(), nRoads.getSentences(), lCounts.mClients.load(), lCounts.mDropped, lCounts.mLost);
+  }
+  return lText;
+}
+
+void addRoads(const Roads& nRoads, JsonObject& nSummary) {
+  if (nRoads.isEmpty()) return;
+  JsonObject lList(nSummary.key("served"), '[');
+  for (const auto& lpRoad : nRoads.get()) {
+    JsonObject lRoad(lList.element());
+    lRoad.text("name", lpRoad->getName());
+    lRoad.number("sentences", nRoads.getSentences());
+    lRoad.number("clients", lpRoad->getCounts().mClients);
+    lRoad.number("dropped", lpRoad->getCounts().mDropped);
+    lRoad.number("lost", lpRoad->getCounts().mLost);
+  }
+}
+
 }  // namespace
 
 std::string Summary::toText() const {
@@ -144,13 +168,13 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}{}{}{}{}{}{}{}"
+      "{}{}{}{}{}{}{}{}{}{}"
       "Phases      {}\n",
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
       deletedText(mLog), keptText(mLog), logText("Sensor log", mSensorLog), deletedText(mSensorLog),
-      keptText(mSensorLog), mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "",
-      phasesText(mPhases));
+      keptText(mSensorLog), roadsText(mRoads),
+      mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {
@@ -175,6 +199,7 @@ std::string Summary::toJson() const {
     if (!mLateness.isEmpty()) lSummary.real("replay_s", mLateness.duration());
     addLog("data_log", mLog, lSummary);
     addLog("sensor_log", mSensorLog, lSummary);
+    addRoads(mRoads, lSummary);
     if (mLostLines > 0) lSummary.number("output_lost", mLostLines);
     addPhases(mPhases, lSummary);
   }

@@ -6,6 +6,7 @@
 #include "LogReport.h"
 #include "PhaseDriver.h"
 #include "Progress.h"
+#include "Roads.h"
 
 namespace drive {
 
@@ -21,6 +22,7 @@ struct Summary {
   const LogReport& mLog;
   const LogReport& mSensorLog;
   uint64_t mLostLines;  ///< of the output
+  const Roads& mRoads;
 
   std::string toText() const;
   std::string toJson() const;  ///< one object on a line, "type":"summary"

@@ -7,6 +7,7 @@ _nfw_drive() {
     --speed) mapfile -t COMPREPLY < <(compgen -W "1 2 5 10 max" -- "$cur"); return ;;
     --baud) mapfile -t COMPREPLY < <(compgen -W "4800 9600 19200 38400 57600 115200" -- "$cur"); return ;;
     --max-file-time | --sync-interval) mapfile -t COMPREPLY < <(compgen -W "1s 10s 1m 10m 1h" -- "$cur"); return ;;
+    --serve) mapfile -t COMPREPLY < <(compgen -W "tcp://:10110 udp://:10110 pty:" -- "$cur"); return ;;
     --systems) mapfile -t COMPREPLY < <(compgen -W "gps gps,glonass gps,glonass,galileo" -- "$cur"); return ;;
     --record | --backup) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     --replay | --sys-replay | --sys-record | --settings) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
@@ -14,7 +15,7 @@ _nfw_drive() {
       --keep-total | --keep-files | --keep-age | --keep-free | --keep-before | --from | --to) return ;;
   esac
   if [[ $cur == -* ]]; then
-    options="--help --version --speed --for --format --log-level --no-checksum --baud --silence --seed --rate --systems"
+    options="--help --version --speed --for --format --serve --log-level --no-checksum --baud --silence --seed --rate --systems"
     options+=" --tunnel --dr --record --record-on --prefix --backup --sys-record --max-file-size --buffer-size --replay"
     options+=" --sys-replay --from --to --paused --loop --max-file-time --max-file-time-aligned --sync-interval"
     options+=" --keep-total --keep-files --keep-age --keep-free --keep-before --settings"

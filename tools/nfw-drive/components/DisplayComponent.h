@@ -22,10 +22,10 @@ class DisplayComponent : public nfw::SharedThreadComponent {
     Lateness& mLateness;
   };
 
-  DisplayComponent(const Parts& nParts, std::unique_ptr<View> npView)
+  DisplayComponent(const Parts& nParts, std::vector<std::unique_ptr<View>> nViews)
       : nfw::SharedThreadComponent("Display"),
         mParts(nParts),
-        mView(std::move(npView)),
+        mView(std::move(nViews)),
         mGnss(mView, nParts.mpWindows ? &nParts.mpWindows->mSentences : nullptr, nParts.mProgress, nParts.mLateness),
         mDeadReckoning(mView, nParts.mpWindows ? &nParts.mpWindows->mReports : nullptr, nParts.mProgress) {}
 

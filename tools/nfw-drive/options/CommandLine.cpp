@@ -74,6 +74,16 @@ Settings:
   Comments (#), other keys and the order stay. A line that is none of these ends the program and
   leaves the file alone. A kept speed does not count for a live source or a replay.
 
+Other programs:
+  --serve hands the sentences, as --format nmea would print them, to any number of other programs:
+  tcp://[ADDR]:PORT   a server; without ADDR on this machine only, 0.0.0.0 for every network; with
+                      the port 0 on a free one, which the log tells
+  udp://[ADDR]:PORT   a datagram a sentence, to a host, a multicast group or a broadcast address
+  pty:PATH            a serial line under that name
+  Who connects gets the sentences from then on. Nothing waits: a client that is 4 MiB behind, or
+  takes nothing for 10 s, is dropped, and what the reader of a line does not take is left out. The
+  log tells it at once, the summary how often, and the exit status is 1.
+
 Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
           its keys: q ends; k keeps the last files; in a replay the space bar pauses and goes on, left and right jump
@@ -88,8 +98,8 @@ Output:
 
 Exit status:
   0  the source or the replay ended, the time was up, or Ctrl-C; 1  something broke on the way, a recording is not
-  whole, listeners did not receive what they should, the reader of the output did not, or nothing came that is a
-  sentence; 2  a wrong command line, or what it names cannot be read or written.
+  whole, listeners did not receive what they should, the reader of the output or a client did not, or nothing came
+  that is a sentence; 2  a wrong command line, or what it names cannot be read or written.
   Another Ctrl-C, a second later, ends at once.
 
 Examples:
@@ -100,6 +110,7 @@ Examples:
   nfw-drive tcp://127.0.0.1:2947               what gpsd hears
   nfw-drive /dev/ttyACM0 --baud 115200 --record /data/log --sys-record /data/sensor.bin
   nfw-drive --replay /data/log/drive_20260131-080000_00.log --format nmea > drive.nmea
+  nfw-drive /dev/ttyACM0 --serve tcp://0.0.0.0:10110 --serve pty:/tmp/gps
   nfw-drive /dev/ttyACM0 --record /data/log --max-file-time 10m --keep-total 2G
   nfw-drive --replay /data/log --rate 10 --from 1:30 --to 2:00:00
 )";
@@ -110,6 +121,7 @@ struct Arguments {
   std::string mSpeed;
   std::string mRate;
   std::vector<std::string> mReplay, mSensorReplay;
+  std::vector<std::string> mServe;
   std::string mMaxFileTime, mSyncInterval, mKeepAge, mKeepBefore;
   std::string mFrom, mTo;
   std::string mFormat = "table";
@@ -210,6 +222,9 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
       ->type_name("FORMAT")
       ->check(CLI::IsMember(FORMATS).description(""));
+  nApp.add_option("--serve", nArguments.mServe, "hand the sentences to other programs; may be given again")
+      ->type_name("ADDRESS")
+      ->allow_extra_args(false);
   nApp.add_option("--log-level", nOptions.mLogLevel, "0 nothing, 1 errors, 2 warnings, 3 information (default) ... 5")
       ->type_name("N")
       ->check(CLI::Range(0, 5).description(""));
@@ -412,6 +427,14 @@ void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
   }
 }
 
+void setServe(const Arguments& nArguments, Options& nOptions) {
+  std::string lReason;
+  for (const std::string& lText : nArguments.mServe) {
+    nOptions.mServe.emplace_back();
+    if (!nOptions.mServe.back().parse(lText, &lReason)) throw CLI::ValidationError("--serve", lText + ": " + lReason);
+  }
+}
+
 void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   std::string lReason;
   if (!parseSourceAddress(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
@@ -430,6 +453,7 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   for (const std::string& lText : nArguments.mTunnels) nOptions.mSimulator.mTunnels.push_back(parseTunnel(lText));
   checkSensorFile(nOptions.mRecord);
   setKeeping(nArguments, nOptions.mRecord);
+  setServe(nArguments, nOptions);
 }
 
 void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string& nPlace) {

@@ -4,6 +4,7 @@
 
 #include "NfwLogRetention.h"
 #include "PacedSink.h"
+#include "ServeAddress.h"
 #include "Simulator.h"
 #include "SourceAddress.h"
 
@@ -67,6 +68,7 @@ struct Options {
   RecordOptions mRecord;
   ReplayOptions mReplay;
   std::optional<int64_t> mWallLimitMs;  ///< ends a run that is not paced by its source
+  std::vector<ServeAddress> mServe;
   Format mFormat = FORMAT_TABLE;
   int mLogLevel = 3;
   bool mFoldsLog = true;  ///< nobody asked for a level: lines of the library that repeat are counted

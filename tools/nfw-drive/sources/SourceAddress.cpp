@@ -4,8 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <charconv>
-
 #include "SerialSpeed.h"
 
 namespace drive {
@@ -15,12 +13,6 @@ namespace {
 const std::string TCP_SCHEME = "tcp://";
 const char SCHEME_BYTES[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-";
 const char* const FORMS = "a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT";
-
-bool toNumber(const std::string& nText, unsigned int* npValue) {
-  const char* const lpEnd = nText.data() + nText.size();
-  const std::from_chars_result lResult = std::from_chars(nText.data(), lpEnd, *npValue);
-  return lResult.ec == std::errc() && lResult.ptr == lpEnd && !nText.empty();
-}
 
 bool isCharacterDevice(const std::string& nPath) {
   struct stat lStat = {};
@@ -50,20 +42,13 @@ bool hasScheme(const std::string& nText) {
 }
 
 bool parseTcp(const std::string& nAddress, SourceAddress* npAddress, std::string* npReason) {
-  const size_t lColon = nAddress.rfind(':');
-  unsigned int lPort = 0;
-  if (lColon == std::string::npos || !toNumber(nAddress.substr(lColon + 1), &lPort) || lPort == 0 || lPort > 65535) {
-    *npReason = "needs a port: tcp://HOST:PORT";
-    return false;
-  }
-  npAddress->mHost = nAddress.substr(0, lColon);
-  npAddress->mPort = nAddress.substr(lColon + 1);
-  if (npAddress->mHost.size() > 2 && npAddress->mHost.front() == '[' && npAddress->mHost.back() == ']') {
-    npAddress->mHost = npAddress->mHost.substr(1, npAddress->mHost.size() - 2);  // [::1]
-  }
-  if (npAddress->mHost.empty()) *npReason = "needs a host: tcp://HOST:PORT";
   npAddress->mKind = SourceAddress::TCP;
-  return !npAddress->mHost.empty();
+  if (!npAddress->mWhere.parse(nAddress) || npAddress->mWhere.mPort == "0") {
+    *npReason = "needs a port: tcp://HOST:PORT";
+  } else if (npAddress->mWhere.mHost.empty()) {
+    *npReason = "needs a host: tcp://HOST:PORT";
+  }
+  return npReason->empty();
 }
 
 // "localhost:2947", which is no path
@@ -91,7 +76,7 @@ void splitBaud(const std::string& nText, SourceAddress* npAddress) {
   const size_t lColon = nText.rfind(':');
   unsigned int lBaud = 0;
   if (lColon == std::string::npos || isThere(nText)) return;
-  if (!toNumber(nText.substr(lColon + 1), &lBaud)) return;
+  if (!parseNumber(nText.substr(lColon + 1), &lBaud)) return;
   const std::string lPath = nText.substr(0, lColon);
   if (!looksSerial(lPath) && !isTerminal(lPath)) return;
   npAddress->mPath = lPath;

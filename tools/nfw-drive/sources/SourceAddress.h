@@ -3,6 +3,8 @@
 #include <chrono>
 #include <string>
 
+#include "HostPort.h"
+
 namespace drive {
 
 /// A source as the command line names it.
@@ -12,8 +14,7 @@ struct SourceAddress {
   Kind mKind = SIMULATOR;
   std::string mName = "sim";  ///< as the user wrote it, for messages
   std::string mPath;          ///< of a file or device
-  std::string mHost;
-  std::string mPort;
+  HostPort mWhere;            ///< of a server
   unsigned int mBaud = 9600;
   std::chrono::milliseconds mSilence{20000};  ///< a server that sends nothing for so long is tried again; 0: never
 

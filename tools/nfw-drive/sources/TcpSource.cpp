@@ -20,31 +20,22 @@ int connectError(int nFd) {
   return ::getsockopt(nFd, SOL_SOCKET, SO_ERROR, &lError, &lSize) == 0 ? lError : errno;
 }
 
-// Names that will not come to exist by waiting.
-bool isPermanent(int nResolverError) { return nResolverError == EAI_NONAME || nResolverError == EAI_SERVICE; }
-
 }  // namespace
 
 SentenceSource::OpenResult TcpSource::open(std::string* npReason) {
-  addrinfo lHints = {};
-  lHints.ai_socktype = SOCK_STREAM;
-  addrinfo* lpFound = nullptr;
-  const int lError = ::getaddrinfo(mHost.c_str(), mPort.c_str(), &lHints, &lpFound);
-  if (lError != 0) {
-    *npReason = ::gai_strerror(lError);
-    return isPermanent(lError) ? OPEN_FAILED : OPEN_LATER;
-  }
+  const Resolved lFound(mWhere, SOCK_STREAM);
+  *npReason = lFound.getReason();
   bool lIsConnected = false;
-  for (const addrinfo* lpAddress = lpFound; lpAddress != nullptr && !lIsConnected; lpAddress = lpAddress->ai_next) {
+  for (const addrinfo* lpAddress = lFound.first(); lpAddress != nullptr && !lIsConnected;
+       lpAddress = lpAddress->ai_next) {
     lIsConnected = connectTo(*lpAddress, npReason);
   }
-  ::freeaddrinfo(lpFound);
-  return lIsConnected ? OPENED : OPEN_LATER;
+  if (lIsConnected) return OPENED;
+  return lFound.isPermanent() ? OPEN_FAILED : OPEN_LATER;
 }
 
 bool TcpSource::connectTo(const addrinfo& nAddress, std::string* npReason) {
-  const int lFd =
-      ::socket(nAddress.ai_family, nAddress.ai_socktype | SOCK_CLOEXEC | SOCK_NONBLOCK, nAddress.ai_protocol);
+  const int lFd = openSocket(nAddress);
   mReader.reset(lFd);
   mFilter = GpsdFilter();
   int lError = lFd >= 0 && ::connect(lFd, nAddress.ai_addr, nAddress.ai_addrlen) == 0 ? 0 : errno;

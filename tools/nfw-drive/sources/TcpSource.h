@@ -1,9 +1,8 @@
 #pragma once
 
-#include <netdb.h>
-
 #include "FdReader.h"
 #include "GpsdFilter.h"
+#include "Resolved.h"
 
 namespace drive {
 
@@ -12,8 +11,7 @@ namespace drive {
 class TcpSource : public SentenceSource {
  public:
   TcpSource(const SourceAddress& nAddress, tool::Stopper& nStopper)
-      : mHost(nAddress.mHost),
-        mPort(nAddress.mPort),
+      : mWhere(nAddress.mWhere),
         mSilence(nAddress.mSilence),
         mStopper(nStopper),
         mReader(nStopper, nAddress.mSilence) {}
@@ -26,8 +24,7 @@ class TcpSource : public SentenceSource {
   bool connectTo(const addrinfo& nAddress, std::string* npReason);
   bool askForSentences(std::string* npReason);
 
-  const std::string mHost;
-  const std::string mPort;
+  const HostPort mWhere;
   const std::chrono::milliseconds mSilence;
   tool::Stopper& mStopper;
   FdReader mReader;

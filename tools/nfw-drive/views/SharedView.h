@@ -1,25 +1,26 @@
 #pragma once
 
 #include <mutex>
+#include <vector>
 
 #include "View.h"
 
 namespace drive {
 
-/// A view that several threads use: those of both positioning services, and the one that turns its clock.
+/// Views that several threads use: those of both positioning services, and the one that turns its clock.
 class SharedView {
  public:
-  explicit SharedView(std::unique_ptr<View> npView) : mpView(std::move(npView)) {}
+  explicit SharedView(std::vector<std::unique_ptr<View>> nViews) : mViews(std::move(nViews)) {}
 
   template <class Use>
   void use(const Use& nUse) {
     const std::lock_guard<std::mutex> lLock(mMutex);
-    nUse(*mpView);
+    for (const auto& lpView : mViews) nUse(*lpView);
   }
 
  private:
   std::mutex mMutex;
-  const std::unique_ptr<View> mpView;
+  const std::vector<std::unique_ptr<View>> mViews;
 };
 
 }  // namespace drive

@@ -3,9 +3,12 @@
 #include "JsonView.h"
 #include "LineView.h"
 #include "NmeaView.h"
+#include "ServeView.h"
 #include "TableView.h"
 
 namespace drive {
+
+namespace {
 
 std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
                                  OutputQueue& nOutput) {
@@ -22,6 +25,16 @@ std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgr
   }
   if (nOutput.isTerminal()) return std::make_unique<TableView>(nOptions, nProgress, nKinds, nOutput);
   return std::make_unique<LineView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
+}
+
+}  // namespace
+
+std::vector<std::unique_ptr<View>> createViews(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
+                                               OutputQueue& nOutput, Roads& nRoads) {
+  std::vector<std::unique_ptr<View>> lViews;
+  lViews.push_back(createView(nOptions, nProgress, nKinds, nOutput));
+  if (!nRoads.isEmpty()) lViews.push_back(std::make_unique<ServeView>(nOptions.mShowsDeadReckoning, nRoads));
+  return lViews;
 }
 
 }  // namespace drive

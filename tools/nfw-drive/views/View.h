@@ -8,6 +8,7 @@
 #include "Options.h"
 #include "OutputQueue.h"
 #include "Progress.h"
+#include "Roads.h"
 
 namespace drive {
 
@@ -32,8 +33,9 @@ class View {
   virtual void end() {}
 };
 
-/// The view for the format: a live table when the output is a terminal, else plain lines.
-std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
-                                 OutputQueue& nOutput);
+/// The view for the format, a live table when the output is a terminal, else plain lines; and the one for other
+/// programs.
+std::vector<std::unique_ptr<View>> createViews(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
+                                               OutputQueue& nOutput, Roads& nRoads);
 
 }  // namespace drive
