@@ -516,9 +516,8 @@ TEST_F(NmeaBinaryLogReport, StoresWhatDoesNotFitAsZero) {
       said(mLog));
   lInfo.vtg = {{}, 0, 0.0, 1e9, 1e9, 1e9};
   encode(mVersion1, lInfo);
-  const std::string lAll = said(mLog);
-  for (const std::string lName : {"DirectionForMagneticNorth", "SpeedKnot", "SpeedKmh"})
-    EXPECT_NE(std::string::npos, lAll.find("Error: Vtg_" + lName + " nField=1000000000.0")) << lAll;
+  EXPECT_TRUE(
+      std::regex_search(said(mLog), std::regex("Vtg_DirectionForMagneticNorth n.*Vtg_SpeedKnot n.*Vtg_SpeedKmh n")));
   lInfo.vtg.mode = 'X';
   EXPECT_TRUE(encode(mVersion1, lInfo).empty());
   EXPECT_EQ("convertFromDeadReckoningData(): convertFromDeadReckoningVtgData Error", last());
