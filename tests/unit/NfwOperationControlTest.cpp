@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <future>
 #include <thread>
 
 #include "NfwOperationControl.h"
@@ -87,9 +88,9 @@ TEST(OneInstanceTest, EndsWhenTheLastUseOfItIsOverAndMayComeAgain) {
   nfw::OneInstance<Object> lOne("nfw::Test_Instantiation");
   for (int i = 0; i < 2; ++i, lIsGone = false) {
     lOne.get([&] { return new Object{lIsGone}; });
-    std::thread lEnd;
+    std::future<void> lEnd;
     lOne.use([&](Object&) {
-      lEnd = std::thread([&] { lOne.destroy(); });
+      lEnd = std::async(std::launch::async, [&] { lOne.destroy(); });
       bool lIsThere = true;
       for (int j = 0; j < 1000 || lIsThere; ++j, std::this_thread::yield()) {
         lIsThere = false;
@@ -97,8 +98,7 @@ TEST(OneInstanceTest, EndsWhenTheLastUseOfItIsOverAndMayComeAgain) {
       }
       EXPECT_FALSE(lIsGone);
     });
-    EXPECT_TRUE(lEnd.joinable()) << "there again";
-    if (lEnd.joinable()) lEnd.join();
+    lEnd.get();
     EXPECT_TRUE(lIsGone);
   }
 }
