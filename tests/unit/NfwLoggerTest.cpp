@@ -255,9 +255,10 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
   mpLogger->attachPlayListener(20, &mListener);
   mpLogger->attachPlayer(&mFirst);
   mpLogger->attachPlayer(&mSecond);
-  const std::string lFile = logRecord(20, 0, "a");
+  const std::string lFile = logRecord(20, 0, "a") + logRecord(21, 40, "for nobody");
 
-  mSecond.mOnStart = [&] { mpLogger->stopPlay(); };  // the walk under way goes on behind the stop's
+  // The walk under way goes on behind the stop's, and where it was to begin is over with it.
+  mSecond.mOnStart = [&] { EXPECT_TRUE(mpLogger->seekPlay(20) && mpLogger->stopPlay()); };
   ASSERT_TRUE(play(lFile));
   ASSERT_TRUE(mNotes.waitFor(4));
   EXPECT_EQ((Strings{"second start", "second stop", "first stop", "first start"}), mNotes.all());
