@@ -275,7 +275,8 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
     mpLogger->detachPlayer(&mSecond);
     mpLogger->startPlay(mPath.c_str());
   };
-  ASSERT_TRUE(play(lFile));
+  const char* const lpPath = mPath.c_str();
+  ASSERT_TRUE(mpLogger->startPlay(&lpPath, 1));
   ASSERT_TRUE(pumpTo(10));
   EXPECT_EQ((Strings{"second start", "first start", "a", "second end 0", "second stop", "first stop", "first end 0",
                      "first start", "a", "first end 0"}),
