@@ -39,10 +39,9 @@ void control(nfw::Logger& nLogger) {
       [&] { nLogger.setMaxFileTime(schedule::flip() ? 1000 : 0, schedule::flip()); },
       [&] { nLogger.stopRecord(); },
       [&] { nLogger.startRecord("log", "s", schedule::flip() ? "old" : nullptr); },
-      [&] { nLogger.getRecordCounts(); },
       [] { schedule::sleepMs(schedule::pick(1500)); },
   };
-  WAYS[schedule::pick(7)]();
+  WAYS[schedule::pick(6)]();
 }
 
 }  // namespace

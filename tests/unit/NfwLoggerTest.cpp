@@ -255,9 +255,10 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
   mpLogger->attachPlayListener(20, &mListener);
   mpLogger->attachPlayer(&mFirst);
   mpLogger->attachPlayer(&mSecond);
-  const std::string lFile = logRecord(20, 0, "a");
+  const std::string lFile = logRecord(20, 0, "a") + logRecord(21, 40, "for nobody");
 
-  mSecond.mOnStart = [&] { mpLogger->stopPlay(); };  // the walk under way goes on behind the stop's
+  // The walk under way goes on behind the stop's, and where it was to begin is over with it.
+  mSecond.mOnStart = [&] { EXPECT_TRUE(mpLogger->seekPlay(20) && mpLogger->stopPlay()); };
   ASSERT_TRUE(play(lFile));
   ASSERT_TRUE(mNotes.waitFor(4));
   EXPECT_EQ((Strings{"second start", "second stop", "first stop", "first start"}), mNotes.all());
@@ -274,7 +275,8 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
     mpLogger->detachPlayer(&mSecond);
     mpLogger->startPlay(mPath.c_str());
   };
-  ASSERT_TRUE(play(lFile));
+  const char* const lpPath = mPath.c_str();
+  ASSERT_TRUE(mpLogger->startPlay(&lpPath, 1));
   ASSERT_TRUE(pumpTo(10));
   EXPECT_EQ((Strings{"second start", "first start", "a", "second end 0", "second stop", "first stop", "first end 0",
                      "first start", "a", "first end 0"}),
