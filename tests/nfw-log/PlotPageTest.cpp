@@ -1,6 +1,8 @@
 // What the page of a plot tells its script, and what it is made of. scripts/check-plot looks at it in a browser.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "LogBytes.h"

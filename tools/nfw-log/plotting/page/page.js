@@ -121,8 +121,8 @@
   function topSpeed() {
     let top = 0;
     for (const {stats} of tracks) top = Math.max(top, stats.max_speed_kmh || 0);
-    for (const step of [5, 10, 20, 30, 50, 80, 100, 120, 150, 200, 300, 500]) if (top <= step) return step;
-    return Math.ceil(top / 100) * 100;
+    const width = [1, 2, 5, 10, 15, 20, 30, 50].find(n => n * SPEEDS.length >= top) || Math.ceil(top / 900) * 100;
+    return width * SPEEDS.length;  // so that the legend tells of round numbers
   }
   const maxSpeed = topSpeed();
   const classAt = (points, i) => byFix ? points.fix[i] :
@@ -227,11 +227,11 @@
     };
     const moment = () => {
       const texts = [];
-      tracks.forEach((track, i) => {
-        const here = track.isShown && placeAt(track, now);
+      [...tracks].reverse().forEach(track => {  // the first above the others
+        const i = track.index, here = track.isShown && placeAt(track, now);
         if (!here) return markers[i].remove();
         markers[i].setStyle({color: colourOf(track), fillColor: colour('--mark')}).setLatLng([here.lat, here.lon]).addTo(map).bringToFront();
-        texts.push(here.lat.toFixed(6) + ', ' + here.lon.toFixed(6) + (tracks.length > 1 ? ' ' + track.name : ''));
+        texts.unshift(here.lat.toFixed(6) + ', ' + here.lon.toFixed(6) + (tracks.length > 1 ? ' ' + track.name : ''));
       });
       value.textContent = texts.slice(0, 2).join(' · ');
     };
