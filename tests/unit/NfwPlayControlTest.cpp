@@ -145,7 +145,7 @@ TYPED_TEST(PlayControlTest, NothingComesBeforeItsTimeAtAnyRate) {
     for (const auto& lNote : this->mNotes.all()) {
       if (lNote.find(':') == std::string::npos) continue;
       const auto lOffset = static_cast<uint32_t>(std::stoul(lNote.substr(lNote.find_last_of(": ") + 1)));
-      EXPECT_GE(std::stoul(lNote) - lZero, lOffset * 1000ull / lRate) << lNote << " at " << lRate;
+      EXPECT_GE(std::stoul(lNote), lZero + lOffset * 1000ull / lRate) << lNote << " at " << lRate;
     }
     this->mpService->stopPlay();
   }
