@@ -39,7 +39,8 @@ struct Command {
 };
 
 const Command COMMANDS[] = {
-    {"info", "What a recording holds: records, ids, times, gaps, damage", INFO_EXAMPLES, "jg", runInfo},
+    {"info", "What a recording holds: records, ids, times, gaps, damage, and its tracks in numbers", INFO_EXAMPLES,
+     "jg", runInfo},
     {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "slojxf", runCat},
     {"check", "Finds everything that is wrong with a recording; exit status 1 when anything is", CHECK_EXAMPLES, "j",
      runCheck},
@@ -48,7 +49,8 @@ const Command COMMANDS[] = {
     {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "slO", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
     {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "sloc", runConvert},
-    {"plot", "Draws the track, and speed, altitude, satellites and HDOP over time", PLOT_EXAMPLES, "slop", runPlot},
+    {"plot", "Draws the tracks, and speed, altitude, satellites and HDOP over time; the sky, too, as a page",
+     PLOT_EXAMPLES, "slop", runPlot},
 };
 
 void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments, Options& nOptions) {
@@ -118,7 +120,8 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
   if (lHas('m')) nApp.add_flag("--by-time", nOptions.mByTime, "order by the clock even if the ticks agree");
   if (lHas('c')) declareFormat(nApp, nOptions);
   if (lHas('p')) {
-    nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
+    nApp.add_flag("--html", nOptions.mHtml,
+                  "a page to look at with the pointer, with sky, signals and numbers, instead of an SVG picture");
     nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
         ->type_name("speed|fix")
         ->check(CLI::IsMember({"speed", "fix"}).description(""));

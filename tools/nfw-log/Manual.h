@@ -25,7 +25,8 @@ Texts (--match):
   A record is taken when the text stands in it, letter by letter; one of a sensor log, when it stands in its sentences.
 
 Tracks (convert, plot):
-  The receiver's: id 0 of a sensor log, id 20 of a log, or else the id with the first sentence. --id chooses others;
+  The receiver's: id 0 of a sensor log, id 20 of a log, or else the id with the first sentence; plot draws that of dead
+  reckoning as well. --id chooses others;
   several are several tracks with their names. What the log in a directory tells of is not taken from a sensor log
   beside it again.
 
@@ -50,7 +51,7 @@ Examples:
 )";
 
 inline const char* const INFO_EXAMPLES = R"(  nfw-log info drive.log
-  nfw-log info --json /data/log | jq '.recordings[].records'
+  nfw-log info --json /data/log | jq '.recordings[].tracks[].distance_m'
   nfw-log info --gap 0.5 /data/log             tell of every pause of half a second and more
 )";
 inline const char* const CAT_EXAMPLES =
