@@ -16,7 +16,8 @@ inherit cmake pkgconfig
 #   DEPENDS += "unit-sdk"
 EXTRA_OECMAKE = "-DNFW_BUILD_TESTS=OFF"
 
-# The tools need header-only libraries, and SQLite for one format; without them, or on the unit's own platform, the libraries alone are built.
+# The tools need header-only libraries, and SQLite for one format; without them, or on the unit's own platform, the
+# libraries alone are built.
 PACKAGECONFIG ??= ""
 # nfw-log embeds two scripts of Debian's packages libjs-dygraphs and libjs-leaflet: NFW_DYGRAPHS_SCRIPT and its like in
 # EXTRA_OECMAKE name the files (tools/nfw-log/plotting/page/Page.cmake).

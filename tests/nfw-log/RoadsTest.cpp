@@ -24,6 +24,7 @@ class Roads : public testing::Test {
                i / 3600, i / 60 % 60, i % 60, i / 1000.0, i % 100);
       lBytes += logtest::logRecord(20, static_cast<uint32_t>(i) * 1000, lSentence);
     }
+    lBytes += logtest::logRecord(20, static_cast<uint32_t>(nEpochs) * 1000, "$GPGSV,1,1,02,05,40,083,46,70,17,308,");
     return lBytes + logtest::logRecord(21, 1, "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,E");
   }
   /// What another program says.
@@ -51,7 +52,7 @@ TEST_F(Roads, gdalOpensAPackageThatGrowsByRecordings) {
   if (std::system("command -v ogrinfo >/dev/null") != 0) GTEST_SKIP() << "ogrinfo (Debian: gdal-bin) is not installed";
   nfwtest::writeFile(mFile, drive(25000));
   nfwtest::writeFile(mOther, drive(3));
-  const int lExit = convert({"--to", "gpkg", "--id", "20,21", mOther, "--append", "-o", mPackage});
+  const int lExit = convert({"--to", "gpkg", mOther, "--append", "-o", mPackage});
   if (lExit == 2 && has(mErrors, "built without SQLite")) GTEST_SKIP() << mErrors;
   ASSERT_EQ(lExit, 0) << mErrors;
   EXPECT_EQ(convert({"--to", "gpkg", "--id", "20", mFile, mOther, "--append", "-o", mPackage}), 0) << mErrors;
@@ -67,6 +68,9 @@ TEST_F(Roads, gdalOpensAPackageThatGrowsByRecordings) {
   EXPECT_TRUE(has(rows("SELECT r.name n, max(p.speed_kmh) v, max(p.time) t FROM track_points p JOIN tracks k ON"
                        " k.id=p.track_id JOIN recordings r ON r.id=k.recording_id GROUP BY r.id"),
                   "n (String) = Z\xC3\xBCrich's.log\n  v (Real) = 3.704\n  t (String) = 2025-12-31T00:00:02.000Z"));
+  EXPECT_TRUE(has(rows("SELECT constellation, number, elevation_deg, azimuth_deg, snr_dbhz FROM satellites"),
+                  "n (String) = GPS\n  number (Integer64) = 5\n  elevation_deg (Real) = 40\n  azimuth_deg (Real) = 83\n"
+                  "  snr_dbhz (Real) = 46\n"));
   // What has grown since takes the place of what it was; what fails leaves nothing.
   nfwtest::writeFile(mOther, drive(5));
   EXPECT_EQ(convert({"--to", "gpkg", mOther, "--append", "-o", mPackage}), 0) << mErrors;
@@ -86,14 +90,15 @@ TEST_F(Roads, theFormatsOwnReaderGoesThroughAContainer) {
     GTEST_SKIP() << "@mcap/core is not installed: scripts/setup ci does";
   nfwtest::writeFile(mFile, drive(6000));
   nfwtest::writeFile(mOther, drive(1));
-  ASSERT_EQ(convert({"--to", "mcap", "--id", "20,21", mFile, mOther, "-o", mDir / "out"}), 0) << mErrors;
+  ASSERT_EQ(convert({"--to", "mcap", mFile, mOther, "-o", mDir / "out"}), 0) << mErrors;
   EXPECT_TRUE(has(mErrors, "2 positions without a date: "));
   const std::string lTold =
       said("NODE_PATH=" + lModules + " node " NFW_SOURCE_DIR "/tests/nfw-log/read-mcap.cjs " + mDir / "out");
-  EXPECT_EQ(lTold.find("12006 messages, 3 chunks, 1000000 to 1767145199000000000\n"), 0u) << lTold;
+  EXPECT_EQ(lTold.find("12008 messages, 3 chunks, 2000000000 to 1767145199000000000\n"), 0u) << lTold;
   EXPECT_TRUE(has(lTold,
                   "\n/drive.log/receiver/fix foxglove.LocationFix 6000 {\"timestamp\":{\"sec\":1767145199,\"nsec\":0},"
                   "\"frame_id\":\"drive.log/receiver\",\"latitude\":48.0999833,\"longitude\":11.5166667,"));
+  EXPECT_TRUE(has(lTold, "/drive.log/satellites nfw.Satellites 1 {\"timestamp\""));
   EXPECT_TRUE(has(lTold, "/Z\xC3\xBCrich's.log/dead_reckoning/motion nfw.Motion 1 {"));
 }
 

@@ -43,8 +43,8 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
 }
 
 template <class Writer>
-uint64_t writeTracks(Run& nRun, Problems& nProblems, Writer& nWriter) {
-  TrackReader lReader(nRun);
+uint64_t writeTracks(Run& nRun, TrackChoice nChoice, Problems& nProblems, Writer& nWriter) {
+  TrackReader lReader(nRun, nChoice);
   lReader.read(nProblems, nWriter);
   nWriter.end();
   if (nWriter.getPoints() == 0) say("no position in what was selected");
@@ -61,12 +61,12 @@ std::string nameOf(const Run& nRun) {
 
 uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
   TrackWriter lWriter(nRun.getOptions().mFormat, {nameOf(nRun), -1, nRun.getOptions().mLines}, nOutput);
-  return writeTracks(nRun, nProblems, lWriter);
+  return writeTracks(nRun, TRACK_OF_RECEIVER, nProblems, lWriter);
 }
 
 uint64_t convertToMcap(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  McapWriter lWriter(nOutput);
-  const uint64_t lUndecoded = writeTracks(nRun, nProblems, lWriter);
+  McapWriter lWriter(nOutput, nRun.getRecordings());
+  const uint64_t lUndecoded = writeTracks(nRun, TRACKS_OF_BOTH, nProblems, lWriter);
   if (lWriter.getUndated() > 0) {
     tell("{} without a date: the time is that since the recording's begin, from 1970 on",
          countText(lWriter.getUndated(), "position"));

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "JsonObject.h"
 #include "PrintableText.h"
 
@@ -32,6 +34,11 @@ const char* const MOTION_SCHEMA = R"({"title":"nfw.Motion","type":"object","prop
                                   R"("dead_reckoned":{"type":"boolean"},"satellites":{"type":"integer"},)"
                                   R"("hdop":{"type":"number"},"vdop":{"type":"number"},"pdop":{"type":"number"},)"
                                   R"("geoid_separation_m":{"type":"number"}}})";
+const char* const SKY_SCHEMA = R"({"title":"nfw.Satellites","type":"object","properties":{)" TIMESTAMP
+                               R"(,"satellites":{"type":"array","items":{"type":"object","properties":{)"
+                               R"("constellation":{"type":"string"},"number":{"type":"integer"},)"
+                               R"("elevation_deg":{"type":"number"},"azimuth_deg":{"type":"number"},)"
+                               R"("snr_dbhz":{"type":"number"}}}}}})";
 #undef TIMESTAMP
 
 void addTime(int64_t nMs, tool::JsonObject& nObject) {
@@ -57,15 +64,27 @@ std::string topicOf(const std::string& nName) {
 
 }  // namespace
 
-McapWriter::McapWriter(OutputFile& nOutput)
+McapWriter::McapWriter(OutputFile& nOutput, const std::vector<Recording>& nRecordings)
     : mFile(nOutput),
       mFixSchema(mFile.addSchema("foxglove.LocationFix", FIX_SCHEMA)),
-      mMotionSchema(mFile.addSchema("nfw.Motion", MOTION_SCHEMA)) {}
+      mMotionSchema(mFile.addSchema("nfw.Motion", MOTION_SCHEMA)),
+      mSkySchema(mFile.addSchema("nfw.Satellites", SKY_SCHEMA)) {
+  for (const Recording& lRecording : nRecordings) {
+    const std::string lName = topicOf(std::filesystem::path(lRecording.mName).filename().string());
+    mSkyTopics.push_back(nRecordings.size() == 1 ? "/satellites" : "/" + lName + "/satellites");
+  }
+}
 
 void McapWriter::onTrack(size_t nTrack, const std::string& nName) {
   const std::string lTopic = topicOf(nName);
   mTracks[nTrack] = {lTopic, mFile.addChannel(mFixSchema, "/" + lTopic + "/fix"),
                      mFile.addChannel(mMotionSchema, "/" + lTopic + "/motion")};
+}
+
+void McapWriter::onTracksEnd() {
+  mTracks.clear();
+  ++mRecording;
+  mSkyChannel = 0;
 }
 
 void McapWriter::onPoint(const TrackPoint& nPoint) {
@@ -107,6 +126,25 @@ void McapWriter::addMotion(const TrackPoint& nPoint, const Track& nTrack, int64_
     addNumber("geoid_separation_m", nPoint.mGeoidSeparation, 3, lObject);
   }
   add(nTrack.mMotion, nMs);
+}
+
+void McapWriter::onSky(const Sky& nSky) {
+  const int64_t lMs = nSky.mUtcMs >= 0 ? nSky.mUtcMs : static_cast<int64_t>(nSky.mElapsedMs);
+  if (mSkyChannel == 0) mSkyChannel = mFile.addChannel(mSkySchema, mSkyTopics[mRecording]);
+  {
+    tool::JsonObject lObject(&mJson);
+    addTime(lMs, lObject);
+    tool::JsonObject lList(lObject.key("satellites"), '[');
+    for (const SatelliteView& lView : nSky.mSatellites) {
+      tool::JsonObject lSatellite(lList.element());
+      lSatellite.text("constellation", constellationName(lView.mName.mConstellation));
+      lSatellite.number("number", static_cast<uint64_t>(lView.mName.mNumber));
+      addNumber("elevation_deg", lView.mElevation, 0, lSatellite);
+      addNumber("azimuth_deg", lView.mAzimuth, 0, lSatellite);
+      addNumber("snr_dbhz", lView.mSnr, 0, lSatellite);
+    }
+  }
+  add(mSkyChannel, lMs);
 }
 
 void McapWriter::add(uint16_t nChannel, int64_t nMs) {

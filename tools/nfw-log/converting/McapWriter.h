@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 #include "McapFile.h"
 #include "TrackPoint.h"
@@ -9,15 +10,17 @@
 namespace logtool {
 
 /// Writes tracks as messages of JSON in a container (MCAP): positions in the schema that viewers know, so that they
-/// show a map, and beside them speed, course and quality. A point without a date stands as far behind 1970 as it is
-/// behind the recording's begin.
+/// show a map, and beside them speed, course, quality and the satellites. A point without a date stands as far behind
+/// 1970 as it is behind the recording's begin.
 class McapWriter : public TrackSink {
  public:
-  /// @param nOutput not owned, outlives the writer
-  explicit McapWriter(OutputFile& nOutput);
+  /// @param nOutput not owned, outlives the writer @param nRecordings whose tracks come, in their order
+  McapWriter(OutputFile& nOutput, const std::vector<Recording>& nRecordings);
 
   void onTrack(size_t nTrack, const std::string& nName) override;
-  void onTracksEnd() override { mTracks.clear(); }
+  void onTracksEnd() override;
+  void onSky(const Sky& nSky) override;
+  bool wantsSky() const override { return true; }
   void onPoint(const TrackPoint& nPoint) override;
   void end() { mFile.end(); }
 
@@ -34,7 +37,10 @@ class McapWriter : public TrackSink {
   void add(uint16_t nChannel, int64_t nMs);
 
   McapFile mFile;
-  const uint16_t mFixSchema, mMotionSchema;
+  const uint16_t mFixSchema, mMotionSchema, mSkySchema;
+  std::vector<std::string> mSkyTopics;  // of each recording
+  size_t mRecording = 0;
+  uint16_t mSkyChannel = 0;         // of the recording under way; 0 before its first satellites
   std::map<size_t, Track> mTracks;  // of the recording under way
   std::string mJson;
   uint64_t mPoints = 0, mUndated = 0;

@@ -36,7 +36,7 @@ int fill(Run& nRun, Database& nDatabase, const std::string& nPath) {
   const std::vector<Recording> lRecordings = withoutKnown(nRun, lWriter);
   lWriter.expect(lRecordings);
   Run lRun(nRun.getOptions(), lRecordings);
-  TrackReader lReader(lRun);
+  TrackReader lReader(lRun, TRACKS_OF_BOTH);
   lReader.read(lProblems, lWriter);
   lWriter.end();
   if (lReader.getUndecoded() > 0) {

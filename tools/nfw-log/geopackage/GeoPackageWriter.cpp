@@ -46,10 +46,14 @@ const char* const TABLES =
     ");"
     "CREATE TABLE IF NOT EXISTS reports (" POINT_COLUMNS
     ");"
+    "CREATE TABLE IF NOT EXISTS satellites (id INTEGER PRIMARY KEY AUTOINCREMENT NOT NULL,"
+    "recording_id INTEGER NOT NULL REFERENCES recordings(id), time DATETIME, elapsed_s DOUBLE NOT NULL,"
+    "constellation TEXT NOT NULL, number INTEGER NOT NULL, elevation_deg DOUBLE, azimuth_deg DOUBLE, snr_dbhz DOUBLE);"
     "CREATE INDEX IF NOT EXISTS track_points_time ON track_points(time);"
     "INSERT OR IGNORE INTO gpkg_contents (table_name, data_type, identifier, description, srs_id) VALUES"
     "('recordings','attributes','recordings','what was converted',NULL),"
     "('tracks','attributes','tracks','the tracks of each recording',NULL),"
+    "('satellites','attributes','satellites','satellites in view at each moment',NULL),"
     "('track_lines','features','track_lines','stretches of tracks without a break',4326),"
     "('track_points','features','track_points','positions',4326),"
     "('reports','features','reports','reports of dead reckoning',4326);"
@@ -71,7 +75,7 @@ bool makeTables(Database& nDatabase) {
   return nDatabase.isRight();
 }
 
-std::string timeOrNothing(const TrackPoint& nPoint) { return nPoint.mUtcMs < 0 ? "" : utcText(nPoint.mUtcMs); }
+std::string timeOrNothing(int64_t nUtcMs) { return nUtcMs < 0 ? "" : utcText(nUtcMs); }
 
 /// One recording has one path, from wherever it is named.
 std::string pathOf(const Recording& nRecording) {
@@ -91,7 +95,10 @@ GeoPackageWriter::GeoPackageWriter(Database& nDatabase)
       mEndTrack(nDatabase, "UPDATE tracks SET log_type_id=?, begin_time=?, end_time=?, points=? WHERE id=?"),
       mAddLine(nDatabase, "INSERT INTO track_lines (geom, track_id, begin_time, end_time, points) VALUES (?,?,?,?,?)"),
       mAddPoint(nDatabase, ADD_POINT),
-      mAddReport(nDatabase, ADD_REPORT) {}
+      mAddReport(nDatabase, ADD_REPORT),
+      mAddSatellite(nDatabase,
+                    "INSERT INTO satellites (recording_id, time, elapsed_s, constellation, number, elevation_deg,"
+                    " azimuth_deg, snr_dbhz) VALUES (?,?,?,?,?,?,?,?)") {}
 
 bool GeoPackageWriter::has(const Recording& nRecording) {
   if (nRecording.mName == "-") return false;
@@ -103,7 +110,8 @@ bool GeoPackageWriter::has(const Recording& nRecording) {
        {"DELETE FROM track_points WHERE track_id IN (SELECT id FROM tracks WHERE recording_id=?)",
         "DELETE FROM reports WHERE track_id IN (SELECT id FROM tracks WHERE recording_id=?)",
         "DELETE FROM track_lines WHERE track_id IN (SELECT id FROM tracks WHERE recording_id=?)",
-        "DELETE FROM tracks WHERE recording_id=?", "DELETE FROM recordings WHERE id=?"}) {
+        "DELETE FROM satellites WHERE recording_id=?", "DELETE FROM tracks WHERE recording_id=?",
+        "DELETE FROM recordings WHERE id=?"}) {
     Statement(mDatabase, lpCommand).number(lId).run();
   }
   return false;
@@ -151,7 +159,7 @@ void GeoPackageWriter::addPoint(const TrackPoint& nPoint, const Track& nTrack) {
   mShape.clear();
   appendPoint(nPoint, &mShape);
   Statement& lAdd = nTrack.mIsReckoning ? mAddReport : mAddPoint;
-  lAdd.blob(mShape).number(nTrack.mId).text(timeOrNothing(nPoint));
+  lAdd.blob(mShape).number(nTrack.mId).text(timeOrNothing(nPoint.mUtcMs));
   lAdd.real(static_cast<double>(nPoint.mElapsedMs) / 1000.0).real(nPoint.mAltitude).real(nPoint.mGeoidSeparation);
   lAdd.real(nPoint.mSpeedKmh).real(nPoint.mCourse).text(fixName(nPoint.mFix)).real(nPoint.mSatellites);
   lAdd.real(nPoint.mHdop).real(nPoint.mVdop).real(nPoint.mPdop).number(nPoint.isDeadReckoned() ? 1 : 0).run();
@@ -162,14 +170,19 @@ void GeoPackageWriter::endLine(Track& nTrack, bool nGoesOn) {
   TrackLine& lLine = nTrack.mLine;
   if (lLine.getCount() > 1) {
     mAddLine.blob(lLine.shape()).number(nTrack.mId);
-    mAddLine.text(timeOrNothing(lLine.getFirst())).text(timeOrNothing(lLine.getLast())).number(lLine.getCount()).run();
+    mAddLine.text(timeOrNothing(lLine.getFirst().mUtcMs))
+        .text(timeOrNothing(lLine.getLast().mUtcMs))
+        .number(lLine.getCount())
+        .run();
   }
   lLine.restart(nGoesOn);
 }
 
 void GeoPackageWriter::endTrack(Track& nTrack) {
   endLine(nTrack, false);
-  mEndTrack.number(nTrack.mFirst.mId).text(timeOrNothing(nTrack.mFirst)).text(timeOrNothing(nTrack.mLast));
+  mEndTrack.number(nTrack.mFirst.mId)
+      .text(timeOrNothing(nTrack.mFirst.mUtcMs))
+      .text(timeOrNothing(nTrack.mLast.mUtcMs));
   mEndTrack.number(nTrack.mPoints).number(nTrack.mId).run();
 }
 
@@ -178,6 +191,15 @@ void GeoPackageWriter::onTracksEnd() {
   mTracks.clear();
   mEndRecording.number(mRecordingPoints).number(mRecordingId).run();
   beginRecording();
+}
+
+void GeoPackageWriter::onSky(const Sky& nSky) {
+  const std::string lTime = timeOrNothing(nSky.mUtcMs);
+  for (const SatelliteView& lView : nSky.mSatellites) {
+    mAddSatellite.number(mRecordingId).text(lTime).real(static_cast<double>(nSky.mElapsedMs) / 1000.0);
+    mAddSatellite.text(constellationName(lView.mName.mConstellation)).number(lView.mName.mNumber);
+    mAddSatellite.real(lView.mElevation).real(lView.mAzimuth).real(lView.mSnr).run();
+  }
 }
 
 void GeoPackageWriter::end() {

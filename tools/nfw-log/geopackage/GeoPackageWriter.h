@@ -26,6 +26,8 @@ class GeoPackageWriter : public TrackSink {
   void onTrack(size_t nTrack, const std::string& nName) override;
   void onPoint(const TrackPoint& nPoint) override;
   void onTracksEnd() override;
+  void onSky(const Sky& nSky) override;
+  bool wantsSky() const override { return true; }
   void end();
 
   uint64_t getPoints() const { return mPoints; }
@@ -55,7 +57,7 @@ class GeoPackageWriter : public TrackSink {
   std::string mShape;
 
   const bool mIsMade;  // the tables, before the statements
-  Statement mAddRecording, mEndRecording, mAddTrack, mEndTrack, mAddLine, mAddPoint, mAddReport;
+  Statement mAddRecording, mEndRecording, mAddTrack, mEndTrack, mAddLine, mAddPoint, mAddReport, mAddSatellite;
 };
 
 }  // namespace logtool
