@@ -428,10 +428,12 @@ void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
 }
 
 void setServe(const Arguments& nArguments, Options& nOptions) {
-  std::string lReason;
   for (const std::string& lText : nArguments.mServe) {
+    std::string lReason;
     nOptions.mServe.emplace_back();
-    if (!nOptions.mServe.back().parse(lText, &lReason)) throw CLI::ValidationError("--serve", lText + ": " + lReason);
+    if (nOptions.mServe.back().parse(lText, &lReason)) continue;
+    lReason.insert(0, lText + ": ");
+    throw CLI::ValidationError("--serve", lReason);
   }
 }
 
