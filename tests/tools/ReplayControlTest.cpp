@@ -63,7 +63,9 @@ TEST_F(ReplayControl, aLoopComparesEachRound) {
   for (const ToolRun::Words& lPart : {ToolRun::Words{"--to", "2.2"}, {"--from", "2.2"}}) {
     ToolRun lRun({"--replay", path("log"), "--rate", "50", "--loop", lPart[0], lPart[1], "--format", "nmea"});
     const std::string lFirst = lRun.readLine();
-    for (int lRounds = 0; lRounds < 3;) lRounds += lRun.readLine() == lFirst ? 1 : 0;
+    int lRounds = 0;
+    for (std::string lLine = lFirst; lRounds < 3 && !lLine.empty(); lRounds += lLine == lFirst) lLine = lRun.readLine();
+    EXPECT_EQ(lRounds, 3);
     lRun.signal(SIGINT);
     lRun.readAll();
     EXPECT_EQ(lRun.wait(), 0) << lRun.errors();

@@ -14,7 +14,8 @@ void DeadReckoningListener::onNotifyDeadReckoningNmeaData(const unsigned char* n
   if (lSentence.empty() || !mProgress.takesReckoned()) return;
   mView.use([&](View& nView) { nView.showDeadReckoning(lSentence); });
   mProgress.mDeliveredDeadReckoning.add(lSentence);
-  mProgress.mReckonedSentences.fetch_add(1, std::memory_order_relaxed);
+  // Who sees the count may read what was added.
+  mProgress.mReckonedSentences.fetch_add(1, std::memory_order_release);
   if (lSentence.substr(0, 5) != "$PUBX") return;
   mProgress.mDeliveredReports.fetch_add(1, std::memory_order_relaxed);
   if (mpWindow != nullptr) mpWindow->release();

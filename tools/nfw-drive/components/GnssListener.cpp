@@ -33,7 +33,8 @@ void GnssListener::onNotifyNmeaData(unsigned char const* npData, unsigned int nS
   const std::string_view lSentence(reinterpret_cast<const char*>(npData), nSize);
   mView.use([&](View& nView) { nView.showRaw(lSentence); });
   mProgress.mDeliveredSentences.add(lSentence);
-  mProgress.mSentences.fetch_add(1, std::memory_order_relaxed);
+  // Who sees the count may read what was added.
+  mProgress.mSentences.fetch_add(1, std::memory_order_release);
   if (mpWindow != nullptr) mpWindow->release();
 }
 
