@@ -62,10 +62,12 @@ void Rounds::spoil() {
   mProgress.limit(nullptr);
 }
 
+// Without a further round nothing is compared before the listeners have gone.
 bool Rounds::next() {
+  if (!mReplay.mIsLooped) return false;
   bool lIsSame = true;
   if (!mIsSpoilt) mRecorded.compare(mProgress.delivered(), &lIsSame);
-  if (!mReplay.mIsLooped || !lIsSame) return false;
+  if (!lIsSame) return false;
   const bool lWasSpoilt = mIsSpoilt;
   mPlayback.pause();
   if (!mPlayback.seek(mReplay.mFromMs)) return false;
