@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <tuple>
 
 #include "LogRecords.h"
 #include "NfwLogReader.h"
@@ -135,13 +136,7 @@ TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
   const std::string lOwn = logRecord(20, 1, "data"), lOther = logRecord(3, 1, std::string(66000, 'x'));
   const std::string lWindow = logRecord(20, 1, std::string(65536 - 12, 'w'));  // ends with what is read at once
   const std::string lFar = sensorRecord(3, 0, 1, std::string(65535, 'x')).substr(0, 65000);
-  const struct {
-    Kind mKind;
-    seams::Point mPoint;
-    unsigned int mAfter;
-    std::string mFile;
-    const char* mpLine;
-  } CASES[] = {
+  const std::tuple<Kind, seams::Point, unsigned int, std::string, std::string> CASES[] = {
       {LOG, seams::FILE_SIZE, 0, lOwn, "Can't get file size: Id=0x00000014"},
       {LOG, seams::FILE_POSITION, 0, lOwn, "Can't get log pos: Id=0x00000014"},
       {LOG, seams::FILE_SEEK, 0, lOwn, "Can't seek log type Id field: Id=0x00000014 LogPos=0"},
@@ -162,43 +157,39 @@ TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
       {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\1", 6), "Can't read data size: Ret=1 Id=0x04 LogPos=0"},
       {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\2\0x", 8), "Can't read data: Ret=1 Id=0x04 LogPos=0"},
   };
-  for (const auto& lCase : CASES) {
-    ASSERT_TRUE(open(OWN[lCase.mKind], lCase.mFile));
+  for (const auto& [lKind, lPoint, lAfter, lFile, lLine] : CASES) {
+    ASSERT_TRUE(open(OWN[lKind], lFile));
     mLog.clear();
     std::optional<seams::Failing> lFailing;
-    if (lCase.mPoint != seams::POINT_NUM) lFailing.emplace(lCase.mPoint, lCase.mAfter);
-    EXPECT_EQ(ERROR, next(lCase.mKind).mResult) << lCase.mpLine;
+    if (lPoint != seams::POINT_NUM) lFailing.emplace(lPoint, lAfter);
+    EXPECT_EQ(ERROR, next(lKind).mResult) << lLine;
     lFailing.reset();
-    EXPECT_EQ(ERROR, next(lCase.mKind).mResult);
-    EXPECT_FALSE(getFirstLogTime(lCase.mKind));
-    const char* const lpClass = lCase.mKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
-    ASSERT_EQ(Strings{std::string(lpClass) + lCase.mpLine}, mLog.texts());
+    EXPECT_EQ(ERROR, next(lKind).mResult);
+    EXPECT_FALSE(getFirstLogTime(lKind));
+    const char* const lpClass = lKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
+    ASSERT_EQ(Strings{lpClass + lLine}, mLog.texts());
     EXPECT_EQ(1, mLog.lines()[0].mLevel);
   }
 }
 
 TEST_F(ReaderTest, TheFirstTimeMayNotBeHad) {
   const std::string lOwn = logRecord(20, 1, "data");
-  const struct {
-    seams::Point mPoint;
-    unsigned int mAfter;
-    bool mResult;
-    const char* mpWords;
-  } CASES[] = {{seams::FILE_POSITION, 0, true, "Can't get return pos:"},  // kept so: true without a time
-               {seams::FILE_SEEK, 0, false, "Can't seek top time field:"},
-               {seams::FILE_READ, 0, false, "Can't read top time: Ret=4294967295"},
-               {seams::FILE_SEEK, 1, false, "Can't seek return pos:"}};
-  for (const auto& lCase : CASES) {
+  const std::tuple<seams::Point, unsigned int, bool, std::string> CASES[] = {
+      {seams::FILE_POSITION, 0, true, "Can't get return pos:"},  // kept so: true without a time
+      {seams::FILE_SEEK, 0, false, "Can't seek top time field:"},
+      {seams::FILE_READ, 0, false, "Can't read top time: Ret=4294967295"},
+      {seams::FILE_SEEK, 1, false, "Can't seek return pos:"}};
+  for (const auto& [lPoint, lAfter, lIsHad, lWords] : CASES) {
     ASSERT_TRUE(open(20, lOwn));
     mLog.clear();
     for (const Kind lKind : {LOG, SENSOR}) {
       unsigned int lTime = 77;
-      const seams::Failing lFailing(lCase.mPoint, lCase.mAfter);
-      EXPECT_EQ(lCase.mResult, getFirstLogTime(lKind, &lTime));
+      const seams::Failing lFailing(lPoint, lAfter);
+      EXPECT_EQ(lIsHad, getFirstLogTime(lKind, &lTime));
       EXPECT_EQ(77u, lTime);
     }
-    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
-                       "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
+    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + lWords + " Id=0x00000014",
+                       "SysLogReader::getFirstLogTime(): " + lWords + " Id=0x14"}),
               mLog.texts());
     EXPECT_EQ(ERROR, next().mResult);
   }
