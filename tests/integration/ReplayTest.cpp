@@ -58,9 +58,6 @@ Strings withDifferences(const Strings& nLive, const Differences& nDifferences) {
   return lReplay;
 }
 
-size_t textRecordSize(const std::string& nBytes, size_t nAt) { return le32At(nBytes, nAt + 44) + 49; }
-size_t sensorRecordSize(const std::string& nBytes, size_t nAt) { return (le32At(nBytes, nAt + 5) & 0xFFFF) + 7; }
-
 /// A text of which a failure shows the lines that differ.
 std::string onePerLine(const Strings& nNotes) {
   std::string lText;
@@ -84,24 +81,11 @@ class ReplayTest : public testing::Test {
       mClock.advance(10);
     }
   }
-  /// Whole, and as two files of which the first ends behind so many records.
   template <class Service>
-  void expectReplay(const Strings& nExpected, Service& nService, const std::string& nPath, size_t nFirst,
-                    size_t (*npSizeOf)(const std::string& nBytes, size_t nAt), const Notes& nNotes) {
-    const std::string lBytes = readFile(nPath), lFirst = nPath + ".1", lSecond = nPath + ".2";
-    size_t lCut = 0;
-    for (size_t i = 0; i < nFirst; ++i) lCut += npSizeOf(lBytes, lCut);
-    writeFile(lFirst, lBytes.substr(0, lCut));
-    writeFile(lSecond, lBytes.substr(lCut));
-    expectReplay(nExpected, nService, {nPath.c_str()}, nNotes);
-    expectReplay(nExpected, nService, {lFirst.c_str(), lSecond.c_str()}, nNotes);
-  }
-  template <class Service>
-  void expectReplay(const Strings& nExpected, Service& nService, const std::vector<const char*>& nPaths,
-                    const Notes& nNotes) {
+  void expectReplay(const Strings& nExpected, Service& nService, const std::string& nPath, const Notes& nNotes) {
     mGnssNotes.clear();
     mDeadReckoningNotes.clear();
-    EXPECT_TRUE(nPaths.size() == 1 ? nService.startPlay(nPaths[0]) : nService.startPlay(nPaths.data(), 2));
+    EXPECT_TRUE(nService.startPlay(nPath.c_str()));
     pump(mClock, [&] { return nNotes.count() >= nExpected.size() && nNotes.all().back() == nExpected.back(); });
     EXPECT_TRUE(nService.stopPlay());
     EXPECT_EQ(onePerLine(nExpected), onePerLine(nNotes.all()));
@@ -134,10 +118,9 @@ TEST_F(ReplayTest, SatelliteReplaysGiveLiveDataButForTheStatedDifferences) {
   ASSERT_TRUE(nfw::Gnss::get()->initialize());
   ASSERT_TRUE(mGnss.attachTo(*nfw::Gnss::get()));
 
-  expectReplay(withDifferences(lLive, OF_TEXT_LOG), *nfw::Logger::get(), mLogs.textFile(), 5, textRecordSize,
+  expectReplay(withDifferences(lLive, OF_TEXT_LOG), *nfw::Logger::get(), mLogs.textFile(), mGnssNotes);
+  expectReplay(withDifferences(lLive, OF_SENSOR_LOG), *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(),
                mGnssNotes);
-  expectReplay(withDifferences(lLive, OF_SENSOR_LOG), *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), 5,
-               sensorRecordSize, mGnssNotes);
 }
 
 TEST_F(ReplayTest, ListenersCannotTellDeadReckoningReplayFromLiveData) {
@@ -157,31 +140,20 @@ TEST_F(ReplayTest, ListenersCannotTellDeadReckoningReplayFromLiveData) {
   ASSERT_TRUE(nfw::DeadReckoning::get()->initialize());
   ASSERT_TRUE(nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&mDeadReckoning));
 
-  expectReplay(lLive, *nfw::Logger::get(), mLogs.textFile(), 3, textRecordSize, mDeadReckoningNotes);
-  expectReplay(lLive, *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), 1, sensorRecordSize,
-               mDeadReckoningNotes);
+  expectReplay(lLive, *nfw::Logger::get(), mLogs.textFile(), mDeadReckoningNotes);
+  expectReplay(lLive, *nfw::SensorSysLoggerManager::get(), mLogs.sensorFile(), mDeadReckoningNotes);
   EXPECT_EQ(Strings{}, errors(mLog));
 }
 
 // Five of the six kinds of an epoch come before the jump and the sixth behind it: that is no epoch.
 TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
   attach();
-  ASSERT_TRUE(mReceiver.start());
-  mLogs.startRecord();
-  receive({RMC_TEXT, GGA_TEXT, GSA_TEXT, QUASI_ZENITH_GSV, GLL_TEXT});
   const size_t lCount = 10;
-  ASSERT_TRUE(mGnssNotes.waitFor(lCount));
-  mClock.advance(1000);
-  receive({LAST});
-  ASSERT_TRUE(mGnssNotes.waitFor(lCount + 2));
-  nfw::Gnss::get()->shutdown();
-  mLogs.stopRecord();
-  nfw::Gnss::destroy();
-  ASSERT_TRUE(nfw::Gnss::get()->initialize());
-  ASSERT_TRUE(mGnss.attachTo(*nfw::Gnss::get()));
-  const auto lJump = [&](auto& nService, const std::string& nPath) {
+  const std::string lPath = mLogs.sensorFile() + ".played";
+  const auto lJump = [&](auto& nService, const std::string& nRecords, const std::string& nLast) {
     mGnssNotes.clear();
-    ASSERT_TRUE(nService.startPlay(nPath.c_str()));
+    writeFile(lPath, nRecords + nLast);
+    ASSERT_TRUE(nService.startPlay(lPath.c_str()));
     ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.count() == lCount; }));
     EXPECT_TRUE(nService.seekPlay(500));
     ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.all().back() == LAST_NOTE; }));
@@ -190,8 +162,13 @@ TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
     EXPECT_EQ(lCount + 2, mGnssNotes.count());
     ASSERT_TRUE(nfw::Gnss::get()->initialize());
   };
-  lJump(*nfw::Logger::get(), mLogs.textFile());
-  lJump(*nfw::SensorSysLoggerManager::get(), mLogs.sensorFile());
+  std::string lTexts, lRecords;
+  for (const char* const lpText : {RMC_TEXT, GGA_TEXT, GSA_TEXT, QUASI_ZENITH_GSV, GLL_TEXT}) {
+    lTexts += logRecord(GNSS_LOGGER_ID, 0, lpText);
+    lRecords += sensorRecord(0, 1, 0, sensorData(lpText));
+  }
+  lJump(*nfw::Logger::get(), lTexts, logRecord(GNSS_LOGGER_ID, 1000, LAST));
+  lJump(*nfw::SensorSysLoggerManager::get(), lRecords, sensorRecord(0, 1, 1000, sensorData(LAST)));
 }
 
 }  // namespace

@@ -75,7 +75,7 @@ class SourcesTest : public testing::Test {
   }
   void attachPlayers() {
     ASSERT_TRUE(nfw::Logger::get()->attachPlayer(&mPlayer));
-    ASSERT_TRUE(nfw::SensorSysLoggerManager::get()->attachPlayer(&mSysPlayer));
+    ASSERT_TRUE(nfw::SensorSysLoggerManager::get()->attachPlayer(&mPlayer));
   }
   void begin() {
     ASSERT_TRUE(Facade::Service::get()->initialize());
@@ -120,8 +120,7 @@ class SourcesTest : public testing::Test {
   const std::string mLogPath = mDir / "log", mSensorPath = mDir / "sensor";
   Notes mNotes, mSwitches;
   Facade mFacade{mNotes};
-  Player mPlayer{mSwitches, "log"};
-  SysPlayer mSysPlayer{mSwitches};
+  Player mPlayer{mSwitches};
   LogServices mLogs;  // goes first, for it calls the others
 };
 

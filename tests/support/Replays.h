@@ -8,10 +8,10 @@
 #include <thread>
 
 #include "NfwLogPlayListener.h"
-#include "NfwLogPlayer.h"
+#include "NfwLogPlaySwitch.h"
 #include "NfwLogRecordEventListener.h"
 #include "NfwSysLogPlayListener.h"
-#include "NfwSysLogPlayer.h"
+#include "NfwSysLogPlaySwitch.h"
 #include "Notes.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
@@ -48,32 +48,26 @@ class PlayListener : public nfw::LogPlayListener, public nfw::SysLogPlayListener
   Notes& mNotes;
 };
 
-/// Notes "name start", "name stop", "name end reason".
-class Player : public nfw::LogPlayer {
+/// Plays either log. Notes "name start", "name stop", "name end reason", "name seek"; without a name the rest alone.
+class Player : public nfw::LogPlaySwitch, public nfw::SysLogPlaySwitch {
  public:
-  Player(Notes& nNotes, const std::string& nName) : mNotes(nNotes), mName(nName) {}
-  void notifyPlayStart() override { mNotes.add(mName + " start"), mOnStart(); }
-  void notifyPlayStop() override { mNotes.add(mName + " stop"), mOnStop(); }
-  void notifyPlayEnd(int nReason) override { mNotes.add(mName + " end " + std::to_string(nReason)), mOnEnd(); }
+  explicit Player(Notes& nNotes, const std::string& nName = "")
+      : mNotes(nNotes), mName(nName.empty() ? "" : nName + " ") {}
 
   std::function<void()> mOnStart = [] {}, mOnStop = [] {}, mOnEnd = [] {};
 
  private:
+  void startLogPlay() override { mNotes.add(mName + "start"), mOnStart(); }
+  void stopLogPlay() override { mNotes.add(mName + "stop"), mOnStop(); }
+  void receiveLogPlayEnd(int nReason) override { mNotes.add(mName + "end " + std::to_string(nReason)), mOnEnd(); }
+  void seekLogPlay() override { mNotes.add(mName + "seek"); }
+  void startSysLogPlay() override { startLogPlay(); }
+  void stopSysLogPlay() override { stopLogPlay(); }
+  void receiveSysLogPlayEnd() override { receiveLogPlayEnd(END_FINISHED); }
+  void seekSysLogPlay() override { seekLogPlay(); }
+
   Notes& mNotes;
   const std::string mName;
-};
-
-class SysPlayer : public nfw::SysLogPlayer {
- public:
-  explicit SysPlayer(Notes& nNotes) : mNotes(nNotes) {}
-  void notifyPlayStart() override { mNotes.add("start"), mOnStart(); }
-  void notifyPlayStop() override { mNotes.add("stop"); }
-  void notifyPlayEnd() override { mNotes.add("end"); }
-
-  std::function<void()> mOnStart = [] {};
-
- private:
-  Notes& mNotes;
 };
 
 class RecordListener : public nfw::LogRecordEventListener {

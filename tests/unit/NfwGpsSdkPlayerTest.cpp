@@ -20,16 +20,6 @@ class GpsSdkPlayerTest : public testing::Test {
     mThread.settle();
     return mNotes.all();
   }
-  /// The texts of the data log, then the records of the sensor log as sentences.
-  Strings recorded() {
-    mLogs.stopRecord();
-    Strings lTexts;
-    for (const auto& lRecord : parseLogRecords(readFile(mLogs.textFile()))) {
-      if (lRecord.mId == GNSS_LOGGER_ID) lTexts.push_back(lRecord.mData);
-    }
-    lTexts.push_back(readFile(mLogs.sensorFile()));
-    return lTexts;
-  }
 
   seams::CapturedLog mLog;
   const seams::ManualClock mClock;
@@ -68,10 +58,14 @@ TEST_F(GpsSdkPlayerTest, RecordsOnOrOff) {
   received(GGA_TEXT);
   mPlayer.on();
   for (const std::string& lText : Strings{VTG_TEXT, ZDA_TEXT, lJunk, std::string(131, 'x'), ""}) received(lText);
-  EXPECT_EQ(
-      (Strings{GGA_TEXT, VTG_TEXT, ZDA_TEXT, lJunk, "",
-               sensorRecord(0, 1, 100000, sensorData(GGA_TEXT)) + sensorRecord(0, 1, 100000, sensorData(VTG_TEXT))}),
-      recorded());
+  mLogs.stopRecord();
+  Strings lTexts;
+  for (const auto& lRecord : parseLogRecords(readFile(mLogs.textFile()))) {
+    if (lRecord.mId == GNSS_LOGGER_ID) lTexts.push_back(lRecord.mData);
+  }
+  EXPECT_EQ((Strings{GGA_TEXT, VTG_TEXT, ZDA_TEXT, lJunk, ""}), lTexts);
+  EXPECT_EQ(sensorRecord(0, 1, 100000, sensorData(GGA_TEXT)) + sensorRecord(0, 1, 100000, sensorData(VTG_TEXT)),
+            readFile(mLogs.sensorFile()));
   EXPECT_EQ(2U, mLog.count(RECORD_FAILS));
   EXPECT_TRUE(mLog.has("nfw::NmeaBinaryLogDataVersion0::convertFromNmeaSentence(): Argument Error"));
 }

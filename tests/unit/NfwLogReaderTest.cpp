@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <tuple>
 
 #include "LogRecords.h"
 #include "NfwLogReader.h"
@@ -95,9 +96,7 @@ TEST_F(ReaderTest, DeliversTheRecordsOfItsIdOnly) {
 }
 
 TEST_F(ReaderTest, SensorRecordsCarryAVersion) {
-  const std::string lLargest(1200, 's');
-  ASSERT_TRUE(
-      open(15, sensorRecord(0, 1, 70, "no") + sensorRecord(15, 15, 71, lLargest) + sensorRecord(15, 2, 72, "")));
+  ASSERT_TRUE(open(15, sensorRecord(0, 1, 70, "no") + sensorRecord(15, 15, 71, "it") + sensorRecord(15, 2, 72, "")));
   unsigned int lTime = 0;
   EXPECT_TRUE(mSysReader.getFirstLogTime(&lTime));
   EXPECT_EQ(70u, lTime);
@@ -105,7 +104,7 @@ TEST_F(ReaderTest, SensorRecordsCarryAVersion) {
   EXPECT_EQ(4, mLog.lines()[0].mLevel);
   mSysReader.requestCancelNext();  // cannot be
   const Read lRead = next(SENSOR);
-  EXPECT_EQ(lLargest, lRead.mData);
+  EXPECT_EQ("it", lRead.mData);
   EXPECT_EQ(15, lRead.mVersion);
   EXPECT_EQ(71u, lRead.mTime);
   EXPECT_EQ(9u, lRead.mPosition);
@@ -138,13 +137,7 @@ TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
   const std::string lOwn = logRecord(20, 1, "data"), lOther = logRecord(3, 1, std::string(66000, 'x'));
   const std::string lWindow = logRecord(20, 1, std::string(65536 - 12, 'w'));  // ends with what is read at once
   const std::string lFar = sensorRecord(3, 0, 1, std::string(65535, 'x')).substr(0, 65000);
-  const struct {
-    Kind mKind;
-    seams::Point mPoint;
-    unsigned int mAfter;
-    std::string mFile;
-    const char* mpLine;
-  } CASES[] = {
+  const std::tuple<Kind, seams::Point, unsigned int, std::string, std::string> CASES[] = {
       {LOG, seams::FILE_SIZE, 0, lOwn, "Can't get file size: Id=0x00000014"},
       {LOG, seams::FILE_POSITION, 0, lOwn, "Can't get log pos: Id=0x00000014"},
       {LOG, seams::FILE_SEEK, 0, lOwn, "Can't seek log type Id field: Id=0x00000014 LogPos=0"},
@@ -165,43 +158,39 @@ TEST_F(ReaderTest, EveryFailureHasItsLineAndIsFinal) {
       {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\1", 6), "Can't read data size: Ret=1 Id=0x04 LogPos=0"},
       {SENSOR, seams::POINT_NUM, 0, std::string("\x04\0\0\0\0\2\0x", 8), "Can't read data: Ret=1 Id=0x04 LogPos=0"},
   };
-  for (const auto& lCase : CASES) {
-    ASSERT_TRUE(open(OWN[lCase.mKind], lCase.mFile));
+  for (const auto& [lKind, lPoint, lAfter, lFile, lLine] : CASES) {
+    ASSERT_TRUE(open(OWN[lKind], lFile));
     mLog.clear();
     std::optional<seams::Failing> lFailing;
-    if (lCase.mPoint != seams::POINT_NUM) lFailing.emplace(lCase.mPoint, lCase.mAfter);
-    EXPECT_EQ(ERROR, next(lCase.mKind).mResult) << lCase.mpLine;
+    if (lPoint != seams::POINT_NUM) lFailing.emplace(lPoint, lAfter);
+    EXPECT_EQ(ERROR, next(lKind).mResult) << lLine;
     lFailing.reset();
-    EXPECT_EQ(ERROR, next(lCase.mKind).mResult);
-    EXPECT_FALSE(getFirstLogTime(lCase.mKind));
-    const char* const lpClass = lCase.mKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
-    ASSERT_EQ(Strings{std::string(lpClass) + lCase.mpLine}, mLog.texts());
+    EXPECT_EQ(ERROR, next(lKind).mResult);
+    EXPECT_FALSE(getFirstLogTime(lKind));
+    const char* const lpClass = lKind == LOG ? "LogReader::next(): " : "SysLogReader::next(): ";
+    ASSERT_EQ(Strings{lpClass + lLine}, mLog.texts());
     EXPECT_EQ(1, mLog.lines()[0].mLevel);
   }
 }
 
 TEST_F(ReaderTest, TheFirstTimeMayNotBeHad) {
   const std::string lOwn = logRecord(20, 1, "data");
-  const struct {
-    seams::Point mPoint;
-    unsigned int mAfter;
-    bool mResult;
-    const char* mpWords;
-  } CASES[] = {{seams::FILE_POSITION, 0, true, "Can't get return pos:"},  // kept so: true without a time
-               {seams::FILE_SEEK, 0, false, "Can't seek top time field:"},
-               {seams::FILE_READ, 0, false, "Can't read top time: Ret=4294967295"},
-               {seams::FILE_SEEK, 1, false, "Can't seek return pos:"}};
-  for (const auto& lCase : CASES) {
+  const std::tuple<seams::Point, unsigned int, bool, std::string> CASES[] = {
+      {seams::FILE_POSITION, 0, true, "Can't get return pos:"},  // kept so: true without a time
+      {seams::FILE_SEEK, 0, false, "Can't seek top time field:"},
+      {seams::FILE_READ, 0, false, "Can't read top time: Ret=4294967295"},
+      {seams::FILE_SEEK, 1, false, "Can't seek return pos:"}};
+  for (const auto& [lPoint, lAfter, lIsHad, lWords] : CASES) {
     ASSERT_TRUE(open(20, lOwn));
     mLog.clear();
     for (const Kind lKind : {LOG, SENSOR}) {
       unsigned int lTime = 77;
-      const seams::Failing lFailing(lCase.mPoint, lCase.mAfter);
-      EXPECT_EQ(lCase.mResult, getFirstLogTime(lKind, &lTime));
+      const seams::Failing lFailing(lPoint, lAfter);
+      EXPECT_EQ(lIsHad, getFirstLogTime(lKind, &lTime));
       EXPECT_EQ(77u, lTime);
     }
-    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x00000014",
-                       "SysLogReader::getFirstLogTime(): " + std::string(lCase.mpWords) + " Id=0x14"}),
+    EXPECT_EQ((Strings{"LogReader::getFirstLogTime(): " + lWords + " Id=0x00000014",
+                       "SysLogReader::getFirstLogTime(): " + lWords + " Id=0x14"}),
               mLog.texts());
     EXPECT_EQ(ERROR, next().mResult);
   }
@@ -247,21 +236,13 @@ TEST_F(ReaderTest, ReadsBeyondFourGigabytes) {
 TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
   const struct {
     size_t mWhole, mBytes;  // of the file: records, and bytes of the next
-    std::string mLines[2];  // by kind; empty: it is the end
-  } CASES[] = {
-      {0, 0, {}},
-      {2, 0, {}},
-      {30, 0, {}},
-      {30,
-       4,
-       {"LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
-        "SysLogReader::next(): Can't read time: Ret=3 Id=0x04 LogPos=330"}},
-      {30,
-       10,
-       {"LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
-        "SysLogReader::next(): Can't read data: Ret=3 Id=0x04 LogPos=330"}},
-  };
+    std::string mMissing;   // in a record of the sensor log
+  } CASES[] = {{0, 0, ""}, {2, 0, ""}, {30, 0, ""}, {30, 4, "time"}, {30, 10, "data"}};
   for (const auto& lCase : CASES) {
+    const std::string LINES[] = {
+        "LogReader::next(): Can't read log type Id: Ret=0 Id=0x00000014 LogPos=1590",
+        "SysLogReader::next(): Can't read " + lCase.mMissing + ": Ret=3 Id=0x04 LogPos=330",
+    };
     for (const Kind lKind : {LOG, SENSOR}) {
       const std::string lRecord = record(lKind, OWN[lKind], 1, "data");
       std::string lFile;
@@ -270,9 +251,9 @@ TEST_F(ReaderTest, AFileThatShrinksEndsWhereItEndsNow) {
       for (int i = 0; i < 30; ++i) ASSERT_EQ(4, next(lKind).mResult);
       mLog.clear();
       std::filesystem::resize_file(mPath, lCase.mWhole * lRecord.size() + lCase.mBytes);
-      const bool lIsEnd = lCase.mLines[lKind].empty();
+      const bool lIsEnd = lCase.mBytes == 0;
       for (int i = 0; i < 2; ++i) EXPECT_EQ(lIsEnd ? END : ERROR, next(lKind).mResult);
-      EXPECT_EQ(lIsEnd ? Strings() : std::vector{lCase.mLines[lKind]}, mLog.texts());
+      EXPECT_EQ(lIsEnd ? Strings() : Strings{LINES[lKind]}, mLog.texts());
       if (!lIsEnd) continue;
       writeFile(mPath, lFile.substr(0, 31 * lRecord.size()));
       EXPECT_EQ(4, next(lKind).mResult);

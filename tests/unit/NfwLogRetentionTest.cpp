@@ -29,21 +29,18 @@ class LogRetentionTest : public testing::Test {
 };
 
 TEST_F(LogRetentionTest, DeletesTheOldestDownToEachLimit) {
-  const struct {
-    nfw::LogRetentionLimits mLimits;
-    int mLeft;
-  } CASES[] = {
+  const std::pair<nfw::LogRetentionLimits, int> CASES[] = {
       {{}, 6},           {{5999, 0, 0, 0}, 5}, {{6000, 0, 0, 0}, 6},  {{1, 0, 0, 0}, 1},
       {{0, 4, 0, 0}, 4}, {{0, 0, 200, 0}, 3},  {{0, 0, 0, ~0ULL}, 1}, {{3000, 2, 0, 0}, 2},
   };
-  for (const auto& lCase : CASES) {
+  for (const auto& [lLimits, lLeft] : CASES) {
     fill(6);
-    nfw::LogRetention lRetention(mDir.path().c_str(), "drive", lCase.mLimits);
+    nfw::LogRetention lRetention(mDir.path().c_str(), "drive", lLimits);
     EXPECT_TRUE(lRetention.apply());
-    ASSERT_EQ(lCase.mLeft, left());
-    EXPECT_EQ(mDir / name(6 - lCase.mLeft), mDir.files()[0]);
-    EXPECT_EQ(6u - static_cast<unsigned int>(lCase.mLeft), lRetention.getCounts().mDeletedNum);
-    EXPECT_EQ(1000u * (6u - static_cast<unsigned int>(lCase.mLeft)), lRetention.getCounts().mDeletedSize);
+    ASSERT_EQ(lLeft, left());
+    EXPECT_EQ(mDir / name(6 - lLeft), mDir.files()[0]);
+    EXPECT_EQ(6u - static_cast<unsigned int>(lLeft), lRetention.getCounts().mDeletedNum);
+    EXPECT_EQ(1000u * (6u - static_cast<unsigned int>(lLeft)), lRetention.getCounts().mDeletedSize);
   }
 }
 

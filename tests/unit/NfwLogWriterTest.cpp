@@ -274,19 +274,6 @@ TEST_F(LogWriterTest, MakesAHundredFilesASecond) {
   EXPECT_EQ(100u, records().size());
 }
 
-TEST_F(LogWriterTest, NeverSharesAFileWithAnotherRecorder) {
-  nfw::LogWriter lOther(1000, 1000);
-  record();
-  ASSERT_TRUE(lOther.initialize() && lOther.start(mDir.path().c_str(), "drive", nullptr));
-  EXPECT_EQ(ACCEPTED, lOther.write(20, "other", 5));
-  EXPECT_EQ(ACCEPTED, write("own"));
-  lOther.stop();
-  mpWriter->stop();
-  EXPECT_EQ((Strings{mDir / "drive_20240506-070809_00.log", mDir / "drive_20240506-070809_01.log"}), mDir.files());
-  EXPECT_EQ((Strings{"own", "other"}), data());
-  mHasOtherFiles = true;
-}
-
 TEST_F(LogWriterTest, FlushesForRoomAndWritesWhatTheBufferCannotHoldDirectly) {
   record(200);
   EXPECT_EQ(ACCEPTED, write(std::string(100, 'a')));
@@ -333,23 +320,6 @@ TEST_F(LogWriterTest, LeavesLessThanABatchInTheBuffer) {
   mpWriter->onWriteFile(lMsg);  // and a further batch is left
   EXPECT_EQ(10239u + 2 * 10240, fileSize());
   EXPECT_EQ(1u, mLog.count("LogWriter::onWriteFile(): Can't post thread"));
-}
-
-// What a crash at any moment would leave: whole records in their order, and at most a part of the next.
-TEST_F(LogWriterTest, IsWokenWhenABatchIsThere) {
-  record(1000000);
-  Strings lExpected;
-  for (int i = 0; i < 500; ++i) {
-    write(lExpected.emplace_back(std::to_string(i) + std::string(60, 'x')));
-    if (i % 10 != 0) continue;
-    size_t lRest = 0;
-    const size_t lCount = parseLogRecords(readFile(mDir.files()[0]), &lRest).size();
-    EXPECT_TRUE(lCount < lExpected.size() || lRest == 0);
-    EXPECT_LT(lRest, 112u);
-  }
-  EXPECT_TRUE(eventually([&] { return fileSize() + 10240 > 500 * (49 + 61); }));  // but for less than a batch
-  mpWriter->stop();
-  EXPECT_EQ(lExpected, data());
 }
 
 // The name of the file is another's meanwhile: what is cut back is its own.

@@ -13,8 +13,6 @@
 #include "Replays.h"
 #include "SharedThread.h"
 #include "StuckCall.h"
-#include "SysLogServiceHost.h"
-#include "TempDir.h"
 
 namespace {
 
@@ -24,37 +22,22 @@ using nfwtest::Notes;
 
 struct DataLog {
   using Service = Logger;
-  using Player = nfwtest::Player;
   static constexpr const char* THREAD = "nfw::Logger_Thread";
   static constexpr unsigned int OTHER_THREADS = 1;  // stopped before it
-  static Player makePlayer(Notes& nNotes) { return Player(nNotes, "player"); }
 };
 
 struct SensorLog {
   using Service = nfw::SensorSysLoggerManager;
-  using Player = nfwtest::SysPlayer;
   static constexpr const char* THREAD = "Sensor_SysLogger_Thread";
   static constexpr unsigned int OTHER_THREADS = 0;
-  static Player makePlayer(Notes& nNotes) { return Player(nNotes); }
 };
 
 template <class Log>
 class ServiceEndTest : public testing::Test {
  protected:
-  ServiceEndTest() {
-    Logger::initializeMaxPlayerNum(2);
-    Logger::initializeMaxLogTypeNum(3);
-    Logger::initializeMaxLogFieldSize(100);
-    Logger::initializeLogBufferSize(1000);
-    Logger::initializeMaxLogFileSize(20000);
-    EXPECT_TRUE(syslogservice::setBinaryLogFile((mDir / "binary").c_str()));
-  }
-  ~ServiceEndTest() override {
-    Log::Service::destroy();
-    syslogservice::setBinaryLogFile(nullptr);
-  }
+  ServiceEndTest() { Logger::initializeMaxPlayerNum(2); }
+  ~ServiceEndTest() override { Log::Service::destroy(); }
 
-  nfwtest::TempDir mDir;
   seams::CapturedLog mLog;
 };
 
@@ -67,7 +50,7 @@ TYPED_TEST(ServiceEndTest, AServiceThatIsStuckInAPlayerIsLeftBehindWhole) {
   for (const bool lIsShutDown : {true, false}) {
     nfwtest::StuckCall lStuck;
     Notes lNotes;
-    auto lOther = TypeParam::makePlayer(lNotes), lFirst = TypeParam::makePlayer(lNotes);
+    nfwtest::Player lOther(lNotes), lFirst(lNotes);
     lFirst.mOnStart = [&lStuck] { lStuck.enter(); };
     Service* const lpService = Service::get();
     ASSERT_TRUE(lpService->initialize() && lpService->attachPlayer(&lOther) && lpService->attachPlayer(&lFirst));

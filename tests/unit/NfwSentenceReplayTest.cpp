@@ -205,16 +205,13 @@ TEST_F(PlayersTest, GathersAnewWhenItIsSwitchedOn) {
     EXPECT_EQ(lKinds, lSensorKinds);
     return lKinds;
   };
-  const std::string lOneGsv = gsv(1, 1, 1);
-  const auto lSwitch = [&](bool nIsOn) {
-    nIsOn ? (lPlayer.on(), lSensorPlayer.on()) : (lPlayer.off(), lSensorPlayer.off());
-  };
-  lSwitch(true);
+  const auto lSwitchOn = [&] { lPlayer.on(), lSensorPlayer.on(); };
+  lSwitchOn();
   EXPECT_EQ("$RMC $VTG $GGA $GSA $", lPlay({RMC_TEXT, VTG_TEXT, GGA_TEXT, GSA_TEXT, GSV_TEXT_1}));
-  lSwitch(false);
-  lSwitch(true);
-  EXPECT_EQ("$GLL $GSV $GSA $GGA $VTG ", lPlay({GLL_TEXT, lOneGsv, GSA_TEXT, GGA_TEXT, VTG_TEXT}));
-  lSwitch(true);
+  lPlayer.off(), lSensorPlayer.off();
+  lSwitchOn();
+  EXPECT_EQ("$GLL $GSV $GSA $GGA $VTG ", lPlay({GLL_TEXT, gsv(1, 1, 1), GSA_TEXT, GGA_TEXT, VTG_TEXT}));
+  lSwitchOn();
   EXPECT_EQ("$RMC NMEA ", lPlay({RMC_TEXT}));
 }
 

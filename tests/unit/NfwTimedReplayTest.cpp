@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <optional>
+#include <tuple>
 
 #include "LogRecords.h"
 #include "NfwLogPlayDataDispatcher.h"
@@ -261,12 +262,7 @@ std::vector<int64_t> dues(ReplayTiming::Rule nRule, uint32_t nStart, const std::
 }
 
 TEST(ReplayTimingTest, ARecordIsDueAtItsDistanceFromTheFirst) {
-  const struct {
-    ReplayTiming::Rule mRule;
-    uint32_t mStart;
-    std::vector<uint32_t> mTimes;
-    std::vector<int64_t> mDues;
-  } CASES[] = {
+  const std::tuple<ReplayTiming::Rule, uint32_t, std::vector<uint32_t>, std::vector<int64_t>> CASES[] = {
       {ReplayTiming::FIXED, 1000, {500, 500, 600, 550, 499, 700}, {1000, 1000, 1100, 1050, DROPPED, 1200}},
       {ReplayTiming::FIXED, 0xFFFFFFF0u, {10, 40}, {0xFFFFFFF0u, 14}},  // the tick wraps
       {ReplayTiming::FIXED, 1000, {0xFFFFFFF0u, 5}, {1000, DROPPED}},   // the recorded time wrapped
@@ -276,16 +272,15 @@ TEST(ReplayTimingTest, ARecordIsDueAtItsDistanceFromTheFirst) {
       {ReplayTiming::REBASED, 0, {10000, 20000, 5000, 5000, 5100}, {0, 10000, DROPPED, 11000, 11100}},
       {ReplayTiming::REBASED, 0, {10000, 5000, 4000, 4500}, {0, DROPPED, DROPPED, 1000}},
   };
-  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mDues, dues(lCase.mRule, lCase.mStart, lCase.mTimes));
+  for (const auto& [lRule, lStart, lTimes, lDues] : CASES) EXPECT_EQ(lDues, dues(lRule, lStart, lTimes));
 }
 
 TEST(ReplayTimingTest, TheIntervalIsZeroForWhatIsNotAfterNow) {
-  const struct {
-    uint32_t mDue, mNow, mInterval;
-  } CASES[] = {{1000, 999, 1},      {1000, 1000, 0},     {1000, 1001, 0},
-               {5, 0xFFFFFFFEu, 7}, {0xFFFFFFFEu, 5, 0}, {0x80000000u, 1, 0x7FFFFFFFu},
-               {0x80000001u, 1, 0}};
-  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mInterval, ReplayTiming::interval(lCase.mDue, lCase.mNow));
+  const std::tuple<uint32_t, uint32_t, uint32_t> CASES[] = {{1000, 999, 1},      {1000, 1000, 0},
+                                                            {1000, 1001, 0},     {5, 0xFFFFFFFEu, 7},
+                                                            {0xFFFFFFFEu, 5, 0}, {0x80000000u, 1, 0x7FFFFFFFu},
+                                                            {0x80000001u, 1, 0}};
+  for (const auto& [lDue, lNow, lInterval] : CASES) EXPECT_EQ(lInterval, ReplayTiming::interval(lDue, lNow));
 }
 
 }  // namespace
