@@ -38,7 +38,7 @@ TEST(Corpus, everySentenceIsAccountedFor) {
   for (size_t i = 0; i < lRecordings.size(); ++i) {
     SCOPED_TRACE(i);
     nfwtest::writeFile(lDirectory / "in.nmea", textOf(lRecordings[i]));
-    const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--speed", "max", "--format", "json"});
+    const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--speed", "max", "--format", "jsonl-raw"});
     std::map<std::string, uint64_t> lObjects;
     std::istringstream lOutput(lRun.mOutput);
     for (std::string lLine; std::getline(lOutput, lLine);) ++lObjects[json::parse(lLine)["type"]];

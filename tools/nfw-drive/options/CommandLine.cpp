@@ -84,7 +84,9 @@ Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
           its keys: q ends; in a replay the space bar pauses and goes on, left and right jump
           by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100), . is one step
-  json    one object a line for each parsed sentence; the last is the summary
+  json    one object a line for each epoch: time, fix, position in degrees, speed in m/s, accuracy,
+          satellites (docs/formats/epoch.md); the last is the summary
+  jsonl-raw   the same for each parsed sentence, with its fields
   nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
   Who reads too slowly holds up a file, standard input or the simulator when nothing is recorded.
@@ -137,8 +139,11 @@ struct Arguments {
   }
 };
 
-const std::map<std::string, Format> FORMATS = {
-    {"table", FORMAT_TABLE}, {"json", FORMAT_JSON}, {"nmea", FORMAT_NMEA}, {"none", FORMAT_NONE}};
+const std::map<std::string, Format> FORMATS = {{"table", FORMAT_TABLE},
+                                               {"json", FORMAT_JSON},
+                                               {"jsonl-raw", FORMAT_JSONL_RAW},
+                                               {"nmea", FORMAT_NMEA},
+                                               {"none", FORMAT_NONE}};
 const std::map<std::string, SatelliteSystem> SYSTEMS = {
     {"gps", SYSTEM_GPS}, {"glonass", SYSTEM_GLONASS}, {"galileo", SYSTEM_GALILEO}};
 
@@ -212,7 +217,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
-  nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
+  nApp.add_option("--format", nArguments.mFormat, "table, json, jsonl-raw, nmea or none")
       ->type_name("FORMAT")
       ->check(CLI::IsMember(FORMATS).description(""));
   nApp.add_option("--serve", nArguments.mServe, "hand the sentences to other programs; may be given again")
