@@ -1,14 +1,18 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <deque>
 
 #include "GpsdFilter.h"
+#include "Resolved.h"
 #include "SentenceList.h"
 #include "SerialSource.h"
 #include "SourceReader.h"
+#include "UdpSource.h"
 
 namespace {
 
@@ -34,15 +38,21 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
       {"tcp://host:65536", "needs a port: tcp://HOST:PORT"},
       {"tcp://host:1x", "needs a port: tcp://HOST:PORT"},
       {"/dev/ttyNONE0:123", "has no speed of 123 baud"},
-      {"udp://:10110",
-       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT"},
-      {"gpsd://localhost:2947",
-       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT, as "
-       "tcp://localhost:2947"},
+      {"/dev/gps-none:9600", "serial 9600 /dev/gps-none|||"},
+      {"udp://239.1.2.3:10110", "udp 4800 |239.1.2.3|10110|"},
+      {"udp://:1", "udp 4800 ||1|"},
+      {"udp://host", "needs a port: udp://[ADDR]:PORT"},
+      {"gpsd://localhost", "tcp 4800 |localhost|2947|"},
+      {"gpsd://[::1]:1", "tcp 4800 |::1|1|"},
+      {"gpsd://[::1]", "tcp 4800 |::1|2947|"},
+      {"gpsd://:2947", "needs a host: gpsd://HOST[:PORT]"},
+      {"ftp://localhost:2947",
+       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD], tcp://HOST:PORT, "
+       "gpsd://HOST[:PORT] or udp://[ADDR]:PORT, as tcp://localhost:2947"},
       {"localhost:2947", "is no file; of a server: tcp://localhost:2947"},
       {"[::1]:2947", "is no file; of a server: tcp://[::1]:2947"},
   };
-  const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp"};
+  const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp", "udp"};
   for (const auto& [lpText, lpExpected] : CASES) {
     SourceAddress l;
     std::string lReason;
@@ -148,11 +158,13 @@ TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
     SourceReader::Result mResult;
     const char* mpTold;
     size_t mSentences, mCut;
+    bool mIsAwaited = false;
   } CASES[] = {
       {Is::FILE, From::OPENED, From::END, SourceReader::ENDED, "open, ", 1, 1},
       {Is::FILE, From::OPENED, From::STOPPED, SourceReader::ENDED, "open, ", 1, 0},
       {Is::FILE, From::OPENED, From::BROKEN, SourceReader::UNREADABLE, "open, x: torn", 1, 1},
       {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::UNREADABLE, "x: not today", 0, 0},
+      {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::ENDED, "x: not today; waiting for it", 0, 0, true},
       {Is::TCP, From::OPEN_LATER, 0, SourceReader::ENDED, "x: not today; trying again in 1 s", 0, 0},
       {Is::TCP, From::OPENED, From::BROKEN, SourceReader::ENDED, "open, x: torn; trying again in 1 s", 1, 1},
   };
@@ -162,6 +174,7 @@ TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
     SourceAddress lAddress;
     lAddress.mKind = lCase.mKind;
     lAddress.mName = "x";
+    lAddress.mIsAwaited = lCase.mIsAwaited;
     Reading lReading;
     tool::LineCounts lCounts;
     tool::LineReader lLines(lCounts);
@@ -172,6 +185,39 @@ TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
     EXPECT_EQ(lReading.mTold + (lResult == SourceReader::UNREADABLE ? lReason : ""), lCase.mpTold);
     EXPECT_EQ(lList.mSentences, std::vector<std::string>(lCase.mSentences, "$GPGLL,,,,,,V,N*64"));
     EXPECT_EQ(lCounts.get(tool::LINE_CUT), lCase.mCut);
+  }
+}
+
+// A datagram ends its last sentence; that of a group is heard by each program that listens to it.
+TEST(UdpSource, hearsWhatIsServedByDatagrams) {
+  for (const char* const lpWhere : {":0", "239.255.77.77:20177"}) {
+    HostPort lWhere;
+    ASSERT_TRUE(lWhere.parse(lpWhere));
+    if (lWhere.mPort == "0") {  // one that nobody has
+      const Resolved lFound(lWhere, SOCK_DGRAM);
+      const int lFd = openSocket(*lFound.first());
+      ASSERT_EQ(::bind(lFd, lFound.first()->ai_addr, lFound.first()->ai_addrlen), 0);
+      ASSERT_TRUE(lWhere.parse(localText(lFd)));
+      ::close(lFd);
+    }
+    tool::Stopper lStopper;
+    std::string lReason, lText(100, '\0');
+    UdpSource lFirst(lWhere, lStopper), lSecond(lWhere, lStopper);
+    ASSERT_EQ(lFirst.open(&lReason), SentenceSource::OPENED) << lReason;
+    const bool lIsShared = lSecond.open(&lReason) == SentenceSource::OPENED;
+    EXPECT_EQ(lIsShared, lWhere.mHost[0] == '2') << lReason;
+    const Resolved lFound(lWhere, SOCK_DGRAM);
+    const int lFd = openSocket(*lFound.first());
+    if (::sendto(lFd, "$GPTXT,1", 8, 0, lFound.first()->ai_addr, lFound.first()->ai_addrlen) != 8) {
+      ::close(lFd);
+      GTEST_SKIP() << "no way to a group here: " << std::strerror(errno);
+    }
+    ::close(lFd);
+    for (UdpSource* const lpSource : {&lFirst, lIsShared ? &lSecond : nullptr}) {
+      if (lpSource == nullptr) continue;
+      EXPECT_EQ(lpSource->read(lText.data(), lText.size(), &lReason), 9);
+      EXPECT_EQ(lText.substr(0, 9), "$GPTXT,1\n");
+    }
   }
 }
 

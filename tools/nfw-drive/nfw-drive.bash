@@ -15,7 +15,7 @@ _nfw_drive() {
       --keep-total | --keep-files | --keep-age | --keep-free | --from | --to) return ;;
   esac
   if [[ $cur == -* ]]; then
-    options="--help --version --speed --for --format --serve --log-level --no-checksum --baud --silence --seed --rate --systems"
+    options="--help --version --speed --for --format --serve --log-level --no-checksum --baud --silence --wait --seed --rate --systems"
     options+=" --tunnel --dr --record --record-on --prefix --backup --sys-record --max-file-size --buffer-size --replay"
     options+=" --sys-replay --from --to --paused --loop --max-file-time --max-file-time-aligned --sync-interval"
     options+=" --keep-total --keep-files --keep-age --keep-free --settings"
