@@ -1,5 +1,5 @@
 // What every benchmark program needs: a clock, ratios to a floor that withstand a noisy machine, and a count of
-// allocations. Included by one source file of a program, for it replaces operator new.
+// requests for memory. Included by one source file of a program, for it stands in front of malloc.
 #pragma once
 
 #include <time.h>
@@ -68,15 +68,33 @@ class Table {
 
 inline std::atomic<unsigned long> gAllocations{0};
 
-/// Calls of operator new in the whole process so far.
+/// Requests for memory in the whole process so far, the C library's own included.
 inline unsigned long allocations() { return gAllocations.load(std::memory_order_relaxed); }
 
 }  // namespace bench
 
-void* operator new(std::size_t nSize) {
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own, behind the ones that stand in for them here
+extern "C" {
+void* __libc_malloc(size_t nSize);
+void* __libc_calloc(size_t nNum, size_t nSize);
+void* __libc_realloc(void* npMemory, size_t nSize);
+void* __libc_memalign(size_t nAlignment, size_t nSize);
+
+void* malloc(size_t nSize) noexcept {
   bench::gAllocations.fetch_add(1, std::memory_order_relaxed);
-  if (void* const lpMemory = std::malloc(nSize != 0 ? nSize : 1)) return lpMemory;
-  std::abort();
+  return __libc_malloc(nSize);
 }
-void operator delete(void* npMemory) noexcept { std::free(npMemory); }
-void operator delete(void* npMemory, std::size_t /*nSize*/) noexcept { std::free(npMemory); }
+void* calloc(size_t nNum, size_t nSize) noexcept {
+  bench::gAllocations.fetch_add(1, std::memory_order_relaxed);
+  return __libc_calloc(nNum, nSize);
+}
+void* realloc(void* npMemory, size_t nSize) noexcept {
+  bench::gAllocations.fetch_add(1, std::memory_order_relaxed);
+  return __libc_realloc(npMemory, nSize);
+}
+void* aligned_alloc(size_t nAlignment, size_t nSize) noexcept {
+  bench::gAllocations.fetch_add(1, std::memory_order_relaxed);
+  return __libc_memalign(nAlignment, nSize);
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <filesystem>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -18,6 +19,7 @@
 #include "NfwLogPlayListener.h"
 #include "NfwLogPlayer.h"
 #include "NfwLogReader.h"
+#include "NfwLogRetention.h"
 #include "NfwLogger.h"
 #include "PlayTimeline.h"
 
@@ -101,13 +103,39 @@ std::vector<double> paced(unsigned int nThreadNum, Write nWrite) {
   return lAll;
 }
 
-void benchCost(const Directory& nDirectory) {
+/// A sync and another file every tenth of a second, of which the oldest are deleted, while it lives.
+class RoadRecording {
+ public:
+  explicit RoadRecording(const std::string& nDirectory) : mRetention(nDirectory.c_str(), "cost", limits()) {
+    Logger::get()->setSyncInterval(100);
+    Logger::get()->setMaxFileTime(100, false);
+    mRetention.start();
+  }
+  ~RoadRecording() {
+    Logger::get()->setSyncInterval(0);
+    Logger::get()->setMaxFileTime(0, false);
+  }
+  RoadRecording(const RoadRecording&) = delete;
+  RoadRecording& operator=(const RoadRecording&) = delete;
+
+ private:
+  static nfw::LogRetentionLimits limits() {
+    nfw::LogRetentionLimits lLimits;
+    lLimits.mMaxFileNum = 2;
+    return lLimits;
+  }
+
+  nfw::LogRetention mRetention;
+};
+
+void benchCost(const Directory& nDirectory, bool nIsOnTheRoad) {
   const PlainFile lPlain("/tmp/nfw_bench_plain");
   for (const unsigned int lSize : SIZES) {
     for (const unsigned int lThreadNum : {1u, 4u}) {
       bench::Table lTable(("A write to its caller, 50000 a second: " + std::to_string(lSize) + " bytes, " +
-                           std::to_string(lThreadNum) + " thread(s)")
+                           std::to_string(lThreadNum) + " thread(s)" + (nIsOnTheRoad ? ", synced, within limits" : ""))
                               .c_str());
+      const auto lpRoad = nIsOnTheRoad ? std::make_unique<RoadRecording>(nDirectory.path()) : nullptr;
       Logger::get()->startRecord(nDirectory.path().c_str(), "cost", nullptr);
       const struct {
         const char* mpName;
@@ -419,7 +447,8 @@ int main() {
   Logger::initializeMaxLogFileSize(1u << 30);
   if (!Logger::get()->initialize()) return 1;
   const Directory lDirectory;
-  benchCost(lDirectory);
+  benchCost(lDirectory, false);
+  benchCost(lDirectory, true);
   benchSustained(lDirectory);
   benchRead(lDirectory);
   benchReplay(lDirectory);

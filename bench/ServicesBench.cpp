@@ -123,6 +123,70 @@ class Tally : public nfw::NmeaDataListener {
   bool mIsThrough = false;
 };
 
+/// A listener that does not return until it is let go.
+class Held : public nfw::NmeaDataListener {
+ public:
+  void onNotifyNmeaData(unsigned char const* /*npData*/, unsigned int /*nSize*/) override {
+    std::unique_lock<std::mutex> lLock(mMutex);
+    mIsInside = true;
+    mChanged.notify_all();
+    mChanged.wait(lLock, [this] { return mIsFree; });
+  }
+  void await() {
+    std::unique_lock<std::mutex> lLock(mMutex);
+    mChanged.wait(lLock, [this] { return mIsInside; });
+  }
+  void letGo() {
+    const std::lock_guard<std::mutex> lLock(mMutex);
+    mIsFree = true;
+    mChanged.notify_all();
+  }
+
+ private:
+  std::mutex mMutex;
+  std::condition_variable mChanged;
+  bool mIsInside = false, mIsFree = false;
+};
+
+void printMemory(const char* npWhen) {
+  std::ifstream lStatus("/proc/self/status");
+  for (std::string lLine; std::getline(lStatus, lLine);) {
+    if (lLine.compare(0, 6, "VmRSS:") == 0) std::printf("%-46s %s\n", npWhen, lLine.c_str() + 6);
+  }
+}
+
+/// The first time that a listener keeps its thread: every kind of message waits, until the queue takes no more.
+void benchFirstBacklog() {
+  bench::Table lTable("The first backlog, up to the queue's length");
+  const char* const EPOCH[] = {
+      SENTENCE,
+      "$GPGLL,4717.11399,N,00833.91590,E,092725.000,A,A*53\r\n",
+      "$GPGSA,A,3,23,29,07,08,09,18,26,28,,,,,1.94,1.18,1.54*0D\r\n",
+      "$GPGSV,3,1,10,23,38,230,44,29,71,156,47,07,29,116,41,08,09,081,36*7F\r\n",
+      "$GPGSV,3,2,10,10,07,189,,05,05,220,,09,34,274,42,18,25,309,44*72\r\n",
+      "$GPGSV,3,3,10,26,82,187,47,28,43,056,46*77\r\n",
+      "$GPRMC,092725.000,A,4717.11399,N,00833.91590,E,0.004,77.52,091202,,,A*5E\r\n",
+      "$GPVTG,77.52,T,,M,0.004,N,0.008,K,A*06\r\n",
+  };
+  const PARSE_NMEA lAll = {};
+  Held lHeld;
+  nfw::Gnss::get()->attachNmeaDataListener(&lHeld);
+  feed();
+  lHeld.await();
+  const unsigned long lBefore = bench::allocations();
+  for (int i = 0; i < 14; ++i) {  // of 18 messages each
+    for (const char* npSentence : EPOCH) {
+      gpshost::feedSentence(npSentence, static_cast<unsigned int>(strlen(npSentence)));
+    }
+    gpshost::feed(lAll.gsv);
+    gpshost::feed(lAll);
+  }
+  lTable.value("allocations", static_cast<double>(bench::allocations() - lBefore), 0, "");
+  lHeld.letGo();
+  nfw::Gnss::get()->detachNmeaDataListener(&lHeld);
+  printMemory("resident behind it");
+}
+
 void benchLatency(utl::MsgDrivenSharedThread& nThread, const CallbackMark& nMark) {
   bench::Table lTable("SDK callback to a listener / a post to a handler, idle");
   Arrival lListener, lHandler;
@@ -205,13 +269,6 @@ void benchRecording(utl::MsgDrivenSharedThread& nThread) {
   lpGnss->detachNmeaDataListener(&lTally);
 }
 
-void printMemory(const char* npWhen) {
-  std::ifstream lStatus("/proc/self/status");
-  for (std::string lLine; std::getline(lStatus, lLine);) {
-    if (lLine.compare(0, 6, "VmRSS:") == 0) std::printf("%-46s %s\n", npWhen, lLine.c_str() + 6);
-  }
-}
-
 }  // namespace
 
 int main() {
@@ -240,6 +297,7 @@ int main() {
   printMemory("resident with both logs and both facades idle");
   nfw::Logger::get()->startRecord(lDir.c_str(), "bench", nullptr);
   nfw::SensorSysLoggerManager::get()->startRecord();
+  benchFirstBacklog();
   {
     utl::MsgDrivenSharedThread lThread(2074, 256, 0, "nfw::Bench_SharedThread", 0);
     lThread.start(1, 10000, nullptr, 1, 0, utl::ThreadPriority(3), 0);

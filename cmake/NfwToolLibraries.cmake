@@ -20,3 +20,11 @@ nfw_header_library(fmt fmt::fmt-header-only fmt)
 if(CMAKE_CROSSCOMPILING)
   target_compile_definitions(fmt::fmt-header-only INTERFACE FMT_HEADER_ONLY=1)
 endif()
+
+# A library for GeoPackages alone: the tools are built without where there is none.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_package(SQLite3)
+endif()
+if(NOT SQLite3_FOUND)
+  message(STATUS "No SQLite (Debian: libsqlite3-dev): nfw-log is built without convert --to gpkg")
+endif()

@@ -1,27 +1,20 @@
 // Arbitrary bytes as a record, of a sentence and of a dead-reckoning report, in both versions: nothing is read or
 // written beyond the buffers, and what a set says of itself is true.
-#include <cstdlib>
-#include <cstring>
-
 #include "BinaryLogFuzz.h"
 
 using binarylog::Converter;
 
 namespace {
 
-void check(bool nIsTrue) {
-  if (!nIsTrue) abort();
-}
-
 void checkSet(Converter& nVersion, const binarylog::Bytes& nRecord) {
   static nfw::DeadReckoningNmeaSentence gSet;
   if (!nVersion.convertToDeadReckoningNmeaSentence(nRecord.data(), static_cast<unsigned int>(nRecord.size()), &gSet))
     return;
-  check(gSet.mGsaCount <= gSet.MAX_GSA && gSet.mGsvCount <= gSet.MAX_GSV);
+  require(gSet.mGsaCount <= gSet.MAX_GSA && gSet.mGsvCount <= gSet.MAX_GSV);
   for (const auto* lpSlot : {&gSet.mRmc, &gSet.mVtg, &gSet.mGga, &gSet.mPubx}) {
-    check(lpSlot->mLength > 0 && lpSlot->mLength <= lpSlot->MAX_TEXT);
+    require(lpSlot->mLength > 0 && lpSlot->mLength <= lpSlot->MAX_TEXT);
   }
-  for (unsigned int i = 0; i < gSet.MAX_GSV; ++i) check((gSet.mGsv[i].mLength != 0) == (i < gSet.mGsvCount));
+  for (unsigned int i = 0; i < gSet.MAX_GSV; ++i) require((gSet.mGsv[i].mLength != 0) == (i < gSet.mGsvCount));
 }
 
 }  // namespace
@@ -32,8 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize)
   forEachVersion([&](Converter& nVersion) {
     const auto lText = binarylog::run(nVersion, &Converter::convertToNmeaSentence, lRecord, 256);
     const auto lCut = binarylog::run(nVersion, &Converter::convertToNmeaSentence, lRecord, npData[0]);
-    check(lCut.empty() || lCut == lText);
-    check(lText.empty() || (lText[0] == '$' && lText.back() == '\n'));
+    require(lCut.empty() || lCut == lText);
+    require(lText.empty() || (lText[0] == '$' && lText.back() == '\n'));
     checkSet(nVersion, lRecord);
   });
   return 0;

@@ -1,16 +1,9 @@
-// What the fuzzers of the binary log share: silence, and both versions.
+// Both versions of the binary log, for its fuzzers.
 #pragma once
 
-#include <cstddef>
-
 #include "BinaryLog.h"
-#include "NfwAppLog.h"
+#include "Fuzz.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
-
-extern "C" int LLVMFuzzerInitialize(int* /*npArgCount*/, char*** /*npppArgs*/) {
-  nfw::registerLogType(nfw::LOG_TYPE_NFW, "fuzz", nfw::LOG_LEVEL_NONE);
-  return 0;
-}
 
 template <class Use>
 void forEachVersion(Use nUse) {

@@ -3,8 +3,6 @@
 // format: a talker that holds a separator makes another address of itself, a negative time is filled with "0" before
 // its sign, and a fix mode above 15 spills into the selection, which then has no letter.
 #include <algorithm>
-#include <cstdlib>
-#include <cstring>
 
 #include "BinaryLogFuzz.h"
 
@@ -37,13 +35,13 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* npData, size_t nSize)
   forEachVersion([&](Converter& nVersion) {
     for (const binarylog::Operation lEncoder : ENCODERS) {
       const unsigned int lRoom = static_cast<unsigned int>(nSize % 61);
-      if (binarylog::run(nVersion, lEncoder, binarylog::bytesOf(lSentence), lRoom).size() > lRoom) abort();
+      require(binarylog::run(nVersion, lEncoder, binarylog::bytesOf(lSentence), lRoom).size() <= lRoom);
     }
     const Bytes lRecord = binarylog::encode(nVersion, lSentence);
     if (lRecord.empty()) return;
     const std::string lText = binarylog::decode(nVersion, lRecord);
-    if (lText.empty()) abort();
-    if (isBound(lRecord) && binarylog::encode(nVersion, lText) != lRecord) abort();
+    require(!lText.empty());
+    require(!isBound(lRecord) || binarylog::encode(nVersion, lText) == lRecord);
   });
   return 0;
 }

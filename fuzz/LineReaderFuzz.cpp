@@ -1,18 +1,13 @@
 // Any bytes: every piece is counted once, what passes is a sentence, and it does not matter how the bytes arrive.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <string>
 #include <vector>
 
+#include "Fuzz.h"
 #include "LineReader.h"
 #include "SentenceTime.h"
 
 namespace {
-
-void require(bool nHolds) {
-  if (!nHolds) std::abort();
-}
 
 bool isSentence(std::string_view nText) {
   for (const char lByte : nText) {

@@ -1,21 +1,13 @@
 // Any bytes as a recording: every byte is of one record or of one damage, and what is whole can be shown and converted.
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <cstdint>
-#include <cstdlib>
-#include <string>
 
 #include "EpochBuilder.h"
+#include "Fuzz.h"
 #include "RecordPrinter.h"
 #include "RecordStream.h"
 #include "SensorContent.h"
 
 namespace {
-
-void require(bool nHolds) {
-  if (!nHolds) std::abort();
-}
 
 class Track : public logtool::TrackSink {
  public:
@@ -24,9 +16,9 @@ class Track : public logtool::TrackSink {
 
 class Reading : public tool::RecordDamageListener {
  public:
-  Reading(const char* npData, size_t nSize) : mFd(::memfd_create("bytes", MFD_CLOEXEC)) {
-    require(::write(mFd, npData, nSize) == static_cast<ssize_t>(nSize) && ::lseek(mFd, 0, SEEK_SET) == 0);
-    tool::RecordStream lStream(mFd, this);
+  Reading(const void* npData, size_t nSize) {
+    const MemoryFile lFile(npData, nSize);
+    tool::RecordStream lStream(lFile.mFd, this);
     tool::Record lRecord;
     while (lStream.next(&lRecord)) take(lRecord);
     require(lStream.getError() == 0);
@@ -34,8 +26,6 @@ class Reading : public tool::RecordDamageListener {
     mKind = lStream.getKind();
     mBuilder.finish();
   }
-  ~Reading() override { ::close(mFd); }
-
   void onDamage(const tool::RecordDamage& nDamage) override {
     require(nDamage.mOffset == mEnd && nDamage.mLength > 0 && !nDamage.mExpected.empty() && !nDamage.mFound.empty());
     mEnd += nDamage.mLength;
@@ -58,7 +48,6 @@ class Reading : public tool::RecordDamageListener {
     mSentences.read(nRecord, mBuilder);
   }
 
-  const int mFd;
   uint64_t mEnd = 0;
   const logtool::Options mOptions;
   logtool::RecordPrinter mPrinter{mOptions};
@@ -71,7 +60,7 @@ class Reading : public tool::RecordDamageListener {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* npData, size_t nSize) {
-  const Reading lReading(reinterpret_cast<const char*>(npData), nSize);
+  const Reading lReading(npData, nSize);
   if (lReading.mKind != tool::LOG_RECORD) return 0;
   const Reading lAgain(lReading.mWhole.data(), lReading.mWhole.size());  // what recover writes is fine
   require(lAgain.mDamages == 0 && lAgain.mWhole == lReading.mWhole);

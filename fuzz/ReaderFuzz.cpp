@@ -1,30 +1,13 @@
 // Both readers over arbitrary bytes of a file: no crash, no endless loop, no record that is not there.
-#include <unistd.h>
-
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
 
-#include "NfwAppLog.h"
+#include "Fuzz.h"
 #include "NfwLogReader.h"
 #include "NfwSysLogReader.h"
 
 namespace {
 
 const unsigned int BUFFER_SIZE = 300;
-
-const std::string& path() {
-  static const std::string lPath = "/tmp/nfw_reader_fuzz_" + std::to_string(getpid());
-  return lPath;
-}
-
-bool writeFile(const uint8_t* npData, size_t nSize) {
-  FILE* const lpFile = fopen(path().c_str(), "wb");
-  if (lpFile == nullptr) return false;
-  const bool lIsWritten = fwrite(npData, 1, nSize, lpFile) == nSize;
-  return fclose(lpFile) == 0 && lIsWritten;
-}
 
 int next(nfw::LogReader& nReader, unsigned int* npTime, unsigned char* npBuffer, unsigned long long* npPosition) {
   return nReader.next(npTime, npBuffer, BUFFER_SIZE, npPosition);
@@ -37,17 +20,17 @@ int next(nfw::SysLogReader& nReader, unsigned int* npTime, unsigned char* npBuff
 
 /// Positions go up, and every record lies in the file.
 template <class Reader>
-void readAll(int nId, unsigned int nHeaderSize, size_t nFileSize) {
+void readAll(int nId, unsigned int nHeaderSize, const MemoryFile& nFile, size_t nFileSize) {
   Reader lReader;
-  if (!lReader.open(nId, path().c_str())) abort();
+  require(lReader.open(nId, nFile.mPath.c_str()));
   unsigned char lBuffer[BUFFER_SIZE];
   unsigned int lTime = 0;
   unsigned long long lPosition = 0;
   long long lLast = -1;
   lReader.getFirstLogTime(&lTime);
   for (int lResult = 0; (lResult = next(lReader, &lTime, lBuffer, &lPosition)) >= 0;) {
-    const bool lIsInside = lPosition + nHeaderSize + static_cast<unsigned int>(lResult) <= nFileSize;
-    if (static_cast<long long>(lPosition) <= lLast || !lIsInside) abort();
+    require(static_cast<long long>(lPosition) > lLast);
+    require(lPosition + nHeaderSize + static_cast<unsigned int>(lResult) <= nFileSize);
     lLast = static_cast<long long>(lPosition);
   }
 }
@@ -56,12 +39,8 @@ void readAll(int nId, unsigned int nHeaderSize, size_t nFileSize) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* npData, size_t nSize) {
   if (nSize == 0) return 0;
-  static const bool IS_QUIET = nfw::registerLogType(nfw::LOG_TYPE_NFW, "", nfw::LOG_LEVEL_NONE);
-  if (!IS_QUIET) abort();
-  const int lId = npData[0];
-  if (!writeFile(npData + 1, nSize - 1)) return 0;
-  readAll<nfw::LogReader>(lId, 48, nSize - 1);
-  readAll<nfw::SysLogReader>(lId & 0xF, 7, nSize - 1);
-  unlink(path().c_str());
+  const MemoryFile lFile(npData + 1, nSize - 1);
+  readAll<nfw::LogReader>(npData[0], 48, lFile, nSize - 1);
+  readAll<nfw::SysLogReader>(npData[0] & 0xF, 7, lFile, nSize - 1);
   return 0;
 }

@@ -144,7 +144,8 @@ class NFW_API Logger : public utl::ThreadMsgListener {
   bool resumePlay();
   /// Plays the next record of any type, and what is due at the same millisecond; pauses where nobody has.
   bool stepPlay();
-  /// @param nPermille of the recorded pace, 10 to 100,000; kept over pauses and seeks. No record comes before its time.
+  /// @param nPermille of the recorded pace, 10 to 100,000; kept over pauses and seeks. No record comes before its time;
+  /// the second before the first one stays a second.
   bool setPlayRate(unsigned int nPermille);
   /// Goes on from the record that lies `nOffsetMs` behind the recording's first one: no listener receives anything of
   /// before, and players are told. Waits for play listeners as stopPlay() does. Possible also when all was played.

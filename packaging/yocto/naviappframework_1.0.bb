@@ -16,9 +16,12 @@ inherit cmake pkgconfig
 #   DEPENDS += "unit-sdk"
 EXTRA_OECMAKE = "-DNFW_BUILD_TESTS=OFF"
 
-# The tools need header-only libraries; without them, or on the unit's own platform, the libraries alone are built.
+# The tools need header-only libraries, and SQLite for one format; without them, or on the unit's own platform, the
+# libraries alone are built.
 PACKAGECONFIG ??= ""
-PACKAGECONFIG[tools] = "-DNFW_BUILD_TOOLS=ON,-DNFW_BUILD_TOOLS=OFF,cli11 fmt nlohmann-json"
+# nfw-log embeds two scripts of Debian's packages libjs-dygraphs and libjs-leaflet: NFW_DYGRAPHS_SCRIPT and its like in
+# EXTRA_OECMAKE name the files (tools/nfw-log/plotting/page/Page.cmake).
+PACKAGECONFIG[tools] = "-DNFW_BUILD_TOOLS=ON,-DNFW_BUILD_TOOLS=OFF,cli11 fmt nlohmann-json sqlite3"
 
 PACKAGES =+ "${@bb.utils.contains('PACKAGECONFIG', 'tools', '${PN}-tools', '', d)}"
 FILES:${PN}-tools = "${bindir} ${datadir}/bash-completion"

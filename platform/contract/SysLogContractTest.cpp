@@ -7,15 +7,9 @@
 
 namespace {
 
-// Lines of the tests need not be seen.
-class SysLogContract : public testing::Test {
- protected:
-  const int mNull = ::open("/dev/null", O_WRONLY);
-  contract::RedirectedError mError{mNull};
-  void TearDown() override { ::close(mNull); }
-};
-
-TEST_F(SysLogContract, TakesAnyTypeLevelAndTextFromAllThreadsAtOnce) {
+TEST(SysLogContract, TakesAnyTypeLevelAndTextFromAllThreadsAtOnce) {
+  const int lNull = ::open("/dev/null", O_WRONLY);  // the lines need not be seen
+  const contract::RedirectedError lError(lNull);
   std::vector<std::thread> lThreads;
   for (int lType = 910; lType < 914; ++lType) {
     lThreads.emplace_back([lType] {
@@ -31,9 +25,10 @@ TEST_F(SysLogContract, TakesAnyTypeLevelAndTextFromAllThreadsAtOnce) {
     });
   }
   for (std::thread& lThread : lThreads) lThread.join();
+  ::close(lNull);
 }
 
-TEST(SysLogStuckContract, DoesNotWaitForAReaderOfStandardError) {
+TEST(SysLogContract, DoesNotWaitForAReaderOfStandardError) {
   contract::Pipe lPipe;
   lPipe.fill();
   contract::RedirectedError lError(lPipe.writeEnd());

@@ -2,7 +2,7 @@
 #include <climits>
 #include <cwchar>
 #include <memory>
-#include <string>
+#include <tuple>
 
 #include "ThreadSupport.h"
 #include "utl/ThreadManager.h"
@@ -23,8 +23,7 @@ class ThreadContract : public testing::Test {
   /// From here on messages stay in the queue until drain().
   void hold(const Sizes& nSizes = {}) {
     start(nSizes);
-    ASSERT_TRUE(mpThread->post(Recorder::HOLD));
-    ASSERT_TRUE(recorder().awaitHeld());
+    ASSERT_TRUE(mpThread->hold());
   }
   Ids drain() {
     recorder().release();
@@ -39,29 +38,21 @@ class ThreadContract : public testing::Test {
 using Classes = testing::Types<OwnThread, SharedThread>;
 TYPED_TEST_SUITE(ThreadContract, Classes);
 
-class EveryField : public utl::Msg {
- public:
+struct EveryField : utl::Msg {
   explicit EveryField(int nId) : Msg(nId) {}
   bool storeDataTo(utl::MsgDataBroker& n) const override {
-    return n.write(mBool) && n.write(mByte) && n.write(mShort) && n.write(mInt) && n.write(mLong) && n.write(mFloat) &&
-           n.write(mDouble) && n.write(mpObject) && n.writeChars(mText, sizeof mText) && n.writeWideChars(mWide, 3) &&
+    const auto lWrite = [&n](auto... nField) { return (n.write(nField) && ...); };
+    return std::apply(lWrite, mFields) && n.writeChars(mText, sizeof mText) && n.writeWideChars(mWide, 3) &&
            n.writeBytes(nullptr, 0);
   }
   bool restoreDataFrom(utl::MsgDataBroker& n) override {
-    return n.read(&mBool) && n.read(&mByte) && n.read(&mShort) && n.read(&mInt) && n.read(&mLong) && n.read(&mFloat) &&
-           n.read(&mDouble) && n.read(&mpObject) && n.readChars(mText, sizeof mText) && n.readWideChars(mWide, 3) &&
+    const auto lRead = [&n](auto&... nField) { return (n.read(&nField) && ...); };
+    return std::apply(lRead, mFields) && n.readChars(mText, sizeof mText) && n.readWideChars(mWide, 3) &&
            n.readBytes(nullptr, 0);
   }
   static const unsigned int COUNTED = 1 + 1 + 2 + 4 + 8 + 4 + 8 + 4 + 5 + 12;
 
-  bool mBool = false;
-  uint8_t mByte = 0;
-  int16_t mShort = 0;
-  uint32_t mInt = 0;
-  int64_t mLong = 0;
-  float mFloat = 0;
-  double mDouble = 0;
-  const int* mpObject = nullptr;
+  std::tuple<bool, uint8_t, int16_t, uint32_t, int64_t, float, double, const int*> mFields{};
   char mText[5] = "";
   wchar_t mWide[3] = L"";
 };
@@ -70,22 +61,14 @@ TYPED_TEST(ThreadContract, FieldsArriveAsStoredHoweverOftenTheyAreRestored) {
   this->start({EveryField::COUNTED, 4, 0});
   static const int OBJECT = 7;
   EveryField lSent(5);
-  lSent.mBool = true;
-  lSent.mByte = 255;
-  lSent.mShort = SHRT_MIN;
-  lSent.mInt = 0xFFFFFFFEu;
-  lSent.mLong = INT64_MIN;
-  lSent.mFloat = 1.5f;
-  lSent.mDouble = 0.1;
-  lSent.mpObject = &OBJECT;
+  lSent.mFields = {true, uint8_t{255}, int16_t{SHRT_MIN}, 0xFFFFFFFEu, INT64_MIN, 1.5f, 0.1, &OBJECT};
   std::snprintf(lSent.mText, sizeof lSent.mText, "a\xFF%%c");
   std::wcscpy(lSent.mWide, L"\x3042z");
   this->recorder().mOnMsg = [&](int, utl::ThreadRawMsg& nMsg) {
     for (int i = 0; i < 2; ++i) {
       EveryField lGot(0);
       ASSERT_TRUE(lGot.restoreFrom(nMsg));
-      EXPECT_TRUE(lGot.mBool && lGot.mByte == 255 && lGot.mShort == SHRT_MIN && lGot.mInt == 0xFFFFFFFEu);
-      EXPECT_TRUE(lGot.mLong == INT64_MIN && lGot.mFloat == 1.5f && lGot.mDouble == 0.1 && lGot.mpObject == &OBJECT);
+      EXPECT_EQ(lGot.mFields, lSent.mFields);
       EXPECT_STREQ(lGot.mText, lSent.mText);
       EXPECT_EQ(std::wcscmp(lGot.mWide, lSent.mWide), 0);
     }
@@ -116,25 +99,17 @@ TYPED_TEST(ThreadContract, SizesUpToTheStatedOneArePassedOnWhole) {
   }
 }
 
-TYPED_TEST(ThreadContract, PostedMessagesAreHandledInOrderUpToTheLengthOfTheQueue) {
+TYPED_TEST(ThreadContract, PostedMessagesAreHandledInOrderUpToTheLengthOfTheQueueAndSynchronousOnesBeyondIt) {
   for (const unsigned int lSize : {16u, 300u, 2000u}) {
     this->hold({lSize, 5, 0});
     for (int i = 1; i <= 5; ++i) EXPECT_TRUE(this->mpThread->post(BytesMsg(i, i == 5 ? 1 : lSize)));
-    for (const unsigned int lAnother : {1u, lSize}) EXPECT_FALSE(this->mpThread->post(BytesMsg(6, lAnother))) << "full";
-    EXPECT_EQ(this->drain(), (Ids{1, 2, 3, 4, 5}));
+    for (const unsigned int lAnother : {1u, lSize}) EXPECT_FALSE(this->mpThread->post(BytesMsg(7, lAnother))) << "full";
+    std::thread lSender([&] { EXPECT_TRUE(this->mpThread->send(BytesMsg(6, lSize))); });
+    EXPECT_TRUE(eventually([&] { return this->mpThread->has(6); }));
+    EXPECT_FALSE(this->mpThread->post(7));
+    EXPECT_EQ(this->drain(), (Ids{1, 2, 3, 4, 5, 6}));
+    lSender.join();
   }
-}
-
-TYPED_TEST(ThreadContract, SynchronousSendsFindAPlaceInAFullQueueAndWaitTheirTurn) {
-  this->hold({16, 2, 0});
-  EXPECT_TRUE(this->mpThread->post(1));
-  EXPECT_TRUE(this->mpThread->post(2));
-  std::thread lSender([&] { EXPECT_TRUE(this->mpThread->send(3)); });
-  EXPECT_TRUE(eventually([&] { return this->mpThread->has(3); }));
-  EXPECT_FALSE(this->mpThread->post(4));
-  this->recorder().release();
-  lSender.join();
-  EXPECT_EQ(this->recorder().ids(), (Ids{1, 2, 3}));
 }
 
 TYPED_TEST(ThreadContract, InterruptsOvertakeAllMessagesButNotEachOther) {
@@ -198,13 +173,10 @@ TYPED_TEST(ThreadContract, AThreadThatDoesNotRunRefusesAtOnce) {
   EXPECT_EQ(lThread.mThread.getId(), 0);
   for (int lRound = 0; lRound < 2; ++lRound) {
     EXPECT_FALSE(lThread.mThread.isRunning());
-    EXPECT_FALSE(lThread.post(1));
-    EXPECT_FALSE(lThread.send(1));
-    EXPECT_FALSE(lThread.interrupt(1));
+    EXPECT_FALSE(lThread.post(1) || lThread.send(1) || lThread.interrupt(1));
     EXPECT_EQ(lThread.timer(1, 1, 0), -1);
     EXPECT_FALSE(lThread.mThread.killTimer(1, 1));
-    EXPECT_FALSE(lThread.has(1));
-    EXPECT_EQ(lThread.erase(1), 0u);
+    EXPECT_FALSE(lThread.has(1) || lThread.erase(1) != 0);
     EXPECT_EQ(lThread.mThread.getFirstMsgId(), 0);
     EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), -1);
     EXPECT_STREQ(lThread.mThread.getName(), "nfw::Contract_Thread");
@@ -224,8 +196,7 @@ TYPED_TEST(ThreadContract, AHandlerCanNeitherWaitForItsThreadNorStopIt) {
   TypeParam& lThread = *this->mpThread;
   this->recorder().mOnMsg = [&](int nId, utl::ThreadRawMsg&) {
     if (nId != 1) return;
-    EXPECT_FALSE(lThread.send(2));
-    EXPECT_FALSE(lThread.interrupt(2));
+    EXPECT_FALSE(lThread.send(2) || lThread.interrupt(2));
     EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), -1);
     EXPECT_TRUE(lThread.post(3));
     EXPECT_EQ(lThread.erase(3), 1u);
@@ -288,8 +259,7 @@ TYPED_TEST(ThreadContract, AKilledTimerLeavesNoMessageBehind) {
   const int lOnce = this->mpThread->timer(0, 1, 1), lEndless = this->mpThread->timer(0, 0, 2);
   EXPECT_TRUE(this->mpThread->post(1));  // both have expired before it
   EXPECT_TRUE(this->mpThread->mThread.killTimer(lOnce, 1));
-  EXPECT_FALSE(this->mpThread->mThread.killTimer(lOnce, 1));
-  EXPECT_FALSE(this->mpThread->mThread.killTimer(-1, 1));
+  for (const int lGone : {lOnce, -1}) EXPECT_FALSE(this->mpThread->mThread.killTimer(lGone, 1));
   EXPECT_TRUE(this->mpThread->mThread.killTimer(lEndless, 1));
   EXPECT_EQ(this->drain(), Ids{1});
 }
@@ -320,11 +290,6 @@ TYPED_TEST(ThreadContract, AFloodOfTimersDoesNotStarveMessages) {
   this->start();
   for (unsigned int i = 0; i < 20; ++i) EXPECT_NE(this->mpThread->timer(0, 0, i), -1);
   for (int i = 0; i < 50; ++i) EXPECT_TRUE(this->mpThread->send(i));
-}
-
-/// Starts with a listener, and the time to wait for it.
-int start(utl::MsgDrivenThread& nThread, utl::ThreadMsgListener* npListener, unsigned int nMs = LIMIT_MS) {
-  return nThread.start(npListener, 1, nMs, nullptr, 1, 0, utl::ThreadPriority(3), 0);
 }
 
 TEST(MsgDrivenThreadContract, AStartWithoutAListenerFailsAndOneThatTimedOutMayBeRepeated) {
@@ -372,7 +337,7 @@ TEST(MsgDrivenThreadContract, AfterAStopThatTimedOutTheObjectMayGoBeforeItsThrea
 /// Two listeners on one thread.
 class SharedContract : public testing::Test {
  protected:
-  SharedContract() { EXPECT_EQ(mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0); }
+  SharedContract() { EXPECT_EQ(start(mThread), 0); }
   ~SharedContract() override { mThread.stop(1, LIMIT_MS); }
 
   Recorder mFirst, mSecond, mIdle;
@@ -380,24 +345,19 @@ class SharedContract : public testing::Test {
 };
 
 TEST_F(SharedContract, DeliversToTheListenerGivenAndNeverToNone) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, 1));
-  EXPECT_TRUE(mThread.postMsg(&mSecond, 2));
+  EXPECT_TRUE(mThread.postMsg(&mFirst, 1) && mThread.postMsg(&mSecond, 2));
   EXPECT_NE(mThread.setTimer(&mFirst, 0, 1, 3), -1);
   EXPECT_TRUE(mThread.sendMsgSync(&mSecond, 4));
   EXPECT_EQ(mFirst.ids(), (Ids{1, Recorder::TIMER + 3}));
   EXPECT_EQ(mSecond.ids(), (Ids{2, 4}));
-  EXPECT_FALSE(mThread.postMsg(nullptr, 1));
-  EXPECT_FALSE(mThread.sendMsgSync(nullptr, 1));
-  EXPECT_FALSE(mThread.sendMsgInterrupt(nullptr, 1));
+  EXPECT_FALSE(mThread.postMsg(nullptr, 1) || mThread.sendMsgSync(nullptr, 1) || mThread.sendMsgInterrupt(nullptr, 1));
   EXPECT_EQ(mThread.setTimer(nullptr, 0, 1, 3), -1);
-  EXPECT_FALSE(mThread.hasMsg(nullptr, 1));
-  EXPECT_EQ(mThread.eraseMsg(nullptr, 1), 0u);
+  EXPECT_FALSE(mThread.hasMsg(nullptr, 1) || mThread.eraseMsg(nullptr, 1) != 0);
   mThread.abortMsg(nullptr);
 }
 
 TEST_F(SharedContract, QueriesAndErasingSeeOneListenersMessages) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD));
-  EXPECT_TRUE(mFirst.awaitHeld());
+  ASSERT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD) && mFirst.awaitHeld());
   for (Recorder* lpEach : {&mFirst, &mSecond}) EXPECT_TRUE(mThread.postMsg(lpEach, 1) && mThread.postMsg(lpEach, 2));
   JudgeBy lAll([](int nId, utl::ThreadRawMsg&) { return nId == 2; });
   EXPECT_EQ(mThread.eraseMsg(&mFirst, 1), 1u);
@@ -411,10 +371,8 @@ TEST_F(SharedContract, QueriesAndErasingSeeOneListenersMessages) {
 }
 
 TEST_F(SharedContract, AbortDropsMessagesAndTimersAndWaitsForTheRunningHandler) {
-  EXPECT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD));
-  EXPECT_TRUE(mFirst.awaitHeld());
-  EXPECT_TRUE(mThread.postMsg(&mFirst, 1));
-  EXPECT_TRUE(mThread.postMsg(&mSecond, 2));
+  ASSERT_TRUE(mThread.postMsg(&mFirst, Recorder::HOLD) && mFirst.awaitHeld());
+  EXPECT_TRUE(mThread.postMsg(&mFirst, 1) && mThread.postMsg(&mSecond, 2));
   EXPECT_NE(mThread.setTimer(&mFirst, 0, 0, 1), -1);
   std::thread lSender([&] { EXPECT_FALSE(mThread.sendMsgSync(&mFirst, 3)); });
   EXPECT_TRUE(eventually([&] { return mThread.hasMsg(&mFirst, 3); }));

@@ -43,6 +43,16 @@ class BytesMsg : public utl::Msg {
   std::vector<unsigned char> mBytes;
 };
 
+/// A message that stores what the rule does.
+class StoreBy : public utl::Msg {
+ public:
+  StoreBy(int nId, std::function<bool(utl::MsgDataBroker&)> nRule) : Msg(nId), mRule(std::move(nRule)) {}
+  bool storeDataTo(utl::MsgDataBroker& nBroker) const override { return mRule(nBroker); }
+
+ private:
+  std::function<bool(utl::MsgDataBroker&)> mRule;
+};
+
 /// Notes the ids of its messages and the parameters of its timers. The message HOLD keeps its thread until release().
 class Recorder : public utl::ThreadMsgListener {
  public:
@@ -103,6 +113,14 @@ class JudgeBy : public Judgement {
   std::function<bool(int, utl::ThreadRawMsg&)> mRule;
 };
 
+/// Starts with a listener, and the time to wait for it.
+inline int start(utl::MsgDrivenThread& nThread, utl::ThreadMsgListener* npListener, unsigned int nMs = LIMIT_MS) {
+  return nThread.start(npListener, 1, nMs, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+}
+inline int start(utl::MsgDrivenSharedThread& nThread) {
+  return nThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+}
+
 struct Sizes {
   unsigned int mData = 64, mNum = 256, mTimers = 4;
 };
@@ -115,15 +133,16 @@ struct UnderTest {
       : mThread(n.mData, n.mNum, none<Self>()..., "nfw::Contract_Thread", n.mTimers) {}
   int start() {
     if constexpr (sizeof...(Self) > 0) {
-      return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+      return contract::start(mThread);
     } else {
-      return mThread.start(&mRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0);
+      return contract::start(mThread, &mRecorder);
     }
   }
   template <class M>
   bool post(const M& nMsg) {
     return mThread.postMsg(self<Self>()..., nMsg);
   }
+  bool hold() { return post(Recorder::HOLD) && mRecorder.awaitHeld(); }
   template <class M>
   bool send(const M& nMsg) {
     return mThread.sendMsgSync(self<Self>()..., nMsg);

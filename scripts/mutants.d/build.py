@@ -47,8 +47,11 @@ class Unit:
         """As in the build, without what notes coverage; of the warnings, only those about locks."""
         kept, words = [], iter(self.arguments)
         for word in words:
-            if word in ("-o", "-Xclang", "-mllvm"):
+            if word == "-o":
                 next(words)
+            elif word in ("-Xclang", "-mllvm"):
+                option = next(words)
+                kept += [] if option in COVERAGE_FLAGS else [word, option]
             elif word not in ("-c", self.source, "-Werror", "-gline-tables-only") and not word.startswith("-W"):
                 kept.append(word)
         return kept + ["-Wno-everything", "-Wthread-safety", "-Werror=thread-safety"]

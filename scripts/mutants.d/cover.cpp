@@ -2,7 +2,8 @@
 //
 // Each module has its own hidden copy of this. Its blocks are the bytes of a file NFW_COVER/MODULE.hit, mapped and
 // shared, so that children are counted in and a killed process loses nothing. Where the blocks are in the module goes
-// to NFW_COVER/MODULE.pcs once: addresses as in the file, 8 bytes each, in the order of the bytes.
+// to NFW_COVER/MODULE.pcs once: addresses as in the file, 8 bytes each, in the order of the bytes. MODULE is the file's
+// folder and name, for two libraries go by one name: "seams,libNfwPlatform.so.1".
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <stdint.h>
@@ -18,9 +19,12 @@ uint8_t* gHits = nullptr;
 uint32_t gBlocks = 0;
 
 int openBeside(const char* nModule, const char* nSuffix, int nFlags) {
-  const char* const name = strrchr(nModule, '/') != nullptr ? strrchr(nModule, '/') + 1 : nModule;
+  const char* const name = strrchr(nModule, '/') != nullptr ? strrchr(nModule, '/') : nModule;
+  const char* folder = name;
+  while (folder > nModule && folder[-1] != '/') --folder;
   char path[4096];
-  snprintf(path, sizeof(path), "%s/%s%s", getenv("NFW_COVER"), name, nSuffix);
+  snprintf(path, sizeof(path), "%s/%.*s,%s%s", getenv("NFW_COVER"), static_cast<int>(name - folder), folder,
+           name + (*name == '/'), nSuffix);
   return open(path, nFlags | O_CLOEXEC, 0666);
 }
 

@@ -92,7 +92,7 @@ def shared_state(build):
     """What every test program may run besides itself: the libraries and the tools."""
     state = hashlib.sha1()
     add_file(state, __file__)
-    for kind in ("lib", "bin"):
+    for kind in ("lib", "lib/seams", "bin"):
         folder = os.path.join(build.folder, kind)
         for name in sorted(os.listdir(folder)):
             if os.path.isfile(os.path.join(folder, name)) and not name.endswith("_tests"):
@@ -169,8 +169,9 @@ class Module:
         with open(pcs, "rb") as file:
             data = file.read()
         addresses = struct.unpack(f"<{len(data) // 8}Q", data)
-        places = [os.path.join(build.folder, kind, name) for kind in ("bin", "lib")]
-        rows = line_rows(next(place for place in places if os.path.exists(place)), build)
+        folder, file_name = name.split(",", 1)
+        kind = next(kind for kind in ("bin", "lib", "lib/seams") if os.path.basename(kind) == folder)
+        rows = line_rows(os.path.join(build.folder, kind, file_name), build)
         order = sorted(range(len(addresses)), key=addresses.__getitem__)
         starts = [addresses[index] for index in order]
         self.blocks = [set() for _ in addresses]

@@ -20,6 +20,12 @@ class Verdict:
     reached_by: int = 0  # tests that reach it
     unsteady: list = field(default_factory=list)  # tests that failed with it once and passed when repeated
 
+    def unless(self, other):
+        """The other's verdict, when that has caught what this one has not."""
+        if other.verdict == CAUGHT:
+            return Verdict(CAUGHT, other.by, self.reached_by, self.unsteady)
+        return Verdict(self.verdict, self.by, self.reached_by, self.unsteady + other.unsteady)
+
 
 class Stillborn(Exception):
     """The fault does not compile or link."""
@@ -105,6 +111,8 @@ class Worker:
         """Every library, and the programs that are needed, into the folder that takes the build's place."""
         shutil.rmtree(self.files, ignore_errors=True)
         for output in self.build.links:
+            if not os.path.exists(os.path.join(self.build.folder, output)):
+                continue
             folder, name = os.path.split(output)
             if folder == "bin" and name.endswith("_tests") and name not in programs or name.startswith("example"):
                 continue
@@ -114,7 +122,7 @@ class Worker:
             made = os.path.join(self.files, output)
             os.makedirs(os.path.dirname(made), exist_ok=True)
             command[command.index("-o") + 1] = made
-            result = subprocess.run([*command, "-Wl,--strip-debug", "-Wl,--threads=1"], cwd=self.build.folder,
+            result = subprocess.run([*command, "-fuse-ld=lld", "-Wl,--strip-debug", "-Wl,--threads=1"], cwd=self.build.folder,
                                     capture_output=True, text=True, check=False)
             if result.returncode != 0:
                 raise Stillborn("does not link: " + result.stderr[-200:])

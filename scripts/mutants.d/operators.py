@@ -167,12 +167,22 @@ def leave_out_check(place):
         yield Edit(place.start, end, ";")
 
 
+def are_apart(place, first, second):
+    """Two assignments without a call, of which neither reads or writes what the other writes: `a.x = b.x; a.y = b.y;`"""
+    texts = [place.text(*span(node)) for node in (first, second)]
+    written = [re.match(r"([\w.\->\[\]]+) = ", text) for text in texts]
+    return (all(written) and not has_call(first) and not has_call(second) and
+            written[0].group(1) not in texts[1] and written[1].group(1) not in texts[0])
+
+
 def exchange(place):
     """Two calls one behind the other, or a value and its use."""
     if place.kind != K.COMPOUND_STMT:
         return
     for first, second in neighbours(place):
         if not (first.kind.is_expression() and second.kind.is_expression()):
+            continue
+        if are_apart(place, first, second):
             continue
         depends = bool(names_in(first) & names_in(second))
         if not (has_call(first) and has_call(second)) and not depends:
@@ -375,7 +385,8 @@ NOT_WORDS = r"%[-+ #0]*[\d.*]*(hh|h|ll|l|z|j|t)?[a-zA-Z%]|\\x[0-9a-fA-F]+|\\[0-7
 def change_text(place):
     """Another letter in one word; where there is no word, one character less."""
     text = place.text()
-    if place.kind != K.STRING_LITERAL or not re.fullmatch(r'"([^"\\\n]|\\.)+"', text):
+    if place.kind != K.STRING_LITERAL or place.source.endswith(UNREAD_TEXT, 0, place.start) or \
+            not re.fullmatch(r'"([^"\\\n]|\\.)+"', text):
         return
     masked = re.sub(NOT_WORDS, lambda found: "\0" * len(found.group()), text)
     words = [found for found in re.finditer(r"[A-Za-z]+", masked)]
@@ -419,3 +430,4 @@ OPERATORS = [
 LEFT_OUT = [
     ("text", r"^tools/.*/(CommandLine|Manual)\w*\.(cpp|h)$"),  # the help
 ]
+UNREAD_TEXT = b" NAME = "  # of a message class, in a list that is for debuggers

@@ -7,7 +7,7 @@ endfunction()
 
 file(REMOVE_RECURSE ${SCRATCH})
 set(lBuild ${SCRATCH}/build)
-foreach(lPackage GTest CLI11 fmt nlohmann_json benchmark)
+foreach(lPackage GTest CLI11 fmt nlohmann_json SQLite3 benchmark)
   list(APPEND lNone -DCMAKE_DISABLE_FIND_PACKAGE_${lPackage}=ON)
 endforeach()
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${lBuild} -G ${GENERATOR} -DCMAKE_CXX_COMPILER=${CXX} -DNFW_SOURCE=${NFW} ${lNone})

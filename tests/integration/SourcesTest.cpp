@@ -21,7 +21,6 @@ struct GnssFacade {
   static void shutdown() { nfw::Gnss::get()->shutdown(); }
   static void setLoggerId(int nId) { nfw::Gnss::initializeLoggerId(nId); }
   bool attach() { return nfw::Gnss::get()->attachNmeaDataListener(&mListener); }
-  void detach() { nfw::Gnss::get()->detachNmeaDataListener(&mListener); }
   static void feed() { feedText(GGA_TEXT); }
   static Strings logTexts() { return {VTG_TEXT}; }
   static std::string sensorRecordData() { return sensorData(RMC_TEXT); }
@@ -45,7 +44,6 @@ struct DeadReckoningFacade {
   static void shutdown() { nfw::DeadReckoning::get()->finalize(); }
   static void setLoggerId(int nId) { nfw::DeadReckoning::initializeLoggerId(nId); }
   bool attach() { return nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&mListener); }
-  void detach() { nfw::DeadReckoning::get()->detachDeadReckoningNmeaDataListener(&mListener); }
   static void feed() { deadreckoninghost::feed(makeReport(1, 1)); }
   static Strings logTexts() {
     return {"$GPRMC,083559.000,A,4717.1,N,00833.9,E,0.0,7.5,240394,3.1,W,A*1c\r\n", PUBX_TEXT};
@@ -74,6 +72,10 @@ class SourcesTest : public testing::Test {
     }
     writeFile(mLogPath, lLog);
     writeFile(mSensorPath, lSensor);
+  }
+  void attachPlayers() {
+    ASSERT_TRUE(nfw::Logger::get()->attachPlayer(&mPlayer));
+    ASSERT_TRUE(nfw::SensorSysLoggerManager::get()->attachPlayer(&mSysPlayer));
   }
   void begin() {
     ASSERT_TRUE(Facade::Service::get()->initialize());
@@ -116,8 +118,10 @@ class SourcesTest : public testing::Test {
   seams::ManualClock mClock;
   TempDir mDir;
   const std::string mLogPath = mDir / "log", mSensorPath = mDir / "sensor";
-  Notes mNotes;
+  Notes mNotes, mSwitches;
   Facade mFacade{mNotes};
+  Player mPlayer{mSwitches, "log"};
+  SysPlayer mSysPlayer{mSwitches};
   LogServices mLogs;  // goes first, for it calls the others
 };
 
@@ -128,26 +132,21 @@ TYPED_TEST_SUITE(SourcesTest, Facades);
 TYPED_TEST(SourcesTest, ALogReplayWinsOverASensorLogReplayWhichWinsOverLiveData) {
   nfw::Logger& lLog = *nfw::Logger::get();
   nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
-  Notes lSwitches;
-  nfwtest::Player lPlayer(lSwitches, "log");
-  nfwtest::SysPlayer lSysPlayer(lSwitches);
-  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  this->attachPlayers();
   this->begin();
   EXPECT_EQ("l", this->sources('l'));
   // A replay of the log or of the sensor log starts or stops, and what is heard then.
   for (const std::string lStep : {"L+ L", "L- l", "S+ S", "S- l", "S+ S", "L+ L", "S- L", "L- l", "L+ L", "S+ L",
                                   "L- S", "S- l", "S+ S", "L+ L", "L- S", "S- l"}) {
-    const size_t lBefore = lSwitches.count();
+    const size_t lBefore = this->mSwitches.count();
     const bool lIsStart = lStep[1] == '+';
     const bool lIsDone = lStep[0] == 'L'
                              ? (lIsStart ? lLog.startPlay(this->mLogPath.c_str()) : lLog.stopPlay())
                              : (lIsStart ? lSensor.startPlay(this->mSensorPath.c_str()) : lSensor.stopPlay());
     ASSERT_TRUE(lIsDone) << lStep;
-    ASSERT_TRUE(lSwitches.waitFor(lBefore + 1)) << lStep;
+    ASSERT_TRUE(this->mSwitches.waitFor(lBefore + 1)) << lStep;
     EXPECT_EQ(lStep.substr(3), this->sources(lStep[3], lIsStart && lStep[0] == lStep[3])) << lStep;
   }
-  lLog.detachPlayer(&lPlayer);
-  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, TheEndOfAReplayDoesNotGoBackToLiveData) {
@@ -155,15 +154,12 @@ TYPED_TEST(SourcesTest, TheEndOfAReplayDoesNotGoBackToLiveData) {
   writeFile(this->mSensorPath, "");
   nfw::Logger& lLog = *nfw::Logger::get();
   nfw::SensorSysLoggerManager& lSensor = *nfw::SensorSysLoggerManager::get();
-  Notes lSwitches;
-  nfwtest::Player lPlayer(lSwitches, "log");
-  nfwtest::SysPlayer lSysPlayer(lSwitches);
-  ASSERT_TRUE(lLog.attachPlayer(&lPlayer) && lSensor.attachPlayer(&lSysPlayer));
+  this->attachPlayers();
   for (const bool lIsLog : {true, false}) {
     this->begin();
-    lSwitches.clear();
+    this->mSwitches.clear();
     ASSERT_TRUE(lIsLog ? lLog.startPlay(this->mLogPath.c_str()) : lSensor.startPlay(this->mSensorPath.c_str()));
-    ASSERT_TRUE(pump(this->mClock, [&] { return lSwitches.count() == 2; }));  // start and end
+    ASSERT_TRUE(pump(this->mClock, [&] { return this->mSwitches.count() == 2; }));  // start and end
     TypeParam::Service::get()->receiveLogPlayEnd(0);
     TypeParam::Service::get()->receiveSysLogPlayEnd();
     TypeParam::feed();
@@ -171,24 +167,20 @@ TYPED_TEST(SourcesTest, TheEndOfAReplayDoesNotGoBackToLiveData) {
     EXPECT_EQ(0U, this->heard('l')) << lIsLog;
     lIsLog ? lLog.stopPlay() : lSensor.stopPlay();
   }
-  lLog.detachPlayer(&lPlayer);
-  lSensor.detachPlayer(&lSysPlayer);
 }
 
 TYPED_TEST(SourcesTest, LivesFromInitializeToShutdownAndAgain) {
   using Service = typename TypeParam::Service;
   Service* const lpService = Service::get();
   EXPECT_EQ(lpService, Service::get());
-  const std::string lAttachFails = std::string(TypeParam::ATTACH) + "::attachListener(): Can't send thread";
   EXPECT_FALSE(this->mFacade.attach());
-  EXPECT_EQ(Strings{lAttachFails}, errors(this->mLog));
+  EXPECT_EQ(Strings{TypeParam::ATTACH + std::string("::attachListener(): Can't send thread")}, errors(this->mLog));
   TypeParam::shutdown();  // of what has not begun
   TypeParam::feed();
   this->mLog.clear();
   this->begin();
   EXPECT_FALSE(lpService->initialize());
-  const std::string lNotStarted = std::string("Thread Start[") + TypeParam::THREAD + "]";
-  EXPECT_EQ(Strings{lNotStarted}, errors(this->mLog));
+  EXPECT_EQ(Strings{std::string("Thread Start[") + TypeParam::THREAD + "]"}, errors(this->mLog));
   EXPECT_EQ("l", this->sources('l'));
   lpService->startLogPlay();
   lpService->startSysLogPlay();
@@ -223,20 +215,17 @@ TYPED_TEST(SourcesTest, SaysWhichStepFailsAndBeginsAnewAfterShutdown) {
     Logger::initializeMaxPlayerNum(static_cast<unsigned int>(nLogRoom));
     if (nLogRoom >= 0) Logger::get()->initialize();
   };
-  const struct {
-    int mSensorRoom, mLogRoom;
-    Strings mLines;
-  } CASES[] = {
+  const std::tuple<int, int, Strings> CASES[] = {
       {-1, 2, {lPlayerFails(TypeParam::SENSOR_PLAYER), this->line(this->sourceName("SysLogPlayer").c_str())}},
       {2, -1, {lPlayerFails(TypeParam::LOG_PLAYER), this->line(this->sourceName("LogPlayer").c_str())}},
       {2, 0, {this->line("Logger::attachPlayer")}},
       {0, 2, {this->line("SensorSysLoggerManager::attachPlayer")}},
   };
-  for (const auto& lCase : CASES) {
-    restart(lCase.mSensorRoom, lCase.mLogRoom);
+  for (const auto& [lSensorRoom, lLogRoom, lLines] : CASES) {
+    restart(lSensorRoom, lLogRoom);
     this->mLog.clear();
-    EXPECT_FALSE(Service::get()->initialize()) << lCase.mLines.back();
-    EXPECT_EQ(lCase.mLines, errors(this->mLog));
+    EXPECT_FALSE(Service::get()->initialize()) << lLines.back();
+    EXPECT_EQ(lLines, errors(this->mLog));
     TypeParam::feed();  // its thread runs and its SDK calls, but no source is on
     TypeParam::shutdown();
   }
@@ -268,31 +257,19 @@ TYPED_TEST(SourcesTest, WithoutALoggerIdOnlyTheSensorLogIsRecordedAndPlayed) {
   EXPECT_EQ(Strings{}, errors(this->mLog));
 }
 
-TYPED_TEST(SourcesTest, AThreadDoesNotStopItself) {
-  this->begin();
-  std::promise<void> lTried;
-  bool lIsFirst = true;
-  this->mFacade.mListener.mOnCall = [&] {
-    if (!lIsFirst) return;
-    lIsFirst = false;
-    TypeParam::shutdown();
-    lTried.set_value();
-  };
-  TypeParam::feed();
-  lTried.get_future().wait();
-  EXPECT_EQ(Strings{std::string("Thread Stop NG [") + TypeParam::THREAD + "]"}, errors(this->mLog));
-  this->mLog.clear();
-  TypeParam::Service::destroy();  // the thread stops first
-  EXPECT_EQ(Strings{}, errors(this->mLog));
-}
-
 // The thread is in the callback of the listener that is called first. When it comes back nobody is called any more.
 TYPED_TEST(SourcesTest, AServiceThatIsStuckInAListenerIsLeftBehindWhole) {
   using Service = typename TypeParam::Service;
-  for (const bool lIsShutDown : {true, false}) {
+  enum { SHUT_DOWN, SHUT_DOWN_FROM_WITHIN, DESTROYED };
+  for (const int lWay : {SHUT_DOWN, SHUT_DOWN_FROM_WITHIN, DESTROYED}) {
     StuckCall lStuck;
     TypeParam lFirst(this->mNotes);
-    lFirst.mListener.mOnCall = [&] { lStuck.enter(); };
+    Strings lLines{std::string("Thread Stop TIMEOUT [") + TypeParam::THREAD + "]"};
+    if (lWay == SHUT_DOWN_FROM_WITHIN) lLines.insert(lLines.begin(), "Thread Stop NG" + lLines[0].substr(19));
+    lFirst.mListener.mOnCall = [&] {
+      if (lWay == SHUT_DOWN_FROM_WITHIN) TypeParam::shutdown();  // a thread does not stop itself
+      lStuck.enter();
+    };
     this->begin();
     ASSERT_TRUE(lFirst.attach());
     Service* const lpService = Service::get();
@@ -300,7 +277,7 @@ TYPED_TEST(SourcesTest, AServiceThatIsStuckInAListenerIsLeftBehindWhole) {
     lStuck.awaitEntry();
     {
       const seams::Failing lNoTime(seams::THREAD_STOP);
-      if (lIsShutDown) TypeParam::shutdown();
+      if (lWay == SHUT_DOWN) TypeParam::shutdown();
       Service::destroy();
       EXPECT_EQ(1U, lNoTime.hits()) << "waited for once";
     }
@@ -309,7 +286,7 @@ TYPED_TEST(SourcesTest, AServiceThatIsStuckInAListenerIsLeftBehindWhole) {
     EXPECT_TRUE(lStuck.leave());
     EXPECT_EQ(1U, this->mNotes.count());
     EXPECT_EQ("l", this->sources('l'));
-    EXPECT_EQ(Strings{std::string("Thread Stop TIMEOUT [") + TypeParam::THREAD + "]"}, errors(this->mLog));
+    EXPECT_EQ(lLines, errors(this->mLog));
     Service::destroy();
     this->mNotes.clear(), this->mLog.clear();
   }
@@ -340,8 +317,6 @@ TYPED_TEST(SourcesTest, ABlockedListenerDelaysRecordingButDoesNotEndIt) {
   EXPECT_LT(0U, lLost);
   EXPECT_EQ(2 * SENT - lLost - lUnrecorded, 256U - 1);  // the first record was queued before
   lGo.set_value();
-  this->mFacade.detach();
-  ASSERT_TRUE(this->mFacade.attach());
   TypeParam::shutdown();
   ASSERT_TRUE(TypeParam::Service::get()->initialize());
   TypeParam::feed();
@@ -354,34 +329,31 @@ TYPED_TEST(SourcesTest, ABlockedListenerDelaysRecordingButDoesNotEndIt) {
   EXPECT_EQ(SENT + 2 - lUnrecorded, lRecorded);
 }
 
-TEST(FacadeTest, TwoServicesDoNotShareALoggerId) {
-  seams::CapturedLog lLog;
-  LogServices lLogs;
-  nfw::DeadReckoning::initializeLoggerId(GNSS_LOGGER_ID);
-  EXPECT_TRUE(nfw::Gnss::get()->initialize());
-  EXPECT_FALSE(nfw::DeadReckoning::get()->initialize());
-  EXPECT_EQ((Strings{"Logger::attachPlayListenerInternal(): Duplicate Id=20",
-                     "nfw::DeadReckoningLoggerPlayer:initialize() nfw::attachPlayListener() false",
-                     "DeadReckoning::initialize(): Can't DeadReckoningLogPlayer::initialize"}),
-            errors(lLog));
-}
-
 TEST(FacadeTest, AListenerLeavesOneKindAtATime) {
   seams::CapturedLog lLog;
   LogServices lLogs;
   Notes lNotes;
-  GnssListener lListener(lNotes);
+  AnyListener lListener(lNotes);
   nfw::Gnss& lGnss = *nfw::Gnss::get();
-  for (size_t i = 0; i < lListener.KIND_NUM; ++i) {
+  const auto lLeave = [&](const std::string& nKind, auto npDetach) {
     lNotes.clear();
-    ASSERT_TRUE(lGnss.initialize());
-    ASSERT_TRUE(lListener.attachTo(lGnss));
-    lListener.detachFrom(lGnss, i);
+    ASSERT_TRUE(lGnss.initialize() && lListener.attachTo(lGnss));
+    (lGnss.*npDetach)(&lListener);
     feedEpoch();
     lGnss.shutdown();  // hands on what is queued
-    EXPECT_EQ(EPOCH_NOTE_NUM - (i == 0 ? 10 : 1), lNotes.count());
-    EXPECT_EQ(std::string::npos, kindsOf(lNotes).find(lListener.KIND_NAMES[i])) << lListener.KIND_NAMES[i];
-  }
+    EXPECT_EQ(EPOCH_NOTE_NUM - (nKind == "$" ? 10 : 1), lNotes.count());
+    EXPECT_EQ(std::string::npos, kindsOf(lNotes).find(nKind)) << nKind;
+  };
+  lLeave("$", &nfw::Gnss::detachNmeaDataListener);
+  lLeave("GGA ", &nfw::Gnss::detachParsedGgaDataListener);
+  lLeave("GLL ", &nfw::Gnss::detachParsedGllDataListener);
+  lLeave("GSA ", &nfw::Gnss::detachParsedGsaDataListener);
+  lLeave("GSV ", &nfw::Gnss::detachParsedGsvDataListener);
+  lLeave("VTG ", &nfw::Gnss::detachParsedVtgDataListener);
+  lLeave("ZDA ", &nfw::Gnss::detachParsedZdaDataListener);
+  lLeave("RMC ", &nfw::Gnss::detachParsedRmcDataListener);
+  lLeave("PUBX ", &nfw::Gnss::detachParsedPubxDataListener);
+  lLeave("NMEA ", &nfw::Gnss::detachParsedNmeaDataListener);
 }
 
 TEST(FacadeTest, TheGeodeticSystemIsWgs84OrTokyo) {

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <pty.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -11,18 +12,15 @@
 #include <nlohmann/json.hpp>
 #include <regex>
 
-#include "CommandLine.h"
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "Progress.h"
 #include "Split.h"
-#include "TempDir.h"
 
 namespace {
 
 using logtest::has;
 using logtest::logRecord;
-using logtest::runTool;
 using nfwtest::readFile;
 using nfwtest::writeFile;
 using nlohmann::json;
@@ -30,7 +28,7 @@ using nlohmann::json;
 const char* const FIRST = "2026/01/31 23:59:59.000";
 const char* const LATER = "2026/02/01 00:00:07.500";
 
-class Command : public testing::Test {
+class Command : public logtest::LogTool {
  protected:
   /// Two recordings, one of three files; something else lies about.
   Command() {
@@ -39,12 +37,6 @@ class Command : public testing::Test {
     writeFile(mDir / "b_20260201-000000_00.log", logRecord(255, 9500, "last\x01", LATER));
     writeFile(mDir / "a_20260301-000000_00.log", logRecord(7, 5, "other", LATER));
     writeFile(mDir / "notes.txt", "nothing of ours\n");
-  }
-  /// What it writes.
-  std::string output(const std::vector<std::string>& nArguments, int nExit = 0) {
-    std::string lOutput;
-    EXPECT_EQ(runTool(nArguments, &lOutput, &mErrors), nExit) << mErrors;
-    return lOutput;
   }
   json written(const std::vector<std::string>& nArguments, int nExit = 0) {
     return json::parse(output(nArguments, nExit));
@@ -57,9 +49,6 @@ class Command : public testing::Test {
     }
     return lColumns;
   }
-
-  nfwtest::TempDir mDir;
-  std::string mErrors;
 };
 
 TEST_F(Command, catShowsADirectoryInTheOrderOfItsFiles) {
@@ -81,6 +70,11 @@ TEST_F(Command, momentsSelect) {
       {{"--from", "2026-02-01 00:00:07.5"}, "25|"},
       {{"--to", "2026/02/01T00:00"}, "20|20|"},
       {{"--from", "1h"}, ""},
+      {{"--last", "7.5"}, "20|25|"},
+      {{"--last", "1h"}, "20|20|25|"},
+      {{"--exclude", "0xFF,GGA"}, "20|"},
+      {{"--exclude", "LOG,FOO"}, "20|20|"},
+      {{"--match", "RMC", "--match", "as", "--match", "no"}, "20|25|"},
   };
   std::string lBytes;
   for (const char* const lpName : {"20260131-235959_00", "20260131-235959_01", "20260201-000000_00"}) {
@@ -111,20 +105,23 @@ TEST_F(Command, eachIdOfASensorLogHasItsClock) {
             "2026-01-31 08:00:32.000 0|2026-01-31 08:00:33.000 0|");
   output({"cut", "--from", "08:00:32", lFile, "-o", lOut});
   EXPECT_EQ(columns({"cat", "--id", "0", lOut}, 0, 0), "||||");
+  EXPECT_EQ(columns({"cat", "--match", "GGA,080031", lFile}, 0, 25), "2026-01-31 08:00:31.000 0|");
   EXPECT_EQ(columns({"cat", "--id", "1", "--type", "DR", "--from", "08:00:32", "--hex", lFile}, 0, 25),
             "2026-01-31 08:00:32.000 1|");
 }
 
 TEST_F(Command, infoCountsOverTheFilesOfADirectory) {
-  const json lInfo = written({"info", "--json", "--gap", "5", mDir.path()})["recordings"][1];
-  EXPECT_EQ(lInfo["files"].size(), 3u);
-  EXPECT_EQ(lInfo["records"], 3);
-  EXPECT_EQ(lInfo["duration_ms"], 8500);
-  EXPECT_EQ(lInfo["first"]["time"], "2026-01-31 23:59:59.000");
-  EXPECT_EQ(lInfo["gaps"][0]["length_ms"], 7500);
-  EXPECT_TRUE(has(output({"info", "--gap", "5", mDir.path()}),
-                  "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
-                      mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
+  const std::string lInfo = output({"info", "--gap", "5", mDir.path()});
+  EXPECT_TRUE(has(lInfo, "Kind        log, 3 files, 172 bytes\nRecords     3, 0.4 a second\n"));
+  EXPECT_TRUE(has(lInfo, "\nFirst       2026-01-31 23:59:59.000 local time, tick 1000\n"));
+  EXPECT_TRUE(has(lInfo, "\nDuration    0:00:08.500\n"));
+  EXPECT_TRUE(has(lInfo, "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
+                             mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
+  std::string lMany;
+  for (int i = 0; i < 4098; ++i) lMany += logRecord(i, 1, "");
+  writeFile(mDir / "many", lMany);
+  EXPECT_TRUE(
+      has(output({"info", mDir / "many"}), "\nId 4095     1 record, 0 bytes:  DATA 1\nId others   2 records, "));
 }
 
 TEST_F(Command, helpIsGivenWhenAskedFor) {
@@ -150,20 +147,19 @@ TEST_F(Command, recoverLeavesOutWhatCheckRejects) {
   const std::string lGood = logtest::sensorRecord(0, 1, 5, "\x06GP" + std::string(17, 'x'));
   const std::string lOther = logtest::sensorRecord(7, 0, 6, "anything"),
                     lWrong = logtest::sensorRecord(0, 1, 6, "none");
-  struct Case {
+  const std::string lNoDate = logRecord(20, 2, "b", "2024/13/06 07:08:09.010"), lLog = logRecord(20, 1, "a");
+  const struct {
     std::string mBytes, mWhole;
     int mFindings;
     const char* mpSaid;
-  };
-  const std::string lNoDate = logRecord(20, 2, "b", "2024/13/06 07:08:09.010"), lLog = logRecord(20, 1, "a");
-  const Case CASES[] = {
+  } CASES[] = {
       {lGood + lOther + std::string(4096, '\0'), lGood + lOther, 1, "4096 bytes lost at 1 place"},
       {lGood + lWrong + lGood + std::string(300001, '\0') + lGood + lGood + std::string(9, '\0'),
        lGood + lGood + lGood + lGood, 3, " lost at 3 places"},
       {lLog + std::string(4096, '\0') + lLog + lNoDate, lLog + lLog, 2, " lost at 2 places"},
       {lLog + lLog.substr(0, 1), lLog, 1, ", 1 byte lost at 1 place"},
   };
-  for (const Case& lCase : CASES) {
+  for (const auto& lCase : CASES) {
     writeFile(lFile, lCase.mBytes);
     const json lFound = written({"check", "--json", lFile}, 1);
     EXPECT_EQ(lFound["finding_count"], lCase.mFindings) << lFound;
@@ -193,12 +189,11 @@ TEST_F(Command, refusesWhatItMust) {
   writeFile(lOut, "mine");
   std::filesystem::create_directory(mDir / "empty");
   writeFile(lSensor, logtest::sensorRecord(3, 0, 1, "abc") + logtest::sensorRecord(3, 0, 2, ""));
-  struct Case {
+  const struct {
     std::vector<std::string> mArguments;
     int mExit;
     const char* mpSaid;
-  };
-  const Case CASES[] = {
+  } CASES[] = {
       {{}, 2, "Try nfw-log --help"},
       {{"info"}, 2, "INPUT is required"},
       {{"info", mDir / "none"}, 2, "none: No such file"},
@@ -224,6 +219,14 @@ TEST_F(Command, refusesWhatItMust) {
       {{"merge", "--type", "FOO", lLog, lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
       {{"convert", "--type", "FOO", "--to", "gpx", lLog, "-o", lOut, "--force"}, 2, "no record is of the type FOO"},
       {{"cat", "--type", "$GPGGA", lLog}, 2, "\"$GPGGA\" is no type"},
+      {{"cat", "--exclude", "GGA,$", lLog}, 2, "--exclude: \"$\" is no type"},
+      {{"cat", "--match", "", lLog}, 2, "--match: takes a text"},
+      {{"filter", "--match", "OTHER", lLog, "-o", lOut, "--force"},
+       2,
+       "no record of what was selected has the text \"OTHER"},
+      {{"cat", "--last", "08:15", lLog}, 2, "\"08:15\" is no length of time"},
+      {{"cat", "--last", "5", "--from", "1", lLog}, 2, "--from excludes --last"},
+      {{"cat", "--last", "5", "-"}, 2, "--last: standard input can be read only once"},
       {{"cat", "--from", "10", "--to", "5", lLog}, 2, "\"10\" is not before the end, \"5\""},
       {{"cut", "--from", "10:00", "--to", "09:00", lLog, "-o", lOut, "--force"}, 2, "the end is before the begin"},
       {{"plot", lLog, "-o", mDir / "x.png"}, 2, "plot writes an SVG picture (.svg), or an HTML page (.html)"},
@@ -233,7 +236,7 @@ TEST_F(Command, refusesWhatItMust) {
       {{"cat", "--follow", "-"}, 2, "--follow"},
   };
   const size_t lFiles = mDir.files().size();
-  for (const Case& lCase : CASES) {
+  for (const auto& lCase : CASES) {
     output(lCase.mArguments, lCase.mExit);
     EXPECT_TRUE(has(mErrors, lCase.mpSaid));
     EXPECT_EQ(readFile(lOut), "mine");
@@ -246,18 +249,21 @@ TEST_F(Command, refusesWhatItMust) {
 
 // Of any bytes: shown so that a terminal is not driven by them, written so that others can read them.
 TEST_F(Command, namesOfFilesAreWrittenForTheirReader) {
-  const std::string lFile = mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xFF.log";
+  const std::string lEdges = "\xE0\xA0\x80\xED\x9F\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF";  // of what is a character
+  const std::string lFile =
+      mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B" + lEdges + "\xE0\x9F\xBF\xED\xA0\x80\xF4\x90\x80\x80\xFF.log";
   writeFile(lFile, logRecord(20, 1, "$GPGLL,4717.1,N,00833.9,E,092700,A,A") + "noise");
-  const std::string lShown = "/Z\xC3\xBCrich\\x1B[31m\\xC2\\x9B\\xFF.log";
+  const std::string lShown =
+      "/Z\xC3\xBCrich\\x1B[31m\\xC2\\x9B" + lEdges + "\\xE0\\x9F\\xBF\\xED\\xA0\\x80\\xF4\\x90\\x80\\x80\\xFF.log";
   EXPECT_TRUE(has(output({"info", lFile}), lShown + "\nKind        log, 1 file, "));
   const std::string lFound = output({"check", lFile}, 1);
   EXPECT_TRUE(has(lFound, lShown + ": offset 85, 5 bytes: "));
   EXPECT_TRUE(has(lFound, "1 file, 1 whole record, 1 finding of 5 bytes\n"));
   output({"cat", lFile});
   EXPECT_TRUE(has(mErrors, lShown + ": offset 85"));
-  EXPECT_EQ(written({"info", "--json", lFile})["recordings"][0]["recording"],
-            mDir / "Z\xC3\xBCrich\x1B[31m\xC2\x9B\xEF\xBF\xBD.log");
-  EXPECT_TRUE(has(output({"plot", lFile}), "<title>Z\xC3\xBCrich?[31m??.log</title>"));
+  EXPECT_TRUE(has(written({"info", "--json", lFile})["recordings"][0]["recording"],
+                  "/Z\xC3\xBCrich\x1B[31m\xC2\x9B" + lEdges + "\xEF\xBF\xBD\xEF\xBF\xBD"));
+  EXPECT_TRUE(has(output({"plot", lFile}), "<title>Z\xC3\xBCrich?[31m?" + lEdges + "???????????.log</title>"));
   const std::string lLong = std::string(79, 'x') + "\xC3\xBC.log";  // cut between characters
   std::filesystem::rename(lFile, mDir / lLong);
   EXPECT_TRUE(has(output({"plot", mDir / lLong}), "<title>" + std::string(79, 'x') + "...</title>"));
@@ -300,7 +306,8 @@ TEST_F(Command, aSignalLeavesNothingHalfDone) {
   ASSERT_GE(lChild, 0);
   if (lChild == 0) {
     ::dup2(lPipe[0], STDIN_FILENO);
-    ::_exit(runTool({"recover", "-", "-o", mDir / "out"}));
+    output({"recover", "-", "-o", mDir / "out"});
+    ::_exit(0);
   }
   const std::string lRecord = logRecord(20, 1, "$GPGGA,1\r\n");
   ASSERT_EQ(::write(lPipe[1], lRecord.data(), lRecord.size()), static_cast<ssize_t>(lRecord.size()));
@@ -316,9 +323,7 @@ TEST_F(Command, aSignalLeavesNothingHalfDone) {
 
 // More than the files that a process may have open: those that follow each other never are together.
 TEST_F(Command, mergeTakesAnyNumberOfRecordings) {
-  rlimit lLimit = {};
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &lLimit), 0);
-  const rlimit lFew = {40, 40};
+  const rlimit lFew = {40, 40};  // not given back
   const nfwtest::TempDir lDir;
   std::vector<std::string> lArguments = {"merge", "-o", mDir / "out"};
   std::string lAll = logRecord(1, 0, "a");
@@ -328,8 +333,8 @@ TEST_F(Command, mergeTakesAnyNumberOfRecordings) {
     lArguments.push_back(lDir / std::to_string(i));
     lAll += (i < 119 ? logRecord(1, i * 10 + 10, "a") : "") + lLast;
   }
-  const pid_t lChild = ::fork();  // what it may open is not given back
-  if (lChild == 0) ::_exit(::setrlimit(RLIMIT_NOFILE, &lFew) == 0 ? runTool(lArguments) : 9);
+  const pid_t lChild = ::fork();
+  if (lChild == 0) ::_exit(::setrlimit(RLIMIT_NOFILE, &lFew) != 0 || (output(lArguments), HasFailure()) ? 1 : 0);
   int lStatus = 0;
   ASSERT_EQ(::waitpid(lChild, &lStatus, 0), lChild);
   EXPECT_EQ(lStatus, 0);
@@ -343,7 +348,12 @@ TEST_F(Command, aDirectoryIsReadInTheOrderOfItsTicks) {
     writeFile(lDir / ("d_20260131-" + nTime + "_00.log"),
               logRecord(1, nFrom, nData + "1") + logRecord(1, nFrom + 5000, nData + "2"));
   };
-  lPut("100000", 1000, "a"), lPut("101000", 7000, "b"), lPut("110000", 100, "x"), lPut("111000", 5200, "y");
+  lPut("100000", 1000, "a");
+  writeFile(lDir / "d_20260131-090000_00.log", "");
+  EXPECT_EQ(written({"info", "--json", lDir.path()})["recordings"][0]["files"][1]["size"], 0);
+  EXPECT_TRUE(has(mErrors, "d_20260131-090000_00.log, which is empty, last")) << "just begun";
+  std::filesystem::remove(lDir / "d_20260131-090000_00.log");
+  lPut("101000", 7000, "b"), lPut("110000", 100, "x"), lPut("111000", 5200, "y");
   EXPECT_EQ(columns({"cat", lDir.path()}, 26), "a1|a2|b1|b2|x1|x2|y1|y2|");  // two starts, in the order of their names
   EXPECT_EQ(mErrors, "");
   lPut("092000", 13000, "c"), lPut("093000", 19000, "d");
@@ -351,14 +361,6 @@ TEST_F(Command, aDirectoryIsReadInTheOrderOfItsTicks) {
   EXPECT_TRUE(has(mErrors,
                   "/d: a clock was set while recording: by their ticks d_20260131-092000_00.log behind "
                   "d_20260131-101000_00.log\n"));
-}
-
-TEST_F(Command, aFileThatIsJustBegunIsTheLast) {
-  const nfwtest::TempDir lDir;
-  writeFile(lDir / "d_20260131-100000_00.log", logRecord(1, 1000, "one"));
-  writeFile(lDir / "d_20260131-090000_00.log", "");
-  EXPECT_EQ(written({"info", "--json", lDir.path()})["recordings"][0]["files"][1]["size"], 0);
-  EXPECT_TRUE(has(mErrors, "d_20260131-090000_00.log, which is empty, last"));
 }
 
 // Each line is there before the next is recorded; the clock of the recorder was set back for the last file.
@@ -403,9 +405,9 @@ TEST_F(Command, followsARecorderIntoItsNextFile) {
 
 // On a terminal, after a second: of 30 MB so little that minutes are left.
 TEST(Progress, tellsHowFarARunIs) {
-  const int lTerminal = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), lKept = ::dup(STDERR_FILENO);
-  ASSERT_TRUE(::grantpt(lTerminal) == 0 && ::unlockpt(lTerminal) == 0);
-  const int lLine = ::open(::ptsname(lTerminal), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  const int lKept = ::dup(STDERR_FILENO);
+  int lTerminal = -1, lLine = -1;
+  ASSERT_EQ(::openpty(&lTerminal, &lLine, nullptr, nullptr, nullptr), 0);
   ::dup2(lLine, STDERR_FILENO);
   pollfd lFd = {lTerminal, POLLIN, 0};
   {

@@ -4,16 +4,15 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "Split.h"
-#include "TempDir.h"
 
 namespace {
 
 using logtest::has;
-using logtest::runTool;
 
 const char* const LATE = "$GPGLL,1000.0000,N,01000.0000,E,000000.000,A,A\r\n";  // of dead reckoning, without a date
 
@@ -40,24 +39,18 @@ std::string drive() {
   return lBytes;
 }
 
-class Convert : public testing::Test {
+class Convert : public logtest::LogTool {
  protected:
   Convert() { nfwtest::writeFile(mFile, drive()); }
-  std::string convert(const std::string& nFormat) {
-    std::string lOutput;
-    EXPECT_EQ(runTool({"convert", "--to", nFormat, mFile}, &lOutput, &mErrors), 0);
-    return lOutput;
-  }
-  nfwtest::TempDir mDir;
+  std::string convert(const std::string& nFormat) { return output({"convert", "--to", nFormat, mFile}); }
+
   const std::string mFile = mDir / "drive.log";
-  std::string mErrors;
 };
 
 // What a track consists of is the same in every format.
 TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
   const std::string lNmea = convert("nmea");
   EXPECT_EQ(std::count(lNmea.begin(), lNmea.end(), '\n'), 12);
-  EXPECT_EQ(lNmea.find("GPGLL"), std::string::npos);
   EXPECT_TRUE(has(mErrors, "dead reckoning (id 21) has sentences too: --id 21 takes it, --id 20,21 both"));
   // Also where dead reckoning begins first, and alone where there is no receiver.
   const std::string lLate = logtest::logRecord(21, 1, LATE);
@@ -69,7 +62,7 @@ TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
 
 // A log and a sensor log of one drive, in one directory and each by itself.
 TEST_F(Convert, aDriveThatWasRecordedTwiceIsOneTrack) {
-  std::string lSensor, lCsv, lSpan;
+  std::string lSensor;
   for (int i = 0; i < 5; ++i) {  // three as in the log, from 23:59:58 on; two behind it are of the sensor log alone
     const uint32_t lTime = i < 2 ? 235958000 + 1000 * static_cast<uint32_t>(i)
                                  : static_cast<uint32_t>(i - 2) * 1000 + (i > 2 ? 10000000 : 0);
@@ -77,14 +70,14 @@ TEST_F(Convert, aDriveThatWasRecordedTwiceIsOneTrack) {
                                      logtest::binaryRmc(lTime, i < 2 ? "\x1F\x0C\x19" : "\x01\x01\x1A"));
   }
   nfwtest::writeFile(mDir / "sensor.bin", lSensor);
-  EXPECT_EQ(runTool({"convert", "--to", "csv", mDir.path()}, &lCsv, &mErrors), 0);
+  const std::string lCsv = output({"convert", "--to", "csv", mDir.path()});
   EXPECT_TRUE(has(mErrors, "sensor.bin: 3 records left out: another recording of the directory"));
   EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 2) << lCsv;
   EXPECT_TRUE(has(lCsv, ",\"drive.log, receiver\"\r\n"));
-  EXPECT_EQ(runTool({"convert", "--to", "csv", mFile, mDir / "sensor.bin"}, &lCsv, &mErrors), 0);
-  EXPECT_EQ(std::count(lCsv.begin(), lCsv.end(), '\n'), 1 + 6 + 5);
-  EXPECT_EQ(runTool({"plot", mFile, mDir / "sensor.bin"}, &lSpan), 0);
-  EXPECT_TRUE(has(lSpan, ">2025-12-31 23:59:58 to 2026-01-01 01:00:02 UTC, 1:00:04, "));
+  const std::string lBoth = output({"convert", "--to", "csv", mFile, mDir / "sensor.bin"});
+  EXPECT_EQ(std::count(lBoth.begin(), lBoth.end(), '\n'), 1 + 6 + 5);
+  EXPECT_TRUE(
+      has(output({"plot", mFile, mDir / "sensor.bin"}), ">2025-12-31 23:59:58 to 2026-01-01 01:00:02 UTC, 1:00:04, "));
 }
 
 // The date comes later than the first position, or never: then there is no time, and none is made up.
@@ -101,13 +94,20 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
   EXPECT_TRUE(has(convert("gpx"), "<ele>278.161</ele>"));
   EXPECT_TRUE(has(convert("geojson"), ",278.161]"));
   EXPECT_TRUE(has(convert("kml"), "11.5166667 48.1166667 278.161</gx:coord>"));
-  std::string lOutput;
-  EXPECT_EQ(runTool({"plot", mFile}, &lOutput), 0);
-  EXPECT_TRUE(has(lOutput, ">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "));
+  const std::string lPage = mDir / "p.html";
+  output({"plot", mFile, "-o", lPage});
+  EXPECT_TRUE(has(nfwtest::readFile(lPage), "<html"));
+  EXPECT_TRUE(has(output({"plot", mFile}), ">2025-12-31 23:59:59 to 2026-01-01 00:00:01 UTC, "));
   nfwtest::writeFile(mFile, lFirst + lThird);
   const std::string lKml = convert("kml");
   EXPECT_EQ(lKml.find("<when>"), std::string::npos) << lKml;
   EXPECT_TRUE(has(lKml, "<LineString>\n<coordinates>\n11.5166667,48.1166667,278.161\n11.5166667,48.1166667\n"));
+  std::string lMany;  // so many are not held
+  for (int i = 100; i < 357; ++i) {
+    lMany += logtest::logRecord(20, 1, "$GPGLL,4807.0,N,01131.0,E,235959." + std::to_string(i) + ",A,A");
+  }
+  nfwtest::writeFile(mFile, lMany + lSecond);
+  EXPECT_FALSE(has(convert("csv"), "\n2025-"));
 }
 
 // Of each kind what it tells, of several the one that tells most; what tells of no fix is no position.
@@ -184,13 +184,19 @@ TEST_F(Convert, everyOutputIsRightToTheLastByte) {
     std::vector<std::string> mArguments;
     std::string mExpected;
   } CASES[] = {
-      {{"convert", "--to", "gpx", "--id", "20,21"}, "48002e2db4103f0a"},
-      {{"convert", "--to", "kml", "--id", "20,21"}, "708200434c373e6a"},
+      {{"convert", "--to", "gpx", "--id", "20,21"}, "3ef57bdeb289bebc"},
+      {{"convert", "--to", "kml", "--id", "20,21"}, "dd257e00aeb1a6dc"},
       {{"convert", "--to", "geojson", "--id", "20,21"}, "128baa4bef5474ca"},
-      {{"plot"}, "de47b4a1335e5766"},
+      {{"convert", "--to", "geojson", "--lines", "--id", "20,21"}, "04c660c49f849373"},
+      {{"convert", "--to", "gpx", "--name", "<T>", "--id", "7"},
+       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<gpx version=\"1.1\" creator=\"nfw-log\" "
+       "xmlns=\"http://www.topografix.com/GPX/1/1\" "
+       "xmlns:gpxtpx=\"http://www.garmin.com/xmlschemas/TrackPointExtension/"
+       "v2\">\n<metadata>\n<name>&lt;T></name>\n</metadata>\n</gpx>\n"},
+      {{"plot"}, "10a01e4983cafe7d"},
       {{"plot", "--colour=fix", "--id", "20,21"}, "d6bd1d3453807685"},
-      {{"plot", "--html", "--from", "1s"}, "f4f8b7d116304720"},
-      {{"info", "--json", "--gap", "1"}, "343d8895279a3458"},
+      {{"plot", "--from", "1s"}, "6dad6626ab12ca68"},
+      {{"info", "--json", "--gap", "1"}, "289678ba75a67d23"},
       {{"convert", "--to", "csv", "--id", "20,21"},
        "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
        "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n"
@@ -212,6 +218,13 @@ Duration    0:00:05.000
 Id 20       12 records, 810 bytes, 2.4 a second:  RMC 6 GGA 6
 Id 21       6 records, 288 bytes, 1.2 a second:  GLL 6
 Id 255      6 records, 90 bytes, 1.2 a second:  LOG 6
+Track       receiver: 6 positions, 0.074 km in 0:00:05.000 of motion, 0:00:00.000 of standing, at most 18.5 km/h
+            Fix 66.7 % of 6 epochs, 2d 3, dgps 1, estimated 2
+            1 gap of 0:00:59.000, the longest of 0:00:59.000 up to 2026-01-01 00:01:00.000 UTC
+            Largest jump 13.4 m at 2026-01-01 00:01:01.000 UTC
+Track       dead reckoning: 1 position, 0.000 km in 0:00:00.000 of motion, 0:00:00.000 of standing
+            Fix 100.0 % of 1 epoch, 2d 1
+            0 gaps
 Gaps        0
 Ticks back  0
 Damage      none
@@ -228,36 +241,31 @@ Damage      none
   for (const auto& lCase : CASES) {
     std::vector<std::string> lArguments = lCase.mArguments;
     lArguments.push_back(lFile);
-    std::string lOutput;
-    EXPECT_EQ(runTool(lArguments, &lOutput, &mErrors), 0) << mErrors;
+    std::string lOutput = output(lArguments);
     for (size_t i = 0; (i = lOutput.find(mDir.path())) != std::string::npos;) lOutput.erase(i, mDir.path().size());
     EXPECT_EQ(lCase.mExpected.size() == 16 ? digest(lOutput) : lOutput, lCase.mExpected) << lOutput;
   }
 }
 
-// The picture was looked at, too: the shape, its ten stretches and the moment of haste are all there.
+// The picture was looked at, too: the shape, its ten stretches and the moment of haste are there, in 500 kB.
 TEST_F(Convert, aLongDriveIsDrawnSmallAndWrittenInPieces) {
   nfwtest::writeFile(mDir / "long", longDrive());
-  std::string lOutput;
-  EXPECT_EQ(runTool({"plot", mDir / "long"}, &lOutput), 0);
-  EXPECT_LT(lOutput.size(), 500000u);
-  EXPECT_EQ(digest(lOutput), "999ef50327685b5b") << lOutput;
-  EXPECT_EQ(runTool({"convert", "--to", "kml", mDir / "long"}, &lOutput), 0);
-  const auto lCount = [&](const std::string& nTag) {
-    size_t lNum = 0;
-    for (size_t i = 0; (i = lOutput.find("<" + nTag, i)) != std::string::npos; ++i) ++lNum;
-    return lNum;
-  };
-  EXPECT_EQ(lCount("Placemark>"), 10u);
-  EXPECT_EQ(lCount("gx:Track>"), 40u) << "of a thousand points at most";
-  EXPECT_EQ(lCount("gx:coord>"), 30000u + 30u) << "each begins where the one before ended";
+  const std::string lPicture = output({"plot", mDir / "long"}),
+                    lKml = output({"convert", "--to", "kml", mDir / "long"});
+  EXPECT_LT(lPicture.size(), 500000u);
+  EXPECT_EQ(digest(lPicture), "8d5ec2a9d4c4d745") << lPicture;
+  std::map<std::string, unsigned int> lTags;
+  for (const std::string& lPart : nfwtest::split(lKml, '<')) ++lTags[lPart.substr(0, lPart.find('>'))];
+  EXPECT_EQ(lTags["Placemark"], 10u + 3u) << "with the moment of haste, what is behind it, and what is slower again";
+  EXPECT_EQ(lTags["gx:Track"], 42u) << "of a thousand points at most";
+  EXPECT_EQ(lTags["gx:coord"], 30000u + 32u) << "each begins where the one before ended";
 }
 
 TEST_F(Convert, whatCannotBeToldApartIsDrawnTogether) {
-  std::string lBytes, lOutput;
+  std::string lBytes;
   for (int i = 1; i <= 14; ++i) lBytes += logtest::logRecord(i, 1, LATE);
   nfwtest::writeFile(mFile, lBytes);
-  EXPECT_EQ(runTool({"plot", "--id", "1,2,3,4,5,6,7,8,9,10,11,12,13,14", mFile}, &lOutput), 0);
+  std::string lOutput = output({"plot", "--id", "1,2,3,4,5,6,7,8,9,10,11,12,13,14", mFile});
   EXPECT_TRUE(has(lOutput, ">id 11<"));
   EXPECT_TRUE(has(lOutput, ">others<"));
   EXPECT_FALSE(has(lOutput, "id 12"));
@@ -267,7 +275,7 @@ TEST_F(Convert, whatCannotBeToldApartIsDrawnTogether) {
     lBytes += logtest::logRecord(20, 1, lpSentence);
   }
   nfwtest::writeFile(mFile, lBytes);
-  EXPECT_EQ(runTool({"plot", mFile}, &lOutput), 0);
+  lOutput = output({"plot", mFile});
   EXPECT_TRUE(has(lOutput, ">2026-01-01 12:00:00 to 2026-12-31 13:00:00 UTC, "));
   EXPECT_TRUE(has(lOutput, "x=\"192.0\" y=\"1082.0\" text-anchor=\"middle\">2026-02-16<")) << "every 41 days";
 }
@@ -276,7 +284,7 @@ TEST_F(Convert, whatCannotBeToldApartIsDrawnTogether) {
 TEST_F(Convert, withoutRoomForAFurtherTrackNothingIsWritten) {
   const nfwtest::TempDir lDir;
   ::setenv("TMPDIR", "/proc", 1);
-  EXPECT_EQ(runTool({"convert", "--to", "gpx", "--id", "20,21", mFile, "-o", lDir / "out"}, nullptr, &mErrors), 1);
+  output({"convert", "--to", "gpx", "--id", "20,21", mFile, "-o", lDir / "out"}, 1);
   ::unsetenv("TMPDIR");
   EXPECT_TRUE(has(mErrors, "a temporary file for a further track: No such file"));
   EXPECT_EQ(lDir.files().size(), 0u);

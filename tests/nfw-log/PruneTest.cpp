@@ -97,6 +97,7 @@ TEST_F(Prune, tellsWhatItCannotDo) {
       {{mDir.path()}, "expected --keep-total, --keep-files, --keep-age or --keep-free"},
       {{mDir.path(), "--keep-age", "old"}, "--keep-age: \"old\" is no age: expected a number and s, m, h or d, as 30d"},
       {{mDir.path(), "--keep-age", "0"}, "--keep-age: \"0\" is no age"},
+      {{mDir.path(), "--keep-age", "30"}, "--keep-age: \"30\" is no age: expected a number and s, m, h or d, as 30d"},
       {{mDir.path(), "--keep-files", "0"}, "--keep-files"},
       {{mDir / "notes.txt", "--keep-files", "1"}, "notes.txt: no directory; expected the directory of a recording"},
       {{mDir.path(), "--keep-files", "1", "--prefix", "none"}, "with such a prefix"},

@@ -2,6 +2,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "LogBytes.h"
 #include "RecordStream.h"
 
@@ -9,33 +11,22 @@ namespace {
 
 using tool::RecordDamage;
 
-/// A file in memory.
-class Bytes {
- public:
-  explicit Bytes(const std::string& nBytes) : mFd(::memfd_create("bytes", MFD_CLOEXEC)) { append(nBytes); }
-  ~Bytes() { ::close(mFd); }
-  Bytes(const Bytes&) = delete;
-  Bytes& operator=(const Bytes&) = delete;
-  void append(const std::string& nBytes) {
-    EXPECT_EQ(::pwrite(mFd, nBytes.data(), nBytes.size(), mSize), static_cast<ssize_t>(nBytes.size()));
-    mSize += static_cast<off_t>(nBytes.size());
-  }
-  int fd() const { return mFd; }
-
- private:
-  const int mFd;
-  off_t mSize = 0;
-};
-
+/// What is read of a file in memory: whole, or while it grows by pieces.
 struct Reading : tool::RecordDamageListener {
-  explicit Reading(const std::string& nBytes) {
-    const Bytes lFile(nBytes);
-    tool::RecordStream lStream(lFile.fd(), this);
+  explicit Reading(const std::string& nBytes, size_t nPiece = std::string::npos) {
+    const int lFd = ::memfd_create("bytes", MFD_CLOEXEC);
+    tool::RecordStream lStream(lFd, this);
+    lStream.setLive(nPiece < nBytes.size());
     tool::Record lRecord;
-    while (lStream.next(&lRecord)) mRecords.emplace_back(lRecord.mBytes);
+    for (size_t lAt = 0; lAt < nBytes.size(); lAt += std::min(nPiece, nBytes.size())) {
+      const size_t lSize = std::min(nPiece, nBytes.size() - lAt);
+      EXPECT_EQ(::pwrite(lFd, nBytes.data() + lAt, lSize, static_cast<off_t>(lAt)), static_cast<ssize_t>(lSize));
+      while (lStream.next(&lRecord)) mRecords.emplace_back(lRecord.mBytes);
+    }
     mKind = lStream.getKind();
     mIsForeign = lStream.isForeign();
     EXPECT_EQ(lStream.getError(), 0);
+    ::close(lFd);
   }
   void onDamage(const RecordDamage& nDamage) override {
     mDamages.push_back(nDamage);
@@ -117,30 +108,15 @@ TEST_P(RecordStreamOf, goesOnWithTheNextWholeRecord) {
   }
 }
 
-TEST_P(RecordStreamOf, followsAFileThatGrows) {
-  const std::string lAll = joined(mSamples);
-  Bytes lFile(lAll.substr(0, 60));
-  tool::RecordStream lStream(lFile.fd());
-  lStream.setLive(true);
-  std::vector<std::string> lRecords;
-  tool::Record lRecord;
-  for (size_t lAt = 60; lAt < lAll.size(); lAt += 97) {
-    while (lStream.next(&lRecord)) lRecords.emplace_back(lRecord.mBytes);
-    lFile.append(lAll.substr(lAt, 97));
-  }
-  while (lStream.next(&lRecord)) lRecords.emplace_back(lRecord.mBytes);
-  EXPECT_EQ(lRecords, mSamples);
-}
+TEST_P(RecordStreamOf, followsAFileThatGrows) { EXPECT_EQ(Reading(joined(mSamples), 97).mRecords, mSamples); }
 
 TEST(RecordStream, tellsWhatIsDamagedAndWhere) {
   const std::string lFirst = logtest::logRecord(20, 1, "first\n");
-  struct Case {
+  const struct {
     size_t mAt;  // in the second record, of 6 bytes of data
     const char* mpBytes;
-    const char* mpExpected;
-    const char* mpFound;
-  };
-  const Case CASES[] = {
+    const char *mpExpected, *mpFound;
+  } CASES[] = {
       {4, "-", "a record's date, time and id", "\"2024-05/06 07:08:09.010 ID00000014: \""},
       {36, "\x15", "the id \"00000014\" of the text", "the id 00000015"},
       {44, "\x05", "5 bytes of data and a line feed", "\"a\" behind the data"},
@@ -148,7 +124,7 @@ TEST(RecordStream, tellsWhatIsDamagedAndWhere) {
       {54, "x", "6 bytes of data and a line feed", "\"x\" behind the data"},
       {47, "\x7F", "a data size of at most 16777167", "2130706438"},
   };
-  for (const Case& lCase : CASES) {
+  for (const auto& lCase : CASES) {
     std::string lBytes = lFirst + logtest::logRecord(20, 2, "banana") + logtest::logRecord(20, 3, "third");
     lBytes.replace(lFirst.size() + lCase.mAt, 1, lCase.mpBytes);
     const Reading lReading(lBytes);

@@ -4,11 +4,8 @@
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "Split.h"
-#include "TempDir.h"
 
 namespace {
-
-using logtest::runTool;
 
 const int EPOCHS = 4;
 const char* const GGA = "$GPGGA,092710.000,4807.03800,N,01131.00000,E,1,08,0.00,0.0,M,0.0,M,,*5b\r\n";
@@ -16,7 +13,7 @@ const char* const RMC = "$GPRMC,092710.000,A,4807.03800,N,01131.00000,E,0.000,0.
 
 /// A recording of each kind, an epoch every 100 ms: sentences of the receiver, of dead reckoning, and a line. Its
 /// records are named by letters: "abc" is the first epoch.
-class RoundTrip : public testing::TestWithParam<bool> {
+class RoundTrip : public logtest::LogTool, public testing::WithParamInterface<bool> {
  protected:
   RoundTrip() {
     for (uint32_t i = 0; i < EPOCHS; ++i) {
@@ -42,7 +39,6 @@ class RoundTrip : public testing::TestWithParam<bool> {
     return lBytes;
   }
 
-  nfwtest::TempDir mDir;
   std::vector<std::string> mRecords;
 };
 INSTANTIATE_TEST_SUITE_P(BothKinds, RoundTrip, testing::Bool());
@@ -68,18 +64,17 @@ TEST_P(RoundTrip, cutFilterAndMergeKeepWhatIsAskedFor) {
       if (std::ifstream(mDir / lArgument).good()) lArgument = mDir / lArgument;
     }
     lArguments.insert(lArguments.end(), {"-o", mDir / lpOut});
-    EXPECT_EQ(runTool(lArguments), 0);
+    output(lArguments);
     EXPECT_EQ(nfwtest::readFile(mDir / lpOut), records(lpRecords));
   }
 }
 
 // Of a report everything that a listener of the framework is given.
 TEST_P(RoundTrip, sentencesComeOutAsTheyWentIn) {
-  std::string lFirst, lSecond, lGga;
-  EXPECT_EQ(runTool({"convert", "--to", "nmea", mDir / "whole"}, &lFirst), 0);
-  EXPECT_EQ(runTool({"convert", "--to", "nmea", "--id", GetParam() ? "21" : "1", mDir / "whole"}, &lSecond), 0);
+  std::string lGga;
   for (int i = 0; i < EPOCHS; ++i) lGga += GGA;
-  EXPECT_EQ(lFirst, lGga);
+  EXPECT_EQ(output({"convert", "--to", "nmea", mDir / "whole"}), lGga);
+  const std::string lSecond = output({"convert", "--to", "nmea", "--id", GetParam() ? "21" : "1", mDir / "whole"});
   EXPECT_EQ(lSecond.find(RMC), 0u) << lSecond;
   EXPECT_EQ(std::count(lSecond.begin(), lSecond.end(), '\n'), EPOCHS * (GetParam() ? 1 : 4));
 }

@@ -1,7 +1,6 @@
 // Components through all phases: completed at once, late, twice, in time or never; a manager destroyed in any state.
 #include <array>
 #include <atomic>
-#include <deque>
 #include <memory>
 #include <mutex>
 
@@ -28,46 +27,21 @@ bool (nfw::ComponentManager::*const DRIVE[PHASES])() = {&nfw::ComponentManager::
 /// Completes phases on threads of its own.
 class Helpers {
  public:
-  Helpers() {
-    mCrew.add([this] { run(); }), mCrew.add([this] { run(); });
+  void ask(const std::function<void()>& nWork) {
+    const std::lock_guard<std::mutex> lLock(mMutex);
+    if (!mIsOver) mCrew.add(nWork);
   }
   void end() {
     {
       const std::lock_guard<std::mutex> lLock(mMutex);
       mIsOver = true;
-      mHasWork.on();
     }
     mCrew.join();
   }
-  void ask(std::function<void()> nWork) {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    mWork.push_back(std::move(nWork));
-    mHasWork.on();
-  }
 
  private:
-  void run() {
-    while (!mIsOver || isAny()) {
-      if (!isAny()) mHasWork.waitToOn(0);
-      if (const auto lWork = take()) lWork();
-    }
-  }
-  bool isAny() {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    if (mWork.empty() && !mIsOver) mHasWork.off();
-    return !mWork.empty();
-  }
-  std::function<void()> take() {
-    const std::lock_guard<std::mutex> lLock(mMutex);
-    if (mWork.empty()) return nullptr;
-    auto lWork = std::move(mWork.front());
-    mWork.pop_front();
-    return lWork;
-  }
-  std::atomic<bool> mIsOver{false};
   std::mutex mMutex;
-  std::deque<std::function<void()>> mWork;
-  utl::Event mHasWork{false};
+  bool mIsOver = false;
   Crew mCrew;
 };
 

@@ -64,7 +64,7 @@ void controls() {
   startLogs();
   std::string lFiles[2];
   for (unsigned int i = 0; i < RECORDS; ++i) {
-    lFiles[i / 6] += record(1 + static_cast<int>(i % 2), i * STEP_MS, std::string(1, static_cast<char>(i)));
+    lFiles[i / 6] += nfwtest::logRecord(1 + static_cast<int>(i % 2), i * STEP_MS, std::string(1, static_cast<char>(i)));
   }
   writeFile("one", lFiles[0]);
   writeFile("two", lFiles[1]);

@@ -34,14 +34,14 @@ class Hearer : public nfw::NmeaDataListener, public nfw::DeadReckoningNmeaDataLi
   enum Phase { LIVE_ONLY, REPLAYING, STOPPING };
   void begin(Phase nPhase) {
     mPhase = nPhase;
-    if (nPhase == LIVE_ONLY) mIsReplayed = mIsText = false, mCount[SENSOR] = mCount[TEXT] = -1;
+    if (nPhase == LIVE_ONLY) mIsReplayed = mIsText = false, mOrder[SENSOR].begin(), mOrder[TEXT].begin();
   }
   Place mPlace;
 
  private:
   void hearLive(int nNumber) {
     schedule::require(mPhase != REPLAYING || !mIsReplayed, "live data is not heard between the records of a replay");
-    mLive.see(nNumber);
+    mOrder[LIVE].see(nNumber);
   }
   void hearReplay(Source nSource, int nNumber) {
     schedule::require(mPhase != LIVE_ONLY, "no record is heard when no replay runs");
@@ -49,13 +49,11 @@ class Hearer : public nfw::NmeaDataListener, public nfw::DeadReckoningNmeaDataLi
                       "the data log is heard in place of the sensor's");
     mIsReplayed = true;
     mIsText = nSource == TEXT;
-    schedule::require(nNumber > mCount[nSource], "a replay is heard in order");
-    mCount[nSource] = nNumber;
+    mOrder[nSource].see(nNumber);
   }
-  Ascending mLive{"live data"};
   Phase mPhase = LIVE_ONLY;
   bool mIsReplayed = false, mIsText = false;
-  int mCount[3] = {-1, -1, -1};
+  Ascending mOrder[3] = {Ascending("live data"), Ascending("the sensor log"), Ascending("the data log")};
 };
 
 void writeLogs() {
@@ -63,12 +61,13 @@ void writeLogs() {
   unsigned char lBytes[60] = {};
   for (int i = 1; i <= 6; ++i) {
     const unsigned int lTime = static_cast<unsigned int>(i) * 20;
-    lText += record(GNSS_ID, lTime, "$GPTXT,T," + std::to_string(i) + ",\r\n");
+    lText += nfwtest::logRecord(GNSS_ID, lTime, "$GPTXT,T," + std::to_string(i) + ",\r\n");
     const std::string lSentence = "$GPVTG," + std::to_string(i) + ".52,T,76.50,M,0.004,N,0.008,K,A*2c\r\n";
     const int lSize = nfw::NmeaBinaryLogDataVersion1().convertFromNmeaSentence(
         reinterpret_cast<const unsigned char*>(lSentence.data()), static_cast<unsigned int>(lSentence.size()), lBytes,
         sizeof lBytes);
-    lSensor += sensorRecord(0, lTime, std::string(reinterpret_cast<char*>(lBytes), static_cast<size_t>(lSize)));
+    lSensor +=
+        nfwtest::sensorRecord(0, 1, lTime, std::string(reinterpret_cast<char*>(lBytes), static_cast<size_t>(lSize)));
   }
   writeFile("text", lText);
   writeFile("sensor", lSensor);

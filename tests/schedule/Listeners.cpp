@@ -50,24 +50,16 @@ std::atomic<int> Hearer::sFed{-1};
 void listeners() {
   nfw::Gnss::initializeMaxNmeaDataListenerNum(3);
   std::array<Hearer, 3> lHearers;
-  const auto lChange = changing(lHearers);
   startLogs();
   nfw::Gnss& lGnss = *nfw::Gnss::get();
   schedule::require(lGnss.initialize(), "positioning starts");
-  {
-    Crew lCrew;
-    lCrew.add([] {
-      while (Hearer::sFed < SENTENCES - 1) {
-        const std::string lText = "$GPTXT," + std::to_string(++Hearer::sFed) + ",\r\n";
-        gpshost::feedSentence(lText.data(), static_cast<unsigned int>(lText.size()));
-      }
-    });
-    for (int i = 0; i < 2; ++i) {
-      lCrew.add([&] {
-        for (int k = 0; k < 6; ++k) lChange();
-      });
+  const auto lFeed = [] {
+    while (Hearer::sFed < SENTENCES - 1) {
+      const std::string lText = "$GPTXT," + std::to_string(++Hearer::sFed) + ",\r\n";
+      gpshost::feedSentence(lText.data(), static_cast<unsigned int>(lText.size()));
     }
-  }
+  };
+  changeUnder({lFeed}, lHearers, 6);
   const schedule::Within lWithin("the shutdown", 30000);
   const bool lIsSettled = schedule::flip();
   for (Hearer& lEach : lHearers) {

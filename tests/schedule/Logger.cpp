@@ -1,6 +1,8 @@
 // The data logger under four writers: rotation, backup, flush, a full disk, stop, restart, shutdown, destroy.
 #include <atomic>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <set>
 
@@ -12,13 +14,6 @@ namespace {
 
 const int WRITERS = 4;
 
-uint32_t fieldAt(const std::string& nBytes, size_t nAt) {
-  uint32_t lValue = 0;
-  for (size_t i = 0; i < 4; ++i)
-    lValue |= static_cast<uint32_t>(static_cast<unsigned char>(nBytes[nAt + i])) << (8 * i);
-  return lValue;
-}
-
 /// The numbers of each writer's records, as the files hold them, one file after the other.
 std::map<int, std::vector<int>> readRecords() {
   std::set<std::filesystem::path> lFiles;
@@ -27,50 +22,34 @@ std::map<int, std::vector<int>> readRecords() {
   }
   std::map<int, std::vector<int>> lRecords;
   for (const auto& lPath : lFiles) {
-    const std::string lBytes = readFile(lPath);
-    for (size_t lAt = 0; lAt < lBytes.size();) {
-      schedule::require(lBytes.size() - lAt >= 49 && lBytes.size() - lAt >= fieldAt(lBytes, lAt + 44) + 49,
-                        "records are whole");
-      const uint32_t lSize = fieldAt(lBytes, lAt + 44);
-      lRecords[static_cast<int>(fieldAt(lBytes, lAt + 36))].push_back(std::stoi(lBytes.substr(lAt + 48, lSize)));
-      lAt += lSize + 49;
+    size_t lRest = 0;
+    std::ifstream lFile(lPath, std::ios::binary);
+    for (const auto& lEach : nfwtest::parseLogRecords({std::istreambuf_iterator<char>(lFile), {}}, &lRest)) {
+      lRecords[lEach.mId].push_back(std::stoi(lEach.mData));
     }
+    schedule::require(lRest == 0, "records are whole");
   }
   return lRecords;
 }
 
 void control(nfw::Logger& nLogger) {
-  switch (schedule::pick(6)) {
-    case 0:
-      nLogger.flush();
-      break;
-    case 1:
-      nLogger.setSyncInterval(schedule::flip() ? 10 : 0);
-      break;
-    case 2:
-      nLogger.setMaxFileTime(schedule::flip() ? 1000 : 0, schedule::flip());
-      break;
-    case 3:
-      nLogger.stopRecord();
-      break;
-    case 4:
-      nLogger.startRecord("log", "s", schedule::flip() ? "old" : nullptr);
-      break;
-    default:
-      schedule::sleepMs(schedule::pick(1500));
-      break;
-  }
+  const std::function<void()> WAYS[] = {
+      [&] { nLogger.flush(); },
+      [&] { nLogger.setSyncInterval(schedule::flip() ? 10 : 0); },
+      [&] { nLogger.setMaxFileTime(schedule::flip() ? 1000 : 0, schedule::flip()); },
+      [&] { nLogger.stopRecord(); },
+      [&] { nLogger.startRecord("log", "s", schedule::flip() ? "old" : nullptr); },
+      [] { schedule::sleepMs(schedule::pick(1500)); },
+  };
+  WAYS[schedule::pick(6)]();
 }
 
 }  // namespace
 
 void logger() {
   using nfw::Logger;
-  Logger::initializeMaxPlayerNum(1);
-  Logger::initializeMaxLogTypeNum(1);
-  Logger::initializeMaxLogFieldSize(100);
-  Logger::initializeLogBufferSize(schedule::flip() ? 300 : 30000);
-  Logger::initializeMaxLogFileSize(schedule::flip() ? 400 : 100000);
+  const unsigned int lBuffer = schedule::flip() ? 300 : 30000;
+  sizeLogs(lBuffer, schedule::flip() ? 400 : 100000);
   std::filesystem::create_directory("log");
   std::filesystem::create_directory("old");
   writeFile("old/file", std::string(20000, 'x'));
@@ -91,11 +70,10 @@ void logger() {
         }
       });
     }
-    for (int i = 0; i < (lIsHurried ? 0 : 2); ++i) {
-      lOthers.add([&lLogger] {
-        for (int k = 0; k < 5; ++k) control(lLogger);
-      });
-    }
+    const auto lControl = [&lLogger] {
+      for (int k = 0; k < 5; ++k) control(lLogger);
+    };
+    lOthers.add(lControl, lIsHurried ? 0 : 2);
     if (!lIsHurried && schedule::flip()) lWriters.join(), lOthers.join();
     const schedule::Within lWithin("the end of the logger", 40000);
     if (schedule::flip()) lLogger.stopRecord();

@@ -1,5 +1,4 @@
 #include <fstream>
-#include <iterator>
 
 #include "NfwAppLog.h"
 #include "NfwLogger.h"
@@ -18,7 +17,7 @@ class LogInTrace : public syslogservice::Sink {
 };
 
 const schedule::Scenario SCENARIOS[] = {
-    {"components", &components, {12486}},
+    {"components", &components, {19186}},
     {"gate", &gate, {}},
     {"listeners", &listeners, {}},
     {"facades", &facades, {}},
@@ -32,12 +31,16 @@ const schedule::Scenario SCENARIOS[] = {
 
 }  // namespace
 
-void startLogs() {
+void sizeLogs(unsigned int nBuffer, unsigned int nFile, unsigned int nField) {
   nfw::Logger::initializeMaxPlayerNum(2);
-  nfw::Logger::initializeMaxLogTypeNum(2);
-  nfw::Logger::initializeMaxLogFieldSize(300);
-  nfw::Logger::initializeLogBufferSize(20000);
-  nfw::Logger::initializeMaxLogFileSize(100000);
+  nfw::Logger::initializeMaxLogTypeNum(3);
+  nfw::Logger::initializeMaxLogFieldSize(nField);
+  nfw::Logger::initializeLogBufferSize(nBuffer);
+  nfw::Logger::initializeMaxLogFileSize(nFile);
+}
+
+void startLogs() {
+  sizeLogs(20000, 100000, 300);
   schedule::require(nfw::Logger::get()->initialize() && nfw::SensorSysLoggerManager::get()->initialize(),
                     "the logs start");
 }
@@ -45,11 +48,6 @@ void startLogs() {
 void endLogs() {
   nfw::SensorSysLoggerManager::destroy();
   nfw::Logger::destroy();
-}
-
-std::string readFile(const std::string& nPath) {
-  std::ifstream lFile(nPath, std::ios::binary);
-  return std::string(std::istreambuf_iterator<char>(lFile), {});
 }
 
 void writeFile(const std::string& nPath, const std::string& nBytes) {

@@ -45,26 +45,15 @@ void mounts() {
   const unsigned int STORM = 1 + schedule::pick(30);
   nfw::MountManager::initializeMaxListenerNum(3);
   std::array<Hearer, 3> lHearers;
-  const auto lChange = changing(lHearers);
   nfw::MountManager& lManager = *nfw::MountManager::get();
   schedule::require(lManager.initialize(), "the manager starts");
-  {
-    Crew lCrew;
-    for (const char* const lpDrive : {"sda1", "sdb1"}) {
-      lCrew.add([lpDrive, STORM] {
-        for (unsigned int i = 0; i < STORM; ++i) feed(lpDrive, i);
-      });
-    }
-    for (int i = 0; i < 2; ++i) {
-      lCrew.add([&] {
-        for (int k = 0; k < 5; ++k) lChange();
-      });
-    }
-  }
+  const auto lFeed = [STORM](const char* npDrive) {
+    for (unsigned int i = 0; i < STORM; ++i) feed(npDrive, i);
+  };
+  changeUnder({[&] { lFeed("sda1"); }, [&] { lFeed("sdb1"); }}, lHearers, 5);
   for (Hearer& lEach : lHearers) lEach.mOnCall = [] {};
   for (int i = 0; i < 100 && !mounthost::tellUndelivered(); ++i) schedule::sleepMs(10);
   schedule::sleepMs(100);
-  Hearer lLate;
   const schedule::Within lWithin("the end of the manager", 30000);
   for (const Hearer& lEach : lHearers) {
     for (const char* const lpDrive : {"sda1", "sdb1"}) {

@@ -25,10 +25,9 @@ class Hearer : public nfw::LogPlayListener {
     mPlace.called("a play listener");
     schedule::require(!gIsOver, "no record is heard behind stopPlay()");
     schedule::require(nLogTypeId == mId && nSize == 1, "a listener hears its id");
-    if (mPlayback != gPlayback) mLast = -1;
+    if (mPlayback != gPlayback) mOrder.begin();
     mPlayback = gPlayback.load();
-    schedule::require(*npData > mLast, "records are heard in order");
-    mLast = *npData;
+    mOrder.see(*npData);
     act();
   }
   void come() {
@@ -47,7 +46,8 @@ class Hearer : public nfw::LogPlayListener {
     if (lWay == 2 || lWay == 3) gStopped = mPlayback, Logger::get()->stopPlay();
   }
   Place mPlace;
-  int mLast = -1, mPlayback = 0;
+  Ascending mOrder{"records are heard"};
+  int mPlayback = 0;
 };
 
 /// Is told of a playback in this order: start, end, stop; the end may be missing.
@@ -77,14 +77,10 @@ class Watcher : public nfw::LogPlayer {
 }  // namespace
 
 void playback() {
-  Logger::initializeMaxPlayerNum(1);
-  Logger::initializeMaxLogTypeNum(IDS);
-  Logger::initializeMaxLogFieldSize(100);
-  Logger::initializeLogBufferSize(1000);
-  Logger::initializeMaxLogFileSize(20000);
+  sizeLogs(1000, 20000);
   std::string lFile;
   for (int i = 0; i < IDS * RECORDS; ++i) {
-    lFile += record(i % IDS, static_cast<unsigned int>(i) * 10, std::string(1, static_cast<char>(i)));
+    lFile += nfwtest::logRecord(i % IDS, static_cast<unsigned int>(i) * 10, std::string(1, static_cast<char>(i)));
   }
   writeFile("played", lFile);
   Logger& lLogger = *Logger::get();
@@ -94,15 +90,14 @@ void playback() {
   for (int i = 0; i < IDS; ++i) lHearers[static_cast<size_t>(i)].mId = i;
   {
     Crew lCrew;
-    for (int i = 0; i < 2; ++i) {
-      lCrew.add([&] {
-        for (int k = 0; k < 6; ++k) {
-          Hearer& lHearer = lHearers[schedule::pick(IDS)];
-          schedule::pick(3) != 0 ? lHearer.come() : lHearer.go(false);
-          schedule::sleepMs(schedule::pick(600));
-        }
-      });
-    }
+    const auto lChange = [&] {
+      for (int k = 0; k < 6; ++k) {
+        Hearer& lHearer = lHearers[schedule::pick(IDS)];
+        schedule::pick(3) != 0 ? lHearer.come() : lHearer.go(false);
+        schedule::sleepMs(schedule::pick(600));
+      }
+    };
+    lCrew.add(lChange, 2);
     const unsigned int lPlays = 1 + schedule::pick(3);
     for (unsigned int i = 0; i < lPlays; ++i) {
       while (lLogger.isPlaying()) schedule::sleepMs(1);  // one that a listener stops

@@ -3,12 +3,14 @@
 
 #include <array>
 #include <functional>
+#include <initializer_list>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "LogRecords.h"
 #include "Schedule.h"
 
 void components();
@@ -26,7 +28,9 @@ void settings();
 class Crew {
  public:
   ~Crew() { join(); }
-  void add(std::function<void()> nWork) { mThreads.emplace_back(std::move(nWork)); }
+  void add(const std::function<void()>& nWork, int nNum = 1) {
+    for (int i = 0; i < nNum; ++i) mThreads.emplace_back(nWork);
+  }
   void join() {
     for (std::thread& lEach : mThreads) lEach.join();
     mThreads.clear();
@@ -66,9 +70,9 @@ class Place {
   std::mutex mTurn;
 };
 
-/// One of them comes or goes at each call, and, now and then, whenever one of them is called itself.
+/// While they are fed, two threads and, now and then, whoever of them is called let one of them come or go.
 template <class Hearer, size_t Num>
-std::function<void()> changing(std::array<Hearer, Num>& nHearers) {
+void changeUnder(std::initializer_list<std::function<void()>> nFeeders, std::array<Hearer, Num>& nHearers, int nTimes) {
   const auto lChange = [&nHearers] {
     Hearer& lHearer = nHearers[schedule::pick(Num)];
     schedule::flip() ? lHearer.come() : lHearer.go();
@@ -78,7 +82,12 @@ std::function<void()> changing(std::array<Hearer, Num>& nHearers) {
       if (schedule::pick(4) == 0) lChange();
     };
   }
-  return lChange;
+  const auto lWork = [&] {
+    for (int i = 0; i < nTimes; ++i) lChange();
+  };
+  Crew lCrew;
+  for (const auto& lEach : nFeeders) lCrew.add(lEach);
+  lCrew.add(lWork, 2);
 }
 
 /// Numbers that have to come in order, one after the other from the first on.
@@ -97,22 +106,7 @@ class Ascending {
   int mLast = -1;
 };
 
-inline std::string record(int nId, unsigned int nTimeMs, const std::string& nData) {
-  std::string lRecord = "2026/05/06 07:08:09.010 ID00000000: ";
-  for (const uint32_t lField :
-       {static_cast<uint32_t>(nId), static_cast<uint32_t>(nTimeMs), static_cast<uint32_t>(nData.size())}) {
-    for (int i = 0; i < 32; i += 8) lRecord += static_cast<char>(lField >> i);
-  }
-  return lRecord + nData + '\n';
-}
-
-inline std::string sensorRecord(int nId, unsigned int nTimeMs, const std::string& nData) {
-  std::string lRecord(1, static_cast<char>(nId | 1 << 4));
-  for (int i = 0; i < 32; i += 8) lRecord += static_cast<char>(nTimeMs >> i);
-  return lRecord + static_cast<char>(nData.size() & 0xFF) + static_cast<char>(nData.size() >> 8) + nData;
-}
-
+void sizeLogs(unsigned int nBuffer, unsigned int nFile, unsigned int nField = 100);
 void startLogs();  ///< both log services
 void endLogs();
-std::string readFile(const std::string& nPath);
 void writeFile(const std::string& nPath, const std::string& nBytes);

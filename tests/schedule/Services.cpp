@@ -54,45 +54,28 @@ void work(Both& nBoth) {
   SensorSysLoggerManager& lSensor = *SensorSysLoggerManager::get();
   nBoth.mTurn.waitToOn(500);
   nBoth.mTurn.off();
-  switch (schedule::pick(8)) {
-    case 0:
-      lLogger.startRecord(".", "s", nullptr), lSensor.startRecord();
-      break;
-    case 1:
-      lLogger.stopRecord(), lSensor.stopRecord();
-      break;
-    case 2:
-      lLogger.stopPlay();
-      break;
-    case 3:
-      lSensor.stopPlay();
-      break;
-    case 4:
-      lLogger.startPlay("text");
-      break;
-    case 5:
-      lSensor.startPlay("sensor");
-      break;
-    case 6:
-      lLogger.detachPlayListener(&nBoth), lLogger.attachPlayListener(1, &nBoth);
-      break;
-    default:
-      lSensor.attachPlayListener(1, &nBoth), lLogger.detachPlayer(&nBoth), lLogger.attachPlayer(&nBoth);
-      break;
-  }
+  const std::function<void()> WAYS[] = {
+      [&] { lLogger.startRecord(".", "s", nullptr), lSensor.startRecord(); },
+      [&] { lLogger.stopRecord(), lSensor.stopRecord(); },
+      [&] { lLogger.stopPlay(); },
+      [&] { lSensor.stopPlay(); },
+      [&] { lLogger.startPlay("text"); },
+      [&] { lSensor.startPlay("sensor"); },
+      [&] { lLogger.detachPlayListener(&nBoth), lLogger.attachPlayListener(1, &nBoth); },
+      [&] { lSensor.attachPlayListener(1, &nBoth), lLogger.detachPlayer(&nBoth), lLogger.attachPlayer(&nBoth); },
+  };
+  WAYS[schedule::pick(8)]();
 }
 
 }  // namespace
 
 void services() {
   Logger::initializeMaxRecordEventListenerNum(1);
-  Logger::initializeMaxPlayerNum(1);
+  sizeLogs(200, 5000);
   Logger::initializeMaxLogTypeNum(1);
-  Logger::initializeMaxLogFieldSize(100);
-  Logger::initializeLogBufferSize(200);
-  Logger::initializeMaxLogFileSize(5000);
   std::string lText, lBinary;
-  for (unsigned int i = 0; i < 5; ++i) lText += record(1, i * 30, "x"), lBinary += sensorRecord(1, i * 30, "x");
+  for (unsigned int i = 0; i < 5; ++i)
+    lText += nfwtest::logRecord(1, i * 30, "x"), lBinary += nfwtest::sensorRecord(1, 1, i * 30, "x");
   writeFile("text", lText);
   writeFile("sensor", lBinary);
   Both lBoth;
@@ -105,11 +88,10 @@ void services() {
   schedule::require(lLogger.attachPlayListener(1, &lBoth) && lSensor.attachPlayListener(1, &lBoth), "and listeners");
   {
     Crew lCrew;
-    for (int i = 0; i < 3; ++i) {
-      lCrew.add([&] {
-        for (int k = 0; k < 5; ++k) work(lBoth);
-      });
-    }
+    const auto lWork = [&] {
+      for (int k = 0; k < 5; ++k) work(lBoth);
+    };
+    lCrew.add(lWork, 3);
     const schedule::Within lWithin("what callbacks leave to threads", 60000);
     lCrew.join();
     if (schedule::flip()) lCrew.add([&] { lSensor.shutdown(); }), lLogger.shutdown();

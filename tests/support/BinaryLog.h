@@ -42,6 +42,13 @@ inline Bytes encode(Converter& nConverter, const std::string& nSentence) {
   return run(nConverter, &Converter::convertFromNmeaSentence, bytesOf(nSentence), Converter::MIN_RECORD_BUFFER);
 }
 
+inline Bytes encode(Converter& nConverter, const ZTSDeadReckoningDef::DRG_LOCATION_INFO& nReport,
+                    unsigned int nRoom = 1356) {
+  const std::unique_ptr<unsigned char[]> lpRecord(new unsigned char[nRoom]());
+  const int lSize = nConverter.convertFromDeadReckoningData(nReport, lpRecord.get(), nRoom);
+  return {lpRecord.get(), lpRecord.get() + (lSize > 0 ? lSize : 0)};
+}
+
 inline std::string decode(Converter& nConverter, const Bytes& nRecord) {
   return textOf(run(nConverter, &Converter::convertToNmeaSentence, nRecord, 256));
 }

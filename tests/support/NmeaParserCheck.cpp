@@ -18,36 +18,20 @@ std::string comparable(Record nRecord) {
   return recordBytes(nRecord);
 }
 
-// Of the last message of a group only the receiver reads satellites.
-void leaveOut(GPGSV* npRecord) {
-  if (npRecord->messageCount == npRecord->messageNumber) npRecord->satelliteCount = 0;
-}
-template <class SdkRecord>
-void leaveOut(SdkRecord*) {}
-
-GPGGA sdkRecord(const GgaSentence&) { return {}; }
-GPGLL sdkRecord(const GllSentence&) { return {}; }
-GPGSA sdkRecord(const GsaSentence&) { return {}; }
-GPGSV sdkRecord(const GsvSentence&) { return {}; }
-GPRMC sdkRecord(const RmcSentence&) { return {}; }
-GPVTG sdkRecord(const VtgSentence&) { return {}; }
-GPZDA sdkRecord(const ZdaSentence&) { return {}; }
-PUBX sdkRecord(const PubxSentence&) { return {}; }
-
 }  // namespace
 
-std::string differenceFromReference(const std::string& nText, bool* npHasRecord) {
+std::string differenceFromReference(const std::string& nText) {
   const seams::CapturedLog lLog;
   std::string lDifference;
   const int lType = NmeaDataParser::analyzeNmeaSentenceType(nText.c_str(), static_cast<unsigned int>(nText.size()));
   if (lType != static_cast<int>(gpshost::kindOf(nText.c_str()))) lDifference += "another kind ";
-  eachParse(nText, [&](auto npParse, auto nParsed) {
-    auto lRead = sdkRecord(nParsed);
+  eachParse(nText, [&](auto npParse, auto nParsed, auto nRead) {
     const bool lIsParsed = npParse(nText.c_str(), 1, &nParsed);
-    if (lIsParsed != gpshost::parse(nText.c_str(), &lRead)) lDifference += lIsParsed ? "only parsed " : "only read ";
-    leaveOut(&lRead);
-    if (lIsParsed && comparable(nParsed) != comparable(convertRecord(lRead))) lDifference += "another record ";
-    if (lIsParsed && npHasRecord != nullptr) *npHasRecord = true;
+    if (lIsParsed != gpshost::parse(nText.c_str(), &nRead)) lDifference += lIsParsed ? "only parsed " : "only read ";
+    if constexpr (std::is_same_v<decltype(nRead), GPGSV>) {  // of the last message only the receiver reads satellites
+      if (nRead.messageCount == nRead.messageNumber) nRead.satelliteCount = 0;
+    }
+    if (lIsParsed && comparable(nParsed) != comparable(convertRecord(nRead))) lDifference += "another record ";
   });
   return lDifference.empty() ? "" : lDifference + "[" + nText + "]";
 }

@@ -3,7 +3,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <functional>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -28,15 +27,6 @@ class Notes {
   bool waitFor(size_t nCount, std::chrono::milliseconds nLimit = std::chrono::minutes(1)) const {
     std::unique_lock<std::mutex> lLock(mMutex);
     return mAdded.wait_for(lLock, nLimit, [&] { return mNotes.size() >= nCount; });
-  }
-  /// Looks at each that comes. False when the condition does not hold within the time.
-  bool waitFor(const std::function<bool()>& nCondition, std::chrono::milliseconds nLimit) const {
-    const auto lEnd = std::chrono::steady_clock::now() + nLimit;
-    for (size_t lCount = count(); !nCondition(); lCount = count()) {
-      std::unique_lock<std::mutex> lLock(mMutex);
-      if (!mAdded.wait_until(lLock, lEnd, [&] { return mNotes.size() > lCount; })) return false;
-    }
-    return true;
   }
   std::vector<std::string> take() {
     std::lock_guard<std::mutex> lLock(mMutex);

@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "../../src/NaviAppFramework/private/sentences/RecordFields.h"
+#include "BinaryLog.h"
 #include "GpsHost.h"
 #include "NaviAppFramework.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
@@ -57,8 +58,6 @@ class LogServices {
     nfw::Logger::destroy();
     syslogservice::setBinaryLogFile(nullptr);
   }
-  LogServices(const LogServices&) = delete;
-  LogServices& operator=(const LogServices&) = delete;
 
   void startRecord() {
     EXPECT_TRUE(nfw::Logger::get()->startRecord(mDir.path().c_str(), "drive", nullptr));
@@ -122,7 +121,7 @@ std::string text(const Record& nRecord) {
   return lText;
 }
 
-/// The notes of a GnssListener, each by its kind alone: "$GGA $".
+/// The notes of a listener of every kind, each by its kind alone: "$GGA $".
 inline std::string kindsOf(const Notes& nNotes) {
   std::string lKinds;
   for (const std::string& lNote : nNotes.all())
@@ -142,19 +141,20 @@ void expectRefusals(seams::CapturedLog& nLog, Source& nSource, const std::string
   nLog.clear();
 }
 
-/// One of every kind. Notes sentences as they are, records by their text().
-class GnssListener : public nfw::NmeaDataListener,
-                     public nfw::ParsedGgaDataListener,
-                     public nfw::ParsedGllDataListener,
-                     public nfw::ParsedGsaDataListener,
-                     public nfw::ParsedGsvDataListener,
-                     public nfw::ParsedVtgDataListener,
-                     public nfw::ParsedZdaDataListener,
-                     public nfw::ParsedRmcDataListener,
-                     public nfw::ParsedPubxDataListener,
-                     public nfw::ParsedNmeaDataListener {
+/// One of every kind. Notes sentences as they are, records by their text(), all behind its name.
+class AnyListener : public nfw::NmeaDataListener,
+                    public nfw::ParsedGgaDataListener,
+                    public nfw::ParsedGllDataListener,
+                    public nfw::ParsedGsaDataListener,
+                    public nfw::ParsedGsvDataListener,
+                    public nfw::ParsedVtgDataListener,
+                    public nfw::ParsedZdaDataListener,
+                    public nfw::ParsedRmcDataListener,
+                    public nfw::ParsedPubxDataListener,
+                    public nfw::ParsedNmeaDataListener,
+                    public nfw::DeadReckoningNmeaDataListener {
  public:
-  explicit GnssListener(Notes& nNotes) : mNotes(nNotes) {}
+  explicit AnyListener(Notes& nNotes, std::string nName = "") : mNotes(nNotes), mName(std::move(nName)) {}
 
   /// To the service, or to its dispatcher.
   template <class Service>
@@ -166,23 +166,11 @@ class GnssListener : public nfw::NmeaDataListener,
            nService.attachParsedPubxDataListener(this) && nService.attachParsedNmeaDataListener(this);
   }
 
-  /// From one of the kinds, in the order of KIND_NAMES.
-  void detachFrom(nfw::Gnss& n, size_t nKind) {
-    const std::function<void()> DETACH[KIND_NUM] = {
-        [&] { n.detachNmeaDataListener(this); },       [&] { n.detachParsedGgaDataListener(this); },
-        [&] { n.detachParsedGllDataListener(this); },  [&] { n.detachParsedGsaDataListener(this); },
-        [&] { n.detachParsedGsvDataListener(this); },  [&] { n.detachParsedVtgDataListener(this); },
-        [&] { n.detachParsedZdaDataListener(this); },  [&] { n.detachParsedRmcDataListener(this); },
-        [&] { n.detachParsedPubxDataListener(this); }, [&] { n.detachParsedNmeaDataListener(this); }};
-    DETACH[nKind]();
-  }
-
-  static constexpr size_t KIND_NUM = 10;
-  static constexpr const char* KIND_NAMES[KIND_NUM] = {"$",    "GGA ", "GLL ", "GSA ",  "GSV ",
-                                                       "VTG ", "ZDA ", "RMC ", "PUBX ", "NMEA "};
-
   void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override {
     note(std::string(reinterpret_cast<const char*>(npData), nSize));
+  }
+  void onNotifyDeadReckoningNmeaData(unsigned char const* npData, unsigned int nSize) override {
+    onNotifyNmeaData(npData, nSize);
   }
   void onNotifyParsedGgaData(const nfw::GgaSentence& nRecord) override { note(text(nRecord)); }
   void onNotifyParsedGllData(const nfw::GllSentence& nRecord) override { note(text(nRecord)); }
@@ -197,23 +185,13 @@ class GnssListener : public nfw::NmeaDataListener,
   std::function<void()> mOnCall = [] {};
 
  private:
-  void note(const std::string& nText) { mNotes.add(nText), mOnCall(); }
+  void note(const std::string& nText) { mNotes.add(mName + nText), mOnCall(); }
   Notes& mNotes;
+  const std::string mName;
 };
 
-class DeadReckoningListener : public nfw::DeadReckoningNmeaDataListener {
- public:
-  explicit DeadReckoningListener(Notes& nNotes) : mNotes(nNotes) {}
-  void onNotifyDeadReckoningNmeaData(const unsigned char* npData, unsigned int nSize) override {
-    mNotes.add(std::string(reinterpret_cast<const char*>(npData), nSize));
-    mOnCall();
-  }
-
-  std::function<void()> mOnCall = [] {};
-
- private:
-  Notes& mNotes;
-};
+using GnssListener = AnyListener;
+using DeadReckoningListener = AnyListener;
 
 /// An epoch; but for ZDA, which is not stored, the binary log gives every sentence back as it is.
 const char RMC_TEXT[] = "$GPRMC,083559.000,A,4717.11437,N,00833.91522,E,0.004,77.52,091202,3.1,W,A*1c\r\n";
@@ -259,21 +237,11 @@ inline ZTSDeadReckoningDef::DRG_LOCATION_INFO makeReport(unsigned int nGsaNum, u
   return lInfo;
 }
 
-inline std::string bytesOf(const unsigned char* npBytes, int nSize) {
-  return {reinterpret_cast<const char*>(npBytes), static_cast<size_t>(nSize > 0 ? nSize : 0)};
-}
-
-/// What the sensor log holds of a sentence, and of a report.
-inline std::string sensorData(const std::string& nText) {
-  unsigned char lRecord[60] = {};
-  return bytesOf(lRecord, nfw::NmeaBinaryLogDataVersion1().convertFromNmeaSentence(
-                              reinterpret_cast<const unsigned char*>(nText.data()),
-                              static_cast<unsigned int>(nText.size()), lRecord, sizeof lRecord));
-}
-inline std::string sensorData(const ZTSDeadReckoningDef::DRG_LOCATION_INFO& nReport) {
-  unsigned char lRecord[1400] = {};
-  return bytesOf(lRecord,
-                 nfw::NmeaBinaryLogDataVersion1().convertFromDeadReckoningData(nReport, lRecord, sizeof lRecord));
+/// What the sensor log holds of a sentence, or of a report.
+template <class Source>
+std::string sensorData(const Source& nSource) {
+  nfw::NmeaBinaryLogDataVersion1 lVersion;
+  return binarylog::textOf(binarylog::encode(lVersion, nSource));
 }
 
 }  // namespace nfwtest

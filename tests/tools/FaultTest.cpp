@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <nlohmann/json.hpp>
 
 #include "Intake.h"
 #include "LineReader.h"
@@ -97,6 +96,39 @@ TEST_F(Fault, aFullMediumIsTold) {
   }
   EXPECT_NE(lRun.mErrors.find(": the file cannot be written: No space left on device\n"), std::string::npos);
   EXPECT_EQ(lRun.mOutput.find(" 0 refused, 0 failed"), std::string::npos) << lRun.mOutput;
+}
+
+TEST_F(Fault, recordsWhileTheStickIsThere) {
+  const std::string lRefusal = nfwtest::enterMountNamespace();
+  if (!lRefusal.empty()) GTEST_SKIP() << "the kernel refuses a mount namespace: " << lRefusal;
+  const char* const STICK = "/media/stick";
+  fs::create_directory("/media");
+  ASSERT_EQ(mount("none", "/media", "tmpfs", 0, nullptr), 0) << strerror(errno);
+  fs::create_directory(STICK);
+
+  ToolRun lRun(
+      {"sim", "--record-on", "stick", "--format", "nmea", "--systems", "gps", "--speed", "20", "--log-level", "0"});
+  ASSERT_NE(lRun.readLine(), "");
+  ASSERT_EQ(mount("none", STICK, "tmpfs", 0, nullptr), 0) << strerror(errno);
+  std::string lFile;
+  for (int i = 0; i < 5000 && lFile.empty(); ++i) {  // the sentences that the run shows are the test's clock
+    ASSERT_NE(lRun.readLine(), "");
+    for (const auto& lEntry : fs::directory_iterator(STICK)) lFile = lEntry.path();
+  }
+  ASSERT_NE(lFile, "");
+  for (int i = 0; i < 60; ++i) ASSERT_NE(lRun.readLine(), "");
+  std::ifstream lRecording(lFile, std::ios::binary);  // seen also when the stick is gone
+  ASSERT_EQ(umount2(STICK, MNT_DETACH), 0) << strerror(errno);
+  for (int i = 0; i < 100; ++i) ASSERT_NE(lRun.readLine(), "");
+  lRun.signal(SIGINT);
+  lRun.readAll();
+  EXPECT_EQ(lRun.wait(), 0);
+  umount("/media");
+
+  nfwtest::writeFile(mDirectory / "stick.log", {std::istreambuf_iterator<char>(lRecording), {}});
+  const Outcome lReplay = runQuietly({"--replay", mDirectory / "stick.log", "--format", "json"});
+  EXPECT_EQ(lReplay.mExit, 0) << lReplay.mErrors;
+  EXPECT_EQ(lReplay.mSummary["replay"], "the same as the recording");
 }
 
 // Nobody reads: what is recorded still comes to the file each second, and a signal ends the run.

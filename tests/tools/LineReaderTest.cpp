@@ -4,7 +4,6 @@
 #include <map>
 
 #include "LineReader.h"
-#include "SentenceList.h"
 #include "Simulator.h"
 
 namespace {
@@ -16,18 +15,17 @@ using Verdicts = std::map<LineVerdict, uint64_t>;
 const std::string GLL = "$GPGLL,,,,,,V,N*64";
 const std::string VTG = "$GPVTG,,T,,M,,N,,K,N*2C";
 
-class Reading {
+class Reading : private SentenceSink {
  public:
   explicit Reading(bool nJudged = true) : mReader(mCounts, nJudged) {}
   Reading& feed(const std::string& nText) {
-    EXPECT_TRUE(mReader.feed(nText.data(), nText.size(), mList));
+    EXPECT_TRUE(mReader.feed(nText.data(), nText.size(), *this));
     return *this;
   }
   Reading& finish() {
-    EXPECT_TRUE(mReader.finish(mList));
+    EXPECT_TRUE(mReader.finish(*this));
     return *this;
   }
-  const Sentences& sentences() const { return mList.mSentences; }
   Verdicts verdicts() const {
     Verdicts lVerdicts;
     for (int i = 0; i < LINE_VERDICT_NUM; ++i) {
@@ -37,34 +35,31 @@ class Reading {
     return lVerdicts;
   }
   LineCounts mCounts;
+  Sentences mSentences;
 
  private:
+  bool onSentence(std::string_view nSentence) override {
+    mSentences.emplace_back(nSentence);
+    return true;
+  }
   LineReader mReader;
-  SentenceList mList;
 };
 
-std::string simulatedStream(int nEpochs) {
-  drive::Simulator lSimulator({});
+std::string simulatedStream() {
   std::string lStream;
-  std::string lEpoch;
-  for (int i = 0; i < nEpochs; ++i) {
-    lSimulator.writeEpoch(&lEpoch);
-    lStream += lEpoch;
-  }
+  drive::Simulator({}).writeEpoch(&lStream);
   return lStream;
 }
 
-struct Case {
-  const char* mpName;
-  std::string mText;
-  Sentences mSentences;
-  Verdicts mVerdicts;
-  bool mIsJudged = true;
-};
-
 TEST(LineReader, judgesEachPieceOnce) {
   const std::string lLong(300, 'A'), lLongest = "$GPGLL" + std::string(LineReader::MAX_SENTENCE - 6, 'A');
-  const Case CASES[] = {
+  const struct {
+    const char* mpName;
+    std::string mText;
+    Sentences mSentences;
+    Verdicts mVerdicts;
+    bool mIsJudged = true;
+  } CASES[] = {
       {"nothing", "", {}, {}},
       {"line ends only", "\r\n\n\r\r\n", {}, {}},
       {"every line end", GLL + "\r" + GLL + "\n" + GLL + "\r\n", {GLL, GLL, GLL}, {{LINE_CHECKED, 3}}},
@@ -97,17 +92,17 @@ TEST(LineReader, judgesEachPieceOnce) {
        {{LINE_CHECKED, 1}, {LINE_UNCHECKED, 2}, {LINE_BINARY, 1}, {LINE_CUT, 1}},
        false},
   };
-  for (const Case& lCase : CASES) {
+  for (const auto& lCase : CASES) {
     SCOPED_TRACE(lCase.mpName);
     Reading lReading(lCase.mIsJudged);
     lReading.feed(lCase.mText).finish();
-    EXPECT_EQ(lReading.sentences(), lCase.mSentences);
+    EXPECT_EQ(lReading.mSentences, lCase.mSentences);
     EXPECT_EQ(lReading.verdicts(), lCase.mVerdicts);
   }
 }
 
 TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt) {
-  const std::string lStream = simulatedStream(1);
+  const std::string lStream = simulatedStream();
   Reading lWhole;
   lWhole.feed(lStream).finish();
   for (size_t i = 0; i <= lStream.size(); ++i) {
@@ -115,44 +110,33 @@ TEST(LineReader, aStreamCutAnywhereLosesAtMostTheSentenceUnderWayAndGoesOnWithIt
     Reading lCut, lInTwo;
     lCut.feed(lHead).finish();
     lInTwo.feed(lHead).feed(lStream.substr(i)).finish();
-    ASSERT_EQ(lInTwo.sentences(), lWhole.sentences()) << i;
+    ASSERT_EQ(lInTwo.mSentences, lWhole.mSentences) << i;
     ASSERT_EQ(lInTwo.verdicts(), lWhole.verdicts()) << i;
-    const Sentences& lRead = lCut.sentences();
+    const Sentences& lRead = lCut.mSentences;
     const auto lBegun = static_cast<uint64_t>(std::count(lHead.begin(), lHead.end(), '$'));
     ASSERT_EQ(lCut.mCounts.total(), lBegun) << i;
     ASSERT_LE(lBegun - lCut.mCounts.accepted(), 1u) << i;
-    ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.sentences().begin())) << i;
+    ASSERT_TRUE(std::equal(lRead.begin(), lRead.end(), lWhole.mSentences.begin())) << i;
   }
 }
 
 TEST(LineReader, aSpoiltByteNeverInventsASentence) {
   const std::string lBefore = GLL + "\n";  // from here on the source is known to send checksums
-  const std::string lStream = simulatedStream(1);
+  const std::string lStream = simulatedStream();
   Reading lWhole;
   lWhole.feed(lStream).finish();
-  Sentences lGood = lWhole.sentences();
+  Sentences lGood = lWhole.mSentences;
   lGood.push_back(GLL);
   for (size_t i = 0; i < lStream.size(); ++i) {
     std::string lSpoilt = lStream;
     lSpoilt[i] = static_cast<char>(lSpoilt[i] ^ 0x11);
     Reading lReading;
     lReading.feed(lBefore + lSpoilt).finish();
-    ASSERT_GE(lReading.sentences().size() + 2, lGood.size()) << i;
-    for (const std::string& lSentence : lReading.sentences()) {
+    ASSERT_GE(lReading.mSentences.size() + 2, lGood.size()) << i;
+    for (const std::string& lSentence : lReading.mSentences) {
       ASSERT_NE(std::find(lGood.begin(), lGood.end(), lSentence), lGood.end()) << i << " " << lSentence;
     }
   }
-}
-
-TEST(LineReader, stopsWhenTheSinkWantsNoMore) {
-  struct Refusing : SentenceSink {
-    bool onSentence(std::string_view) override { return false; }
-  } lSink;
-  LineCounts lCounts;
-  LineReader lReader(lCounts);
-  const std::string lText = GLL + "\n" + GLL + "\n";
-  EXPECT_FALSE(lReader.feed(lText.data(), lText.size(), lSink));
-  EXPECT_EQ(lCounts.total(), 0u);
 }
 
 }  // namespace

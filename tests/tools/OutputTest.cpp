@@ -43,8 +43,7 @@ TEST(LogReport, speaksAtTheBeginningEveryTenSecondsAndAtTheEnd) {
   for (int lSecond = 0; lSecond < 60; ++lSecond) {
     ++lCounts.mRecorded;
     if (lSecond >= 5 && lSecond < 30) ++lCounts.mFailed;
-    if (lSecond == 50) lCounts.mIsFailing = true;
-    if (lSecond == 52) lCounts.mIsFailing = false;
+    lCounts.mIsFailing = lSecond == 50 || lSecond == 51;
     lCounts.mReason = nfw::LOG_LOSS_WRITE;
     lCounts.mError = ENOSPC;
     if (!lReport.look(lCounts, lStart + std::chrono::seconds(lSecond)).empty()) lSpoken.push_back(lSecond);

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <filesystem>
 
+#include "KeptFiles.h"
 #include "LogRecords.h"
 #include "TempDir.h"
 #include "ToolRun.h"
@@ -65,6 +67,59 @@ TEST_F(Retention, theNextStartEndsCutFilesAtTheirLastWholeRecord) {
   for (const auto& lCase : CASES) EXPECT_EQ(nfwtest::readFile(mDirectory / lCase.mpName), lCase.mAfter) << lCase.mpName;
 }
 
+// Whatever the limits say; recording goes on, and what comes later in the same file is kept, too.
+TEST_F(Retention, aSignalKeepsTheLastFilesOfBothLogs) {
+  ToolRun lRun({"sim", "--format", "nmea", "--record", mDirectory.path(), "--sys-record", mDirectory.path(),
+                "--keep-files", "1", "--keep-before", "10m", "--log-level", "3"},
+               STDERR_FILENO);
+  const auto lTells = [&lRun](const std::string& nText) {
+    std::string lLine;
+    do {
+      lLine = lRun.readLine();
+    } while (!lLine.empty() && lLine.find(nText) == std::string::npos);
+    return !lLine.empty();
+  };
+  ASSERT_TRUE(lTells("source sim is open"));
+  for (const char* const lpTold : {"1 more file of", "0 more files of"}) {
+    lRun.signal(SIGUSR1);
+    for (const std::string lLog : {"the data log: ", "the sensor log: "}) {
+      EXPECT_TRUE(lTells(lLog + lpTold + " the last 600 s kept in " + mDirectory / "kept")) << lpTold;
+    }
+  }
+  lRun.signal(SIGINT);
+  for (int i = 0; i < 2; ++i) EXPECT_TRUE(lTells("Kept        1 of these files"));
+  EXPECT_EQ(lRun.wait(), 0);
+  const std::vector<std::string> lFiles = mDirectory.files();
+  EXPECT_EQ(lFiles.size(), 2u);
+  for (const std::string& lPath : lFiles) {
+    const std::string lKept = mDirectory / "kept/" + std::filesystem::path(lPath).filename().string();
+    EXPECT_EQ(nfwtest::readFile(lKept), nfwtest::readFile(lPath)) << lKept;
+  }
+}
+
+TEST_F(Retention, whatIsKeptIsWhatTheLastTimeHasAndNothingIsReplaced) {
+  const std::string lNew = "drive_20200101-000000_00.log", lOld = "drive_20200101-000001_00.log",
+                    lOther = "trip_20200101-000000_00.log";
+  for (const std::string& lName : {lNew, lOld, lOther}) nfwtest::writeFile(mDirectory / lName, lName);
+  const auto lTime = std::filesystem::last_write_time(mDirectory / lOld);
+  std::filesystem::last_write_time(mDirectory / lOld, lTime - std::chrono::seconds(300));
+  const auto lKeep = [this](const std::string& nName) {
+    const drive::KeptCounts lCounts = drive::keepFiles(mDirectory.path(), nName, 200);
+    return std::to_string(lCounts.mNum) + " " + lCounts.mFault;
+  };
+  EXPECT_EQ(lKeep("drive"), "1 ");
+  EXPECT_TRUE(has("kept/" + lNew) && !has("kept/" + lOld) && !has("kept/" + lOther));
+  EXPECT_EQ(lKeep("drive"), "0 ");
+  EXPECT_EQ(lKeep(lOther), "1 ");
+  std::filesystem::remove(mDirectory / "kept/" + lNew);
+  nfwtest::writeFile(mDirectory / "kept/" + lNew, "mine");
+  EXPECT_EQ(lKeep("drive"), "0 " + mDirectory / "kept/" + lNew + ": File exists");
+  EXPECT_EQ(nfwtest::readFile(mDirectory / "kept/" + lNew), "mine");
+  std::filesystem::remove_all(mDirectory / "kept");
+  nfwtest::writeFile(mDirectory / "kept", "");
+  EXPECT_EQ(lKeep("drive"), "0 " + mDirectory / "kept/" + lNew + ": Not a directory");
+}
+
 TEST_F(Retention, tellsWhichLimitIsNone) {
   const struct {
     ToolRun::Words mLimits;
@@ -75,6 +130,7 @@ TEST_F(Retention, tellsWhichLimitIsNone) {
       {{"--sync-interval", "-1"}, "--sync-interval: \"-1\" is no time"},
       {{"--keep-total", "much"}, "--keep-total"},
       {{"--keep-files", "0"}, "--keep-files"},
+      {{"--keep-before", "0s"}, "--keep-before: \"0\" would keep nothing"},
       {{"--max-file-time-aligned"}, "goes with --max-file-time"},
   };
   for (const auto& lCase : CASES) {

@@ -1,17 +1,18 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <stdlib.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <deque>
+#include <vector>
 
 #include "GpsdFilter.h"
+#include "Pacer.h"
 #include "Resolved.h"
-#include "SentenceList.h"
+#include "SentenceTime.h"
 #include "SerialSource.h"
-#include "SourceReader.h"
+#include "SourceAddress.h"
 #include "UdpSource.h"
 
 namespace {
@@ -19,7 +20,7 @@ namespace {
 using namespace drive;
 
 TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
-  const char* const CASES[][2] = {
+  const std::string CASES[][2] = {
       {"sim", "simulator 4800 |||"},
       {"-", "stdin 4800 |||"},
       {"drive.nmea", "file 4800 drive.nmea|||"},
@@ -53,22 +54,21 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
       {"[::1]:2947", "is no file; of a server: tcp://[::1]:2947"},
   };
   const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp", "udp"};
-  for (const auto& [lpText, lpExpected] : CASES) {
+  for (const auto& [lText, lExpected] : CASES) {
     SourceAddress l;
     std::string lReason;
-    const bool lIsOne = parseSourceAddress(lpText, 4800, &l, &lReason);
+    const bool lIsOne = parseSourceAddress(lText, 4800, &l, &lReason);
     const std::string lAddress = std::string(KINDS[l.mKind]) + " " + std::to_string(l.mBaud) + " " + l.mPath + "|" +
                                  l.mWhere.mHost + "|" + l.mWhere.mPort + "|";
-    EXPECT_EQ(lIsOne ? lAddress : lReason, lpExpected) << lpText;
+    EXPECT_EQ(lIsOne ? lAddress : lReason, lExpected) << lText;
   }
 }
 
 // Another program of the system says what the line is set to. A line that has worked may come back.
 TEST(SerialSource, setsTheLineToTheSpeedAndReadsIt) {
-  const int lFd = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-  ASSERT_TRUE(::grantpt(lFd) == 0 && ::unlockpt(lFd) == 0);
+  int lFd = -1, lKept = -1;
+  ASSERT_EQ(::openpty(&lFd, &lKept, nullptr, nullptr, nullptr), 0);
   const std::string lLine = ::ptsname(lFd);
-  const int lKept = ::open(lLine.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
   tool::Stopper lStopper;
   std::string lReason;
   for (const unsigned int lBaud :
@@ -91,6 +91,50 @@ TEST(SerialSource, setsTheLineToTheSpeedAndReadsIt) {
   EXPECT_EQ(SerialSource(lLine, 4800, lStopper).open(&lReason), SentenceSource::OPEN_FAILED);
 }
 
+TEST(SentenceTime, readsTheTimeWhereItStands) {
+  const struct {
+    const char* mpSentence;
+    int64_t mTime;
+  } CASES[] = {
+      {"$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47", 45319000},
+      {"$GNRMC,000000.000,A", 0},
+      {"$GPZDA,235959.99,31,12,2026,00,00*00", 86399990},
+      {"$GPGLL,4916.45,N,12311.12,W,225444.5,A,A*00", 82484500},
+      {"$PUBX,00,081350.05,4717.1,N*00", 29630050},
+  };
+  for (const auto& lCase : CASES) EXPECT_EQ(tool::sentenceTime(lCase.mpSentence), lCase.mTime) << lCase.mpSentence;
+  for (const char* const lpNone :
+       {"$PUBX,04,081350.00,1*00", "$GPVTG,054.7,T,034.4,M*00", "$GPGGA,,4807.038,N*00", "$GPGGA,12a519*00",
+        "$GPGGA,12351*00", "$GPGGA,240000*00", "$GPGGA*00", "$GPGLL,4916.45*00", "$GGA,123519*00", ""}) {
+    EXPECT_EQ(tool::sentenceTime(lpNone), -1) << lpNone;
+  }
+}
+
+TEST(Pacer, followsTheTimesOfTheSentences) {
+  const int64_t lMidnight = tool::MS_PER_DAY;
+  const struct {
+    const char* mpName;
+    std::vector<int64_t> mTimes, mOffsets;
+  } CASES[] = {
+      {"steps", {5000, 5000, 6000, 6100}, {0, 0, 1000, 1100}},
+      {"midnight", {lMidnight - 500, 500, 1500}, {0, 1000, 2000}},
+      {"a minute is a step", {0, 60000}, {0, 60000}},
+      {"more is a break", {0, 60001, 61001}, {0, 1000, 2000}},
+      {"a little back is due at once", {5000, 6000, 5000, 4000, 7000}, {0, 1000, 1000, 1000, 2000}},
+      {"far back is a break", {50000, 40000, 41000}, {0, 1000, 2000}},
+      {"back across midnight is a lag", {500, lMidnight - 500, 1500}, {0, 0, 1000}},
+  };
+  for (const auto& lCase : CASES) {
+    SCOPED_TRACE(lCase.mpName);
+    Pacer lPacer;
+    std::vector<int64_t> lOffsets;
+    for (const int64_t lTime : lCase.mTimes) lOffsets.push_back(lPacer.offset(lTime));
+    EXPECT_EQ(lOffsets, lCase.mOffsets);
+  }
+  EXPECT_EQ(Pacer::realTime(1500, 10.0), 150000000);
+  EXPECT_EQ(Pacer::realTime(1500, 0.5), 3000000000);
+}
+
 TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
   const std::string lStream =
       "{\"class\":\"VERSION\",\"release\":\"3.22\"}\r\n{\"class\":\"DEVICES\"}\r\n$GPGLL*1\r\n{\"x\":1}\r\n!AIVDM*"
@@ -110,82 +154,6 @@ TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
   std::string lText = "$GPGLL*1\r\n" + lStream;
   EXPECT_EQ(lPlain.filter(lText.data(), lText.size()), lText.size());
   EXPECT_FALSE(lPlain.takeGreeting());
-}
-
-// Plays what a test wrote down.
-class ScriptedSource : public SentenceSource {
- public:
-  ScriptedSource(OpenResult nOpen, std::deque<std::string> nTexts, int nEnd)
-      : mOpen(nOpen), mTexts(std::move(nTexts)), mEnd(nEnd) {}
-  OpenResult open(std::string* npReason) override {
-    *npReason = "not today";
-    return mOpen;
-  }
-  int read(char* npBuffer, size_t, std::string* npReason) override {
-    *npReason = "torn";
-    if (mTexts.empty()) return mEnd;
-    const std::string lText = mTexts.front();
-    mTexts.pop_front();
-    return static_cast<int>(lText.copy(npBuffer, lText.size()));
-  }
-
- private:
-  const OpenResult mOpen;
-  std::deque<std::string> mTexts;
-  const int mEnd;
-};
-
-class Reading : public SourceReader::Listener {
- public:
-  void onSourceOpen() override { mTold += "open, "; }
-  // Ends the wait that follows, so that no test waits.
-  void onSourceTrouble(const std::string& nMessage) override {
-    mTold += nMessage;
-    mStopper.request();
-  }
-  tool::Stopper mStopper;
-  std::string mTold;
-};
-
-// A file is read to its end, a live source is tried again; what a break cuts off is counted.
-TEST(SourceReader, readsToTheEndOrTellsWhyNot) {
-  using Is = SourceAddress;
-  using From = SentenceSource;
-  const struct {
-    SourceAddress::Kind mKind;
-    SentenceSource::OpenResult mOpen;
-    int mEnd;
-    SourceReader::Result mResult;
-    const char* mpTold;
-    size_t mSentences, mCut;
-    bool mIsAwaited = false;
-  } CASES[] = {
-      {Is::FILE, From::OPENED, From::END, SourceReader::ENDED, "open, ", 1, 1},
-      {Is::FILE, From::OPENED, From::STOPPED, SourceReader::ENDED, "open, ", 1, 0},
-      {Is::FILE, From::OPENED, From::BROKEN, SourceReader::UNREADABLE, "open, x: torn", 1, 1},
-      {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::UNREADABLE, "x: not today", 0, 0},
-      {Is::SERIAL, From::OPEN_FAILED, 0, SourceReader::ENDED, "x: not today; waiting for it", 0, 0, true},
-      {Is::TCP, From::OPEN_LATER, 0, SourceReader::ENDED, "x: not today; trying again in 1 s", 0, 0},
-      {Is::TCP, From::OPENED, From::BROKEN, SourceReader::ENDED, "open, x: torn; trying again in 1 s", 1, 1},
-  };
-  for (const auto& lCase : CASES) {
-    SCOPED_TRACE(lCase.mpTold);
-    ScriptedSource lSource{lCase.mOpen, {"$GPGLL,,,,,,V", ",N*64\n$GPG"}, lCase.mEnd};
-    SourceAddress lAddress;
-    lAddress.mKind = lCase.mKind;
-    lAddress.mName = "x";
-    lAddress.mIsAwaited = lCase.mIsAwaited;
-    Reading lReading;
-    tool::LineCounts lCounts;
-    tool::LineReader lLines(lCounts);
-    SentenceList lList;
-    std::string lReason;
-    const auto lResult = SourceReader(lAddress, lSource, lLines, lReading.mStopper, lReading).run(lList, &lReason);
-    EXPECT_EQ(lResult, lCase.mResult);
-    EXPECT_EQ(lReading.mTold + (lResult == SourceReader::UNREADABLE ? lReason : ""), lCase.mpTold);
-    EXPECT_EQ(lList.mSentences, std::vector<std::string>(lCase.mSentences, "$GPGLL,,,,,,V,N*64"));
-    EXPECT_EQ(lCounts.get(tool::LINE_CUT), lCase.mCut);
-  }
 }
 
 // A datagram ends its last sentence; that of a group is heard by each program that listens to it.

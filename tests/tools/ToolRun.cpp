@@ -3,8 +3,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <pty.h>
 #include <spawn.h>
-#include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 
@@ -24,16 +24,6 @@ ToolRun::Words commandLine(const ToolRun::Words& nArguments) {
   return lWords;
 }
 
-// Our end first.
-void openTerminal(int (&nFds)[2]) {
-  const winsize lSize = {40, 100, 0, 0};
-  nFds[0] = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-  ::grantpt(nFds[0]);
-  ::unlockpt(nFds[0]);
-  nFds[1] = ::open(::ptsname(nFds[0]), O_RDWR | O_NOCTTY | O_CLOEXEC);
-  ::ioctl(nFds[1], TIOCSWINSZ, &lSize);
-}
-
 }  // namespace
 
 ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("errors", MFD_CLOEXEC)) {
@@ -42,7 +32,8 @@ ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("
   for (std::string& lWord : lWords) lArgv.push_back(lWord.data());
   lArgv.push_back(nullptr);
   int lFds[2] = {-1, -1};
-  if (nRead == TERMINAL) openTerminal(lFds);
+  const winsize lSize = {40, 100, 0, 0};
+  if (nRead == TERMINAL) ::openpty(&lFds[0], &lFds[1], nullptr, nullptr, &lSize);  // our end first
   if (nRead != TERMINAL && ::pipe2(lFds, O_CLOEXEC) != 0) return;
   if (nRead == STDOUT_FILENO) ::fcntl(lFds[1], F_SETFL, O_NONBLOCK);  // as a parent may have left it
   posix_spawn_file_actions_t lActions;
@@ -58,7 +49,7 @@ ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("
 }
 
 ToolRun::~ToolRun() {
-  closeOutput();
+  if (mFd >= 0) ::close(mFd);
   ::close(mErrorFd);
   if (mPid > 0) {
     ::kill(mPid, SIGKILL);
@@ -84,11 +75,6 @@ std::string ToolRun::readAll() {
   std::string lAll;
   for (std::string lLine = readLine(); !lLine.empty(); lLine = readLine()) lAll += lLine + "\n";
   return lAll;
-}
-
-void ToolRun::closeOutput() {
-  if (mFd >= 0) ::close(mFd);
-  mFd = -1;
 }
 
 // -1 would be every process there is.

@@ -22,7 +22,6 @@ class ToolRun {
 
   std::string readLine();  ///< of its output, without the line end; empty at the end
   std::string readAll();   ///< what is left of its output
-  void closeOutput();      ///< as a reader that goes away
   void signal(int nSignal) const;
   int wait();                  ///< its exit code, negative when a signal killed it
   std::string errors() const;  ///< what it has said on standard error

@@ -50,23 +50,15 @@ class AppLogTest : public testing::Test {
 };
 
 TEST_F(AppLogTest, ALineThatPassesTheFilterIsRecordedAndGoesToTheService) {
-  const struct {
-    int mFilter, mLevel;
-    const char* mpTag;  // null: it does not pass
-    int mWrittenLevel;
-  } CASES[] = {{5, 0, nullptr, 0}, {0, 1, nullptr, 0},  {1, 1, "ERR: ", 1}, {5, 2, "WRN: ", 2},
-               {3, 3, "INF: ", 3}, {3, 4, nullptr, 0},  {4, 4, "DTL: ", 4}, {4, 9, nullptr, 0},
-               {5, 9, "DBG: ", 5}, {5, -1, "DBG: ", 5}, {9, 5, "DBG: ", 5}, {-1, 5, "DBG: ", 5}};
-  for (const auto& lCase : CASES) {
-    ASSERT_TRUE(nfw::registerLogType(TYPE, "name", lCase.mFilter));
-    APPLOG(TYPE, lCase.mLevel, "%s=%d", "x", 1);
-    if (lCase.mpTag == nullptr) {
-      EXPECT_EQ(Strings(), written()) << lCase.mFilter << ' ' << lCase.mLevel;
-    } else {
-      EXPECT_EQ((Strings{std::string("255 name") + lCase.mpTag + "x=1",
-                         "4711 " + std::to_string(lCase.mWrittenLevel) + " x=1"}),
-                written());
-    }
+  const std::string TAGS[] = {"", "ERR: ", "WRN: ", "INF: ", "DTL: ", "DBG: "};
+  // The filter, the level of the line, and the level that is written: 0 does not pass.
+  const int CASES[][3] = {{5, 0, 0}, {0, 1, 0}, {1, 1, 1}, {5, 2, 2},  {3, 3, 3}, {3, 4, 0},
+                          {4, 4, 4}, {4, 9, 0}, {5, 9, 5}, {5, -1, 5}, {9, 5, 5}, {-1, 5, 5}};
+  for (const auto& [lFilter, lLevel, lWritten] : CASES) {
+    ASSERT_TRUE(nfw::registerLogType(TYPE, "name", lFilter));
+    APPLOG(TYPE, lLevel, "%s=%d", "x", 1);
+    const Strings lExpected{"255 name" + TAGS[lWritten] + "x=1", "4711 " + std::to_string(lWritten) + " x=1"};
+    EXPECT_EQ(lWritten == 0 ? Strings() : lExpected, written()) << lFilter << ' ' << lLevel;
   }
 }
 

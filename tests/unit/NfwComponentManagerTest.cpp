@@ -8,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -22,27 +23,31 @@ using Notes = std::vector<std::string>;
 
 struct PhaseRow {
   const char* mpName;
+  int (nfw::Component::*mpRun)();
+  bool (nfw::Component::*mpIsComplete)() const;
   bool (nfw::ComponentManager::*mpDrive)();
   void (nfw::Component::*mpSetComplete)();
   void (nfw::ComponentManager::*mpReport)(nfw::Component*);
   const char *mpDriver, *mpHandler, *mpEntry, *mpLate;
-  size_t mClosingLength;
 };
 
 using M = nfw::ComponentManager;
 using C = nfw::Component;
 const PhaseRow ROWS[] = {
-    {"pre", &M::initializeBeforeQuickBoot, &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete,
-     "initializeBeforeQuickBoot", "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot", 37},
-    {"initialize", &M::initializeAfterQuickBoot, &C::setInitializeComplete, &M::setInitializeComplete,
-     "initializeAfterQuickBoot", "onInitializeAfterQuickBoot", "setInitializeComplete", "Initialize", 47},
-    {"start", &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart", "setStartComplete", "Start",
-     42},
-    {"stop", &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop", "setStopComplete", "Stop", 41},
-    {"shutdown", &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete, "shutdown", "onShutdown",
-     "setShutdownComplete", "Shutdown", 45},
-    {"finalize", &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete, "finalize", "onFinalize",
-     "setFinalizeComplete", "Finalize", 45},
+    {"pre", &C::initializeBeforeQuickBoot, &C::isPreQuickBootComplete, &M::initializeBeforeQuickBoot,
+     &C::setBeforeQuickBootComplete, &M::setBeforeQuickBootComplete, "initializeBeforeQuickBoot",
+     "onInitializeBeforQuickBoot", "setBeforeQuickBootComplete", "Pre QuickBoot"},
+    {"initialize", &C::initializeAfterQuickBoot, &C::isInitializeComplete, &M::initializeAfterQuickBoot,
+     &C::setInitializeComplete, &M::setInitializeComplete, "initializeAfterQuickBoot", "onInitializeAfterQuickBoot",
+     "setInitializeComplete", "Initialize"},
+    {"start", &C::start, &C::isStartComplete, &M::start, &C::setStartComplete, &M::setStartComplete, "start", "onStart",
+     "setStartComplete", "Start"},
+    {"stop", &C::stop, &C::isStopComplete, &M::stop, &C::setStopComplete, &M::setStopComplete, "stop", "onStop",
+     "setStopComplete", "Stop"},
+    {"shutdown", &C::shutdown, &C::isShutdownComplete, &M::shutdown, &C::setShutdownComplete, &M::setShutdownComplete,
+     "shutdown", "onShutdown", "setShutdownComplete", "Shutdown"},
+    {"finalize", &C::finalize, &C::isFinalizeComplete, &M::finalize, &C::setFinalizeComplete, &M::setFinalizeComplete,
+     "finalize", "onFinalize", "setFinalizeComplete", "Finalize"},
 };
 
 class ComponentManagerTest : public testing::Test {
@@ -64,9 +69,12 @@ class ComponentManagerTest : public testing::Test {
         : nfw::Component(npName), mTest(nTest), mResult(nResult) {}
     ~NotingComponent() override { mTest.note(std::string("~") + getComponentName()); }
 
+    bool mWasStopRequested = false;
+
    private:
     int call(int nPhase) {
       mTest.note(std::string(getComponentName()) + "." + ROWS[nPhase].mpName);
+      mWasStopRequested = isStopRequested();
       return mResult;
     }
     int initializeBeforeQuickBootImp() override { return call(0); }
@@ -143,6 +151,29 @@ class ComponentManagerTest : public testing::Test {
   std::atomic<nfw::ComponentManager*> mpAsked{mpManager.get()};  // null before it goes
 };
 
+TEST_F(ComponentManagerTest, EveryPhaseOfAComponentTellsItsResultAndCompletesAsItSays) {
+  const std::tuple<int, bool, std::string> RESULTS[] = {{0, true, ""},
+                                                        {1, true, ""},
+                                                        {3, false, ""},
+                                                        {2, true, "() is Failure"},
+                                                        {7, true, "() is Unknown Result=7"},
+                                                        {-1, true, "() is Unknown Result=-1"}};
+  for (int i = 0; i < 6; ++i) {
+    for (const auto& [lResult, lIsComplete, lWords] : RESULTS) {
+      NotingComponent lComponent("Map", *this, lResult);
+      mNotes.clear();
+      EXPECT_EQ(lResult, (lComponent.*ROWS[i].mpRun)());
+      EXPECT_EQ(Notes{std::string("Map.") + ROWS[i].mpName}, mNotes);
+      EXPECT_EQ(i == 3, lComponent.mWasStopRequested) << "before the phase is done";
+      EXPECT_EQ(lIsComplete, (lComponent.*ROWS[i].mpIsComplete)()) << ROWS[i].mpName << lResult;
+      EXPECT_EQ(lWords.empty() ? Notes() : Notes{std::string("[Map] ") + ROWS[i].mpDriver + lWords}, errors());
+      (lComponent.*ROWS[i].mpSetComplete)();
+      for (int j = 0; j < 6; ++j) EXPECT_EQ(i == j, (lComponent.*ROWS[j].mpIsComplete)());
+    }
+  }
+  EXPECT_STREQ("", NotingComponent(nullptr, *this, 0).getComponentName());
+}
+
 TEST_F(ComponentManagerTest, DrivesEveryPhaseFrontToBackAndReleasesTheComponents) {
   EXPECT_EQ(4U, nfw::ComponentManager::getMaxMsgDataSize());
   EXPECT_FALSE(start(0)) << "no thread yet";
@@ -218,10 +249,8 @@ TEST_F(ComponentManagerTest, IsConfiguredOnlyBeforeItsThread) {
   EXPECT_TRUE(mpManager->addComponent(utl::SmartPointer<nfw::Component>()));
   add("A");
   add("B");
-  const auto lAdd = [&] {
-    return mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", *this, nfw::PHASE_DONE)));
-  };
-  EXPECT_FALSE(lAdd());
+  EXPECT_FALSE(
+      mpManager->addComponent(utl::SmartPointer<nfw::Component>(new NotingComponent("C", *this, nfw::PHASE_DONE))));
   EXPECT_EQ(Notes{"ComponentManager::addComponent(): Can't add [C] to ComponentList"}, errors());
   EXPECT_FALSE(mpManager->initializeThread(nullptr));
   mThread.stop();
@@ -272,14 +301,15 @@ TEST_F(ComponentManagerTest, ReportsEveryPhaseThatIsTooLateOnce) {
   begin();
   for (int i = 0; i < 6; ++i) {
     EXPECT_TRUE(drive(i));
+    nfwtest::RawMsg lEarlier(utl::TimerMsg::MSG_ID);  // of a timer that was killed
+    mpManager->receiveMsg(mThread->getId() + 1, lEarlier);
     mClock.advance(29999);
     EXPECT_EQ(Notes(), errors());
     mClock.advance(1);
-    const std::string lClosing(ROWS[i].mClosingLength, '#');
+    const std::string lOpening = std::string("##### ") + ROWS[i].mpLate + " of Component is Too Late #####";
+    const std::string lClosing(i == 0 ? 37 : lOpening.size(), '#');
     EXPECT_TRUE(mLog.waitFor(lClosing));
-    EXPECT_EQ((Notes{std::string("##### ") + ROWS[i].mpLate + " of Component is Too Late #####",
-                     "# [Slow] is not complete", lClosing}),
-              mLog.texts());
+    EXPECT_EQ((Notes{lOpening, "# [Slow] is not complete", lClosing}), mLog.texts());
     for (const auto& lLine : mLog.lines()) EXPECT_EQ(3, lLine.mLevel);
     mLog.clear();
     mClock.advance(60000);
@@ -301,17 +331,25 @@ TEST_F(ComponentManagerTest, TheWatchEndsWithTheLastPhase) {
   };
   const auto lBefore = lTasks();
   begin();
-  std::vector<std::string> lNew;
-  for (const auto& lTask : lTasks()) {
-    if (lBefore.count(lTask) == 0) lNew.push_back(lTask);
-  }
+  auto lNew = lTasks();
+  for (const std::string& lTask : lBefore) lNew.erase(lTask);
   ASSERT_EQ(1u, lNew.size());
   const unsigned int lId = static_cast<unsigned int>(mThread->getId());
   for (int i = 0; i < 6; ++i) EXPECT_TRUE(drive(i));
-  EXPECT_TRUE(nfwtest::eventually([&] { return lTasks().count(lNew[0]) == 0; }));
+  EXPECT_TRUE(nfwtest::eventually([&] { return lTasks().count(*lNew.begin()) == 0; }));
   nfwtest::RawMsg lUnknown(1);
   mpManager->receiveMsg(static_cast<int>(lId), lUnknown);  // its thread is forgotten
   EXPECT_EQ(Notes(), errors());
+}
+
+TEST_F(ComponentManagerTest, TheThreadMayGoBehindTheLastPhase) {
+  alignas(nfwtest::SharedThread) char lPlace[sizeof(nfwtest::SharedThread)];
+  auto* const lpThread = new (lPlace) nfwtest::SharedThread(4);
+  ASSERT_TRUE(mpManager->initializeThread(lpThread->get()));
+  for (int i = 0; i < 6; ++i) start(i), lpThread->settle(), lpThread->settle();
+  lpThread->~SharedThread();
+  std::fill(std::begin(lPlace), std::end(lPlace), '\0');  // whoever asks it now will not get far
+  remove();
 }
 
 TEST_F(ComponentManagerTest, UnreadableMessagesAreNamed) {

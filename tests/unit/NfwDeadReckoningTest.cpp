@@ -23,16 +23,14 @@ class DeadReckoningTest : public testing::Test {
   Strings settled() {
     mThread.settle();
     mThread.settle();
-    const Strings lNotes = mNotes.all();
-    mNotes.clear();
-    return lNotes;
+    return mNotes.take();
   }
   void attach() { EXPECT_TRUE(mDispatcher.attachDeadReckoningNmeaDataListener(&mListener)); }
 
   seams::CapturedLog mLog;
   const seams::ManualClock mClock;
   Notes mNotes;
-  DeadReckoningListener mListener{mNotes}, mOther{mNotes};
+  DeadReckoningListener mListener{mNotes}, mOther{mNotes, "other "};
   SharedThread mThread{nfw::ThreadMsgProfilerManager::profiledSize(nfw::THREAD_MSG_DEAD_RECKONING)};
   nfw::DeadReckoningDataDispatcher mDispatcher{mThread.get(), 1};
 };
@@ -50,7 +48,7 @@ TEST_F(DeadReckoningTest, ASetIsHandedOnSentenceBySentence) {
   lSet.mGsaCount = 2;
   mDispatcher.dispatch(lSet);
   EXPECT_EQ((Strings{"rmc", "vtg", std::string(256, 'g'), "gsa0", "gsa1", "pubx"}), settled());
-  lSet.mGsaCount = 4, lSet.mGsvCount = 32;
+  lSet.mGsaCount = 5, lSet.mGsvCount = 33;  // more than there are
   mDispatcher.dispatch(lSet);
   const Strings lAll = settled();
   ASSERT_EQ(40U, lAll.size());
@@ -66,13 +64,12 @@ TEST_F(DeadReckoningTest, ASentenceGoesToAllListenersBeforeTheNextOne) {
   DeadReckoningNmeaSentence lSet;
   put(lSet.mRmc, "rmc"), put(lSet.mVtg, "vtg"), put(lSet.mGga, "gga"), put(lSet.mPubx, "pubx");
   mOther.mOnCall = [this] {
-    mNotes.add("other");
-    if (mNotes.all().end()[-2] == "vtg") mDispatcher.detachDeadReckoningNmeaDataListener(&mOther);
+    if (mNotes.all().back() == "other vtg") mDispatcher.detachDeadReckoningNmeaDataListener(&mOther);
   };
   attach();
   EXPECT_TRUE(mDispatcher.attachDeadReckoningNmeaDataListener(&mOther));
   mDispatcher.dispatch(lSet);
-  EXPECT_EQ((Strings{"rmc", "other", "rmc", "vtg", "other", "vtg", "gga", "pubx"}), settled());
+  EXPECT_EQ((Strings{"other rmc", "rmc", "other vtg", "vtg", "gga", "pubx"}), settled());
 }
 
 // --- the live source
@@ -143,10 +140,7 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
   const std::string lLong = "$GPGGA," + std::string(249, 'x');
   EXPECT_EQ(Strings{}, lPlay({r, p}));  // off
   lPlayer.on();
-  const struct {
-    const char* mpName;
-    Strings mTexts, mSets;
-  } CASES[] = {
+  const std::tuple<const char*, Strings, Strings> CASES[] = {
       {"whole", {r, v, g, a, a, "$GPGSV,1", "$GPGSV,2", p}, {r, v, g, a, a, "$GPGSV,1", "$GPGSV,2", p}},
       {"the least", {r, p}, {r, e, e, p}},
       {"another order", {r, g, "$GPGSV,1", a, v, p}, {r, v, g, a, "$GPGSV,1", p}},
@@ -157,7 +151,7 @@ TEST_F(DeadReckoningTest, TextsAreGatheredFromRmcToPubx) {
       {"a fifth GSA has no slot", {r, a, a, a, a, a, p}, {r, e, e, a, a, a, a, p}},
       {"256 bytes, 257 bytes", {r, lLong, v + lLong, p}, {r, e, lLong, p}},
   };
-  for (const auto& lCase : CASES) EXPECT_EQ(lCase.mSets, lPlay(lCase.mTexts)) << lCase.mpName;
+  for (const auto& [lpName, lTexts, lSets] : CASES) EXPECT_EQ(lSets, lPlay(lTexts)) << lpName;
   Strings lMany(1, r);
   lMany.insert(lMany.end(), 33, "$GPGSV,");
   lMany.push_back(p);

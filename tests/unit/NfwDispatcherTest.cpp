@@ -18,35 +18,20 @@ namespace {
 
 using namespace nfwtest;
 
-class RawListener : public nfw::NmeaDataListener {
- public:
-  RawListener(std::string nName, Notes& nNotes) : mName(std::move(nName)), mNotes(nNotes) {}
-  void onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) override {
-    mNotes.add(mName + ":" + bytesOf(npData, static_cast<int>(nSize)));
-    mOnCall();
-  }
-  std::function<void()> mOnCall = [] {};
-
- private:
-  const std::string mName;
-  Notes& mNotes;
-};
-
 class DispatcherTest : public testing::Test {
  protected:
   /// What came of it.
   Strings dispatch(const std::string& nText) {
-    mNotes.clear();
     mDispatcher.dispatch(reinterpret_cast<const unsigned char*>(nText.data()), static_cast<unsigned int>(nText.size()));
     mThread.settle();
-    return mNotes.all();
+    return mNotes.take();
   }
 
   seams::CapturedLog mLog;
   Notes mNotes;
   SharedThread mThread{nfw::GnssDataDispatcher::getMaxMsgDataSize()};
   nfw::NmeaDataDispatcher mDispatcher{2, mThread.get()};
-  RawListener mA{"A", mNotes}, mB{"B", mNotes}, mC{"C", mNotes};
+  AnyListener mA{mNotes, "A:"}, mB{mNotes, "B:"}, mC{mNotes, "C:"};
 };
 
 TEST_F(DispatcherTest, DeliversUpTo256BytesAndDropsMoreSilently) {
@@ -61,7 +46,7 @@ TEST_F(DispatcherTest, DeliversUpTo256BytesAndDropsMoreSilently) {
 TEST_F(DispatcherTest, ListenersComeAndGoInsideACall) {
   const struct {
     const char* mpName;
-    std::vector<RawListener*> mLeaving, mComing;
+    std::vector<AnyListener*> mLeaving, mComing;
     Strings mFirst, mSecond;
   } CASES[] = {{"itself", {&mC}, {}, {"C:1", "B:1", "A:1"}, {"B:2", "A:2"}},
                {"the next", {&mB}, {}, {"C:1", "A:1"}, {"C:2", "A:2"}},
@@ -69,12 +54,12 @@ TEST_F(DispatcherTest, ListenersComeAndGoInsideACall) {
                {"itself and again", {&mC}, {&mC}, {"C:1", "B:1", "A:1"}, {"C:2", "B:2", "A:2"}},
                {"the next and again", {&mB}, {&mB}, {"C:1", "A:1"}, {"B:2", "C:2", "A:2"}}};
   for (const auto& lCase : CASES) {
-    for (RawListener* lpListener : {&mC, &mB, &mA}) EXPECT_TRUE(mDispatcher.detachListener(lpListener));
-    for (RawListener* lpListener : {&mA, &mB, &mA, &mC}) EXPECT_TRUE(mDispatcher.attachListener(lpListener));
+    for (AnyListener* lpListener : {&mC, &mB, &mA}) EXPECT_TRUE(mDispatcher.detachListener(lpListener));
+    for (AnyListener* lpListener : {&mA, &mB, &mA, &mC}) EXPECT_TRUE(mDispatcher.attachListener(lpListener));
     EXPECT_TRUE(mDispatcher.attachListener(nullptr) && mDispatcher.detachListener(nullptr));
     mC.mOnCall = [&] {
-      for (RawListener* lpListener : lCase.mLeaving) EXPECT_TRUE(mDispatcher.detachListener(lpListener));
-      for (RawListener* lpListener : lCase.mComing) EXPECT_TRUE(mDispatcher.attachListener(lpListener));
+      for (AnyListener* lpListener : lCase.mLeaving) EXPECT_TRUE(mDispatcher.detachListener(lpListener));
+      for (AnyListener* lpListener : lCase.mComing) EXPECT_TRUE(mDispatcher.attachListener(lpListener));
     };
     EXPECT_EQ(lCase.mFirst, dispatch("1")) << lCase.mpName;
     mC.mOnCall = [] {};
@@ -133,6 +118,29 @@ TEST_F(DispatcherTest, GnssRecordsReachTheListenersOfTheirOwnKindWhole) {
   EXPECT_EQ((Strings{"$GP", text(lAll.gga), text(lAll.gll), text(lAll.gsa), text(lAll.gsv), text(lAll.vtg), text(lZda),
                      text(lAll.rmc), text(lPubx), text(lAll)}),
             mNotes.all());
+  EXPECT_TRUE(lGnss.detachNmeaDataListener(&lAny) && lGnss.detachParsedGgaDataListener(&lAny) &&
+              lGnss.detachParsedGllDataListener(&lAny) && lGnss.detachParsedGsaDataListener(&lAny) &&
+              lGnss.detachParsedGsvDataListener(&lAny) && lGnss.detachParsedVtgDataListener(&lAny) &&
+              lGnss.detachParsedZdaDataListener(&lAny) && lGnss.detachParsedRmcDataListener(&lAny) &&
+              lGnss.detachParsedPubxDataListener(&lAny) && lGnss.detachParsedNmeaSentenceListener(&lAny));
+}
+
+TEST_F(DispatcherTest, ASatelliteIsHeardWhicheverOfItsFieldsIsSet) {
+  nfw::GnssDataDispatcher lGnss(mThread.get(), 0, 1, 1, 1, 1, 1, 1, 1, 1, 1);
+  GnssListener lAny(mNotes);
+  EXPECT_TRUE(lAny.attachTo(lGnss));
+  for (int i = 0; i < 6; ++i) {
+    nfw::NmeaSentence lAll;
+    int lField = 0;
+    eachField(lAll.gsv.satellite[40], [&](auto& nField) {
+      if (lField++ == i) nField = 1;
+      return true;
+    });
+    lGnss.dispatch(lAll.gsv), lGnss.dispatch(lAll);
+    mThread.settle();
+    EXPECT_EQ((Strings{text(lAll.gsv), text(lAll)}), mNotes.all()) << i;
+    mNotes.clear();
+  }
 }
 
 TEST(ThreadMsgProfileTest, SizesAreThoseOfTheThirtyTwoBitCount) {

@@ -78,6 +78,13 @@ TEST_F(GpsSdkPlayerTest, RecordsOnOrOff) {
 
 TEST_F(GpsSdkPlayerTest, SaysWhatItCannotHandle) {
   expectRefusals(mLog, mPlayer, "nfw::GpsSdkPlayer");
+  for (const std::string lKind : {"", "Parse"}) {
+    const seams::Failing lFailing(seams::REGISTRATION, lKind.empty() ? 0 : 1, 1);
+    EXPECT_FALSE(mPlayer.initialize());
+    EXPECT_TRUE(mLog.has("nfw::GpsSdkPlayer:initialize() Gps::registerGps" + lKind + "NmeaListener(WGS_84_GPS) false"));
+  }
+  mPlayer.finalize();
+  mLog.clear();
   mPlayer.on();
   {
     const seams::Failing lFailing(seams::POST);

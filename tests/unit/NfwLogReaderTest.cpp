@@ -28,9 +28,9 @@ std::string record(Kind nKind, int nId, uint32_t nTime, const std::string& nData
 struct Read {
   int mResult;
   std::string mData;
-  unsigned int mTime = 0;
-  unsigned long long mPosition = 0;
-  int mVersion = 0;
+  unsigned int mTime = 77;
+  unsigned long long mPosition = 77;
+  int mVersion = 77;
 };
 
 class ReaderTest : public testing::Test {
@@ -46,6 +46,7 @@ class ReaderTest : public testing::Test {
     lRead.mResult = nKind == LOG
                         ? mReader.next(&lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition)
                         : mSysReader.next(&lRead.mVersion, &lRead.mTime, mBuffer.data(), BUFFER_SIZE, &lRead.mPosition);
+    EXPECT_TRUE(lRead.mResult >= 0 || (lRead.mTime == 77 && lRead.mPosition == 77 && lRead.mVersion == 77));
     if (lRead.mResult > 0) lRead.mData.assign(mBuffer.data(), static_cast<size_t>(lRead.mResult));
     return lRead;
   }

@@ -69,7 +69,8 @@ TEST_F(LogRetentionTest, TellsOnceWhatCannotBeDeleted) {
   EXPECT_FALSE(lMissing.apply());
   EXPECT_FALSE(lMissing.apply());
   EXPECT_EQ(1u, mLog.count("LogRetention::apply(): Can't open: " + mDir.path() + "/none errno=2"));
-  EXPECT_FALSE(nfw::LogRetention(mDir.path().c_str(), std::string(250, 'p').c_str(), {}).start());
+  EXPECT_FALSE(nfw::LogRetention(mDir.path().c_str(), std::string(250, 'p').c_str(), {}).start() ||
+               nfw::LogRetention(mDir.path().c_str(), nullptr, {}).start());
   if (geteuid() == 0) return;  // whom no directory refuses
   ASSERT_EQ(0, chmod(mDir.path().c_str(), 0555));
   nfw::LogRetention lRetention(mDir.path().c_str(), "drive", {1, 0, 0, 0});

@@ -186,6 +186,7 @@ TEST_F(LogWriterTest, StartsOnlyWhereAFileCanBe) {
     if (lCase.mPoint) lFailing.emplace(*lCase.mPoint);
     EXPECT_FALSE(mpWriter->start(lCase.mpDirectory, lCase.mpPrefix, nullptr));
     EXPECT_EQ(lCase.mLines, mLog.texts());
+    for (const auto& lLine : mLog.lines()) EXPECT_EQ(1, lLine.mLevel);
     EXPECT_FALSE(mpWriter->isRecording());
   }
   EXPECT_TRUE(mpWriter->start(mDir.path().c_str(), "drive", ""));
@@ -205,8 +206,8 @@ TEST_F(LogWriterTest, RefusesInEveryOtherState) {
   EXPECT_FALSE(lWriter.initialize());
   EXPECT_EQ(REFUSED, lWriter.write(1, "x", 1));
   lWriter.shutdown();
-  lWriter.shutdown();
   EXPECT_FALSE(lWriter.initialize());
+  lWriter.shutdown();
   EXPECT_FALSE(lWriter.start(mDir.path().c_str(), "drive", nullptr));
   EXPECT_TRUE(mLog.texts().empty());
 }
@@ -470,8 +471,11 @@ TEST_F(LogWriterTest, LeavesAFileThatTakesNothingAnyMoreForAnotherOnceInTenSecon
     }
     mpWriter->stop();
     EXPECT_EQ(3u, mDir.files().size());
-    EXPECT_EQ(1u, mLog.count("##### Close Log Record File: File=" + mDir.files()[1]));
-    EXPECT_EQ(1u, mLog.count("LogWriter::write(): New File was created: " + mDir.files()[2]));
+    std::string lLines;
+    for (const std::string& lLine : mLog.texts()) lLines += lLine + "|";
+    EXPECT_NE(std::string::npos, lLines.find("##### Close Log Record File: File=" + mDir.files()[1] +
+                                             "|##### Create Log Record File: File=" + mDir.files()[2] +
+                                             "|LogWriter::write(): New File was created: " + mDir.files()[2] + "|"));
     EXPECT_EQ(lAccepted, data());
     const nfw::LogRecordCounts lCounts = mpWriter->getRecordCounts();
     EXPECT_EQ(lAccepted.size(), lCounts.mRecorded);
@@ -560,6 +564,8 @@ TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   mpWriter->stop();
   EXPECT_EQ(std::string(200000, 'a'), readFile(lRecording + "/backup/a"));
   EXPECT_EQ("b", readFile(lRecording + "/backup/sub/deep/b"));
+  EXPECT_EQ(std::filesystem::status(mDir / "a").permissions(),
+            std::filesystem::status(lRecording + "/backup/a").permissions());
   EXPECT_TRUE(std::filesystem::exists(lRecording + "/backup/rec/drive_20240506-070809_00.log"));
   for (const char* const lpName : {"link", "pipe", "rec/backup"}) {
     EXPECT_FALSE(std::filesystem::exists(lRecording + "/backup/" + lpName)) << lpName;
@@ -661,6 +667,8 @@ TEST(StreamBufferTest, KeepsTheOrderAcrossTheEndOfTheStorage) {
   EXPECT_EQ("defg", readAll(lBuffer, 9));
   EXPECT_EQ("-3", readAll(lBuffer, 9));
   EXPECT_TRUE(lBuffer.eraseTop(9));
+  EXPECT_TRUE(lBuffer.isEmpty());
+  lBuffer.write("hi", 2), lBuffer.clear();
   EXPECT_TRUE(lBuffer.isEmpty());
 }
 

@@ -127,17 +127,23 @@ TEST_F(LoggerTest, TellsRecordEventListeners) {
   EXPECT_TRUE(mpLogger->stopRecord());
   ASSERT_TRUE(mNotes.waitFor(6));
   EXPECT_EQ((Strings{"two start", "one start", "two stop", "one stop", "two stop", "one stop"}), mNotes.all());
-  EXPECT_TRUE(mpLogger->detachRecordEventListener(&lThree));
+  EXPECT_TRUE(mpLogger->detachRecordEventListener(&lThree) && play(logRecord(20, 0, "a")));
   const seams::Failing lFailing(seams::POST);
+  EXPECT_FALSE(mpLogger->pausePlay() || mpLogger->resumePlay() || mpLogger->stepPlay() || mpLogger->setPlayRate(10) ||
+               mpLogger->seekPlay(0));
   EXPECT_FALSE(mpLogger->startRecord(lDir.path().c_str(), "drive", nullptr));
   EXPECT_TRUE(mpLogger->isRecording());
   EXPECT_FALSE(mpLogger->stopRecord());
   EXPECT_FALSE(mpLogger->attachRecordEventListener(&lTwo));
   EXPECT_FALSE(mpLogger->detachRecordEventListener(&lTwo));
+  mpLogger->shutdown();
   for (const char* const lpLine :
        {"Logger::startRecord(): Can't post thread", "Logger::stopRecord(): Can't post thread",
         "Logger::attachRecordEventListener(): Can't send thread",
-        "Logger::detachRecordEventListener(): Can't send thread"}) {
+        "Logger::detachRecordEventListener(): Can't send thread",
+        "Logger::shutdown(): LogRecordEventListener remain: Count=2", "Logger::pausePlay(): Can't send thread",
+        "Logger::resumePlay(): Can't send thread", "Logger::stepPlay(): Can't send thread",
+        "Logger::setPlayRate(): Can't send thread", "Logger::seekPlay(): Can't send thread"}) {
     EXPECT_TRUE(mLog.has(lpLine)) << lpLine;
   }
 }
@@ -155,7 +161,8 @@ TEST_F(LoggerTest, PlaysAFileToItsListeners) {
   char lPath[300];
   EXPECT_FALSE(mpLogger->getPlayingDir(lPath, sizeof lPath));
   EXPECT_TRUE(mLog.has("Logger::getPlayingDir(): Can't extract directory path: File="));
-  EXPECT_TRUE(mpLogger->stopPlay());  // nothing plays: no effect
+  EXPECT_TRUE(mpLogger->stopPlay());                              // nothing plays: no effect
+  mFirst.mOnStart = [&] { EXPECT_TRUE(mpLogger->seekPlay(0)); };  // it begins there, without a seek
   for (int i = 0; i < 2; ++i) {
     mNotes.clear();
     lOtherNotes.clear();
@@ -173,6 +180,7 @@ TEST_F(LoggerTest, PlaysAFileToItsListeners) {
         (Strings{"second start", "first start", "a", "c", "second end 0", "first end 0", "second stop", "first stop"}),
         mNotes.all());
     EXPECT_EQ(Strings{"b"}, lOtherNotes.all());
+    EXPECT_FALSE(mLog.has("Logger::onStartPlay(): Can't start play: Id=0x00000014"));
   }
 }
 
@@ -247,9 +255,10 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
   mpLogger->attachPlayListener(20, &mListener);
   mpLogger->attachPlayer(&mFirst);
   mpLogger->attachPlayer(&mSecond);
-  const std::string lFile = logRecord(20, 0, "a");
+  const std::string lFile = logRecord(20, 0, "a") + logRecord(21, 40, "for nobody");
 
-  mSecond.mOnStart = [&] { mpLogger->stopPlay(); };  // the walk under way goes on behind the stop's
+  // The walk under way goes on behind the stop's, and where it was to begin is over with it.
+  mSecond.mOnStart = [&] { EXPECT_TRUE(mpLogger->seekPlay(20) && mpLogger->stopPlay()); };
   ASSERT_TRUE(play(lFile));
   ASSERT_TRUE(mNotes.waitFor(4));
   EXPECT_EQ((Strings{"second start", "second stop", "first stop", "first start"}), mNotes.all());
@@ -266,7 +275,8 @@ TEST_F(LoggerTest, PlayersMayDoEverythingFromInsideTheirCalls) {
     mpLogger->detachPlayer(&mSecond);
     mpLogger->startPlay(mPath.c_str());
   };
-  ASSERT_TRUE(play(lFile));
+  const char* const lpPath = mPath.c_str();
+  ASSERT_TRUE(mpLogger->startPlay(&lpPath, 1));
   ASSERT_TRUE(pumpTo(10));
   EXPECT_EQ((Strings{"second start", "first start", "a", "second end 0", "second stop", "first stop", "first end 0",
                      "first start", "a", "first end 0"}),

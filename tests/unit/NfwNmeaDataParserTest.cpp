@@ -1,12 +1,11 @@
 // Sentences are read by the parser and by the receiver that feeds the SDK: both have to agree.
-#include <clocale>
+#include <tuple>
 
 #include "NfwNmeaCheckSumCalclator.h"
 #include "NmeaConversion.h"
 #include "NmeaItem.h"
 #include "NmeaParserCheck.h"
 #include "Positioning.h"
-#include "Recordings.h"
 #include "Split.h"
 
 using namespace nfw;
@@ -15,15 +14,8 @@ using nfwtest::Strings;
 
 namespace {
 
-/// @return there is a record
-bool expectSame(const std::string& nText) {
-  bool lHasRecord = false;
-  EXPECT_EQ("", differenceFromReference(nText, &lHasRecord));
-  return lHasRecord;
-}
-
 const char* const SENTENCES[] = {
-    "$GPGGA,092725.00,4717.11399,N,00833.91590,E,1,08,1.01,499.6,M,48.0,M,,*5B\r\n",
+    "$GPGGA,092725.07,4717.11399,N,00833.91590,E,1,08,1.01,499.6,M,48.0,M,,*5B\r\n",
     "$GNGLL,4717.11364,S,00833.91565,W,092321.5,A,A*60\r\n",
     "$GPGSA,A,3,23,29,07,08,09,18,26,28,,,,300,1.94,1.18,1.54*0D\r\n",
     "$GLGSV,3,1,10,23,38,230,44,29,71,156,,07,29,116,41,308,09,081,36*7F\r\n",
@@ -32,10 +24,13 @@ const char* const SENTENCES[] = {
     "$GPZDA,082710.00,16,09,2002,00,00*64\r\n",
     "$PUBX,00,081350.00,4717.11321,N,00833.915187,E,546.589,G3,2.1,2.0,0.007,77.52,0.007,,0.9,1.1,0.7,9,0,0*5F\r\n"};
 
+const char* const KINDS[] = {"Gga", "Gll", "Gsa", "Gsv", "Rmc", "Vtg", "Zda", "Pubx"};
+
 /// What is said of a text by the parser of this one of SENTENCES.
 Strings linesOf(size_t nKind, const std::string& nText) {
   const seams::CapturedLog lLog;
-  eachParse(SENTENCES[nKind], [&](auto npParse, auto nRecord) { npParse(nText.c_str(), 1, &nRecord); });
+  eachParse(SENTENCES[nKind], [&](auto npParse, auto nRecord, auto) { npParse(nText.c_str(), 1, &nRecord); });
+  for (const auto& lLine : lLog.lines()) EXPECT_EQ(1, lLine.mLevel) << lLine.mText;
   return lLog.texts();
 }
 
@@ -43,7 +38,7 @@ TEST(NmeaDataParserTest, WholeSentencesBecomeRecords) {
   const char* const CASES[][2] = {
       {"$GPGGA,092725.015,4717.11399,S,00833.91590,W,2,08,1.01,-499.6,M,48.0,M,5,0102*5B\r\n",
        "GGA 1 9 27 25 15 4717.11399 47 17.1139 2 833.9159 8 33.9159 4 2 8 1.01 -499.6 48 5 102"},
-      {"$GLGGA,092725,,,  ,,,,,,,,,,*5B", "GGA 2 9 27 25"},
+      {"$GLGGA, 092725 ,,,  ,,,,,,,,,,*5B", "GGA 2 9 27 25"},
       {"$GPGGA,092725.5,,,,,6,,,,,,,,*", "GGA 1 9 27 25 5 0 0 0 0 0 0 0 0 3"},
       {"$GNGLL,4717.11364,N,00833.91565,E,092321.00,A,Dx*60",
        "GLL 4 9 23 21 0 4717.11364 47 17.1136 1 833.91565 8 33.9156 3 1 2"},
@@ -63,7 +58,8 @@ TEST(NmeaDataParserTest, WholeSentencesBecomeRecords) {
        "0.77 9 1"}};
   for (const auto& lCase : CASES) {
     const seams::CapturedLog lLog;
-    eachParse(lCase[0], [&](auto npParse, auto nRecord) {
+    eachParse(lCase[0], [&](auto npParse, auto nRecord, auto) {
+      for (const size_t i : {0U, 1U, 4U, 7U}) npParse(SENTENCES[i], 1, &nRecord);  // which leaves nothing
       EXPECT_TRUE(npParse(lCase[0], 1, &nRecord)) << lCase[0];
       EXPECT_EQ(lCase[1], nfwtest::text(nRecord));
     });
@@ -81,39 +77,35 @@ TEST(NmeaDataParserTest, NamesTheFieldThatIsMissingOrWrong) {
       "|utl::toUint32() SatelliteId Error|utl::toUint8() Elevation Error lDataItem[3x]"
       "|utl::toUint32() Azimuth Error|utl::toUint8() Snr Error DataItem[3x]";
   const auto lReal = [](const std::string& nName) { return "|" + nName + " strtod() lpUnkownStr is [x]"; };
-  const struct {
-    std::string mName, mFields, mWrong;  // of SENTENCES, in their order
-  } CASES[] = {
-      {"Gga",
-       "GGA|UTC|Lat|N・S Info|Lon|E・W Info|Quality|SatelliteView|HDOP|Altitude|Altitude Unit|Geoid|Geoid Unit"
+  const std::pair<std::string, std::string> CASES[] = {
+      // of SENTENCES, in their order
+      {"GGA|UTC|Lat|N・S Info|Lon|E・W Info|Quality|SatelliteView|HDOP|Altitude|Altitude Unit|Geoid|Geoid Unit"
        "|DgpsDataAge|DgpsId",
        "Not GGA Sentense|divideTime() Error|" + POSITION +
            "|convertSatelliteQuality() Error"
            "|utl::toUint32() SatelliteView Error" +
            lReal("Hdop") + lReal("Altitude") + "|" + lReal("Geoid") +
            "||utl::toUint32() DgpsDataAge Error|utl::toUint32() DgpsId Error"},
-      {"Gll", "GLL|Lat|N・S Info|Lon|E・W Info|UTC|Status|Mode",
+      {"GLL|Lat|N・S Info|Lon|E・W Info|UTC|Status|Mode",
        "Not GLL Sentense|" + POSITION + "|divideTime() Error||Convert Mode Error"},
-      {"Gsa", "GSA|PositioningType|Mode" + IDS + IDS + IDS + IDS + "|PDOP|HDOP|VDOP",
+      {"GSA|PositioningType|Mode" + IDS + IDS + IDS + IDS + "|PDOP|HDOP|VDOP",
        "Not GSA Sentense|Convert PositioningType Error|" + ID + ID + ID + ID + ID + ID + ID + ID + ID + ID + ID + ID +
            lReal("Pdop") + lReal("Hdop") + lReal("Vdop")},
-      {"Gsv", "GSV|MessageCount|MessageNum|SatelliteView" + GSV_BLOCK + GSV_BLOCK + GSV_BLOCK + GSV_BLOCK,
+      {"GSV|MessageCount|MessageNum|SatelliteView" + GSV_BLOCK + GSV_BLOCK + GSV_BLOCK + GSV_BLOCK,
        "Not GSV Sentense|utl::toUint32() MessageCount Error|utl::toUint32() MessageNum Error"
        "|utl::toUint32() SatelliteView Error" +
            BLOCK + BLOCK + BLOCK + BLOCK},
-      {"Rmc",
-       "RMC|UTC|Status|Lat|N・S Info|Lon|E・W Info|Speed|Direction|Date|MagneticDeclination"
+      {"RMC|UTC|Status|Lat|N・S Info|Lon|E・W Info|Speed|Direction|Date|MagneticDeclination"
        "|MagneticDeclination Direction|Mode",
        "Not RMC Sentense|divideTime() Error||" + POSITION + lReal("Speed") + lReal("Direction") +
            "|Extract divideUtcDate Error" + lReal("MagneticDeclination") + "||Convert Mode Error"},
-      {"Vtg", "VTG|DirectionForTrueNorth|'T'|DirectionForMagneticNorth|'M'|SpeedKnot|'N'|SpeedKmh|'K'|Mode",
+      {"VTG|DirectionForTrueNorth|'T'|DirectionForMagneticNorth|'M'|SpeedKnot|'N'|SpeedKmh|'K'|Mode",
        "Not VTG Sentense" + lReal("DirectionForTrueNorth") + "|" + lReal("DirectionForMagneticNorth") + "|" +
            lReal("SpeedKnot") + "|" + lReal("SpeedKmh") + "||Convert Mode Error"},
-      {"Zda", "ZDA|UTC|Date|Date|Date|Local Time|Local Time",
+      {"ZDA|UTC|Date|Date|Date|Local Time|Local Time",
        "Not ZDA Sentense|divideTime() UTC Error|utl::toUint16() Error|utl::toUint16() Error|utl::toUint16() Error"
        "|utl::toUint16() Error|utl::toUint16() Error"},
-      {"Pubx",
-       "PUBX|MessageId|UTC|Lat|N・S Info|Lon|E・W Info|AltitudeRef|Status|Hacc|Vacc|Speed|Direction|Vvel|DgpsDataAge"
+      {"PUBX|MessageId|UTC|Lat|N・S Info|Lon|E・W Info|AltitudeRef|Status|Hacc|Vacc|Speed|Direction|Vvel|DgpsDataAge"
        "|HDOP|VDOP|TDOP|SatelliteView|DrMode",
        "Not PUBX Sentense|utl::toUint32() MessageId Error|divideTime() Error|" + POSITION + lReal("AltitudeRef") +
            "|Convert Status Error lDataItem[3x]" + lReal("Hacc") + lReal("Vacc") + lReal("Speed") + lReal("Direction") +
@@ -121,8 +113,8 @@ TEST(NmeaDataParserTest, NamesTheFieldThatIsMissingOrWrong) {
            "|utl::toUint32() SatelliteView Error|"},
   };
   for (size_t k = 0; k < std::size(CASES); ++k) {
-    const Strings lFields = split(SENTENCES[k], ','), lNames = split(CASES[k].mFields, '|');
-    const Strings lWrong = split(CASES[k].mWrong, '|');
+    const Strings lFields = split(SENTENCES[k], ','), lNames = split(CASES[k].first, '|');
+    const Strings lWrong = split(CASES[k].second, '|');
     ASSERT_EQ(lNames.size(), lWrong.size());
     for (size_t i = 0; i < lNames.size(); ++i) {
       std::string lCut, lBad;
@@ -130,7 +122,7 @@ TEST(NmeaDataParserTest, NamesTheFieldThatIsMissingOrWrong) {
         if (j < i) lCut += lFields[j] + ",";
         lBad += (j == 0 ? "" : ",") + (j == i ? "3x" : lFields[j]);
       }
-      const std::string lPrefix = "NmeaDataParser::parse" + CASES[k].mName + "Sentence(): ";
+      const std::string lPrefix = "NmeaDataParser::parse" + std::string(KINDS[k]) + "Sentence(): ";
       const Strings lLines = linesOf(k, lBad);
       EXPECT_EQ((Strings{EMPTY, lPrefix + "Extract " + lNames[i] + " Error"}), linesOf(k, lCut)) << k << " " << i;
       EXPECT_EQ(lWrong[i].empty() ? "" : lPrefix + lWrong[i], lLines.empty() ? "" : lLines.back()) << k << " " << i;
@@ -139,47 +131,30 @@ TEST(NmeaDataParserTest, NamesTheFieldThatIsMissingOrWrong) {
 }
 
 TEST(NmeaDataParserTest, SaysWhatIsWrongWithAField) {
-  const struct {
-    size_t mKind;
-    std::string mText, mLines;
-  } CASES[] = {
-      {0, "$GPGGA,3x", "divideTime(): utl::toUint16() Error|parseGgaSentence(): divideTime() Error"},
-      {0, "$GPGGA,123456,1.5x,",
-       "parseCoordinate(): lpUnkownStr is [x]|parseGgaSentence(): parseCoordinate() Lat Error"},
-      {0, "$GPGGA,123456,.5,",
-       "parseCoordinate(): utl::toSint32() Error|parseGgaSentence(): parseCoordinate() Lat Error"},
-      {0, "$GPGGA,123456,,,,,3,",
-       "convertSatelliteQuality(): Unknown SatelliteQuality Type|parseGgaSentence(): convertSatelliteQuality() Error"},
-      {0, "$GPGGA,01234567890123456789,", "extractHeadData(): Invalid Sentense|parseGgaSentence(): Extract UTC Error"},
-      {0, std::string(128, '$'), "parseGgaSentence(): utl::copyStr() GgaSentence Error"},
-      {1, "XXXGLL",
-       "getSatelliteType(): nData[0] is not '$'|extractHeadData(): Sentense None"
-       "|parseGllSentence(): Extract Lat Error"},
-      {1, "$XXGLL",
-       "getSatelliteType(): nData[1] is not 'G'|extractHeadData(): Sentense None"
-       "|parseGllSentence(): Extract Lat Error"},
-      {2, "$GPGSA,X", "convertPositioningType(): Unknown Type|parseGsaSentence(): Convert PositioningType Error"},
-      {2, "$GPGSA,A,4", "convertGsaMode(): Unknown Mode|parseGsaSentence(): Convert Mode Error"},
-      {3, "$GPGSV,1,1,129", "parseGsvSentence(): SatelliteView is Over"},
-      {3, "$GPGSV,200,500,8,x",
-       "parseGsvSentence(): BufferSize not enough|parseGsvSentence(): utl::toUint32() SatelliteId"
-       " Error"},
-      {4, "$GPRMC,123456,A,,,,,,,16x126",
-       "divideUtcDate(): utl::toUint16() Error|parseRmcSentence(): Extract"
-       " divideUtcDate Error"},
-      {5, "$GPVTG,,T,,M,,N,,K,Rx",
-       "convertAutonomousMethodType(): Unknown Type nData[Rx]|parseVtgSentence(): Convert"
-       " Mode Error"},
-      {7, "$PUBX,00,123456,,,,,,ZZ",
-       "convertPubxStatus(): Unknown Status|parsePubxSentence(): Convert Status Error"
-       " lDataItem[ZZ]"},
+  // Of SENTENCES which, a text in its place, and what is said by the step and by the parser.
+  const std::tuple<size_t, std::string, std::string, std::string> CASES[] = {
+      {0, "$GPGGA,3x", "divideTime(): utl::toUint16() Error", "divideTime() Error"},
+      {0, "$GPGGA,123456,1.5x,", "parseCoordinate(): lpUnkownStr is [x]", "parseCoordinate() Lat Error"},
+      {0, "$GPGGA,123456,.5,", "parseCoordinate(): utl::toSint32() Error", "parseCoordinate() Lat Error"},
+      {0, "$GPGGA,123456,,,,,3,", "convertSatelliteQuality(): Unknown SatelliteQuality Type",
+       "convertSatelliteQuality() Error"},
+      {0, "$GPGGA,01234567890123456789,", "extractHeadData(): Invalid Sentense", "Extract UTC Error"},
+      {0, std::string(128, '$'), "", "utl::copyStr() GgaSentence Error"},
+      {1, "XXXGLL", "getSatelliteType(): nData[0] is not '$'|extractHeadData(): Sentense None", "Extract Lat Error"},
+      {1, "$XXGLL", "getSatelliteType(): nData[1] is not 'G'|extractHeadData(): Sentense None", "Extract Lat Error"},
+      {2, "$GPGSA,X", "convertPositioningType(): Unknown Type", "Convert PositioningType Error"},
+      {2, "$GPGSA,A,4", "convertGsaMode(): Unknown Mode", "Convert Mode Error"},
+      {3, "$GPGSV,1,1,129", "", "SatelliteView is Over"},
+      {3, "$GPGSV,200,500,8,x", "parseGsvSentence(): BufferSize not enough", "utl::toUint32() SatelliteId Error"},
+      {4, "$GPRMC,123456,A,,,,,,,16x126", "divideUtcDate(): utl::toUint16() Error", "Extract divideUtcDate Error"},
+      {5, "$GPVTG,,T,,M,,N,,K,Rx", "convertAutonomousMethodType(): Unknown Type nData[Rx]", "Convert Mode Error"},
+      {7, "$PUBX,00,123456,,,,,,ZZ", "convertPubxStatus(): Unknown Status", "Convert Status Error lDataItem[ZZ]"},
   };
-  for (const auto& lCase : CASES) {
-    std::string lLines;
-    for (const std::string& lLine : linesOf(lCase.mKind, lCase.mText)) {
-      lLines += (lLines.empty() ? "" : "|") + lLine.substr(strlen("NmeaDataParser::"));
-    }
-    EXPECT_EQ(lCase.mLines, lLines) << lCase.mText;
+  for (const auto& [lKind, lText, lStep, lWords] : CASES) {
+    Strings lLines = lStep.empty() ? Strings() : split(lStep, '|');
+    lLines.push_back("parse" + std::string(KINDS[lKind]) + "Sentence(): " + lWords);
+    for (std::string& lLine : lLines) lLine.insert(0, "NmeaDataParser::");
+    EXPECT_EQ(lLines, linesOf(lKind, lText)) << lText;
   }
 }
 
@@ -187,19 +162,20 @@ TEST(NmeaDataParserTest, SaysWhatIsWrongWithAField) {
 TEST(NmeaDataParserTest, AgreesOnOddFields) {
   const char* const ODD =
       "|0|1|2|3|5|6|7|06|12| +1 |-1|255|256|65535|65536|999999999|1234567890|4294967295|4294967296|1.0|.5|-.|1.2.3|1e1|"
-      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|13944.1234|3539.|3539.1x|3.5|12e2|-5.25|"
+      "0x1p3|nan|-inf|3539.1234|3539.12349876|3539.1234987654|3539.12349876543|3539.40681241586834|13944.1234|3539.|"
+      "3539.1x|3.5|12e2|-5.25|"
       "353.91234567|12345678.5| 3539.5 |17959.99999999999|123456|123456.|123456.5|123456.007|123456.9999|123456x250|"
       "1234567|12345678| 123456.5 |12345|1234 6|-23456|123456.x|1601x6|0000000000000000008|00000000000000000008|"
       "         8         |          8         |N|S|E|W|w|A|M|D|V|X| N |NX|Autonomous|\x80| "
-      "|\t|NF|DR|G2|G3|D2|D3|RK|TT|"
-      "ZZ|RKx|G|$GPGGA|$GLGSV|$GAGSA|$GNRMC|$GBVTG|$BDZDA|xxxGLL|$G GGA|$GPGGAX|$PUBXX|$|\r\n|*";
+      "|\t|NF|DR|G2|G3|D2|D3|RK|TT|ZZ|RKx|G|$GPGGA|$GLGSV|$GAGSA|$GNRMC|$GBVTG|$BDZDA|xxxGLL|$G "
+      "GGA|$GPGGAX|$PUBXX|$|\r\n|*";
   for (const char* lpSentence : SENTENCES) {
     const Strings lFields = split(lpSentence, ',');
     for (size_t i = 0; i < lFields.size(); ++i) {
       for (const std::string& lOdd : split(ODD, '|')) {
         std::string lText;
         for (size_t j = 0; j < lFields.size(); ++j) lText += (j == 0 ? "" : ",") + (j == i ? lOdd : lFields[j]);
-        expectSame(lText);
+        EXPECT_EQ("", differenceFromReference(lText));
         if (HasFailure()) return;
       }
     }
@@ -209,30 +185,17 @@ TEST(NmeaDataParserTest, AgreesOnOddFields) {
 TEST(NmeaDataParserTest, AgreesOnOddSentences) {
   const std::string VTG = "$GPVTG,77.52,T,,M,0.004,N,0.008,K,A";
   for (const std::string& lText :
-       {std::string(), std::string("$GPRMC*"), std::string("$GPRMC,"), std::string("$GPZDA,,16,09,2026,00,00*64"),
-        std::string("$GPTXT,01"), std::string("$GPGSV,2,3,10,23,38,230,44,29,71,156,47*7F"),
-        std::string("$GPGSV,1,1,128*7F"), std::string("$GPGSV,1,1,129*7F"),
-        std::string("$GPGSV,2,5,4,1,,,,2,,,,3,,,*7"), std::string("$GPGSV,32,129,8,1,5,1"),
-        std::string("$GPGSV,200,500,8,1"), std::string("$GPGSV,,,*79"), std::string("$GPGSV,33,131,9,1,,,*"),
-        std::string("$GPGSV,2000000000,2000000001,04,1,2,3,4*7F"),
-        std::string("$GPZDA,0827\0", 12) + "10.00,16,09,2002,00,00*64", VTG + std::string(127 - VTG.size(), ' '),
-        VTG + std::string(128 - VTG.size(), ' '), std::string(128, '$')}) {
-    expectSame(lText);
+       Strings{"", "$GPRMC*", "$GPRMC,", "$GPZDA,,16,09,2026,00,00*64", "$GPTXT,01",
+               "$GPGSV,2,3,10,23,38,230,44,29,71,156,47*7F", "$GPGSV,1,1,128*7F", "$GPGSV,1,1,129*7F",
+               "$GPGSV,2,5,4,1,,,,2,,,,3,,,*7", "$GPGSV,32,129,8,1,5,1", "$GPGSV,200,500,8,1", "$GPGSV,,,*79",
+               "$GPGSV,33,131,9,1,,,*", "$GPGSV,2000000000,2000000001,04,1,2,3,4*7F",
+               std::string("$GPZDA,0827\0", 12) + "10.00,16,09,2002,00,00*64", VTG + std::string(127 - VTG.size(), ' '),
+               VTG + std::string(128 - VTG.size(), ' '), std::string(128, '$')}) {
+    EXPECT_EQ("", differenceFromReference(lText));
   }
   for (const std::string lSentence : SENTENCES) {
-    for (size_t i = 0; i <= lSentence.size(); ++i) expectSame(lSentence.substr(0, i));
+    for (size_t i = 0; i <= lSentence.size(); ++i) EXPECT_EQ("", differenceFromReference(lSentence.substr(0, i)));
   }
-}
-
-TEST(NmeaDataParserTest, AgreesOnRecordedSentences) {
-  const auto lRecordings = nfwtest::recordings();
-  if (lRecordings.empty()) GTEST_SKIP() << nfwtest::NO_RECORDINGS;
-  size_t lLines = 0, lRecords = 0;
-  for (const Strings& lRecording : lRecordings) {
-    lLines += lRecording.size();
-    for (const std::string& lText : lRecording) lRecords += expectSame(lText) ? 1U : 0U;
-  }
-  EXPECT_LT(lLines / 2, lRecords);
 }
 
 TEST(NmeaDataParserTest, AnalyzeLooksAtThreeCharactersFromTheFourth) {
@@ -271,7 +234,7 @@ TEST(NmeaDataParserTest, WhatIsNotKnownIsSetToItsFallback) {
 
 TEST(NmeaDataParserTest, StepsTellAMissingArgument) {
   const seams::CapturedLog lLog;
-  eachParse("", [](auto npParse, auto nRecord) {
+  eachParse("", [](auto npParse, auto nRecord, auto) {
     EXPECT_FALSE(npParse(nullptr, 1, &nRecord) || npParse("$GPGGA", 0, &nRecord) || npParse("$GPGGA", 1, nullptr));
   });
   EXPECT_EQ(Strings(), lLog.texts());
@@ -284,33 +247,18 @@ TEST(NmeaDataParserTest, StepsTellAMissingArgument) {
   EXPECT_FALSE(NmeaConversion::parseCoordinate(nullptr, NmeaConversion::LATITUDE, &lCoordinate) ||
                NmeaConversion::parseCoordinate("3539.5", NmeaConversion::LATITUDE, nullptr) ||
                NmeaConversion::parseCoordinate("3539.5", 2, &lCoordinate));
-  const std::string lTexts[] = {"extractHeadData(): Argument Error", "divideTime(): Argument Error",
-                                "divideTime(): Argument Error",      "divideUtcDate(): Argument Error",
-                                "divideUtcDate(): Argument Error",   "parseCoordinate(): Argument Error",
-                                "parseCoordinate(): Argument Error", "parseCoordinate(): CoordinateType Error"};
   Strings lLines;
-  for (const std::string& lText : lTexts) lLines.push_back("NmeaDataParser::" + lText);
+  for (const std::string& lText : split(
+           "extractHeadData|divideTime|divideTime|divideUtcDate|divideUtcDate|parseCoordinate|parseCoordinate", '|')) {
+    lLines.push_back("NmeaDataParser::" + lText + "(): Argument Error");
+  }
+  lLines.push_back("NmeaDataParser::parseCoordinate(): CoordinateType Error");
   EXPECT_EQ(lLines, lLog.texts());
 }
 
-TEST(NmeaDataParserTest, ReadsPointsUnderACommaLocale) {
-  const std::string lBefore = std::setlocale(LC_NUMERIC, nullptr);
-  if (std::setlocale(LC_NUMERIC, "fr_FR.UTF-8") == nullptr) GTEST_SKIP() << "no comma locale: see LOCPATH";
-  VtgSentence lVtg;
-  EXPECT_TRUE(NmeaDataParser::parseVtgSentence("$GPVTG,47.5,T,475e-1,M,17.1139987654321098,N,,K,A*", 1, &lVtg));
-  std::setlocale(LC_NUMERIC, lBefore.c_str());
-  EXPECT_EQ("VTG 1 47.5 47.5 17.1139987654 0 1", nfwtest::text(lVtg));
-}
-
 TEST(NmeaCheckSumCalclator, ExclusiveOrBetweenTheFirstByteAndTheStar) {
-  const std::pair<const char*, unsigned int> CASES[] = {
-      {"$GPGGA,092725.00,4717.11399,N,00833.91590,E,1,8,1.01,499.6,M,48.0,M,,0*5B\r\n", 0x5B},
-      {"$AB", 'A' ^ 'B'},
-      {"*A*B", 'A'},
-      {"$\xFF", 0xFF},
-      {"$", 0},
-      {"$*AB", 0},
-      {"", 0xFFFFFFFF}};
+  const std::pair<const char*, unsigned int> CASES[] = {{"$AB", 'A' ^ 'B'}, {"*A*B", 'A'}, {"$\xFF", 0xFF},
+                                                        {"$", 0},           {"$*AB", 0},   {"", 0xFFFFFFFF}};
   for (const auto& [lpText, lSum] : CASES) {
     const auto* const lpData = reinterpret_cast<const unsigned char*>(lpText);
     EXPECT_EQ(lSum,

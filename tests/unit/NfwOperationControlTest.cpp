@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <cstring>
+#include <future>
 #include <thread>
 
 #include "NfwOperationControl.h"
+#include "OneInstance.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
 
@@ -74,6 +76,30 @@ TEST(OperationControlTest, AShutdownWaitsForEveryOperationAlsoWhenItIsTakenBackM
     lControl.complete();
     lShutdown.join();
     EXPECT_EQ(lIsTakenBack, lControl.start());
+  }
+}
+
+TEST(OneInstanceTest, EndsWhenTheLastUseOfItIsOverAndMayComeAgain) {
+  struct Object {
+    bool end() { return mIsGone = true; }
+    std::atomic<bool>& mIsGone;
+  };
+  std::atomic<bool> lIsGone{false};
+  nfw::OneInstance<Object> lOne("nfw::Test_Instantiation");
+  for (int i = 0; i < 2; ++i, lIsGone = false) {
+    lOne.get([&] { return new Object{lIsGone}; });
+    std::future<void> lEnd;
+    lOne.use([&](Object&) {
+      lEnd = std::async(std::launch::async, [&] { lOne.destroy(); });
+      bool lIsThere = true;
+      for (int j = 0; j < 1000 || lIsThere; ++j, std::this_thread::yield()) {
+        lIsThere = false;
+        lOne.use([&](Object&) { lIsThere = true; });
+      }
+      EXPECT_FALSE(lIsGone);
+    });
+    lEnd.get();
+    EXPECT_TRUE(lIsGone);
   }
 }
 

@@ -98,13 +98,10 @@ TEST(ServiceThreadTest, SaysWhatKeepsAThreadFromComingAndGoing) {
   }
   l.mGo.set_value();
   EXPECT_TRUE(nfwtest::eventually([&] { return !l.mThread.isRunning(); }));
-  const char* const LINES[] = {"Thread Start[name]", "Thread Stop NG [name]", "Thread Stop Timeout [name]",
-                               "Thread Stop TIMEOUT [name]"};
-  ASSERT_EQ(4U, lLog.lines().size());
-  for (size_t i = 0; i < 4; ++i) {
-    EXPECT_EQ(LINES[i], lLog.texts()[i]);
-    EXPECT_EQ(1, lLog.lines()[i].mLevel);
-  }
+  EXPECT_EQ((std::vector<std::string>{"Thread Start[name]", "Thread Stop NG [name]", "Thread Stop Timeout [name]",
+                                      "Thread Stop TIMEOUT [name]"}),
+            lLog.texts());
+  for (const auto& lLine : lLog.lines()) EXPECT_EQ(1, lLine.mLevel);
 }
 
 }  // namespace

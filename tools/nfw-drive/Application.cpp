@@ -99,6 +99,7 @@ int Application::run() {
     return EXIT_RUNTIME;
   }
   if (startUp()) waitForEnd();
+  Keys::restore();
   const bool lIsDown = driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE);
   const int lExit = finish();
   leave(lIsDown ? lExit : EXIT_RUNTIME);
@@ -154,22 +155,22 @@ bool Application::addComponents() {
   return lIsAdded;
 }
 
-// False when the run ended before everything was started.
+// False when the run ended before everything was started. Whoever sees the first of it can press a key.
 bool Application::startUp() {
   if (!drive(BEFORE_QUICK_BOOT) || !drive(AFTER_QUICK_BOOT)) return false;
   if (mOptions.mWallLimitMs) mDeadline = Events::Clock::now() + std::chrono::milliseconds(*mOptions.mWallLimitMs);
+  mHasKeys = takesKeys() && mKeys.begin();
   return drive(START);
 }
 
 void Application::waitForEnd() {
-  mHasKeys = takesKeys() && mKeys.begin();
   while (mEnd.empty()) noteEnd(awaitEvents());
-  Keys::restore();
 }
 
 void Application::heedKeys() {
   for (Keys::Key lKey = mKeys.next(); lKey != Keys::NONE; lKey = mKeys.next()) {
     mReplayKeys.on(lKey);
+    if (lKey == Keys::KEEP) mRecorder.keep();
     if (lKey != Keys::QUIT) continue;
     mEnd = "stopped by a key";
     mIsSignalled = true;
@@ -190,9 +191,8 @@ unsigned int Application::awaitEvents() {
 bool Application::goesRound() {
   awaitListeners();
   if (!mRounds.next()) return false;
-  mEvents.discard(Events::REPLAY_ENDED);  // what was told of the last round
   mIsReplayWhole = false;
-  mEvents.putBack(mAside);
+  mEvents.putBack(mAside & ~Events::REPLAY_ENDED);
   mAside = 0;
   return true;
 }
@@ -234,7 +234,7 @@ bool Application::awaitListeners() {
   while (!mProgress.hasReceived(lExpected) && Events::Clock::now() < lLimit) {
     const unsigned int lEvents = mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5));
     noteSignal(lEvents);
-    mAside |= lEvents & ~Events::TIME_UP;
+    mAside |= lEvents & ~(Events::TIME_UP | Events::KEEP_ASKED);
   }
   return true;
 }
@@ -265,8 +265,9 @@ void Application::noteEnd(unsigned int nEvents) {
   }
 }
 
-// Whenever one comes, the end waits for no reader any more.
+// Whenever one to end comes, the end waits for no reader any more.
 bool Application::noteSignal(unsigned int nEvents) {
+  if ((nEvents & Events::KEEP_ASKED) != 0) mRecorder.keep();
   const bool lIsSignalled = (nEvents & Events::SIGNALLED) != 0;
   mIsSignalled = mIsSignalled || lIsSignalled;
   return lIsSignalled;

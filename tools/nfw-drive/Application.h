@@ -66,7 +66,7 @@ class Application {
   Lateness mLateness;
   RecordingContents mRecorded;  // what is replayed
   Playback mPlayback{mOptions.mReplay};
-  Rounds mRounds{mOptions.mReplay, mPlayback, mRecorded, mProgress};
+  Rounds mRounds{mOptions.mReplay, mPlayback, mRecorded, mProgress, mEvents};
   Keys mKeys;
   bool mHasKeys = false;
   ReplayKeys mReplayKeys{mOptions.mReplay, mPlayback, mRounds, mLateness};

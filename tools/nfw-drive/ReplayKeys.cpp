@@ -35,8 +35,8 @@ void ReplayKeys::togglePause() { mPlayback.position().mIsPaused ? mPlayback.resu
 
 void ReplayKeys::changeRate(bool nIsFaster) {
   const unsigned int lNow = mPlayback.position().mRate;
-  const auto lpFaster = std::upper_bound(std::begin(RATES), std::end(RATES), lNow);
-  const auto lpNow = std::lower_bound(std::begin(RATES), std::end(RATES), lNow);
+  const auto* const lpFaster = std::upper_bound(std::begin(RATES), std::end(RATES), lNow);
+  const auto* const lpNow = std::lower_bound(std::begin(RATES), std::end(RATES), lNow);
   if (nIsFaster && lpFaster != std::end(RATES)) mPlayback.setRate(*lpFaster);
   if (!nIsFaster && lpNow != std::begin(RATES)) mPlayback.setRate(*(lpNow - 1));
 }

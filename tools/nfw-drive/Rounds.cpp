@@ -5,7 +5,11 @@
 #include "NfwDeadReckoning.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwGnss.h"
+#include "NfwLogPlayer.h"
+#include "NfwLogger.h"
 #include "NfwNmeaDataListener.h"
+#include "NfwSensorSysLoggerManager.h"
+#include "NfwSysLogPlayer.h"
 
 namespace drive {
 
@@ -18,10 +22,27 @@ struct NoReports : nfw::DeadReckoningNmeaDataListener {
   void onNotifyDeadReckoningNmeaData(const unsigned char*, unsigned int) override {}
 };
 
-// An attach waits for its turn on the service's thread. What is under way takes up to three turns.
+struct NoLog : nfw::LogPlayer {
+  void notifyPlayStart() override {}
+  void notifyPlayStop() override {}
+  void notifyPlayEnd(int) override {}
+};
+struct NoSensorLog : nfw::SysLogPlayer {
+  void notifyPlayStart() override {}
+  void notifyPlayStop() override {}
+  void notifyPlayEnd() override {}
+};
+
+// An attach waits for its turn on the thread of the service or log. What is under way takes up to three turns.
 void awaitServices() {
   NoSentences lSentences;
   NoReports lReports;
+  NoLog lLog;
+  NoSensorLog lSensorLog;
+  nfw::Logger::get()->attachPlayer(&lLog);
+  nfw::Logger::get()->detachPlayer(&lLog);
+  nfw::SensorSysLoggerManager::get()->attachPlayer(&lSensorLog);
+  nfw::SensorSysLoggerManager::get()->detachPlayer(&lSensorLog);
   for (int i = 0; i < 3; ++i) {
     nfw::Gnss::get()->attachNmeaDataListener(&lSentences);
     nfw::Gnss::get()->detachNmeaDataListener(&lSentences);
@@ -51,6 +72,7 @@ bool Rounds::next() {
   awaitServices();
   ++(lWasSpoilt ? mSpoilt : mSame);
   beginAnew();
+  mEvents.discard(Events::REPLAY_ENDED);  // what was told of the last round; the logs have no more to tell of it
   mPlayback.resume();
   return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Events.h"
 #include "Lateness.h"
 #include "Playback.h"
 #include "Progress.h"
@@ -12,8 +13,8 @@ namespace drive {
 class Rounds {
  public:
   Rounds(const ReplayOptions& nReplay, const Playback& nPlayback, const RecordingContents& nRecorded,
-         Progress& nProgress)
-      : mReplay(nReplay), mPlayback(nPlayback), mRecorded(nRecorded), mProgress(nProgress) {}
+         Progress& nProgress, Events& nEvents)
+      : mReplay(nReplay), mPlayback(nPlayback), mRecorded(nRecorded), mProgress(nProgress), mEvents(nEvents) {}
 
   /// Before the first: where listeners are to hear a part, they hear no more of it than there is.
   void begin();
@@ -32,6 +33,7 @@ class Rounds {
   const Playback& mPlayback;
   const RecordingContents& mRecorded;
   Progress& mProgress;
+  Events& mEvents;
   unsigned int mSame = 0, mSpoilt = 0;  // rounds that are over
   bool mIsSpoilt = false;               // the one under way
 };

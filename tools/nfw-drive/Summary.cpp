@@ -107,6 +107,11 @@ std::string logText(const char* npName, const LogReport& nLog) {
                      lCounts.mRefused, lCounts.mFailed, lCounts.mBytes);
 }
 
+std::string keptText(const LogReport& nLog) {
+  const unsigned int lNum = nLog.getKeptNum();
+  return lNum == 0 ? "" : fmt::format("Kept        {} of these files\n", lNum);
+}
+
 std::string deletedText(const LogReport& nLog) {
   const nfw::LogRetentionCounts lCounts = nLog.getDeleted();
   if (lCounts.mDeletedNum + lCounts.mFailedNum == 0) return {};
@@ -124,6 +129,7 @@ void addLog(const char* npName, const LogReport& nLog, JsonObject& nSummary) {
   lLog.number("refused", lCounts.mRefused);
   lLog.number("failed", lCounts.mFailed);
   lLog.number("bytes", lCounts.mBytes);
+  if (nLog.getKeptNum() > 0) lLog.number("kept_files", nLog.getKeptNum());
   const nfw::LogRetentionCounts lDeleted = nLog.getDeleted();
   if (lDeleted.mDeletedNum + lDeleted.mFailedNum == 0) return;
   lLog.number("deleted_files", lDeleted.mDeletedNum);
@@ -162,11 +168,12 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}{}{}{}{}{}"
+      "{}{}{}{}{}{}{}{}{}{}"
       "Phases      {}\n",
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
-      deletedText(mLog), logText("Sensor log", mSensorLog), roadsText(mRoads),
+      deletedText(mLog), keptText(mLog), logText("Sensor log", mSensorLog), deletedText(mSensorLog),
+      keptText(mSensorLog), roadsText(mRoads),
       mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
 }
 

@@ -12,13 +12,13 @@ _nfw_drive() {
     --record | --backup) mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     --replay | --sys-replay | --sys-record | --settings) mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     --for | --silence | --seed | --rate | --tunnel | --record-on | --prefix | --max-file-size | --buffer-size | \
-      --keep-total | --keep-files | --keep-age | --keep-free | --from | --to) return ;;
+      --keep-total | --keep-files | --keep-age | --keep-free | --keep-before | --from | --to) return ;;
   esac
   if [[ $cur == -* ]]; then
     options="--help --version --speed --for --format --serve --log-level --no-checksum --baud --silence --wait --seed --rate --systems"
     options+=" --tunnel --dr --record --record-on --prefix --backup --sys-record --max-file-size --buffer-size --replay"
     options+=" --sys-replay --from --to --paused --loop --max-file-time --max-file-time-aligned --sync-interval"
-    options+=" --keep-total --keep-files --keep-age --keep-free --settings"
+    options+=" --keep-total --keep-files --keep-age --keep-free --keep-before --settings"
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
   else
     mapfile -t COMPREPLY < <(compgen -W "sim" -- "$cur"; compgen -f -- "$cur")

@@ -21,7 +21,8 @@ int runCat(Run& nRun) {
       nRun.readSelected(lRecording, lProblems, lPrint);
       continue;
     }
-    Selector lSelector(lOptions.mSelection);
+    const Selection lSelection = nRun.selectionOf(lRecording);
+    Selector lSelector(lSelection);
     Follower lFollower(lRecording, lOptions.mInputs.front(), lProblems);
     tool::Record lRecord;
     while (!lSelector.isOver() && lFollower.next(&lRecord, [&] { lOutput.flush(); })) {

@@ -25,7 +25,8 @@ namespace {
 struct Arguments {
   std::vector<std::string> mIds;
   std::vector<std::string> mTypes;
-  std::string mFrom, mTo;
+  std::vector<std::string> mExcluded;
+  std::string mFrom, mTo, mLast;
   std::string mKeepAge;
   double mGapSeconds = 5.0;
 };
@@ -34,26 +35,29 @@ struct Command {
   const char* mpName;
   const char* mpDescription;
   const char* mpExamples;
-  const char* mpOptions;  // a letter for each group: s selection, o output, O output that must be named, others below
+  const char* mpOptions;  // a letter for each group: s selection, l its last, o output, O output that must be named,
+                          // others below
   int (*mpRun)(Run&);
 };
 
 const Command COMMANDS[] = {
-    {"info", "What a recording holds: records, ids, times, gaps, damage", INFO_EXAMPLES, "jg", runInfo},
-    {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "sojxf", runCat},
+    {"info", "What a recording holds: records, ids, times, gaps, damage, and its tracks in numbers", INFO_EXAMPLES,
+     "jg", runInfo},
+    {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "slojxf", runCat},
     {"check", "Finds everything that is wrong with a recording; exit status 1 when anything is", CHECK_EXAMPLES, "j",
      runCheck},
     {"recover", "Writes all whole records of a damaged recording to a new file", RECOVER_EXAMPLES, "O", runRecover},
-    {"cut", "Writes the records of a time to a new file", CUT_EXAMPLES, "sO", runCut},
-    {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "sO", runCut},
+    {"cut", "Writes the records of a time to a new file", CUT_EXAMPLES, "slO", runCut},
+    {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "slO", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
-    {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "soc", runConvert},
-    {"plot", "Draws the track, and speed, altitude, satellites and HDOP over time", PLOT_EXAMPLES, "sop", runPlot},
+    {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "sloc", runConvert},
+    {"plot", "Draws the tracks, and speed, altitude, satellites and HDOP over time; the sky, too, as a page",
+     PLOT_EXAMPLES, "slop", runPlot},
     {"prune", "Deletes the oldest files of recordings in directories until they are within limits", PRUNE_EXAMPLES, "k",
      runPrune},
 };
 
-void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {
+void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("--id", nArguments.mIds, "only these log type ids, as 20,255 or 0x14")
       ->type_name("LIST")
       ->delimiter(',')
@@ -62,9 +66,23 @@ void declareSelection(CLI::App& nApp, bool nHasFormat, Arguments& nArguments) {
       ->type_name("LIST")
       ->delimiter(',')
       ->allow_extra_args(false);
+  nApp.add_option("--exclude", nArguments.mExcluded, "none of these ids or types, as 255,GSV,LOG")
+      ->type_name("LIST")
+      ->delimiter(',')
+      ->allow_extra_args(false);
+  nApp.add_option("--match", nOptions.mSelection.mTexts, "only records with this text; given again: with one of them")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
   nApp.add_option("--from", nArguments.mFrom, "from this moment on")->type_name("MOMENT");
   nApp.add_option(nHasFormat ? "--until" : "--to,--until", nArguments.mTo, "up to this moment, not including it")
       ->type_name("MOMENT");
+}
+
+void declareLast(CLI::App& nApp, Arguments& nArguments) {
+  nApp.add_option("--last", nArguments.mLast, "from so long before the end on, as 90, 90s, 1.5m, 2h")
+      ->type_name("TIME")
+      ->excludes("--from")
+      ->excludes("--until");
 }
 
 void declareOutput(CLI::App& nApp, bool nIsRequired, Options& nOptions) {
@@ -94,6 +112,17 @@ void declareKeeping(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_flag("--dry-run", nOptions.mIsDryRun, "only tell what would be deleted");
 }
 
+void declareFormat(CLI::App& nApp, Options& nOptions) {
+  nApp.add_option("--to", nOptions.mFormat, "nmea, gpx, kml, geojson, csv, gpkg or mcap")
+      ->type_name("FORMAT")
+      ->required()
+      ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv", "gpkg", "mcap"}).description(""));
+  nApp.add_option("--name", nOptions.mName, "the name in a GPX or KML file, that of the recording unless given")
+      ->type_name("TEXT");
+  nApp.add_flag("--lines", nOptions.mLines, "GeoJSON: a line for each stretch instead of a point for each position");
+  nApp.add_flag("--append", nOptions.mAppend, "GeoPackage: add to the file if it exists")->excludes("--force");
+}
+
 void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   const std::string lGroups = nCommand.mpOptions;
   const auto lHas = [&](char nGroup) { return lGroups.find(nGroup) != std::string::npos; };
@@ -101,7 +130,8 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
   nApp.add_option("INPUT", nOptions.mInputs, "recordings: files, directories, - for standard input")
       ->type_name("FILE|DIR")
       ->required();
-  if (lHas('s')) declareSelection(nApp, lHas('c'), nArguments);
+  if (lHas('s')) declareSelection(nApp, lHas('c'), nArguments, nOptions);
+  if (lHas('l')) declareLast(nApp, nArguments);
   if (lHas('o') || lHas('O')) declareOutput(nApp, lHas('O'), nOptions);
   if (lHas('j')) nApp.add_flag("--json", nOptions.mJson, "JSON instead of text");
   if (lHas('x')) nApp.add_flag("--hex", nOptions.mHex, "data in hexadecimal");
@@ -112,15 +142,11 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
         ->check(CLI::Range(0.001, 1e6).description(""));
   }
   if (lHas('m')) nApp.add_flag("--by-time", nOptions.mByTime, "order by the clock even if the ticks agree");
-  if (lHas('c')) {
-    nApp.add_option("--to", nOptions.mFormat, "nmea, gpx, kml, geojson or csv")
-        ->type_name("FORMAT")
-        ->required()
-        ->check(CLI::IsMember({"nmea", "gpx", "kml", "geojson", "csv"}).description(""));
-  }
+  if (lHas('c')) declareFormat(nApp, nOptions);
   if (lHas('k')) declareKeeping(nApp, nArguments, nOptions);
   if (lHas('p')) {
-    nApp.add_flag("--html", nOptions.mHtml, "an HTML page instead of a bare SVG picture");
+    nApp.add_flag("--html", nOptions.mHtml,
+                  "a page to look at with the pointer, with sky, signals and numbers, instead of an SVG picture");
     nApp.add_option("--colour", nOptions.mColour, "of the track by speed (default) or by fix")
         ->type_name("speed|fix")
         ->check(CLI::IsMember({"speed", "fix"}).description(""));
@@ -135,14 +161,14 @@ std::string lowered(std::string nText, int (*npCase)(int) = tolower) {
 
 /// Any kind of sentence may be one: a receiver has its own. What no address can be is refused here, what no record has
 /// when they are read.
-std::string typeOf(const std::string& nText) {
+std::string typeOf(const char* npOption, const std::string& nText) {
   const bool lMayBe = nText.size() >= 2 && nText.size() <= 8 &&
                       std::all_of(nText.begin(), nText.end(), [](unsigned char nByte) { return isalnum(nByte) != 0; });
   if (lMayBe) return lowered(nText, toupper);
-  throw CLI::ValidationError("--type", "\"" + nText + "\" is no type: expected GGA, RMC ... PUBX, DR, LOG or DATA");
+  throw CLI::ValidationError(npOption, "\"" + nText + "\" is no type: expected GGA, RMC ... PUBX, DR, LOG or DATA");
 }
 
-int idOf(const std::string& nText) {
+int idOf(const char* npOption, const std::string& nText) {
   size_t lEnd = 0;
   unsigned long lId = 0;
   try {
@@ -151,7 +177,7 @@ int idOf(const std::string& nText) {
     lEnd = 0;
   }
   if (lEnd == 0 || lEnd != nText.size() || lId > 0x7FFFFFFF)
-    throw CLI::ValidationError("--id", "\"" + nText + "\" is no log type id");
+    throw CLI::ValidationError(npOption, "\"" + nText + "\" is no log type id");
   return static_cast<int>(lId);
 }
 
@@ -162,9 +188,29 @@ Moment momentOf(const char* npOption, const std::string& nText) {
       npOption, "\"" + nText + "\" is no moment: expected 90, 90s, 1.5m, 2h, 08:15:30 or \"2026-01-31 08:15:30\"");
 }
 
+void completeRecords(const Arguments& nArguments, Selection& nSelection) {
+  for (const std::string& lId : nArguments.mIds) nSelection.mIds.push_back(idOf("--id", lId));
+  for (const std::string& lType : nArguments.mTypes) nSelection.mTypes.push_back(typeOf("--type", lType));
+  for (const std::string& lWord : nArguments.mExcluded) {
+    if (!lWord.empty() && isdigit(static_cast<unsigned char>(lWord[0])) != 0)
+      nSelection.mExcludedIds.push_back(idOf("--exclude", lWord));
+    else
+      nSelection.mExcludedTypes.push_back(typeOf("--exclude", lWord));
+  }
+  for (const std::string& lText : nSelection.mTexts) {
+    if (lText.empty()) throw CLI::ValidationError("--match", "takes a text that is not empty");
+  }
+}
+
+int64_t lastOf(const std::string& nText) {
+  Moment lMoment;
+  if (parseMoment(nText, &lMoment) && lMoment.mKind == Moment::OFFSET && lMoment.mMs > 0) return lMoment.mMs;
+  throw CLI::ValidationError("--last", "\"" + nText + "\" is no length of time: expected 90, 90s, 250ms, 1.5m or 2h");
+}
+
 void complete(const Arguments& nArguments, Options& nOptions) {
-  for (const std::string& lId : nArguments.mIds) nOptions.mSelection.mIds.push_back(idOf(lId));
-  for (const std::string& lType : nArguments.mTypes) nOptions.mSelection.mTypes.push_back(typeOf(lType));
+  completeRecords(nArguments, nOptions.mSelection);
+  if (!nArguments.mLast.empty()) nOptions.mSelection.mLastMs = lastOf(nArguments.mLast);
   nOptions.mSelection.mFrom = momentOf("--from", nArguments.mFrom);
   nOptions.mSelection.mTo = momentOf("--to", nArguments.mTo);
   const Moment lFrom = nOptions.mSelection.mFrom, lTo = nOptions.mSelection.mTo;
@@ -178,6 +224,18 @@ void complete(const Arguments& nArguments, Options& nOptions) {
   if (nOptions.mFollow && (nOptions.mInputs.size() != 1 || nOptions.mInputs.front() == "-")) {
     throw CLI::ValidationError("--follow", "takes one file or directory");
   }
+}
+
+void completeConvert(const Options& nOptions) {
+  const std::string& lFormat = nOptions.mFormat;
+  const auto lRequire = [&](bool nIsRight, const char* npOption, const char* npText) {
+    if (!nIsRight) throw CLI::ValidationError(npOption, npText);
+  };
+  lRequire(!nOptions.mLines || lFormat == "geojson", "--lines", "is for --to geojson");
+  lRequire(!nOptions.mAppend || lFormat == "gpkg", "--append", "is for --to gpkg");
+  lRequire(nOptions.mName.empty() || lFormat == "gpx" || lFormat == "kml", "--name", "is for --to gpx and --to kml");
+  lRequire(nOptions.mOutput != "-" || lFormat != "gpkg", "--output",
+           "a GeoPackage is written to a file: name it, as drive.gpkg");
 }
 
 /// What a name promises is what stands in the file.
@@ -215,6 +273,7 @@ int run(const Command& nCommand, const Options& nOptions) {
     if (!lRecording.mNote.empty()) tell("{}: {}", lRecording.mName, lRecording.mNote);
   }
   Run lRun(nOptions, lRecordings);
+  if (!lRun.isReadable()) return EXIT_TROUBLE;
   return nCommand.mpRun(lRun);
 }
 
@@ -252,6 +311,7 @@ int runProgram(int nArgc, const char* const* npArgv) {
     complete(lArguments, lOptions);
     if (lApp.got_subcommand("plot")) completePlot(lOptions);
     if (lApp.got_subcommand("prune")) completePrune(lArguments, lOptions);
+    if (lApp.got_subcommand("convert")) completeConvert(lOptions);
   } catch (const CLI::ParseError& lError) {
     return answer(lApp, lError);
   }

@@ -1,4 +1,8 @@
+#include <filesystem>
+
 #include "Commands.h"
+#include "GeoPackage.h"
+#include "McapWriter.h"
 #include "Messages.h"
 #include "OutputFile.h"
 #include "ProblemReport.h"
@@ -38,23 +42,49 @@ uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
   return lUndecoded;
 }
 
-uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  TrackWriter lWriter(nRun.getOptions().mFormat, nOutput);
-  TrackReader lReader(nRun);
-  lReader.read(nProblems, lWriter);
-  lWriter.end();
-  if (lWriter.getPoints() == 0) say("no position in what was selected");
+template <class Writer>
+uint64_t writeTracks(Run& nRun, TrackChoice nChoice, Problems& nProblems, Writer& nWriter) {
+  TrackReader lReader(nRun, nChoice);
+  lReader.read(nProblems, nWriter);
+  nWriter.end();
+  if (nWriter.getPoints() == 0) say("no position in what was selected");
   return lReader.getUndecoded();
+}
+
+/// The name that a document of these recordings has.
+std::string nameOf(const Run& nRun) {
+  if (!nRun.getOptions().mName.empty()) return nRun.getOptions().mName;
+  const std::string lName = std::filesystem::path(nRun.getRecordings().front().mName).filename().string();
+  const size_t lOthers = nRun.getRecordings().size() - 1;
+  return lOthers == 0 ? lName : fmt::format("{} and {} more", lName, lOthers);
+}
+
+uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
+  TrackWriter lWriter(nRun.getOptions().mFormat, {nameOf(nRun), -1, nRun.getOptions().mLines}, nOutput);
+  return writeTracks(nRun, TRACK_OF_RECEIVER, nProblems, lWriter);
+}
+
+uint64_t convertToMcap(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
+  McapWriter lWriter(nOutput, nRun.getRecordings());
+  const uint64_t lUndecoded = writeTracks(nRun, TRACKS_OF_BOTH, nProblems, lWriter);
+  if (lWriter.getUndated() > 0) {
+    tell("{} without a date: the time is that since the recording's begin, from 1970 on",
+         countText(lWriter.getUndated(), "position"));
+  }
+  return lUndecoded;
 }
 
 }  // namespace
 
 int runConvert(Run& nRun) {
   const Options& lOptions = nRun.getOptions();
+  if (lOptions.mFormat == "gpkg") return convertToGeoPackage(nRun);
   OutputFile lOutput;
   ProblemReport lProblems;
   if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
-  const auto lConvert = lOptions.mFormat == "nmea" ? convertToNmea : convertToTrack;
+  const auto lConvert = lOptions.mFormat == "nmea"   ? convertToNmea
+                        : lOptions.mFormat == "mcap" ? convertToMcap
+                                                     : convertToTrack;
   const uint64_t lUndecoded = lConvert(nRun, lProblems, lOutput);
   if (lUndecoded > 0) tell("{} of sentences could not be decoded", countText(lUndecoded, "record"));
   if (!nRun.wasSelectable()) return EXIT_TROUBLE;

@@ -20,6 +20,7 @@ namespace {
 using tool::JsonObject;
 
 const size_t SHOWN = 5;  // entries of a list in the text
+const char* const MARGIN = "            ";
 
 const char* kindText(tool::RecordKind nKind) {
   static const char* const NAMES[] = {"nothing", "log", "sensor log"};
@@ -127,7 +128,7 @@ void addBreaks(const char* npKey, const std::vector<RecordingStats::Break>& nBre
 
 }  // namespace
 
-std::string infoText(const Recording& nRecording, const RecordingStats& nStats) {
+std::string infoText(const Recording& nRecording, const RecordingStats& nStats, const TrackStats& nTracks) {
   std::string lText = fmt::format("{:<12}{}\n{:<12}{}, {}, {}\n", "Recording", tool::printableText(nRecording.mName),
                                   "Kind", kindText(nStats.mKind), countText(nRecording.mPaths.size(), "file"),
                                   sizeText(nStats.mBytes + nStats.mLostBytes));
@@ -137,12 +138,16 @@ std::string infoText(const Recording& nRecording, const RecordingStats& nStats) 
   lText += fmt::format("{:<12}{}\n", "Duration", durationText(nStats.mTimeline.getElapsedMs()));
   for (const auto& [lId, lStats] : nStats.mIds) lText += idText(std::to_string(lId), lStats, nStats);
   if (nStats.mOtherIds.getRecords() > 0) lText += idText("others", nStats.mOtherIds, nStats);
+  for (const auto& lpTrack : nTracks.getTracks()) {
+    lText +=
+        fmt::format("{:<12}{}: {}\n", "Track", tool::printableText(lpTrack->mName), statsText(lpTrack->mStats, MARGIN));
+  }
   lText += breaksText("Gaps", nStats.mGapNum, nStats.mGaps);
   lText += breaksText("Ticks back", nStats.mBackwardNum, nStats.mBackward);
   return lText + damagesText(nStats) + "\n";
 }
 
-std::string infoJson(const Recording& nRecording, const RecordingStats& nStats) {
+std::string infoJson(const Recording& nRecording, const RecordingStats& nStats, const TrackStats& nTracks) {
   std::string lText;
   {
     JsonObject lInfo(&lText);
@@ -164,6 +169,14 @@ std::string infoJson(const Recording& nRecording, const RecordingStats& nStats) 
     {
       JsonObject lIds(lInfo.key("ids"), '[');
       for (const auto& [lId, lStats] : nStats.mIds) addId(lId, lStats, nStats, lIds.element());
+    }
+    {
+      JsonObject lTracks(lInfo.key("tracks"), '[');
+      for (const auto& lpTrack : nTracks.getTracks()) {
+        JsonObject lTrack(lTracks.element());
+        lTrack.text("name", lpTrack->mName);
+        addStats(lpTrack->mStats, lTrack);
+      }
     }
     lInfo.number("gap_count", nStats.mGapNum);
     addBreaks("gaps", nStats.mGaps, lInfo);

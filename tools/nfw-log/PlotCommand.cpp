@@ -4,6 +4,7 @@
 #include "Messages.h"
 #include "OutputFile.h"
 #include "PlotPage.h"
+#include "PlotSvg.h"
 #include "PrintableText.h"
 #include "ProblemReport.h"
 #include "TrackReader.h"
@@ -39,9 +40,9 @@ int runPlot(Run& nRun) {
   OutputFile lOutput;
   ProblemReport lProblems;
   if (!lOutput.open(lOptions.mOutput, lOptions.mForce, nRun.getRecordings())) return EXIT_TROUBLE;
-  PlotData lData;
+  PlotData lData(lOptions.mHtml, lOptions.mGapMs);
   lData.mTitle = titleOf(nRun.getRecordings());
-  TrackReader lReader(nRun);
+  TrackReader lReader(nRun, TRACKS_OF_BOTH);
   lReader.read(lProblems, lData);
   if (!nRun.wasSelectable()) return EXIT_TROUBLE;
   if (lProblems.exitCode() != EXIT_DONE) return lProblems.exitCode();
@@ -50,7 +51,7 @@ int runPlot(Run& nRun) {
     return EXIT_FOUND;
   }
   const bool lByFix = lOptions.mColour == "fix";
-  lOutput.write(lOptions.mHtml ? plotHtml(lData, lByFix) : plotSvg(lData, lByFix));
+  lOutput.write(lOptions.mHtml ? plotPage(lData, lByFix) : plotSvg(lData, lByFix));
   return lOutput.commit() ? EXIT_DONE : EXIT_FOUND;
 }
 

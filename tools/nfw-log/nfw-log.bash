@@ -10,21 +10,21 @@ _nfw_log() {
     return
   fi
   case "$prev" in
-    --to) [ "$command" != convert ] || { mapfile -t COMPREPLY < <(compgen -W "nmea gpx kml geojson csv" -- "$cur"); return; } ;;
+    --to) [ "$command" != convert ] || { mapfile -t COMPREPLY < <(compgen -W "nmea gpx kml geojson csv gpkg mcap" -- "$cur"); return; } ;;
     --colour) mapfile -t COMPREPLY < <(compgen -W "speed fix" -- "$cur"); return ;;
-    --type) mapfile -t COMPREPLY < <(compgen -W "GGA GLL GSA GSV RMC VTG ZDA PUBX DR LOG DATA" -- "$cur"); return ;;
+    --type | --exclude) mapfile -t COMPREPLY < <(compgen -W "GGA GLL GSA GSV RMC VTG ZDA PUBX DR LOG DATA" -- "$cur"); return ;;
   esac
   if [[ $cur == -* ]]; then
-    local selection="--id --type --from --to --until" output="-o --output --force" options=""
+    local selection="--id --type --exclude --match --from --to --until" output="-o --output --force" options=""
     case "$command" in
       info) options="--json --gap" ;;
-      cat) options="$selection $output --json --hex --follow" ;;
+      cat) options="$selection --last $output --json --hex --follow" ;;
       check) options="--json" ;;
       recover) options="$output" ;;
-      cut | filter) options="$selection $output" ;;
+      cut | filter) options="$selection --last $output" ;;
       merge) options="$selection $output --by-time" ;;
-      convert) options="$selection $output" ;;
-      plot) options="$selection $output --html --colour" ;;
+      convert) options="$selection --last $output --to --name --lines --append" ;;
+      plot) options="$selection --last $output --html --colour" ;;
       prune) options="--keep-total --keep-files --keep-age --keep-free --prefix --dry-run" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options --help" -- "$cur")

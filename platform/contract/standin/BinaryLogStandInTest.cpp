@@ -2,9 +2,10 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <memory>
+#include <filesystem>
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
@@ -36,6 +37,9 @@ class BinaryLogStandIn : public testing::Test {
 
   static constexpr unsigned int LIMIT_MS = 20000;
   contract::TempDir mDir;
+  // A file system that does not answer, as far as a writer can tell: a pipe that nobody empties.
+  contract::Pipe mPipe;
+  const std::string mStuck = "/proc/self/fd/" + std::to_string(mPipe.writeEnd());
 };
 
 TEST_F(BinaryLogStandIn, AppendsExactlyTheBytes) {
@@ -70,7 +74,7 @@ TEST_F(BinaryLogStandIn, WritesAnEmptyRecordWhateverWasInterruptedBefore) {
   syslogservice::RecordBatch lBatch;
   ASSERT_TRUE(lBatch.add(nullptr, 0));
   errno = EINTR;
-  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO));
+  EXPECT_EQ(0, lBatch.writeTo(STDERR_FILENO, 0));
   EXPECT_EQ(1U, lBatch.wholeNum());
 }
 
@@ -84,36 +88,8 @@ TEST_F(BinaryLogStandIn, KeepsItsFileWhenNoThreadCanBeMadeForAnother) {
   EXPECT_EQ("a", content());
 }
 
-// A file system that does not answer, as far as a writer can tell: a pipe that nobody empties.
-class StuckFile {
- public:
-  explicit StuckFile(const std::string& nPath) {
-    EXPECT_EQ(0, mkfifo(nPath.c_str(), 0600));
-    mFile = ::open(nPath.c_str(), O_RDONLY | O_NONBLOCK);
-  }
-  ~StuckFile() { ::close(mFile); }
-  StuckFile(const StuckFile&) = delete;
-  StuckFile& operator=(const StuckFile&) = delete;
-
-  std::string read(size_t nSize) {
-    std::string lContent(nSize, '\0');
-    size_t lSize = 0;
-    const auto lReadOn = [&] {
-      const ssize_t lPart = ::read(mFile, &lContent[lSize], nSize - lSize);
-      if (lPart > 0) lSize += static_cast<size_t>(lPart);
-      return lSize == nSize;
-    };
-    EXPECT_TRUE(contract::eventually(lReadOn)) << lSize << " of " << nSize;
-    return lContent;
-  }
-
- private:
-  int mFile;
-};
-
 TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
-  StuckFile lFile(mDir / "stuck");
-  ASSERT_TRUE(syslogservice::setBinaryLogFile((mDir / "stuck").c_str()));
+  ASSERT_TRUE(syslogservice::setBinaryLogFile(mStuck.c_str()));
   std::string lTaken;
   for (unsigned int i = 0; i < 3000; ++i) {
     const std::string lRecord(1000, static_cast<char>('a' + i % 26));
@@ -124,14 +100,17 @@ TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
   EXPECT_GE(lStuck.mWaiting, 900U);
   EXPECT_GE(lStuck.mRefused, 900U);
   EXPECT_FALSE(syslogservice::flushBinaryLog(1));
-  EXPECT_EQ(lTaken, lFile.read(lTaken.size()));
+  std::string lRead;
+  EXPECT_TRUE(contract::eventually([&] { return (lRead += mPipe.drain()).size() >= lTaken.size(); }));
+  EXPECT_EQ(lTaken, lRead);
   EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
   EXPECT_EQ((Counts{lTaken.size() / 1000, lTaken.size(), 0, lStuck.mRefused, 0, 0}), counts());
 }
 
 TEST_F(BinaryLogStandIn, LeavesAFileThatIsStuckBehind) {
-  auto lpFile = std::make_unique<StuckFile>(mDir / "stuck");
-  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open((mDir / "stuck").c_str(), LIMIT_MS);
+  syslogservice::BinaryLogFiles lOne;
+  lOne.mpDirectory = mStuck.c_str();
+  syslogservice::BinaryLogFile* const lpLog = syslogservice::BinaryLogFile::open(lOne, 0, LIMIT_MS);
   ASSERT_NE(nullptr, lpLog);
   lpLog->begin();
   for (int i = 0; i < 200; ++i) EXPECT_TRUE(lpLog->append(std::string(1000, 'a').data(), 1000));
@@ -141,40 +120,95 @@ TEST_F(BinaryLogStandIn, LeavesAFileThatIsStuckBehind) {
   EXPECT_GE(lCounts.mFailed, 100U);
   EXPECT_EQ(ETIMEDOUT, lCounts.mError);
   syslogservice::BinaryLogFile::release(lpLog);
-  lpFile.reset();  // the thread gets an error now, and no signal
+  mPipe.closeReadEnd();  // the thread gets an error now, and no signal
 }
-
-// While it lives, files of this process end at a size.
-class FileLimit {
- public:
-  explicit FileLimit(rlim_t nSize) : mpHandler(signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &mBefore);
-    const rlimit lLimit = {nSize, mBefore.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &lLimit);
-  }
-  ~FileLimit() {
-    setrlimit(RLIMIT_FSIZE, &mBefore);
-    signal(SIGXFSZ, mpHandler);
-  }
-
- private:
-  void (*mpHandler)(int);
-  rlimit mBefore;
-};
 
 TEST_F(BinaryLogStandIn, HoldsWholeRecordsWhenTheDiskFills) {
   EXPECT_EQ(0, BinaryLogWrite(0, "12345678", 8));
   EXPECT_EQ("12345678", content());
-  {
-    FileLimit lLimit(13);
-    EXPECT_EQ(0, BinaryLogWrite(0, "abcdefgh", 8));
-    EXPECT_FALSE(syslogservice::flushBinaryLog(LIMIT_MS));
-    EXPECT_EQ("12345678", readFile(mDir / "log"));
-    EXPECT_EQ((Counts{1, 8, 1, 0, 0, EFBIG}), counts());
-  }
+  signal(SIGXFSZ, SIG_IGN);
+  rlimit lLimit;
+  getrlimit(RLIMIT_FSIZE, &lLimit);
+  const rlimit lFull = {13, lLimit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &lFull);
+  EXPECT_EQ(0, BinaryLogWrite(0, "abcdefgh", 8));
+  EXPECT_FALSE(syslogservice::flushBinaryLog(LIMIT_MS));
+  EXPECT_EQ("12345678", readFile(mDir / "log"));
+  EXPECT_EQ((Counts{1, 8, 1, 0, 0, EFBIG}), counts());
+  setrlimit(RLIMIT_FSIZE, &lLimit);
   EXPECT_EQ(0, BinaryLogWrite(0, "ABCDEFGH", 8));
   EXPECT_EQ("12345678abcdefghABCDEFGH", content());
   EXPECT_EQ((Counts{3, 24, 0, 0, 0, 0}), counts());
+}
+
+// Files that follow one another, in their order.
+class BinaryLogSeries : public BinaryLogStandIn {
+ protected:
+  void begin(unsigned int nMaxSize, unsigned int nMaxTimeMs) {
+    const std::string lDirectory = mDir / "series";
+    ::mkdir(lDirectory.c_str(), 0700);
+    ASSERT_TRUE(syslogservice::setBinaryLogFiles({lDirectory.c_str(), "s", nMaxSize, nMaxTimeMs, false}));
+  }
+  void write(const std::string& nRecords) const {
+    for (const char lRecord : nRecords) {
+      EXPECT_EQ(0, BinaryLogWrite(0, std::string(10, lRecord).data(), 10));
+    }
+    EXPECT_TRUE(syslogservice::flushBinaryLog(LIMIT_MS));
+  }
+  std::vector<std::string> files() const {
+    std::vector<std::string> lPaths;
+    for (const auto& lEntry : std::filesystem::directory_iterator(mDir / "series")) lPaths.push_back(lEntry.path());
+    std::sort(lPaths.begin(), lPaths.end());
+    return lPaths;
+  }
+  /// The first letter of each record, and a comma between files.
+  std::string contents() const {
+    std::string lAll;
+    for (const std::string& lPath : files()) {
+      const std::string lFile = readFile(lPath);
+      for (size_t i = 0; i < lFile.size(); i += 10) lAll += lFile[i];
+      lAll += ",";
+    }
+    return lAll;
+  }
+};
+
+TEST_F(BinaryLogSeries, beginsAnotherFileWhereARecordWouldNotFit) {
+  begin(35, 0);
+  write("abcdefgh");
+  EXPECT_EQ("abc,def,gh,", contents());
+  EXPECT_EQ((Counts{8, 80, 0, 0, 0, 0}), counts());
+  const std::string lName = files().front().substr((mDir / "series/").size());
+  EXPECT_EQ(24U, lName.size());
+  EXPECT_EQ("s_20-_.log", lName.substr(0, 4) + lName[10] + lName[17] + lName.substr(20));
+  begin(5, 0);
+  write("ij");
+  EXPECT_EQ("abc,def,gh,i,j,", contents());
+}
+
+TEST_F(BinaryLogSeries, beginsAnotherFileWhenTheTimeIsOver) {
+  seams::ManualClock lClock;
+  begin(0, 1000);
+  write("ab");
+  lClock.advance(999);
+  write("c");
+  lClock.advance(1);
+  write("de");
+  EXPECT_EQ("abc,de,", contents());
+}
+
+TEST_F(BinaryLogSeries, goesOnBehindAFileThatWasRemovedAndInOneThatHasNoSuccessor) {
+  begin(25, 0);
+  write("abc");
+  std::filesystem::remove(files().back());
+  write("d");
+  EXPECT_EQ("ab,d,", contents());
+  EXPECT_EQ((Counts{3, 30, 0, 0, 1, 0}), counts());
+  std::filesystem::rename(mDir / "series", mDir / "away");
+  write("efg");
+  std::filesystem::rename(mDir / "away", mDir / "series");
+  EXPECT_EQ("ab,defg,", contents());
+  EXPECT_EQ((Counts{6, 60, 0, 0, 1, 0}), counts());
 }
 
 }  // namespace

@@ -1,14 +1,15 @@
 // What the mount stand-in makes of mount tables and of sysfs, on a fixture tree.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "Notes.h"
 #include "PlatformSeams.h"
 #include "SharedThread.h"
+#include "Split.h"
 #include "TempTree.h"
 #include "ZTSMount.h"
 #include "ZTSMountHost.h"
@@ -23,49 +24,50 @@ class Recorder : public ZTSMountListener, public nfwtest::Notes {
  public:
   void onNotifyReady() override { add("ready"); }
   void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo) override {
-    mLast = nInfo;
+    EXPECT_EQ(nInfo.event == 1 ? 1 : 0, ZTSMount::GetInstance()->getDeviceInfo(nInfo.type, &mLast)) << "known already";
     add(std::to_string(nInfo.type) + " " + std::to_string(nInfo.port) + " " + std::to_string(nInfo.event) + " " +
         nInfo.drive + " " + nInfo.path);
   }
 
+  /// Of the last device, as sysfs has them.
+  string names() const {
+    char lIds[32];
+    snprintf(lIds, sizeof lIds, "%x:%x", mLast.vendorId, mLast.productId);
+    return string(mLast.manufacturer) + ", " + mLast.productName + ", " + mLast.serialNum + ", " + lIds;
+  }
+
+ private:
   ZTSMountDef::ST_MNT_MOUNT_INFO mLast{};
 };
 
-bool gIsReadable = true;
+std::atomic<bool> gIsReadable{true};
 std::mutex gSilence;  // held while a medium does not answer
 
 class MountTables : public testing::Test {
  protected:
   MountTables() {
     device("8:1", "usb1/1-2/1-2:1.0/6:0:0:0/block/sda/sda1");
-    attributes("usb1", {{"idVendor", "1d6b"}, {"idProduct", "2"}, {"manufacturer", "the hub"}});
-    attributes("usb1/1-2", {{"idVendor", "0781"},
-                            {"idProduct", "5581"},
-                            {"manufacturer", "Maker"},
-                            {"product", "Stick 3"},
-                            {"serial", "4C53"},
-                            {"devpath", "2.1"}});
-    attributes("usb1/1-2/1-2:1.0/6:0:0:0", {{"vendor", "nearer"}, {"model", "but not it"}});
+    attributes("usb1", "idVendor=1d6b|idProduct=2|manufacturer=the hub");
+    attributes("usb1/1-2", "idVendor=0781|idProduct=5581|manufacturer=Maker|product=Stick 3|serial=4C53|devpath=2.1");
+    attributes("usb1/1-2/1-2:1.0/6:0:0:0", "vendor=nearer|model=but not it");
     device("8:17", "usb1/1-7/block/sdb/sdb1");
-    attributes("usb1/1-7", {{"idVendor", "1"}, {"devpath", "7"}});
+    attributes("usb1/1-7", "idVendor=1|devpath=7");
     device("179:1", "mmc0/mmc0:a/block/mmcblk0/mmcblk0p1");
-    attributes("mmc0/mmc0:a", {{"cid", "0"},
-                               {"type", "SD"},
-                               {"name", "SU08G"},
-                               {"serial", "0x12"},
-                               {"manfid", "0x000003"},
-                               {"oemid", "0x5344"}});
+    attributes("mmc0/mmc0:a", "cid=0|type=SD|name=SU08G|serial=0x12|manfid=0x000003|oemid=0x5344");
     device("179:9", "mmc1/mmc1:1/block/mmcblk1/mmcblk1p9");
-    attributes("mmc1/mmc1:1", {{"cid", "0"}, {"type", "MMC"}});
+    attributes("mmc1/mmc1:1", "cid=0|type=MMC");
     device("11:0", "ata2/host1/1:0:0:0/block/sr0");
-    attributes("ata2/host1/1:0:0:0", {{"vendor", "Discs   "}, {"model", "DVD "}});
+    attributes("ata2/host1/1:0:0:0", "vendor=Discs   |model=DVD ");
     device("253:0", "virtual/block/dm-0");
     device("7:0", "virtual/block/loop0");
     mTree.write("sys/devices/virtual/block/loop0/loop/backing_file", "/tmp/image\n");
     mTree.link("../../devices/usb1/1-7/block/sdb/sdb1", "sys/class/block/sdb1");
     gIsReadable = true;
     mOptions.mpSysRoot = mSysRoot.c_str();
-    mOptions.mpIsReadable = [](const char*) { return gIsReadable; };
+    mOptions.mpIsReadable = [](const char*) {
+      const std::lock_guard<std::mutex> lSilence(gSilence);
+      return gIsReadable.load();
+    };
     mpSource.reset(new mounthost::MountTableSource(mOptions));
     EXPECT_TRUE(ZTSMount::GetInstance()->addListener(&mRecorder));
   }
@@ -78,8 +80,11 @@ class MountTables : public testing::Test {
     mTree.write("sys/devices/" + nPath + "/dev", nNumber);
     mTree.link("../../devices/" + nPath, "sys/dev/block/" + nNumber);
   }
-  void attributes(const string& nPath, const std::vector<std::pair<string, string>>& nValues) const {
-    for (const auto& lValue : nValues) mTree.write("sys/devices/" + nPath + "/" + lValue.first, lValue.second + "\n");
+  void attributes(const string& nPath, const string& nValues) const {
+    for (const string& lEach : nfwtest::split(nValues, '|')) {
+      const Told lParts = nfwtest::split(lEach, '=');
+      mTree.write("sys/devices/" + nPath + "/" + lParts[0], lParts[1] + "\n");
+    }
   }
   void pull(const string& nPath) const { std::filesystem::remove_all(mTree.path("sys/devices/" + nPath)); }
   Told told(const string& nTable) {
@@ -100,43 +105,34 @@ const string LONG_POINT = "/media/" + string(57, 'x');
 // A medium that does not answer is left alone, told as unreadable, and told again when it answers.
 TEST_F(MountTables, WaitForNoMediumLongerThanTheLimit) {
   mOptions.mAnswerMs = 20;
-  mOptions.mpIsReadable = [](const char*) {
-    const std::lock_guard<std::mutex> lSilence(gSilence);
-    return true;
-  };
+  mpSource.reset(new mounthost::MountTableSource(mOptions));
   std::unique_lock<std::mutex> lSilence(gSilence);
-  mounthost::MountTableSource lSource(mOptions);
-  lSource.update(STICK);
-  EXPECT_EQ((Told{"1 2 6 sda1 /media/a stick"}), mRecorder.take());
-  EXPECT_TRUE(lSource.hasDevices());
-  lSource.checkDevices();
+  EXPECT_EQ((Told{"1 2 6 sda1 /media/a stick"}), told(STICK));
+  EXPECT_TRUE(mpSource->hasDevices());
+  mpSource->checkDevices();
   EXPECT_EQ(Told(), mRecorder.take());
   lSilence.unlock();
-  Told lTold;
-  EXPECT_TRUE(nfwtest::eventually([&] {
-    lSource.checkDevices();
-    return !(lTold = mRecorder.take()).empty();
-  }));
-  EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), lTold);
+  EXPECT_TRUE(nfwtest::eventually([&] { return mRecorder.count() > 0; }, [&] { mpSource->checkDevices(); }));
+  EXPECT_EQ((Told{"1 2 3 sda1 /media/a stick"}), mRecorder.take());
 }
 
-TEST_F(MountTables, AreToldByTypePortAndEvent) {
+TEST_F(MountTables, AreToldByTypePortAndEventAndNamedAsInSysfs) {
   const struct {
     string mLine;
-    string mTold;
+    string mTold, mNames = {};
   } ROWS[] = {
-      {STICK, "1 2 3 sda1 /media/a stick"},
+      {STICK, "1 2 3 sda1 /media/a stick", "Maker, Stick 3, 4C53, 781:5581"},
       {"36 25 8:1 / /x ro - vfat /dev/sda1 rw\n", "1 2 5 sda1 /x"},
       {"36 25 8:1 / /x rw - vfat /dev/sda1 rw,ro\n", "1 2 5 sda1 /x"},
       {"36 25 8:1 / /x rw,row - vfat /dev/sda1 rw\n", "1 2 3 sda1 /x"},
       {"36 25 8:1 / /x rw - hfs /dev/sda1 rw,errors=ro\n", "1 2 4 sda1 /x"},
       {"36 25 8:1 / " + LONG_POINT + " rw - vfat /dev/sda1 rw\n", "1 2 4 sda1 "},
-      {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", "1 5 3 sdb1 /x"},
+      {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", "1 5 3 sdb1 /x", ", , , 1:0"},
       {"36 25 0:41 / /x rw - btrfs /dev/sdb1 rw\n", "1 5 3 sdb1 /x"},
-      {"36 25 179:1 / /x rw - exfat /dev/mmcblk0p1 rw\n", "2 6 3 mmcblk0p1 /x"},
-      {"36 25 11:0 / /x ro - iso9660 /dev/sr0 ro\n", "12 7 3 sr0 /x"},
+      {"36 25 179:1 / /x rw - exfat /dev/mmcblk0p1 rw\n", "2 6 3 mmcblk0p1 /x", "0x000003, SU08G, 0x12, 3:5344"},
+      {"36 25 11:0 / /x ro - iso9660 /dev/sr0 ro\n", "12 7 3 sr0 /x", "Discs, DVD, , 0:0"},
       {"36 25 7:0 / /media/image rw - vfat /dev/loop0 rw\n", "1 5 3 loop0 /media/image"},
-      {"36 25 0:50 / /media/memory rw - tmpfs none rw\n", "1 5 3 memory /media/memory"},
+      {"36 25 0:50 / /media/memory rw - tmpfs none rw\n", "1 5 3 memory /media/memory", ", , , 0:0"},
       {"36 25 179:9 / /mnt/database ro - ext4 /dev/mmcblk1p9 ro\n", "17 8 3 mmcblk1p9 /mnt/database"},
       {"36 25 0:50 / /media/a\rb\\134\\011 rw - tmpfs  rw\n", "1 5 3 a\rb\\\t /media/a\rb\\\t"},
       {"36 25 0:50 / /mnt/database rw - tmpfs none rw\n", "17 8 3 database /mnt/database"},
@@ -154,6 +150,7 @@ TEST_F(MountTables, AreToldByTypePortAndEvent) {
     SCOPED_TRACE(lRow.mLine);
     mpSource.reset(new mounthost::MountTableSource(mOptions));
     EXPECT_EQ(lRow.mTold.empty() ? Told() : Told{lRow.mTold}, told(lRow.mLine));
+    EXPECT_TRUE(lRow.mNames.empty() || lRow.mNames == mRecorder.names()) << mRecorder.names();
   }
 }
 
@@ -174,6 +171,7 @@ TEST_F(MountTables, AreComparedWithTheOneBefore) {
 TEST_F(MountTables, TellWhatWasPulledOut) {
   ZTSMountDef::ST_MNT_MOUNT_INFO lInfo{};
   EXPECT_EQ(1, ZTSMount::GetInstance()->getDeviceInfo(1, &lInfo));
+  EXPECT_EQ(-1, ZTSMount::GetInstance()->getDeviceInfo(1, nullptr));
   told(STICK);
   EXPECT_EQ(0, ZTSMount::GetInstance()->getDeviceInfo(1, &lInfo));
   EXPECT_TRUE(mpSource->hasDevices());
@@ -204,23 +202,6 @@ TEST_F(MountTables, TellOfUnreadableMedia) {
   EXPECT_EQ(Told(), told(STICK));  // judged when it is mounted
   EXPECT_EQ(Told{"1 2 2 sda1 "}, told(""));
   EXPECT_EQ(Told{"1 2 3 sda1 /media/a stick"}, told(STICK));
-}
-
-TEST_F(MountTables, NameTheDeviceAsSysfsDoes) {
-  const std::pair<string, const char*> ROWS[] = {
-      {STICK, "Maker, Stick 3, 4C53, 781:5581"},
-      {"36 25 8:17 / /x rw - ext4 /dev/sdb1 rw\n", ", , , 1:0"},
-      {"36 25 179:1 / /x rw - exfat /dev/mmcblk0p1 rw\n", "0x000003, SU08G, 0x12, 3:5344"},
-      {"36 25 11:0 / /x ro - iso9660 /dev/sr0 ro\n", "Discs, DVD, , 0:0"},
-      {"36 25 0:50 / /media/memory rw - tmpfs none rw\n", ", , , 0:0"},
-  };
-  for (const auto& [lLine, lpNames] : ROWS) {
-    told(lLine);
-    const ZTSMountDef::ST_MNT_MOUNT_INFO& l = mRecorder.mLast;
-    char lIds[32];
-    snprintf(lIds, sizeof lIds, "%x:%x", l.vendorId, l.productId);
-    EXPECT_EQ(lpNames, string(l.manufacturer) + ", " + l.productName + ", " + l.serialNum + ", " + lIds) << lLine;
-  }
 }
 
 TEST_F(MountTables, AreWatchedAndToldToLateListeners) {

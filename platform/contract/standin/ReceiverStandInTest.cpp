@@ -3,7 +3,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -13,6 +12,7 @@
 #include "ParseNotes.h"
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
+#include "utl/Event.h"
 
 namespace {
 
@@ -62,21 +62,6 @@ class Listener : public GpsNmeaListener, public nfwtest::ParseNotes {
 
  private:
   void note(const std::string& nNote) { mNotes.push_back(nNote); }
-};
-
-/// Keeps the receiver's thread at its first text.
-struct Hold {
-  explicit Hold(Listener* npListener) {
-    npListener->mOnText = [this, npListener] {
-      if (npListener->mNotes.size() > 1) return;
-      mInside.set_value();
-      mGo.get_future().wait();
-    };
-  }
-  void awaitInside() { mInside.get_future().wait(); }
-  void release() { mGo.set_value(); }
-
-  std::promise<void> mInside, mGo;
 };
 
 using Notes = std::vector<std::string>;
@@ -154,7 +139,8 @@ TEST(ReceiverStandIn, RunsFromStartToStop) {
 TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
   const unsigned int PRODUCERS = 3, SENTENCES = 1000;
   Listener lListener;
-  Hold lHold(&lListener);
+  utl::Event lGo(false);
+  lListener.mOnText = [&lGo] { lGo.waitToOn(0); };
   Receiver lReceiver;
   lReceiver.start();
   std::atomic<unsigned int> lTaken{0};
@@ -166,10 +152,9 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
       }
     });
   }
-  lHold.awaitInside();
   EXPECT_TRUE(contract::eventually([&] { return lTaken >= Receiver::QUEUE_SIZE; }));
   EXPECT_EQ(Receiver::QUEUE_SIZE, lTaken);  // the one that is being handed on is one of them
-  lHold.release();
+  lGo.on();
   for (std::thread& lProducer : lProducers) lProducer.join();
   lReceiver.drain();
   unsigned int lNext[PRODUCERS] = {};
@@ -182,15 +167,15 @@ TEST(ReceiverStandIn, HoldsItsCallersBackAndLosesNothing) {
 
 TEST(ReceiverStandIn, AStopLetsWaitingCallersGo) {
   Listener lListener;
-  Hold lHold(&lListener);
+  utl::Event lGo(false);
+  lListener.mOnText = [&lGo] { lGo.waitToOn(0); };
   Receiver lReceiver;
   lReceiver.start();
   for (unsigned int i = 0; i < Receiver::QUEUE_SIZE; ++i) take(lReceiver, "x");
-  lHold.awaitInside();
   std::thread lProducer([&] { EXPECT_FALSE(take(lReceiver, "late")); });
   std::thread lStopper([&] { lReceiver.stop(); });
   lProducer.join();  // whether the stop came before its wait or after it
-  lHold.release();
+  lGo.on();
   lStopper.join();
   EXPECT_EQ(Receiver::QUEUE_SIZE, lListener.mNotes.size());
 }
@@ -203,27 +188,9 @@ std::string withCheckSum(const std::string& nBody) {
   return "$" + nBody + lText;
 }
 
-// The origin of the survey of Japan, in both systems.
-TEST(ReceiverStandIn, TheOtherSystemHasItsPositionsMoved) {
-  const auto lDegrees = [](const GPS_COORDINATE& n) { return n.degree + n.minute / 60.0; };
-  Listener lWgs84, lTokyo(TOKYO_GPS);
-  Receiver lReceiver;
-  lReceiver.start();
-  const std::string lSentence = withCheckSum("GPGGA,000001,3539.48595,N,13944.48126,E,1,08,1.01,25.0,M,37.0,M,,");
-  for (const std::string& lText : {lSentence, RMC, VTG, GSA, GSV_3, GLL}) take(lReceiver, lText);
-  lReceiver.drain();
-  EXPECT_EQ(lSentence, lWgs84.mNotes[0]);
-  for (const Listener* const lpEach : {&lWgs84, &lTokyo}) {
-    const bool lIsTokyo = lpEach == &lTokyo;
-    EXPECT_EQ("six", lpEach->mNotes.back());
-    EXPECT_NEAR(35 + 39.0 / 60 + (lIsTokyo ? 17.515 : 29.157) / 3600, lDegrees(lpEach->mGga.latitude), 5e-5);
-    EXPECT_NEAR(139 + 44.0 / 60 + (lIsTokyo ? 40.502 : 28.876) / 3600, lDegrees(lpEach->mGga.longitude), 5e-5);
-    EXPECT_EQ(25.0, lpEach->mGga.altitude);
-  }
-}
-
-// What is moved, and how it is written: as wide as it was, carried from minutes to degrees, over the zero meridian.
-TEST(ReceiverStandIn, TheOtherSystemHasItsTextsRewritten) {
+// What is moved, as the origin of the survey of Japan is, and how it is written: as wide as it was, carried from
+// minutes to degrees, over the zero meridian.
+TEST(ReceiverStandIn, TheOtherSystemHasItsTextsAndRecordsMoved) {
   const struct {
     const char *mpWgs84, *mpTokyo;
   } CASES[] = {
@@ -240,16 +207,22 @@ TEST(ReceiverStandIn, TheOtherSystemHasItsTextsRewritten) {
       {"GPGGA,083559.00,3539.48,X,13944.48,E,0,00,99.99,,,,,,", nullptr},
       {"GPVTG,77.52,T,,M,0.004,N,0.008,K,A", nullptr},
       {"GPGLL,3539.48", nullptr},
+      {"GPGGA,000001,3539.48595,N,13944.48126,E,1,08,1.01,25.0,M,37.0,M,,",
+       "GPGGA,000001,3539.29222,N,13944.67364,E,1,08,1.01,25.0,M,37.0,M,,"},
   };
-  Listener lTokyo(TOKYO_GPS);
+  Listener lWgs84, lTokyo(TOKYO_GPS);
   Receiver lReceiver;
   lReceiver.start();
   for (const auto& lCase : CASES) {
     take(lReceiver, withCheckSum(lCase.mpWgs84) + "\r\n");
     lReceiver.drain();
+    EXPECT_EQ(withCheckSum(lCase.mpWgs84) + "\r\n", lWgs84.mNotes[0]);
     EXPECT_EQ(withCheckSum(lCase.mpTokyo != nullptr ? lCase.mpTokyo : lCase.mpWgs84) + "\r\n", lTokyo.mNotes[0]);
-    lTokyo.mNotes.clear();
+    EXPECT_EQ(lWgs84.mNotes.size(), lTokyo.mNotes.size()) << "records as well";
+    lWgs84.mNotes.clear(), lTokyo.mNotes.clear();
   }
+  EXPECT_NEAR(39.4859, lWgs84.mGga.latitude.minute, 1e-9);
+  EXPECT_NEAR(39.2922, lTokyo.mGga.latitude.minute, 1e-9);
   take(lReceiver, "$GPGLL,3600.0961,N,13959.8961,E");
   lReceiver.drain();
   EXPECT_EQ("$GPGLL,3559.9043,N,14000.0907,E", lTokyo.mNotes[0]) << "no checksum where there was none";

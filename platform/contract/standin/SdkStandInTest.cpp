@@ -2,16 +2,12 @@
 #include <atomic>
 #include <functional>
 #include <future>
-#include <memory>
 #include <string>
 #include <thread>
 
 #include "Gps.h"
 #include "GpsHost.h"
-#include "ParseNotes.h"
 #include "ThreadSupport.h"
-#include "ZTSMount.h"
-#include "ZTSMountHost.h"
 #include "gtest/gtest.h"
 
 namespace {
@@ -93,63 +89,6 @@ TEST(SdkStandIn, ARemovalWaitsForTheCallback) {
   lGo.set_value();
   lRemover.join();
   lFeeder.join();
-}
-
-struct Parse : nfwtest::ParseNotes {
-  void note(const char* npKind, const void* npRecord) override {
-    mCalls += std::string(npKind) + " ";
-    mpRecord = npRecord;
-  }
-
-  std::string mCalls;
-  const void* mpRecord = nullptr;
-};
-
-template <class Record>
-void feedOne(Parse& nListener) {
-  const auto lpRecord = std::make_unique<Record>();
-  gpshost::feed(*lpRecord, TOKYO_GPS);
-  EXPECT_EQ(lpRecord.get(), nListener.mpRecord);
-}
-
-TEST(SdkStandIn, HandsEachRecordToItsOwnCallback) {
-  Parse lListener;
-  Gps::GetInstance()->registerGpsParseNmeaListener(&lListener, TOKYO_GPS);
-  feedOne<GPGGA>(lListener), feedOne<GPGLL>(lListener), feedOne<GPGSA>(lListener), feedOne<GPGSV>(lListener);
-  feedOne<GPRMC>(lListener), feedOne<GPVTG>(lListener), feedOne<GPZDA>(lListener), feedOne<PUBX>(lListener);
-  feedOne<PARSE_NMEA>(lListener);
-  gpshost::feed(GPGGA{}, WGS_84_GPS);
-  EXPECT_TRUE(Gps::GetInstance()->unRegisterGpsParseNmeaListener(&lListener));
-  gpshost::feed(GPGGA{}, TOKYO_GPS);
-  EXPECT_EQ("gga gll gsa gsv rmc vtg zda pubx six ", lListener.mCalls);
-}
-
-TEST(SdkStandIn, TellsOfDevicesAndAnswersForThem) {
-  struct Listener : ZTSMountListener {
-    void onNotifyReady() override { mCalls += "ready "; }
-    void onNotifyDeviceInfo(ZTSMountDef::ST_MNT_MOUNT_INFO const& nInfo) override {
-      ZTSMountDef::ST_MNT_MOUNT_INFO lAsked{};
-      EXPECT_EQ(0,
-                ZTSMount::GetInstance()->getDeviceInfo(nInfo.type, &lAsked));  // no lock is held, and it knows already
-      mCalls += std::string(lAsked.drive) + " ";
-    }
-    std::string mCalls;
-  } lListener;
-  ZTSMount* const lpMount = ZTSMount::GetInstance();
-  ZTSMountDef::ST_MNT_MOUNT_INFO lInfo{};
-  lInfo.type = 14;
-  snprintf(lInfo.drive, sizeof(lInfo.drive), "sda1");
-  EXPECT_TRUE(lpMount->addListener(&lListener));
-  EXPECT_EQ(1, lpMount->getDeviceInfo(14, &lInfo));
-  mounthost::feedReady();
-  mounthost::feedDeviceInfo(lInfo);
-  mounthost::setDeviceInfo(14, -5, lInfo);
-  EXPECT_EQ(-5, lpMount->getDeviceInfo(14, &lInfo));
-  EXPECT_LT(lpMount->getDeviceInfo(14, nullptr), 0);
-  mounthost::clearDeviceInfo();
-  EXPECT_EQ(1, lpMount->getDeviceInfo(14, &lInfo));
-  EXPECT_TRUE(lpMount->removeListener(&lListener));
-  EXPECT_EQ("ready sda1 ", lListener.mCalls);
 }
 
 }  // namespace

@@ -4,11 +4,9 @@
 #include <atomic>
 #include <climits>
 #include <cstdlib>
+#include <future>
 #include <new>
-#include <set>
-#include <string>
 
-#include "KernelName.h"
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
 #include "TimerIds.h"
@@ -93,8 +91,7 @@ TEST_F(ManualTimers, CountedOnesStopAndEndlessOnesMergeWhatTheyMissed) {
 }
 
 TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
-  EXPECT_TRUE(mThread.post(Recorder::HOLD));
-  EXPECT_TRUE(mThread.mRecorder.awaitHeld());
+  EXPECT_TRUE(mThread.hold());
   EXPECT_NE(mThread.timer(10, 0, 1), -1);
   EXPECT_TRUE(mThread.post(1));
   mClock.advance(10);
@@ -107,18 +104,13 @@ TEST_F(ManualTimers, StandAmongMessagesByTheTimeOfTheirExpiry) {
 }
 
 TEST_F(ManualTimers, TimedWaitsFollowTheClock) {
-  utl::Event lNever(false), lIsBack(false);
-  std::thread lWaiter([&] {
-    EXPECT_FALSE(lNever.waitToOn(30000));
-    lIsBack.on();
-  });
+  utl::Event lNever(false);
+  auto lIsMet = std::async(std::launch::async, [&] { return lNever.waitToOn(30000); });
+  const auto lIsBack = [&] { return lIsMet.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
   mClock.advance(29999);
-  EXPECT_FALSE(lIsBack.isOn());
-  EXPECT_TRUE(eventually([&] {  // the waiter may have begun only now
-    mClock.advance(1000);
-    return lIsBack.isOn();
-  }));
-  lWaiter.join();
+  EXPECT_FALSE(lIsBack());
+  EXPECT_TRUE(eventually(lIsBack, [&] { mClock.advance(1000); }));  // the waiter may have begun only now
+  EXPECT_FALSE(lIsMet.get());
 }
 
 TEST(ManualTicks, SkipTheValueOfFailureAndTimersPassTheWrap) {
@@ -143,7 +135,7 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
     void receiveMsg(int, utl::ThreadRawMsg&) override {}
   } lListener;
   utl::MsgDrivenThread lThread(16, 8, "nfw::Memory_Thread", 2);
-  ASSERT_EQ(lThread.start(&lListener, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  ASSERT_EQ(start(lThread, &lListener), 0);
   unsigned int lWarm = 0;
   for (int i = 0; i < 200; ++i) {
     if (i == 100) lWarm = gNews;
@@ -155,18 +147,14 @@ TEST(Memory, IsTakenNeitherPerMessageNorPerTimer) {
 }
 
 TEST(Messages, ThatDoNotFitAreRefusedWhateverTheyGoOnToStore) {
-  struct Stubborn : utl::Msg {
-    Stubborn() : Msg(1) {}
-    bool storeDataTo(utl::MsgDataBroker& n) const override {
-      const char lBytes[200] = "";
-      EXPECT_TRUE(n.write(true));
-      EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
-      return true;
-    }
-  };
   OwnThread lThread({16, 4, 0});
   ASSERT_EQ(lThread.start(), 0);
-  lThread.send(Stubborn());
+  lThread.send(StoreBy(1, [](utl::MsgDataBroker& n) {
+    const char lBytes[200] = "";
+    EXPECT_TRUE(n.write(true));
+    EXPECT_FALSE(n.writeChars(lBytes, 200) || n.write(true) || n.writeChars(lBytes, 16));
+    return true;
+  }));
   EXPECT_TRUE(lThread.send(2));
 }
 
@@ -193,7 +181,7 @@ TEST(TimerIds, CountUpPastTheGreatestFromOneWithoutThoseAlive) {
   EXPECT_EQ(gNews, lBefore) << "what was given back takes no room";
 }
 
-TEST(KernelName, FitsAndTellsTheThreadsApart) {
+TEST(KernelName, FitsTellsTheThreadsApartAndIsGivenWhetherOrNotTheHostMayHaveRealTime) {
   const std::pair<const char*, const char*> ROWS[] = {
       {"", ""},
       {"nfw::Logger_Thread", "Logger"},
@@ -204,46 +192,29 @@ TEST(KernelName, FitsAndTellsTheThreadsApart) {
       {"0000002A_nfw::LogPlayDataDispatcher_Thread", "0000002A_~tcher"},
       {"0000002B_nfw::LogPlayDataDispatcher_Thread", "0000002B_~tcher"},
   };
-  std::set<std::string> lSeen;
   for (const auto& [lpName, lpShort] : ROWS) {
-    EXPECT_STREQ(utl::KernelName(lpName).get(), lpShort);
-    EXPECT_TRUE(lSeen.insert(utl::KernelName(lpName).get()).second) << lpName;
+    Recorder lRecorder;
+    utl::MsgDrivenThread lThread(4, 4, lpName, 1);
+    threadhost::setRealTimePriorities(true);
+    EXPECT_EQ(start(lThread, &lRecorder), 0);
+    threadhost::setRealTimePriorities(false);
+    lRecorder.mOnMsg = [lpShort = lpShort](int, utl::ThreadRawMsg&) {
+      char lName[16] = "";
+      pthread_getname_np(pthread_self(), lName, sizeof lName);
+      EXPECT_STREQ(lName, lpShort);
+    };
+    EXPECT_TRUE(lThread.sendMsgSync(1));
   }
 }
-
-TEST(KernelName, IsGivenToTheThreadWhetherOrNotTheHostMayHaveRealTime) {
-  threadhost::setRealTimePriorities(true);
-  OwnThread lThread;
-  EXPECT_EQ(lThread.start(), 0);
-  threadhost::setRealTimePriorities(false);
-  lThread.mRecorder.mOnMsg = [](int, utl::ThreadRawMsg&) {
-    char lName[16] = "";
-    pthread_getname_np(pthread_self(), lName, sizeof lName);
-    EXPECT_STREQ(lName, "Contract");
-  };
-  EXPECT_TRUE(lThread.send(1));
-  EXPECT_EQ(lThread.mThread.stop(1, LIMIT_MS), 0);
-}
-
-/// Asks the thread while it is asked to store its fields.
-class CuriousMsg : public utl::Msg {
- public:
-  explicit CuriousMsg(utl::MsgDrivenThread& nThread) : Msg(1), mThread(nThread) {}
-  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
-    const std::vector<char> lBytes(2000);
-    return nBroker.writeChars(lBytes.data(), 2000) && !mThread.hasMsg(77) && mThread.setTimer(60000, 1, 0) > 0;
-  }
-
- private:
-  utl::MsgDrivenThread& mThread;
-};
 
 TEST(CallsOutward, AreMadeWithoutTheLock) {
   OwnThread lThread({2000, 8, 0});
   ASSERT_EQ(lThread.start(), 0);
-  EXPECT_TRUE(lThread.send(CuriousMsg(lThread.mThread)));
-  EXPECT_TRUE(lThread.post(Recorder::HOLD));
-  EXPECT_TRUE(lThread.mRecorder.awaitHeld());
+  EXPECT_TRUE(lThread.send(StoreBy(1, [&](utl::MsgDataBroker& n) {
+    const std::vector<char> lBytes(2000);
+    return n.writeChars(lBytes.data(), 2000) && !lThread.has(77) && lThread.timer(60000, 1, 0) > 0;
+  })));
+  EXPECT_TRUE(lThread.hold());
   EXPECT_TRUE(lThread.post(1));
   JudgeBy lPosting([&](int nId, utl::ThreadRawMsg&) {
     std::thread([&] { EXPECT_TRUE(lThread.post(2)); }).join();  // others go on meanwhile
@@ -268,7 +239,7 @@ TEST(Leaving, AHandlerMayDestroyItsOwnThread) {
     delete lpThread;
     lIsGone.on();
   };
-  ASSERT_EQ(lpThread->start(&lRecorder, 1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0), 0);
+  ASSERT_EQ(start(*lpThread, &lRecorder), 0);
   EXPECT_TRUE(lpThread->postMsg(1));
   EXPECT_TRUE(lIsGone.waitToOn(LIMIT_MS));
   EXPECT_TRUE(lRecorder.await(1));

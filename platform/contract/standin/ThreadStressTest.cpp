@@ -8,7 +8,8 @@ namespace {
 using namespace contract;
 
 const int POSTERS = 3, ROUNDS = 1500, RESTARTS = 15;
-enum MsgId { SYNC = POSTERS, INTERRUPT, DOOMED };
+enum MsgId { SYNC = POSTERS, INTERRUPT, DOOMED, KIND_NUM };
+using Counts = std::array<std::atomic<unsigned int>, KIND_NUM>;
 
 /// Checks that every poster's numbers come in the order of their posting, and counts what is handled.
 class Checker : public utl::ThreadMsgListener {
@@ -17,11 +18,9 @@ class Checker : public utl::ThreadMsgListener {
     EXPECT_EQ(mInside.exchange(true), false) << "one at a time";
     EXPECT_EQ(nThreadId, utl::Thread::getCurrentId());
     int lId = 0;
+    unsigned int lNumber = 0;
     EXPECT_TRUE(nMsg.getMsgId(&lId));
-    if (lId == utl::TimerMsg::MSG_ID) {
-      ++mTimers;
-    } else {
-      unsigned int lNumber = 0;
+    if (lId != utl::TimerMsg::MSG_ID) {
       EXPECT_TRUE(nMsg.beginOutput() && nMsg.read(&lNumber));
       const size_t lKind = static_cast<size_t>(lId);
       EXPECT_TRUE(lId >= POSTERS || lNumber > mLast[lKind]) << "kind " << lId;
@@ -31,74 +30,62 @@ class Checker : public utl::ThreadMsgListener {
     mInside = false;
   }
 
-  std::array<unsigned int, DOOMED + 1> mLast{};
-  std::array<std::atomic<unsigned int>, DOOMED + 1> mNum{};
-  std::atomic<unsigned int> mTimers{0};
+  Counts mNum{};
 
  private:
+  std::array<unsigned int, KIND_NUM> mLast{};
   std::atomic<bool> mInside{false};
 };
 
 /// A number and ballast: small ones, and some that take a slot before they are queued.
-class NumberMsg : public utl::Msg {
- public:
-  NumberMsg(int nId, unsigned int nNumber) : Msg(nId), mNumber(nNumber) {}
-  bool storeDataTo(utl::MsgDataBroker& nBroker) const override {
-    static const char BALLAST[1500] = "";
-    return nBroker.write(mNumber) && nBroker.writeChars(BALLAST, mNumber % 3 == 0 ? sizeof BALLAST : 4);
-  }
+StoreBy numberMsg(int nId, unsigned int nNumber) {
+  static const char BALLAST[1500] = "";
+  return {nId, [nNumber](utl::MsgDataBroker& n) {
+            return n.write(nNumber) && n.writeChars(BALLAST, nNumber % 3 == 0 ? sizeof BALLAST : 4);
+          }};
+}
 
- private:
-  unsigned int mNumber;
-};
-
-class Stress : public testing::Test {
- protected:
-  bool start() { return mThread.start(1, LIMIT_MS, nullptr, 1, 0, utl::ThreadPriority(3), 0) == 0; }
-  void work(const std::function<void(unsigned int)>& nRound) {
-    mWorkers.emplace_back([nRound] {
+TEST(Stress, NothingIsLostDoubledOrMixedUp) {
+  Checker lChecker, lOther;
+  utl::MsgDrivenSharedThread lThread(1504, 20, 0, "nfw::Stress_SharedThread", 2);
+  ASSERT_EQ(start(lThread), 0);
+  Counts lTaken{};
+  std::atomic<unsigned int> lErased{0};
+  std::vector<std::thread> lWorkers;
+  const auto lWork = [&lWorkers](const std::function<void(unsigned int)>& nRound) {
+    lWorkers.emplace_back([nRound] {
       for (unsigned int i = 1; i <= ROUNDS; ++i) nRound(i);
     });
-  }
-
-  Checker mChecker, mOther;
-  utl::MsgDrivenSharedThread mThread{1504, 20, 0, "nfw::Stress_SharedThread", 2};
-  std::vector<std::thread> mWorkers;
-};
-
-TEST_F(Stress, NothingIsLostDoubledOrMixedUp) {
-  ASSERT_TRUE(start());
-  std::array<std::atomic<unsigned int>, DOOMED + 1> lTaken{};
-  std::atomic<unsigned int> lErased{0};
+  };
   const auto lCount = [&lTaken](int nKind, bool nIsTaken) { lTaken[static_cast<size_t>(nKind)] += nIsTaken ? 1 : 0; };
   for (int i = 0; i < POSTERS; ++i) {
-    work([&, i](unsigned int n) { lCount(i, mThread.postMsg(&mChecker, NumberMsg(i, n))); });
+    lWork([&, i](unsigned int n) { lCount(i, lThread.postMsg(&lChecker, numberMsg(i, n))); });
   }
-  work([&](unsigned int n) { lCount(SYNC, mThread.sendMsgSync(&mChecker, NumberMsg(SYNC, n))); });
-  work([&](unsigned int n) { lCount(INTERRUPT, mThread.sendMsgInterrupt(&mChecker, NumberMsg(INTERRUPT, n))); });
-  work([&](unsigned int n) { lCount(DOOMED, mThread.postMsg(&mOther, NumberMsg(DOOMED, n))); });
-  work([&](unsigned int n) {
+  lWork([&](unsigned int n) { lCount(SYNC, lThread.sendMsgSync(&lChecker, numberMsg(SYNC, n))); });
+  lWork([&](unsigned int n) { lCount(INTERRUPT, lThread.sendMsgInterrupt(&lChecker, numberMsg(INTERRUPT, n))); });
+  lWork([&](unsigned int n) { lCount(DOOMED, lThread.postMsg(&lOther, numberMsg(DOOMED, n))); });
+  lWork([&](unsigned int n) {
     JudgeBy lJudge([](int nId, utl::ThreadRawMsg&) { return nId == DOOMED; });
-    lErased += n % 2 == 0 ? mThread.eraseMsg(&mOther, DOOMED) : mThread.eraseMsgInternal(&mOther, &lJudge);
-    mThread.hasMsg(&mChecker, SYNC);
-    mThread.getFirstMsgId();
+    lErased += n % 2 == 0 ? lThread.eraseMsg(&lOther, DOOMED) : lThread.eraseMsgInternal(&lOther, &lJudge);
+    lThread.hasMsg(&lChecker, SYNC);
+    lThread.getFirstMsgId();
   });
-  work([&](unsigned int n) {
-    const int lIds[] = {mThread.setTimer(&mChecker, n % 3, 2, n), mThread.setTimer(&mOther, n % 2, 0, n)};
-    mThread.killTimer(lIds[n % 2], 1);
-    if (n % 50 == 0) mThread.abortMsg(&mOther);
+  lWork([&](unsigned int n) {
+    const int lIds[] = {lThread.setTimer(&lChecker, n % 3, 2, n), lThread.setTimer(&lOther, n % 2, 0, n)};
+    lThread.killTimer(lIds[n % 2], 1);
+    if (n % 50 == 0) lThread.abortMsg(&lOther);
   });
   for (int i = 0; i < RESTARTS; ++i) {
-    EXPECT_EQ(mThread.stop(1, LIMIT_MS), 0);
-    EXPECT_TRUE(start());
-    const bool lIsHandled = mThread.sendMsgSync(&mChecker, NumberMsg(SYNC, 1));
+    EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
+    EXPECT_EQ(start(lThread), 0);
+    const bool lIsHandled = lThread.sendMsgSync(&lChecker, numberMsg(SYNC, 1));
     lCount(SYNC, lIsHandled);
     EXPECT_TRUE(lIsHandled);
   }
-  for (std::thread& lEach : mWorkers) lEach.join();
-  EXPECT_EQ(mThread.stop(1, LIMIT_MS), 0);
-  for (size_t i = 0; i < DOOMED; ++i) EXPECT_EQ(mChecker.mNum[i], lTaken[i]) << i;
-  EXPECT_GE(lTaken[DOOMED], mOther.mNum[DOOMED] + lErased) << "the rest was dropped by abort";
+  for (std::thread& lEach : lWorkers) lEach.join();
+  EXPECT_EQ(lThread.stop(1, LIMIT_MS), 0);
+  for (size_t i = 0; i < DOOMED; ++i) EXPECT_EQ(lChecker.mNum[i], lTaken[i]) << i;
+  EXPECT_GE(lTaken[DOOMED], lOther.mNum[DOOMED] + lErased) << "the rest was dropped by abort";
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "SdkListeners.h"
 
+#include "SeamState.h"
+
 bool SdkListenerTable::add(void* npListener, int nKey) {
-  if (npListener == nullptr) return false;
+  if (npListener == nullptr || seams::fails(seams::REGISTRATION)) return false;
   std::lock_guard<std::mutex> lLock(mMutex);
   for (unsigned int i = 0; i < mEntries.size(); ++i) {
     if (mEntries[i].mpListener == npListener && mEntries[i].mKey == nKey) return true;

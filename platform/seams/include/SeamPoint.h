@@ -20,8 +20,9 @@ enum Point {
   FILE_SIZE,
   FILE_FLUSH,
   FILE_SYNC,
-  LOG_TYPE,    ///< registerLogType is false
-  BINARY_LOG,  ///< BinaryLogWrite gives -1
+  LOG_TYPE,      ///< registerLogType is false
+  BINARY_LOG,    ///< BinaryLogWrite gives -1
+  REGISTRATION,  ///< the receivers and the mount service take no listener
   POINT_NUM
 };
 

@@ -34,6 +34,23 @@ void setColoured(bool nColoured);
 /// 10 s, all that waits; that is given up.
 bool setBinaryLogFile(const char* npPath);
 
+/// Files that follow one another.
+struct BinaryLogFiles {
+  const char* mpDirectory = nullptr;  ///< exists already
+  const char* mpPrefix = nullptr;     ///< the files are prefix_YYYYMMDD-hhmmss_NN.log, by the local time of their begin
+  unsigned int mMaxSize = 0;          ///< bytes; a record that would not fit begins another file. 0: without a limit
+  unsigned int mMaxTimeMs = 0;        ///< a record that is written so long after its file was begun, too. 0: likewise
+  bool mIsAligned = false;            ///< files also end at the multiples of that in the local day
+};
+
+/// As setBinaryLogFile, with files that are all new. Copies the texts. Where no other file can be made the present one
+/// goes on beyond its limits; when somebody has removed it another one follows, and its records have failed.
+bool setBinaryLogFiles(const BinaryLogFiles& nFiles);
+
+/// Of the file or the files that are set next: the writer's thread brings what was recorded to the medium so long
+/// after it was taken, and files that end at once. 0, as in the beginning: whenever the system likes.
+void setBinaryLogSyncInterval(unsigned int nIntervalMs);
+
 /// Waits until the file holds what BinaryLogWrite was given so far. False when it cannot be written now, or
 /// `nTimeoutMs` are over. Any thread may call, as the above; none of them from a sink.
 bool flushBinaryLog(unsigned int nTimeoutMs);
@@ -44,7 +61,7 @@ struct BinaryLogCounts {
   unsigned long long mBytes = 0;     ///< of these
   unsigned long long mWaiting = 0;   ///< taken, and not in the file yet
   unsigned long long mRefused = 0;   ///< not taken: BinaryLogWrite gave -1
-  unsigned long long mFailed = 0;    ///< taken, and given up when the file was closed
+  unsigned long long mFailed = 0;    ///< taken, and given up when the file was closed, or in a file that was removed
   int mError = 0;                    ///< errno of the file's last write; 0: it took what it was given
 };
 

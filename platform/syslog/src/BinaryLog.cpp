@@ -12,10 +12,10 @@ const unsigned int LIMIT_MS = 10000;  // of waits for a file system
 
 // The new file takes records while the one before is still written, and is written itself when that is over: it may be
 // the same file.
-bool BinaryLog::setFile(const char* npPath) {
+bool BinaryLog::setFiles(const BinaryLogFiles& nFiles) {
   const std::lock_guard<std::mutex> lChange(mChange);
-  const bool lIsWanted = npPath != nullptr && npPath[0] != '\0';
-  BinaryLogFile* const lpNew = lIsWanted ? BinaryLogFile::open(npPath, LIMIT_MS) : nullptr;
+  const bool lIsWanted = nFiles.mpDirectory != nullptr && nFiles.mpDirectory[0] != '\0';
+  BinaryLogFile* const lpNew = lIsWanted ? BinaryLogFile::open(nFiles, mSyncMs, LIMIT_MS) : nullptr;
   if (lIsWanted && lpNew == nullptr) return false;
   BinaryLogFile* lpBefore = nullptr;
   {

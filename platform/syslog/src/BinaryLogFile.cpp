@@ -1,11 +1,8 @@
 #include "BinaryLogFile.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -37,9 +34,9 @@ int createThread(pthread_t* npThread, void* (*npEnter)(void*), void* npArgument)
 
 }  // namespace
 
-BinaryLogFile* BinaryLogFile::open(const char* npPath, unsigned int nTimeoutMs) {
-  BinaryLogFile* const lpFile = new (std::nothrow) BinaryLogFile;
-  int lError = lpFile == nullptr ? ENOMEM : lpFile->start(npPath);
+BinaryLogFile* BinaryLogFile::open(const BinaryLogFiles& nFiles, unsigned int nSyncMs, unsigned int nTimeoutMs) {
+  BinaryLogFile* const lpFile = new (std::nothrow) BinaryLogFile(nSyncMs);
+  int lError = lpFile == nullptr ? ENOMEM : lpFile->start(nFiles);
   if (lError == 0) {
     lError = lpFile->waitUntilOpen(nTimeoutMs);
     if (lError == 0) return lpFile;
@@ -51,15 +48,9 @@ BinaryLogFile* BinaryLogFile::open(const char* npPath, unsigned int nTimeoutMs) 
   return nullptr;
 }
 
-BinaryLogFile::~BinaryLogFile() {
-  if (mFile >= 0) ::close(mFile);
-}
-
 /// The thread opens the file. On an error there is no thread.
-int BinaryLogFile::start(const char* npPath) {
-  const size_t lLength = strnlen(npPath, sizeof(mPath));
-  int lError = lLength == sizeof(mPath) ? ENAMETOOLONG : 0;
-  if (lError == 0) memcpy(mPath, npPath, lLength);
+int BinaryLogFile::start(const BinaryLogFiles& nFiles) {
+  int lError = mFiles.set(nFiles);
   if (!mBatches[0].hasMemory() || !mBatches[1].hasMemory()) lError = ENOMEM;
   return lError == 0 ? createThread(&mThread, &BinaryLogFile::enter, this) : lError;
 }
@@ -83,42 +74,41 @@ void* BinaryLogFile::enter(void* npThis) {
 
 /// Writes until the end. True when nobody waits for it any more.
 bool BinaryLogFile::run() {
-  const int lError = openFile();
+  const int lError = mFiles.open();
   utl::MutexLock lLock(mMutex);
   mCounts.mError = lError;
   mState = lError == 0 ? OPEN : ENDED;
   mChanged.broadcast();
   if (lError == 0) {
     while (awaitBatchLocked()) writeLocked();
-    mpWriting->cutBack(mFile);  // nothing to do but for a file system that answered too late
+    mpWriting->cutBack(mFiles.get());  // nothing to do but for a file system that answered too late
   }
+  mMutex.unlock();
+  if (mSyncNs > 0) mFiles.sync();
+  const bool lIsGone = mFiles.isGone();
+  mMutex.lock();
+  if (lIsGone) loseLocked(mFiles.content());
   mState = ENDED;
   mChanged.broadcast();
   return mIsLeftBehind;
-}
-
-/// A pipe without a reader is an error here, as it would be later.
-int BinaryLogFile::openFile() {
-  mFile = ::open(mPath, O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, mode_t{0666});
-  if (mFile < 0) return errno;
-  fcntl(mFile, F_SETFL, O_APPEND);
-  return 0;
 }
 
 /// Waits for records, and then for more of them. False when the thread is to end.
 bool BinaryLogFile::awaitBatchLocked() {
   while (!mIsGivenUp && !mayWriteLocked()) {
     if (mState == WRITING && mIsFinishing) return false;
-    mWork.wait(mMutex);
+    if (!mWork.wait(mMutex, mSyncDueNs)) syncLocked();
   }
   const bool lIsUnderWay = !mpWriting->isDone() && mCounts.mError == 0;
-  const int64_t lDeadline = deadlineOf(GATHER_MS);
+  const int64_t lGatherNs = GATHER_MS * utl::Clock::NS_PER_MS;
+  const int64_t lDeadline = utl::Clock::realNs() + (mSyncNs > 0 ? std::min(mSyncNs / 2, lGatherNs) : lGatherNs);
   while (!lIsUnderWay && !mIsHurried && !mIsFinishing && mWork.wait(mMutex, lDeadline)) {
   }
   if (mIsGivenUp || mFailures >= mLastFailure) return false;
   if (!mpWriting->isDone()) return true;
   mIsHurried = false;
   mpWriting->clear();
+  mWritingSinceNs = mFillingSinceNs;
   std::swap(mpWriting, mpFilling);
   return true;
 }
@@ -131,13 +121,46 @@ void BinaryLogFile::writeLocked() {
   RecordBatch& lBatch = *mpWriting;
   const uint32_t lNum = lBatch.wholeNum(), lSize = lBatch.wholeSize();
   mMutex.unlock();
-  const int lError = lBatch.writeTo(mFile);
+  FileSeries::Content lGone;
+  const int lError = write(&lGone);
   mMutex.lock();
+  loseLocked(lGone);
+  mFiles.grow(lBatch.wholeSize() - lSize, lBatch.wholeNum() - lNum);
   mCounts.mRecorded += lBatch.wholeNum() - lNum;
   mCounts.mBytes += lBatch.wholeSize() - lSize;
   mCounts.mError = lError;
   if (lError != 0) ++mFailures;
   mChanged.broadcast();
+  if (mSyncNs > 0 && mSyncDueNs < 0) mSyncDueNs = mWritingSinceNs + mSyncNs;
+  if (mSyncDueNs >= 0 && deadlineOf(GATHER_MS) >= mSyncDueNs) syncLocked();
+}
+
+/// Into another file first, where it is time. One that cannot be made is only missed when the present one has gone.
+/// @param npGone what is lost with a file that somebody has removed
+int BinaryLogFile::write(FileSeries::Content* npGone) {
+  const bool lIsGone = mFiles.isGone();
+  if (lIsGone) mpWriting->beginRecord();
+  if (lIsGone || (!mpWriting->isWithinRecord() && mFiles.isOver(mpWriting->nextSize()))) {
+    if (mSyncNs > 0) mFiles.sync();
+    const FileSeries::Content lBefore = mFiles.content();
+    const int lError = mFiles.turn();
+    if (lError != 0 && lIsGone) return lError;
+    if (lIsGone) *npGone = lBefore;
+  }
+  return mpWriting->writeTo(mFiles.get(), mFiles.room());
+}
+
+void BinaryLogFile::loseLocked(const FileSeries::Content& nContent) {
+  mCounts.mRecorded -= nContent.mNum;
+  mCounts.mBytes -= nContent.mSize;
+  mCounts.mFailed += nContent.mNum;
+}
+
+void BinaryLogFile::syncLocked() {
+  mSyncDueNs = -1;
+  mMutex.unlock();
+  mFiles.sync();
+  mMutex.lock();
 }
 
 void BinaryLogFile::begin() {
@@ -159,7 +182,10 @@ bool BinaryLogFile::append(const void* npData, unsigned int nSize) {
     return false;
   }
   ++mTaken;
-  if (mpFilling->num() == 1) mWork.signal();
+  if (mpFilling->num() == 1) {
+    if (mSyncNs > 0) mFillingSinceNs = utl::Clock::realNs();
+    mWork.signal();
+  }
   if (!lWasHalfFull && mpFilling->isHalfFull()) hurryLocked();
   return true;
 }
@@ -169,14 +195,14 @@ bool BinaryLogFile::flush(unsigned int nTimeoutMs) {
   utl::MutexLock lLock(mMutex);
   const unsigned long long lTaken = mTaken, lFailures = mFailures;
   hurryLocked();
-  while (mCounts.mRecorded < lTaken && mFailures == lFailures && mChanged.wait(mMutex, lDeadline)) {
+  while (doneLocked() < lTaken && mFailures == lFailures && mChanged.wait(mMutex, lDeadline)) {
   }
-  return mCounts.mRecorded >= lTaken;
+  return doneLocked() >= lTaken;
 }
 
 BinaryLogCounts BinaryLogFile::countsLocked() const {
   BinaryLogCounts lCounts = mCounts;
-  lCounts.mWaiting = mTaken - mCounts.mRecorded;
+  lCounts.mWaiting = mTaken - doneLocked();
   return lCounts;
 }
 
@@ -195,8 +221,9 @@ BinaryLogCounts BinaryLogFile::finish(unsigned int nTimeoutMs) {
   }
   mIsGivenUp = true;
   BinaryLogCounts lCounts = countsLocked();
-  std::swap(lCounts.mWaiting, lCounts.mFailed);
-  if (lCounts.mFailed != 0 && lCounts.mError == 0) lCounts.mError = ETIMEDOUT;
+  const unsigned long long lGivenUp = std::exchange(lCounts.mWaiting, 0);
+  lCounts.mFailed += lGivenUp;
+  if (lGivenUp != 0 && lCounts.mError == 0) lCounts.mError = ETIMEDOUT;
   return lCounts;
 }
 

@@ -30,8 +30,15 @@ bool RecordBatch::add(const void* npData, unsigned int nSize) {
   return true;
 }
 
-int RecordBatch::writeTo(int nFile) {
-  const ssize_t lDone = ::write(nFile, &mpBytes[mDone], endOf(mNum) - mDone);
+uint32_t RecordBatch::endWithin(uint32_t nRoom) const {
+  if (nRoom >= endOf(mNum) - wholeSize()) return endOf(mNum);
+  const uint32_t* const lpEnds = mpEnds.get();
+  const uint32_t* const lpBehind = std::upper_bound(lpEnds + mWholeNum, lpEnds + mNum, wholeSize() + nRoom);
+  return lpBehind == lpEnds + mWholeNum ? *lpBehind : lpBehind[-1];
+}
+
+int RecordBatch::writeTo(int nFile, uint32_t nRoom) {
+  const ssize_t lDone = ::write(nFile, &mpBytes[mDone], endWithin(nRoom) - mDone);
   if (lDone < 0 && errno == EINTR) return 0;
   const int lError = lDone < 0 ? errno : 0;
   if (lDone > 0) mDone += static_cast<uint32_t>(lDone);

@@ -26,13 +26,18 @@ class RecordBatch {
   uint32_t wholeNum() const { return mWholeNum; }          ///< records that the file has
   uint32_t wholeSize() const { return endOf(mWholeNum); }  ///< bytes of these
   bool isDone() const { return mWholeNum == mNum; }
+  bool isWithinRecord() const { return mDone > wholeSize(); }
+  uint32_t nextSize() const { return mpEnds[mWholeNum] - wholeSize(); }  ///< of the first record that it has not
 
-  /// Writes what the file has not got, by one call. 0, or the errno; then a record of which the file took a part is cut
+  /// Writes what the file has not got, as far as whole records fit into that room, the first one in any case; by one
+  /// call. 0, or the errno; then a record of which the file took a part is cut
   /// off again where a file can be cut, and otherwise goes on where it stopped.
-  int writeTo(int nFile);
-  void cutBack(int nFile);  ///< takes a record's first part off again
+  int writeTo(int nFile, uint32_t nRoom);
+  void beginRecord() { mDone = wholeSize(); }  ///< of which another file took a part: as a whole
+  void cutBack(int nFile);                     ///< takes a record's first part off again
 
  private:
+  uint32_t endWithin(uint32_t nRoom) const;
   uint32_t endOf(uint32_t nNum) const { return nNum == 0 ? 0 : mpEnds[nNum - 1]; }
 
   std::unique_ptr<unsigned char[]> mpBytes;

@@ -69,7 +69,20 @@ void writeToStandardError(int nType, int nLevel, const char* npText) {
 }
 
 void setColoured(bool nColoured) { gStandardError.setColoured(nColoured); }
-bool setBinaryLogFile(const char* npPath) { return gBinaryLog.setFile(npPath); }
+void setBinaryLogSyncInterval(unsigned int nIntervalMs) { gBinaryLog.setSyncInterval(nIntervalMs); }
+
+bool setBinaryLogFile(const char* npPath) {
+  BinaryLogFiles lOne;
+  lOne.mpDirectory = npPath;
+  return gBinaryLog.setFiles(lOne);
+}
+
+bool setBinaryLogFiles(const BinaryLogFiles& nFiles) {
+  const auto lIsGiven = [](const char* np) { return np != nullptr && np[0] != '\0'; };
+  errno = EINVAL;
+  return lIsGiven(nFiles.mpDirectory) && lIsGiven(nFiles.mpPrefix) && gBinaryLog.setFiles(nFiles);
+}
+
 bool flushBinaryLog(unsigned int nTimeoutMs) { return gBinaryLog.flush(nTimeoutMs); }
 BinaryLogCounts binaryLogCounts() { return gBinaryLog.counts(); }
 unsigned long long droppedLines() { return gStandardError.dropped(); }

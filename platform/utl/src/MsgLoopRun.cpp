@@ -25,7 +25,7 @@ struct MsgLoop::Ticket {
 };
 
 int MsgLoop::start(ThreadMsgListener* npListener, unsigned int nTimeoutMs, int nPriority) {
-  if (seams::fails(seams::THREAD_START)) return 1;
+  if (seams::fails(seams::THREAD_START) || !mSlots.isWhole()) return 1;
   const int64_t lDeadline = Clock::realNs() + nTimeoutMs * Clock::NS_PER_MS;
   const int lThreadId = ThreadId::next();
   MutexLock lLock(mMutex);

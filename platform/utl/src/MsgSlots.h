@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <vector>
 
 #include "RawMsg.h"
 
@@ -24,13 +23,16 @@ struct MsgSlot {
   bool isOf(const ThreadMsgListener* npListener) const { return npListener == nullptr || mpListener == npListener; }
 };
 
-/// A fixed number of slots, each with its first bytes in the same cache lines. A slot belongs to who took it.
+/// A fixed number of slots, each with its first bytes in the same cache lines. A slot belongs to who took it. All
+/// memory is taken at first, so that no message is lost for want of it; what no message needs is never touched, and so
+/// not resident.
 class MsgSlots {
  public:
   /// Messages of up to `nMsgSize` bytes are usual, of up to `nSlotSize` possible.
   MsgSlots(unsigned int nNum, unsigned int nMsgSize, unsigned int nSlotSize);
 
-  unsigned int num() const { return static_cast<unsigned int>(mLarge.size()); }
+  bool isWhole() const { return mpLarge != nullptr || mSmallSize == mSlotSize; }  ///< whether there was memory for all
+  unsigned int num() const { return mNum; }
   unsigned int slotSize() const { return mSlotSize; }
   MsgSlot& operator[](int nIndex) { return *static_cast<MsgSlot*>(at(nIndex)); }
   const MsgSlot& operator[](int nIndex) const { return *static_cast<const MsgSlot*>(at(nIndex)); }
@@ -63,13 +65,14 @@ class MsgSlots {
 
   void* at(int nIndex) const { return &mpLines[static_cast<unsigned int>(nIndex) * mLinesPerSlot]; }
   unsigned char* small(int nIndex) { return reinterpret_cast<unsigned char*>(&(*this)[nIndex] + 1); }
-  MsgRoom large(int nIndex);
+  MsgRoom large(int nIndex) { return {&mpLarge[static_cast<unsigned int>(nIndex) * size_t{mSlotSize}], mSlotSize}; }
 
   const unsigned int mSlotSize;
-  const unsigned int mSmallSize;  // stands behind each slot; the whole size is taken when a message first needs it
+  const unsigned int mSmallSize;  // stands behind each slot
   const size_t mLinesPerSlot;
   std::unique_ptr<Line[]> mpLines;
-  std::vector<std::unique_ptr<unsigned char[]>> mLarge;
+  const unsigned int mNum;
+  std::unique_ptr<unsigned char[]> mpLarge;  // the whole size, for each slot; none where it all stands behind the slot
 };
 
 /// A stack of slots: what was freed last, and is warm, is used first. Guarded by its owner's lock.

@@ -10,7 +10,9 @@ namespace utl {
 /// A queued message as its listener sees it. The bytes stay the queue's.
 class RawMsg final : public ThreadRawMsg {
  public:
-  RawMsg(int nMsgId, const unsigned char* npData, unsigned int nSize) : mMsgId(nMsgId), mpData(npData), mSize(nSize) {}
+  RawMsg(int nMsgId, const unsigned char* npData, unsigned int nSize) : mMsgId(nMsgId), mpData(npData) {
+    mRead = {npData, npData + nSize};
+  }
 
   bool getMsgId(int* npMsgId) const override {
     *npMsgId = mMsgId;
@@ -18,7 +20,7 @@ class RawMsg final : public ThreadRawMsg {
   }
   bool beginInput() override { return false; }
   bool beginOutput() override {
-    mRead = 0;
+    mRead.mpNext = mpData;
     return true;
   }
 
@@ -32,8 +34,6 @@ class RawMsg final : public ThreadRawMsg {
 
   int mMsgId;
   const unsigned char* mpData;
-  unsigned int mSize;
-  unsigned int mRead = 0;
 };
 
 /// Memory for the bytes of a message; null when there is none.
@@ -45,10 +45,10 @@ struct MsgRoom {
 /// Writes the fields of a message one behind the other, into a buffer that may be exchanged for a larger one.
 class MsgWriter : public MsgDataBroker {
  public:
-  MsgWriter(unsigned char* npBuffer, unsigned int nRoom) : mpBuffer(npBuffer), mRoom(nRoom) {}
+  MsgWriter(unsigned char* npBuffer, unsigned int nRoom) : mpBuffer(npBuffer) { mWrite = {npBuffer, npBuffer + nRoom}; }
 
   bool beginInput() override {
-    mSize = 0;
+    mWrite.mpNext = mpBuffer;
     return true;
   }
   bool beginOutput() override { return false; }
@@ -56,7 +56,7 @@ class MsgWriter : public MsgDataBroker {
   /// Stores the whole message: false when it does not fit, whatever the message itself makes of that.
   bool store(const Msg& nMsg) { return nMsg.storeDataTo(*this) && mpBuffer != nullptr; }
   const unsigned char* data() const { return mpBuffer; }
-  unsigned int size() const { return mSize; }
+  unsigned int size() const { return static_cast<unsigned int>(mWrite.mpNext - mpBuffer); }
 
  protected:
   /// Gives memory of at least `nSize` bytes; null when there is none.
@@ -69,8 +69,6 @@ class MsgWriter : public MsgDataBroker {
   bool moveTo(const MsgRoom& nRoom);
 
   unsigned char* mpBuffer;  // null once something did not fit
-  unsigned int mRoom;
-  unsigned int mSize = 0;
 };
 
 }  // namespace utl

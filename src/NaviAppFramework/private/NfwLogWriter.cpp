@@ -548,7 +548,6 @@ bool LogWriter::drain(uint64_t nLimit, const char* npOperation) {
       const WatchedLock lLock(mSync);
       lSize = topPiece(nLimit, &lpBytes, npOperation);
     }
-    if (lSize == 0) mHasFlushFailed = false;
     if (lSize <= 0) return lSize == 0;
     const bool lIsWritten = mFile.write(lpBytes, static_cast<unsigned int>(lSize));
     const WatchedLock lLock(mSync);
@@ -615,7 +614,7 @@ bool LogWriter::takeUnsynced(UnsyncedFiles* npFiles) {
 }
 
 // What cannot be synced may still be read for as long as the system runs: told once, until it works again.
-void LogWriter::sync(UnsyncedFiles& nFiles) {
+void LogWriter::sync(const UnsyncedFiles& nFiles) {
   const bool lWasFailing = std::exchange(mIsSyncFailing, !nFiles.sync());
   if (mIsSyncFailing && !lWasFailing) APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "LogWriter::onSyncTimer(): Can't sync");
 }

@@ -126,7 +126,7 @@ class LogWriter : public utl::ThreadMsgListener {
   bool isSyncing() const { return mSyncTimerId != -1; }
   void noteUnsynced() NFW_REQUIRES(mFileSync);
   bool takeUnsynced(UnsyncedFiles* npFiles);
-  void sync(UnsyncedFiles& nFiles);
+  void sync(const UnsyncedFiles& nFiles);
 
   enum State { CREATED, INITIALIZED, SHUT_DOWN };
 

@@ -15,6 +15,7 @@ bool play(Service& nLog, const std::vector<std::string>& nFiles) {
   if (nFiles.empty()) return true;
   if (nFiles.size() == 1 && ::isatty(STDOUT_FILENO) != 1) return nLog.startPlay(nFiles.front().c_str());
   std::vector<const char*> lPaths;
+  lPaths.reserve(nFiles.size());
   for (const std::string& lFile : nFiles) lPaths.push_back(lFile.c_str());
   return nLog.startPlay(lPaths.data(), static_cast<unsigned int>(lPaths.size()));
 }

@@ -45,8 +45,9 @@ Sentences:
 
 Recordings:
   --record makes DIR/PREFIX_YYYYMMDD-hhmmss_NN.log with the sentences (id 20), those of dead
-  reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log. While
-  recording, --speed max is a sentence a millisecond, which a replay can follow.
+  reckoning (21) and the log's lines (255); --sys-record makes the compact sensor log: a new
+  FILE, or files DIR/PREFIX_sensor_YYYYMMDD-hhmmss_NN.log of a directory. While recording,
+  --speed max is a sentence a millisecond, which a replay can follow.
   --replay and --sys-replay play a recording at the pace it was made, to the same listeners;
   of two at once the first is heard first, then the other. Without a SOURCE, which stands before
   them, the run ends with the replay. The summary compares what listeners received with the
@@ -60,7 +61,10 @@ Recordings:
   second (--sync-interval), so that a power cut costs no more; what it leaves of a record is cut
   off when the next recording with this prefix begins. --keep-total, --keep-files, --keep-age
   and --keep-free delete the oldest files of the recording's prefix in its directory, never the
-  one that is written; the summary tells how many.
+  one that is written; the summary tells how many. SIGUSR1, or the key k in the live table, keeps
+  the files of both logs that were written to in the last five minutes (--keep-before): they get
+  a second name in DIR/kept, or move there where the medium has no second names, and no limit
+  deletes or counts them. Recording goes on, in the last of them, too.
   The summary tells of each log how many records were recorded, refused and lost, and its bytes.
   While records are lost the log says so at once, every ten seconds, and when it is over; in the
   end a line on standard error says which log, how many, since when and why, and the exit status
@@ -86,7 +90,7 @@ Other programs:
 
 Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
-          its keys: q ends; in a replay the space bar pauses and goes on, left and right jump
+          its keys: q ends; k keeps the last files; in a replay the space bar pauses and goes on, left and right jump
           by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100), . is one step
   json    one object a line for each epoch: time, fix, position in degrees, speed in m/s, accuracy,
           satellites (docs/formats/epoch.md); the last is the summary
@@ -124,7 +128,7 @@ struct Arguments {
   std::string mRate;
   std::vector<std::string> mReplay, mSensorReplay;
   std::vector<std::string> mServe;
-  std::string mMaxFileTime, mSyncInterval, mKeepAge;
+  std::string mMaxFileTime, mSyncInterval, mKeepAge, mKeepBefore;
   std::string mFrom, mTo;
   std::string mFormat = "table";
   double mForSeconds = 0.0;
@@ -175,6 +179,8 @@ void declareKeeping(CLI::App& nApp, Arguments& nArguments, RecordOptions& nRecor
       ->type_name("N")
       ->check(CLI::Range(1u, 1000000u).description(""));
   nApp.add_option("--keep-age", nArguments.mKeepAge, "the same, by their age, as 30d")->type_name("TIME");
+  nApp.add_option("--keep-before", nArguments.mKeepBefore, "of what SIGUSR1 or the key k keeps, 5m unless given")
+      ->type_name("TIME");
   nApp.add_option("--keep-free", nRecord.mKeep.mMinFreeSize, "the same, while less than that is free on the medium")
       ->type_name("SIZE")
       ->transform(largeSizeCheck());
@@ -189,7 +195,8 @@ void declareRecording(CLI::App& nApp, Options& nOptions) {
   nApp.add_option("--prefix", lRecord.mPrefix, "of the names of the recording's files, drive unless given")
       ->type_name("P");
   nApp.add_option("--backup", lRecord.mBackup, "copy this directory beside the recording first")->type_name("DIR");
-  nApp.add_option("--sys-record", lRecord.mSensorFile, "record the sensor log into a new file")->type_name("FILE");
+  nApp.add_option("--sys-record", lRecord.mSensorFile, "record the sensor log into a new file, or a directory")
+      ->type_name("FILE|DIR");
   nApp.add_option("--max-file-size", lRecord.mMaxFileSize, "of a file of the recording, 16M unless given")
       ->type_name("SIZE")
       ->transform(sizeCheck("", 4096, 0xFFFFFFFF));
@@ -313,7 +320,7 @@ void setRate(const Arguments& nArguments, Options& nOptions) {
   if (lIsSpeedOfReplay) return setReplayRate("--speed", nArguments.mSpeed, nOptions.mReplay);
   if (nArguments.mRate.empty()) return;
   if (nOptions.mReplay.isWanted()) return setReplayRate("--rate", nArguments.mRate, nOptions.mReplay);
-  const char* const lpWhat = "no whole number of 1 to 10, the sentences a second of the simulated drive";
+  const char* const lpWhat = "no whole number of 1 to 10, the epochs a second of the simulated drive";
   nOptions.mSimulator.mRateHz = static_cast<unsigned int>(parseRate("--rate", nArguments.mRate, 1, 10, lpWhat));
   if (std::to_string(nOptions.mSimulator.mRateHz) != nArguments.mRate)
     parseRate("--rate", nArguments.mRate, 11, 10, lpWhat);
@@ -394,10 +401,11 @@ SimulatorOptions::Tunnel parseTunnel(const std::string& nText) {
 }
 
 // A sensor log tells nothing of its beginning: another run at its end could not be told from this one.
-void checkNewFile(const std::string& nPath) {
-  if (!nPath.empty() && ::access(nPath.c_str(), F_OK) == 0) {
-    throw CLI::ValidationError("--sys-record", nPath + ": exists already");
-  }
+void checkSensorFile(RecordOptions& nRecord) {
+  struct stat lStat = {};
+  if (nRecord.mSensorFile.empty() || ::stat(nRecord.mSensorFile.c_str(), &lStat) != 0) return;
+  nRecord.mIsSensorSeries = S_ISDIR(lStat.st_mode);
+  if (!nRecord.mIsSensorSeries) throw CLI::ValidationError("--sys-record", nRecord.mSensorFile + ": exists already");
 }
 
 unsigned int duration(const char* npOption, const std::string& nText, unsigned int nUnitMs) {
@@ -412,14 +420,21 @@ void setKeeping(const Arguments& nArguments, RecordOptions& nRecord) {
   }
   if (!nArguments.mSyncInterval.empty()) nRecord.mSyncMs = duration("--sync-interval", nArguments.mSyncInterval, 1);
   if (!nArguments.mKeepAge.empty()) nRecord.mKeep.mMaxAgeSec = duration("--keep-age", nArguments.mKeepAge, 1000);
+  if (!nArguments.mKeepBefore.empty()) {
+    nRecord.mKeepBeforeSec = duration("--keep-before", nArguments.mKeepBefore, 1000);
+    if (nRecord.mKeepBeforeSec == 0) throw CLI::ValidationError("--keep-before", "\"0\" would keep nothing");
+  }
   if (nRecord.mIsAligned && nRecord.mMaxFileTimeMs == 0) {
     throw CLI::ValidationError("--max-file-time-aligned", "goes with --max-file-time");
   }
-  if (!nRecord.mDirectory.empty() || !nRecord.mDrive.empty()) return;
-  if (nRecord.mMaxFileTimeMs > 0) throw CLI::ValidationError("--max-file-time", "goes with --record or --record-on");
+  if (!nArguments.mKeepBefore.empty() && !nRecord.isWanted()) {
+    throw CLI::ValidationError("--keep-before", "goes with --record, --record-on or --sys-record");
+  }
+  if (!nRecord.mDirectory.empty() || !nRecord.mDrive.empty() || nRecord.mIsSensorSeries) return;
+  const std::string lWith = "--record, --record-on or a directory of --sys-record";
+  if (nRecord.mMaxFileTimeMs > 0) throw CLI::ValidationError("--max-file-time", "goes with " + lWith);
   if (nRecord.isLimited()) {
-    throw CLI::ValidationError("--keep-total, --keep-files, --keep-age, --keep-free",
-                               "go with --record or --record-on");
+    throw CLI::ValidationError("--keep-total, --keep-files, --keep-age, --keep-free", "go with " + lWith);
   }
 }
 
@@ -448,7 +463,7 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
   if (!nArguments.mSystems.empty()) nOptions.mSimulator.mSystems = 0;
   for (const std::string& lName : nArguments.mSystems) nOptions.mSimulator.mSystems |= 1u << SYSTEMS.at(lName);
   for (const std::string& lText : nArguments.mTunnels) nOptions.mSimulator.mTunnels.push_back(parseTunnel(lText));
-  checkNewFile(nOptions.mRecord.mSensorFile);
+  checkSensorFile(nOptions.mRecord);
   setKeeping(nArguments, nOptions.mRecord);
   setServe(nArguments, nOptions);
 }

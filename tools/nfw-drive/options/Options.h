@@ -23,14 +23,18 @@ struct RecordOptions {
   std::string mDirectory;  ///< of the data logger; empty: not recorded
   std::string mDrive;      ///< of the device onto which to record while it is mounted
   std::string mPrefix = "drive";
-  std::string mBackup;      ///< a directory to copy beside the recording
-  std::string mSensorFile;  ///< of the sensor log; empty: not recorded
+  std::string mBackup;           ///< a directory to copy beside the recording
+  std::string mSensorFile;       ///< of the sensor log; empty: not recorded
+  bool mIsSensorSeries = false;  ///< that is a directory, for files that follow one another
   unsigned int mMaxFileSize = 16 * 1024 * 1024;
   unsigned int mBufferSize = 256 * 1024;
-  unsigned int mMaxFileTimeMs = 0;  ///< 0: files end by their size alone
-  bool mIsAligned = false;          ///< files also end at the multiples of that in the local day
-  unsigned int mSyncMs = 1000;      ///< what a power cut loses at most; 0: whatever the system likes
-  nfw::LogRetentionLimits mKeep;    ///< of the files with this prefix
+  unsigned int mMaxFileTimeMs = 0;    ///< 0: files end by their size alone
+  bool mIsAligned = false;            ///< files also end at the multiples of that in the local day
+  unsigned int mSyncMs = 1000;        ///< what a power cut loses at most; 0: whatever the system likes
+  unsigned int mKeepBeforeSec = 300;  ///< files written to since are kept when that is asked for
+  nfw::LogRetentionLimits mKeep;      ///< of the files with this prefix
+
+  static constexpr const char* SENSOR_SUFFIX = "_sensor";  ///< behind the prefix, of the sensor log's files
 
   bool isLimited() const {
     return mKeep.mMaxTotalSize > 0 || mKeep.mMaxFileNum > 0 || mKeep.mMaxAgeSec > 0 || mKeep.mMinFreeSize > 0;

@@ -68,6 +68,17 @@ nfw::LogRetentionCounts LogReport::getDeleted() const {
   return mDeleted;
 }
 
+void LogReport::noteKept(const KeptCounts& nCounts) {
+  if (!nCounts.mFault.empty()) noteFault("not all files that were asked for are kept: " + nCounts.mFault);
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  mKeptNum += nCounts.mNum;
+}
+
+unsigned int LogReport::getKeptNum() const {
+  const std::lock_guard<std::mutex> lLock(mMutex);
+  return mKeptNum;
+}
+
 nfw::LogRecordCounts LogReport::getCounts() const {
   const std::lock_guard<std::mutex> lLock(mMutex);
   return mCounts;

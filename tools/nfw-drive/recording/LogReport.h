@@ -3,6 +3,7 @@
 #include <mutex>
 #include <string>
 
+#include "KeptFiles.h"
 #include "NfwLogRecordCounts.h"
 #include "NfwLogRetention.h"
 #include "Spell.h"
@@ -13,6 +14,8 @@ namespace drive {
 class LogReport {
  public:
   explicit LogReport(const char* npName) : mName(npName) {}
+
+  const std::string& getName() const { return mName; }
 
   /// From here on the log is wanted: it is told of, and what is missing in it is a failure.
   /// @param nPlace where it is recorded
@@ -27,6 +30,9 @@ class LogReport {
   /// What was deleted of the recording's files to keep them within limits.
   void noteDeleted(const nfw::LogRetentionCounts& nCounts);
   nfw::LogRetentionCounts getDeleted() const;
+  /// What was marked as kept, once more. What could not be is a fault.
+  void noteKept(const KeptCounts& nCounts);
+  unsigned int getKeptNum() const;  ///< files, in all
 
   nfw::LogRecordCounts getCounts() const;
   /// What is wrong with the log in the end, on one line; empty when it is whole.
@@ -42,6 +48,7 @@ class LogReport {
   std::string mPlace;
   nfw::LogRecordCounts mCounts;
   nfw::LogRetentionCounts mDeleted;
+  unsigned int mKeptNum = 0;
   std::string mSince;  // the time of day when records first were missing
   std::string mFault;
   Spell mSpell;

@@ -11,6 +11,7 @@
 
 #include "CutFiles.h"
 #include "DriveLog.h"
+#include "KeptFiles.h"
 #include "LogIds.h"
 #include "NfwLogger.h"
 #include "NfwSensorSysLogger.h"
@@ -30,6 +31,8 @@ void writeSensorNote(std::string nNote) {
   nfw::SensorSysLoggerManager::write(SENSOR_ID_RUN_NOTE, 0, nNote.data(), static_cast<unsigned int>(nNote.size()));
 }
 
+const unsigned int SENSOR_FLUSH_MS = 2000;
+
 const char* orNull(const std::string& nText) { return nText.empty() ? nullptr : nText.c_str(); }
 
 void tell(const std::string& nText) {
@@ -42,7 +45,7 @@ bool Recorder::start(Worker::Task nOnReady) {
   if (!mRecord.mDirectory.empty()) mLog.want(mRecord.mDirectory);
   if (!mRecord.mSensorFile.empty()) mSensorLog.want(mRecord.mSensorFile);
   if (!mRecord.mDrive.empty()) mLog.want({});
-  if (!mWorker.start("drive_Recorder", lookTime(), [this] { look(); })) return false;
+  if (!mWorker.start("drive_Recorder", FLUSH_TIME, [this] { look(); })) return false;
   mWorker.post([this, lOnReady = std::move(nOnReady)] { begin(lOnReady); });
   return true;
 }
@@ -70,15 +73,18 @@ bool Recorder::startRecord(const std::string& nDirectory) {
   nfw::Logger& lLogger = *nfw::Logger::get();
   lLogger.setSyncInterval(mRecord.mSyncMs);
   lLogger.setMaxFileTime(mRecord.mMaxFileTimeMs, mRecord.mIsAligned);
-  mendIn(nDirectory);
-  if (mRecord.isLimited()) keepWithin(nDirectory);
+  mendIn(nDirectory, mRecord.mPrefix);
+  keepWithin(nDirectory);
   if (lLogger.startRecord(nDirectory.c_str(), mRecord.mPrefix.c_str(), orNull(mRecord.mBackup))) return true;
-  endKeeping();
+  mLimits.end();
   return false;
 }
 
-void Recorder::mendIn(const std::string& nDirectory) const {
-  const CutOff lCut = closeCutFiles(nDirectory, mRecord.mPrefix);
+void Recorder::mendIn(const std::string& nDirectory, const std::string& nPrefix) const {
+  CutOff lCut = closeCutFiles(nDirectory, nPrefix);
+  const CutOff lKept = closeCutFiles(nDirectory + "/kept", nPrefix);  // where they were moved, or have this name alone
+  lCut.mFiles += lKept.mFiles;
+  lCut.mBytes += lKept.mBytes;
   if (lCut.mFiles == 0) return;
   APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING,
          "an earlier recording was cut within a record: %u file%s shortened to the last whole one, by %llu bytes",
@@ -86,37 +92,20 @@ void Recorder::mendIn(const std::string& nDirectory) const {
 }
 
 void Recorder::keepWithin(const std::string& nDirectory) {
-  endKeeping();
-  mpRetention = std::make_unique<nfw::LogRetention>(nDirectory.c_str(), mRecord.mPrefix.c_str(), mRecord.mKeep);
-  if (!mpRetention->start()) mLog.noteFault("the limits of its files cannot be kept");
+  if (mLimits.begin(nDirectory, mRecord.mPrefix, mRecord)) return;
+  mLog.noteFault("the limits of its files cannot be kept");
 }
 
-void Recorder::endKeeping() {
-  mDeletedBefore = deleted();
-  mpRetention.reset();
-}
-
-// What came since it looked last counts too: when the logger, which syncs the last files, has let go of them.
+// What came since they looked last counts too: when the loggers, which sync the last files, have let go of them.
 void Recorder::keepWithinForGood() {
-  if (mpRetention == nullptr) return;
-  mpRetention->stop();
-  mpRetention->apply();
-  mLog.noteDeleted(deleted());
-}
-
-nfw::LogRetentionCounts Recorder::deleted() const {
-  if (mpRetention == nullptr) return mDeletedBefore;
-  nfw::LogRetentionCounts lCounts = mpRetention->getCounts();
-  lCounts.mDeletedNum += mDeletedBefore.mDeletedNum;
-  lCounts.mDeletedSize += mDeletedBefore.mDeletedSize;
-  lCounts.mFailedNum += mDeletedBefore.mFailedNum;
-  if (lCounts.mError == 0) lCounts.mError = mDeletedBefore.mError;
-  return lCounts;
+  mLog.noteDeleted(mLimits.endForGood());
+  mSensorLog.noteDeleted(mSensorLimits.endForGood());
 }
 
 bool Recorder::startSensorLog() {
   if (mRecord.mSensorFile.empty()) return true;
-  if (!makeSensorFile() || !syslogservice::setBinaryLogFile(mRecord.mSensorFile.c_str())) {
+  syslogservice::setBinaryLogSyncInterval(mRecord.mSyncMs);
+  if (!setSensorFile()) {
     mFailure.note(EXIT_USAGE, mRecord.mSensorFile + ": " + std::strerror(errno));
     return false;
   }
@@ -124,14 +113,30 @@ bool Recorder::startSensorLog() {
     mFailure.note(EXIT_RUNTIME, mRecord.mSensorFile + ": no recording can be begun there");
     return false;
   }
+  mHasSensorLog = true;
   writeSensorNote(runnote::BEGIN);
   return true;
 }
 
 // The kernel gives a new name to one process alone. The descriptor tells later whether the file still has it.
-bool Recorder::makeSensorFile() {
-  mSensorFile = ::open(mRecord.mSensorFile.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY | O_CLOEXEC, mode_t{0666});
-  return mSensorFile >= 0;
+bool Recorder::setSensorFile() {
+  const std::string& lPath = mRecord.mSensorFile;
+  if (mRecord.mIsSensorSeries) return setSensorFiles(lPath, mRecord.mPrefix + RecordOptions::SENSOR_SUFFIX);
+  mSensorFile = ::open(lPath.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOCTTY | O_CLOEXEC, mode_t{0666});
+  return mSensorFile >= 0 && syslogservice::setBinaryLogFile(lPath.c_str());
+}
+
+bool Recorder::setSensorFiles(const std::string& nDirectory, const std::string& nPrefix) {
+  mendIn(nDirectory, nPrefix);
+  mSensorPrefix = nPrefix;
+  if (!syslogservice::setBinaryLogFiles(
+          {nDirectory.c_str(), nPrefix.c_str(), mRecord.mMaxFileSize, mRecord.mMaxFileTimeMs, mRecord.mIsAligned})) {
+    return false;
+  }
+  if (!mSensorLimits.begin(nDirectory, nPrefix, mRecord)) {
+    mSensorLog.noteFault("the limits of its files cannot be kept");
+  }
+  return true;
 }
 
 void Recorder::awaitBackup() {
@@ -157,11 +162,41 @@ void Recorder::beginIn(const std::string& nDirectory) {
 
 void Recorder::endIn() {
   mWorker.post([this] {
-    endKeeping();
+    mLimits.end();
     if (!nfw::Logger::get()->isRecording()) return;
     nfw::Logger::get()->stopRecord();
     APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "recording has ended: the medium is gone");
   });
+}
+
+void Recorder::keep() {
+  mWorker.post([this] { keepNow(); });
+}
+
+// The last files of both logs, with all that was recorded so far.
+void Recorder::keepNow() {
+  nfw::Logger& lLogger = *nfw::Logger::get();
+  char lDirectory[512];
+  const bool lHasLog = lLogger.isRecording() && lLogger.getRecordingDir(lDirectory, sizeof(lDirectory));
+  if (!lHasLog && !mHasSensorLog) return tell("no file is kept: nothing is recorded");
+  if (lHasLog) {
+    lLogger.flush();
+    keepIn(lDirectory, mRecord.mPrefix, mLog);
+  }
+  if (mHasSensorLog) {
+    syslogservice::flushBinaryLog(SENSOR_FLUSH_MS);
+    const std::filesystem::path lPath(mRecord.mSensorFile);
+    if (!mSensorPrefix.empty()) return keepIn(lPath, mSensorPrefix, mSensorLog);
+    keepIn(lPath.has_parent_path() ? lPath.parent_path() : ".", lPath.filename(), mSensorLog);
+  }
+}
+
+void Recorder::keepIn(const std::string& nDirectory, const std::string& nName, LogReport& nLog) const {
+  const KeptCounts lKept = keepFiles(nDirectory, nName, mRecord.mKeepBeforeSec);
+  nLog.noteKept(lKept);
+  if (!lKept.mFault.empty()) return tell(nLog.getName() + ": not all files of the last time are kept: " + lKept.mFault);
+  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "%s: %u more file%s of the last %u s kept in %s/kept",
+         nLog.getName().c_str(), lKept.mNum, lKept.mNum == 1 ? "" : "s", mRecord.mKeepBeforeSec, nDirectory.c_str());
 }
 
 bool Recorder::isSilent() const { return mWorker.busyFor() >= LATE_TIME; }
@@ -175,24 +210,10 @@ void Recorder::watch() {
 
 void Recorder::look() {
   nfw::Logger::get()->flush();
-  syncSensorLog();
-  mLog.noteDeleted(deleted());
+  mLog.noteDeleted(mLimits.getCounts());
+  mSensorLog.noteDeleted(mSensorLimits.getCounts());
   if (mLog.isWanted()) tell(mLog.look(nfw::Logger::get()->getRecordCounts(), Spell::Clock::now()));
   if (mSensorLog.isWanted()) tell(mSensorLog.look(sensorCounts(), Spell::Clock::now()));
-}
-
-std::chrono::milliseconds Recorder::lookTime() const {
-  const std::chrono::milliseconds SHORTEST(10);
-  if (mRecord.mSyncMs == 0 || mRecord.mSensorFile.empty()) return FLUSH_TIME;
-  return std::clamp<std::chrono::milliseconds>(std::chrono::milliseconds(mRecord.mSyncMs), SHORTEST, FLUSH_TIME);
-}
-
-// The data log's writer does so by itself. What cannot be synced could not be written either, which is told.
-void Recorder::syncSensorLog() {
-  const Worker::Clock::time_point lNow = Worker::Clock::now();
-  if (mSensorFile < 0 || mRecord.mSyncMs == 0 || lNow < mNextSync) return;
-  ::fdatasync(mSensorFile);
-  mNextSync = lNow + std::chrono::milliseconds(mRecord.mSyncMs) - lookTime();
 }
 
 nfw::LogRecordCounts Recorder::sensorCounts() const {
@@ -202,7 +223,8 @@ nfw::LogRecordCounts Recorder::sensorCounts() const {
   lCounts.mFailed = lFile.mFailed;
   lCounts.mBytes = lFile.mBytes;
   lCounts.mIsFailing = lFile.mError != 0;
-  if (lFile.mFailed > 0) lCounts.mReason = nfw::LOG_LOSS_WRITE;
+  const bool lIsRemoved = mRecord.mIsSensorSeries && lFile.mError == 0;
+  if (lFile.mFailed > 0) lCounts.mReason = lIsRemoved ? nfw::LOG_LOSS_REMOVED : nfw::LOG_LOSS_WRITE;
   if (lCounts.mReason == nfw::LOG_LOSS_WRITE) lCounts.mError = lFile.mError;
   struct stat lStat = {};
   if (mSensorFile < 0 || ::fstat(mSensorFile, &lStat) != 0 || lStat.st_nlink > 0) return lCounts;

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <atomic>
-#include <memory>
 #include <string>
 
 #include "Failure.h"
+#include "Limits.h"
 #include "LogReport.h"
 #include "Progress.h"
 #include "Worker.h"
@@ -24,6 +24,7 @@ class Recorder {
   /// Records below a directory that has just appeared, and stops because it goes.
   void beginIn(const std::string& nDirectory);
   void endIn();
+  void keep();            ///< marks the last files as kept, when the medium takes it
   bool isSilent() const;  ///< the medium does not answer
   void watch();           ///< says so in the log, when called now and then
   void giveUp();          ///< nothing will end the recordings any more: what is known of them stands
@@ -39,17 +40,16 @@ class Recorder {
   void begin(const Worker::Task& nOnReady);
   bool startLog();
   bool startRecord(const std::string& nDirectory);
-  void mendIn(const std::string& nDirectory) const;
+  void keepNow();
+  void keepIn(const std::string& nDirectory, const std::string& nName, LogReport& nLog) const;
+  void mendIn(const std::string& nDirectory, const std::string& nPrefix) const;
   void keepWithin(const std::string& nDirectory);
-  void endKeeping();
   void keepWithinForGood();
-  nfw::LogRetentionCounts deleted() const;
   bool startSensorLog();
-  bool makeSensorFile();
+  bool setSensorFile();
+  bool setSensorFiles(const std::string& nDirectory, const std::string& nPrefix);
   void awaitBackup();
   void look();
-  std::chrono::milliseconds lookTime() const;
-  void syncSensorLog();
   nfw::LogRecordCounts sensorCounts() const;
   void writeEndNotes() const;
   void end();
@@ -65,12 +65,12 @@ class Recorder {
   LogReport mSensorLog{"the sensor log"};
   bool mIsLeftBehind = false;
   std::atomic<bool> mAwaitsBackup{false};
-  Spell mSilence;        // of the medium; on the watching thread
-  int mSensorFile = -1;  // on the worker's thread, as what follows
+  Spell mSilence;             // of the medium; on the watching thread
+  int mSensorFile = -1;       // where the sensor log is one file; on the worker's thread, as what follows
+  std::string mSensorPrefix;  // where it is several
+  bool mHasSensorLog = false;
   bool mHasBegun = false;
-  Worker::Clock::time_point mNextSync;             // of the sensor log
-  nfw::LogRetentionCounts mDeletedBefore;          // on media that are gone
-  std::unique_ptr<nfw::LogRetention> mpRetention;  // while one is asked for and something is recorded
+  Limits mLimits, mSensorLimits;
   Worker mWorker;
 };
 

@@ -13,17 +13,17 @@ namespace drive {
 
 namespace {
 
-sigset_t endSignals() {
+sigset_t heededSignals() {
   sigset_t lSet;
   ::sigemptyset(&lSet);
-  for (const int lSignal : {SIGINT, SIGTERM, SIGHUP}) ::sigaddset(&lSet, lSignal);
+  for (const int lSignal : {SIGINT, SIGTERM, SIGHUP, SIGUSR1}) ::sigaddset(&lSet, lSignal);
   return lSet;
 }
 
 }  // namespace
 
 Events::Events() : mFd(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-  const sigset_t lSet = endSignals();
+  const sigset_t lSet = heededSignals();
   ::pthread_sigmask(SIG_BLOCK, &lSet, nullptr);
   mSignalFd = ::signalfd(-1, &lSet, SFD_CLOEXEC | SFD_NONBLOCK);
   ::signal(SIGPIPE, SIG_IGN);
@@ -61,7 +61,9 @@ int Events::timeout(const std::optional<Clock::time_point>& nDeadline) const {
 
 void Events::takeSignals() {
   signalfd_siginfo lInfo = {};
-  while (::read(mSignalFd, &lInfo, sizeof(lInfo)) == static_cast<ssize_t>(sizeof(lInfo))) mPending.fetch_or(SIGNALLED);
+  while (::read(mSignalFd, &lInfo, sizeof(lInfo)) == static_cast<ssize_t>(sizeof(lInfo))) {
+    mPending.fetch_or(lInfo.ssi_signo == SIGUSR1 ? KEEP_ASKED : SIGNALLED);
+  }
 }
 
 }  // namespace drive

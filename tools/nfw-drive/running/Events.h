@@ -19,6 +19,7 @@ class Events {
     TIME_UP = 16,
     FAILED = 32,        ///< something that the run cannot do without
     REPLAY_ENDED = 64,  ///< nothing is left to play
+    KEEP_ASKED = 128,   ///< SIGUSR1
   };
 
   Events();

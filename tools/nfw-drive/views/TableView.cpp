@@ -61,7 +61,7 @@ void TableView::lookAtReplay() {
   if (lAt.mLengthMs == 0) return;  // over
   mReplayText =
       fmt::format("{} of {}   rate {:g}{}", tool::playTimeText(lAt.mPositionMs), tool::playTimeText(lAt.mLengthMs),
-                  lAt.mRate / 1000.0, lAt.mIsPaused ? "   paused: space goes on, . is a step, q ends" : "");
+                  lAt.mRate / 1000.0, lAt.mIsPaused ? "   paused: space, . step, q" : "");
 }
 
 // A line more than fits would scroll, and the next picture would begin in the wrong place.

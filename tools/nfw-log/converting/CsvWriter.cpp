@@ -57,9 +57,12 @@ class CsvPart : public TrackPart {
 
 const TrackFormat CSV_FORMAT = {
     "csv",
-    "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
-    "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n",
-    "", [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
+    [](const Document&) -> std::string {
+      return "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
+             "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n";
+    },
+    "",
+    [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
       return std::make_unique<CsvPart>(nText, nName);
     }};
 

@@ -61,7 +61,7 @@ class GeoJsonPart : public TrackPart {
 }  // namespace
 
 const TrackFormat GEOJSON_FORMAT = {
-    "geojson", "{\"type\":\"FeatureCollection\",\"features\":[", "]}\n",
+    "geojson", [](const Document&) -> std::string { return "{\"type\":\"FeatureCollection\",\"features\":["; }, "]}\n",
     [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
       return std::make_unique<GeoJsonPart>(nText, nName, nIsFirst);
     }};

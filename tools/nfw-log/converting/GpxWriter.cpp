@@ -60,13 +60,17 @@ class GpxPart : public TrackPart {
   std::string mLine;
 };
 
+std::string begin(const Document& nDocument) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+         "<gpx version=\"1.1\" creator=\"nfw-log\" xmlns=\"http://www.topografix.com/GPX/1/1\""
+         " xmlns:gpxtpx=\"http://www.garmin.com/xmlschemas/TrackPointExtension/v2\">\n<metadata>\n<name>" +
+         xmlText(nDocument.mName) + "</name>\n" +
+         (nDocument.mUtcMs >= 0 ? "<time>" + utcText(nDocument.mUtcMs) + "</time>\n" : "") + "</metadata>\n";
+}
+
 }  // namespace
 
-const TrackFormat GPX_FORMAT = {"gpx",
-                                "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                "<gpx version=\"1.1\" creator=\"nfw-log\" xmlns=\"http://www.topografix.com/GPX/1/1\""
-                                " xmlns:gpxtpx=\"http://www.garmin.com/xmlschemas/TrackPointExtension/v2\">\n",
-                                "</gpx>\n",
+const TrackFormat GPX_FORMAT = {"gpx", begin, "</gpx>\n",
                                 [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
                                   return std::make_unique<GpxPart>(nText, nName);
                                 }};

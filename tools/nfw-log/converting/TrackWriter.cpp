@@ -6,7 +6,8 @@ namespace logtool {
 
 namespace {
 
-const TrackFormat& formatOf(const std::string& nName) {
+const TrackFormat& formatOf(const std::string& nName, bool nIsLines) {
+  if (nIsLines) return GEOJSON_LINES_FORMAT;
   for (const TrackFormat* lpFormat : {&GPX_FORMAT, &KML_FORMAT, &GEOJSON_FORMAT}) {
     if (nName == lpFormat->mpName) return *lpFormat;
   }
@@ -15,21 +16,33 @@ const TrackFormat& formatOf(const std::string& nName) {
 
 }  // namespace
 
-TrackWriter::TrackWriter(const std::string& nFormat, OutputFile& nOutput)
-    : mOutput(nOutput), mFormat(formatOf(nFormat)) {
-  mOutput.write(mFormat.mpBegin);
+TrackWriter::TrackWriter(const std::string& nFormat, const Document& nDocument, OutputFile& nOutput)
+    : mOutput(nOutput), mFormat(formatOf(nFormat, nDocument.mIsLines)), mDocument(nDocument) {}
+
+// The document tells its time at its begin: it begins with the first point.
+void TrackWriter::begin(int64_t nUtcMs) {
+  if (mHasBegun) return;
+  mHasBegun = true;
+  mDocument.mUtcMs = nUtcMs;
+  mOutput.write(mFormat.mpBegin(mDocument));
 }
 
-void TrackWriter::onTrack(size_t nTrack, const std::string& nName) {
-  Open lOpen;
-  lOpen.mText = std::make_unique<TrackText>(mOutput, mOpen.empty());
-  lOpen.mPart = mFormat.mpMakePart(*lOpen.mText, nName, nTrack == 0);
-  mOpen[nTrack] = std::move(lOpen);
-}
+void TrackWriter::onTrack(size_t nTrack, const std::string& nName) { mOpen[nTrack].mName = nName; }
 
 void TrackWriter::onPoint(const TrackPoint& nPoint) {
+  begin(nPoint.mUtcMs);
   ++mPoints;
-  mOpen[nPoint.mTrack].mPart->add(nPoint);
+  Open& lOpen = mOpen[nPoint.mTrack];
+  if (!lOpen.mPart) {
+    lOpen.mText = std::make_unique<TrackText>(mOutput, mOpen.size() == 1);
+    lOpen.mPart = mFormat.mpMakePart(*lOpen.mText, lOpen.mName, nPoint.mTrack == 0);
+  }
+  lOpen.mPart->add(nPoint);
+}
+
+void TrackWriter::end() {
+  begin(-1);
+  mOutput.write(mFormat.mpEnd);
 }
 
 void TrackWriter::onTracksEnd() {

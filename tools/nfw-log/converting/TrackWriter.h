@@ -20,37 +20,49 @@ class TrackPart {
   TrackText& mText;
 };
 
+/// What a document says of itself.
+struct Document {
+  std::string mName;      ///< for people; any bytes
+  int64_t mUtcMs = -1;    ///< of its first point; -1 without a date
+  bool mIsLines = false;  ///< GeoJSON: lines instead of points
+};
+
 /// A format: what stands around the tracks.
 struct TrackFormat {
   const char* mpName;
-  const char* mpBegin;
+  std::string (*mpBegin)(const Document& nDocument);
   const char* mpEnd;
   /// @param nIsFirst of the document
   std::unique_ptr<TrackPart> (*mpMakePart)(TrackText& nText, const std::string& nName, bool nIsFirst);
 };
 
-extern const TrackFormat GPX_FORMAT, KML_FORMAT, GEOJSON_FORMAT, CSV_FORMAT;
+extern const TrackFormat GPX_FORMAT, KML_FORMAT, GEOJSON_FORMAT, GEOJSON_LINES_FORMAT, CSV_FORMAT;
 
 /// Writes tracks as a document, one behind the other, each with its name.
 class TrackWriter : public TrackSink {
  public:
   /// @param nFormat "gpx", "kml", "geojson" or "csv" @param nOutput not owned, outlives the writer
-  TrackWriter(const std::string& nFormat, OutputFile& nOutput);
+  TrackWriter(const std::string& nFormat, const Document& nDocument, OutputFile& nOutput);
 
   void onTrack(size_t nTrack, const std::string& nName) override;
   void onPoint(const TrackPoint& nPoint) override;
   void onTracksEnd() override;
-  void end() { mOutput.write(mFormat.mpEnd); }
+  void end();
 
   uint64_t getPoints() const { return mPoints; }
 
  private:
   struct Open {
+    std::string mName;
     std::unique_ptr<TrackText> mText;
-    std::unique_ptr<TrackPart> mPart;
+    std::unique_ptr<TrackPart> mPart;  // null before the first point
   };
+  void begin(int64_t nUtcMs);
+
   OutputFile& mOutput;
   const TrackFormat& mFormat;
+  Document mDocument;
+  bool mHasBegun = false;
   std::map<size_t, Open> mOpen;  // of the recording under way
   uint64_t mPoints = 0;
 };

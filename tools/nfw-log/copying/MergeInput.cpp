@@ -1,17 +1,10 @@
 #include "MergeInput.h"
 
-#include "ProblemReport.h"
 #include "WallClock.h"
 
 namespace logtool {
 
 namespace {
-
-class Silence : public Problems {
- public:
-  void onDamage(const std::string& /*nPath*/, const tool::RecordDamage& /*nDamage*/) override {}
-  void onUnreadable(const std::string& /*nPath*/, const std::string& /*nReason*/) override {}
-};
 
 const size_t LOG_TICK_AT = 40;
 const size_t SENSOR_TICK_AT = 1;

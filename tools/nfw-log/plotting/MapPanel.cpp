@@ -47,6 +47,7 @@ void MapPanel::fit(const Box& nBox) {
     }
   }
   mMiddle = {(lEast.mLow + lEast.mHigh) / 2.0, (lNorth.mLow + lNorth.mHigh) / 2.0};
+  mBox = nBox;
   mCentreX = nBox.mX + nBox.mWidth / 2.0;
   mCentreY = nBox.mY + nBox.mHeight / 2.0;
   const double lWide = (nBox.mWidth - 2.0 * MARGIN) / std::max(lEast.mHigh - lEast.mLow, LEAST_SPAN);
@@ -133,8 +134,14 @@ void MapPanel::drawEnds(const MapTrack& nTrack, Svg* npSvg) const {
   npSvg->rectangle({lEndX - 5.0, lEndY - 5.0, 10.0, 10.0}, "mark");
   const bool lAreNear = std::fabs(lX - lEndX) < 60.0 && std::fabs(lY - lEndY) < 18.0;
   const std::string lName = mTracks.size() > 1 ? nTrack.mName + ": " : "";
-  drawName(lX, lY, lName + (lAreNear ? "start, end" : "start"), npSvg);
-  if (!lAreNear) drawName(lEndX, lEndY, lName + "end", npSvg);
+  // Tracks of one drive begin and end together: there the first has its name.
+  const std::vector<TrackPlace>& lNamed = mTracks.front().mpTrack->getPlaces();
+  const bool lIsFirst = &nTrack == &mTracks.front();
+  const auto lIsAlone = [&](const GroundPoint& n, double nX, double nY) {
+    return lIsFirst || std::hypot(xOf(n.mEast) - nX, yOf(n.mNorth) - nY) > 10.0;
+  };
+  if (lIsAlone(lNamed.front().mPlace, lX, lY)) drawName(lX, lY, lName + (lAreNear ? "start, end" : "start"), npSvg);
+  if (!lAreNear && lIsAlone(lNamed.back().mPlace, lEndX, lEndY)) drawName(lEndX, lEndY, lName + "end", npSvg);
 }
 
 // On the side of the mark where it hides least of the track.
@@ -146,10 +153,12 @@ void MapPanel::drawName(double nX, double nY, const std::string& nText, Svg* npS
                          {nX - 8.0 - lWidth, nY + 6.0, lWidth, lHeight}};
   const auto lHidden = [this](const Box& nPlace) {
     const std::vector<TrackPlace>& lTrack = mTracks.front().mpTrack->getPlaces();
-    return std::count_if(lTrack.begin(), lTrack.end(), [&](const TrackPlace& nPoint) {
-      const double lX = xOf(nPoint.mPlace.mEast), lY = yOf(nPoint.mPlace.mNorth);
-      return lX > nPlace.mX && lX < nPlace.right() && lY > nPlace.mY && lY < nPlace.bottom();
-    });
+    const bool lIsOutside = nPlace.right() > mBox.right() || nPlace.mX < mBox.mX;
+    return (lIsOutside ? std::ptrdiff_t{TrackThinner::MAX_POINTS} : 0) +
+           std::count_if(lTrack.begin(), lTrack.end(), [&](const TrackPlace& nPoint) {
+             const double lX = xOf(nPoint.mPlace.mEast), lY = yOf(nPoint.mPlace.mNorth);
+             return lX > nPlace.mX && lX < nPlace.right() && lY > nPlace.mY && lY < nPlace.bottom();
+           });
   };
   const Box* const lpBest =
       std::min_element(std::begin(lPlaces), std::end(lPlaces),

@@ -40,6 +40,7 @@ class MapPanel {
   const Ground& mGround;
   const std::vector<MapTrack>& mTracks;
   const ColourScale& mColours;
+  Box mBox = {};
   GroundPoint mMiddle = {};
   double mCentreX = 0.0, mCentreY = 0.0;
   double mPixelsPerMetre = 1.0;

@@ -2,13 +2,14 @@
 
 #include <cmath>
 
+#include "GroundDistance.h"
+#include "Stand.h"
+
 namespace logtool {
 
 namespace {
 
-const double METRES_PER_DEGREE = 111194.9;  // of a sphere of 6371 km
-const double FIRST_DISTANCE = 0.5;          // metres
-const double RADIANS = 3.14159265358979323846 / 180.0;
+const double FIRST_DISTANCE = 0.5;  // metres
 
 double distance(const GroundPoint& nFirst, const GroundPoint& nSecond) {
   return std::hypot(nFirst.mEast - nSecond.mEast, nFirst.mNorth - nSecond.mNorth);
@@ -17,12 +18,12 @@ double distance(const GroundPoint& nFirst, const GroundPoint& nSecond) {
 }  // namespace
 
 void TrackThinner::add(const TrackPoint& nPoint) {
-  const bool lIsFirst = mIsEmpty;
-  mIsEmpty = false;
-  const TrackPlace lPlace = {mGround.placeOf(nPoint.mLatitude, nPoint.mLongitude), static_cast<float>(nPoint.mSpeedKmh),
-                             nPoint.mFix, nPoint.mIsBreak};
-  if (!lIsFirst && !nPoint.mIsBreak) mLength += distance(lPlace.mPlace, mLast);
-  mLast = lPlace.mPlace;
+  const TrackPlace lPlace = {mGround.placeOf(nPoint.mLatitude, nPoint.mLongitude),
+                             Stand::momentOf(nPoint),
+                             nPoint.mUtcMs >= 0,
+                             static_cast<float>(nPoint.mSpeedKmh),
+                             nPoint.mFix,
+                             nPoint.mIsBreak};
   if (mIsLastLoose) {
     const TrackPlace lLoose = mPlaces.back();
     mPlaces.pop_back();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "TrackPoint.h"
@@ -28,6 +29,8 @@ class Ground {
 /// What is kept of a point of the track.
 struct TrackPlace {
   GroundPoint mPlace;
+  int64_t mTime;  ///< milliseconds, UTC where that is known, else from the recording's begin
+  bool mIsUtc;
   float mSpeedKmh;
   Fix mFix;
   bool mIsBreak;
@@ -44,7 +47,6 @@ class TrackThinner {
 
   void add(const TrackPoint& nPoint);
   const std::vector<TrackPlace>& getPlaces() const { return mPlaces; }
-  double getLengthM() const { return mLength; }  ///< of the whole track
 
  private:
   static bool isKept(const TrackPlace& nPlace, const TrackPlace& nLast, double nDistance);
@@ -52,11 +54,8 @@ class TrackThinner {
 
   std::vector<TrackPlace> mPlaces;
   Ground& mGround;
-  bool mIsEmpty = true;
   bool mIsLastLoose = false;  // the last place is there as the end only
   double mDistance = 0.0;
-  double mLength = 0.0;
-  GroundPoint mLast = {};
 };
 
 }  // namespace logtool

@@ -26,6 +26,9 @@ struct Options {
   bool mHtml = false;
   bool mByTime = false;           ///< merge: by the clock instead of the ticks
   std::string mFormat;            ///< of convert
+  std::string mName;              ///< of the document; empty: that of the recording
+  bool mLines = false;            ///< convert --to geojson: lines instead of points
+  bool mAppend = false;           ///< convert --to gpkg: to a package that is there
   std::string mColour = "speed";  ///< of the plot's track: speed or fix
   uint64_t mGapMs = 5000;         ///< a pause from which on info tells of it
   nfw::LogRetentionLimits mKeep;  ///< of each recording, when it is pruned

@@ -15,4 +15,11 @@ class Problems {
   virtual void onUnreadable(const std::string& nPath, const std::string& nReason) = 0;
 };
 
+/// For a first look at what is read, and told of, later.
+class Silence : public Problems {
+ public:
+  void onDamage(const std::string& /*nPath*/, const tool::RecordDamage& /*nDamage*/) override {}
+  void onUnreadable(const std::string& /*nPath*/, const std::string& /*nReason*/) override {}
+};
+
 }  // namespace logtool

@@ -34,7 +34,8 @@ class Run {
   /// As above; `nUse` is given each record, the selector, and whether the command line selects the record.
   template <class Use>
   void readAll(const Recording& nRecording, Problems& nProblems, Use nUse) {
-    Selector lSelector(mOptions.mSelection);
+    const Selection lSelection = selectionOf(nRecording);
+    Selector lSelector(lSelection);
     read(nRecording, nProblems, [&](const RecordingReader&, const tool::Record& nRecord) {
       const bool lIsSelected = lSelector.takes(nRecord);
       return nUse(nRecord, lSelector, lIsSelected) && !lSelector.isOver();
@@ -50,6 +51,11 @@ class Run {
     });
   }
 
+  /// Whether what the selection asks for can be found in these files: their end is known before they are read only
+  /// where they can be read twice. False with a line on standard error.
+  bool isReadable() const;
+  /// What the command line selects, from the recording's own end back where it says so.
+  Selection selectionOf(const Recording& nRecording) const;
   /// Takes in what a selector that has seen its recording found.
   void note(const Selector& nSelector);
   /// Whether the recordings had what the selection asks for: a type at least, and an end behind the begin. False with a
@@ -60,7 +66,7 @@ class Run {
   const Options& mOptions;
   const std::vector<Recording> mRecordings;
   Progress mProgress;
-  std::set<std::string> mSeenTypes;
+  Seen mSeen{mOptions.mSelection};
   bool mIsTurnedRound = false;
   uint64_t mDone = 0;  // bytes of the recordings before
 };

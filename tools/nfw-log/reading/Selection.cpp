@@ -42,6 +42,38 @@ int64_t timeOfDay(const std::string& nText) {
   return (lHour * 60 + lMinute) * 60000 + std::llround(lSecond * 1000.0);
 }
 
+/// Which of the words the test holds for; true when there is one.
+template <class Test>
+bool note(const std::vector<std::string>& nWords, std::vector<bool>* npSeen, Test nTest) {
+  bool lIsFound = false;
+  for (size_t i = 0; i < nWords.size(); ++i) {
+    if (!nTest(nWords[i])) continue;
+    lIsFound = true;
+    (*npSeen)[i] = true;
+  }
+  return lIsFound;
+}
+
+/// Looks for texts in the sentences of a record.
+class Finder : public tool::SentenceSink {
+ public:
+  Finder(const std::vector<std::string>& nTexts, std::vector<bool>* npSeen) : mTexts(nTexts), mpSeen(npSeen) {}
+  bool hasFound() const { return mHasFound; }
+
+  bool look(std::string_view nData) {
+    return note(mTexts, mpSeen, [&](const auto& nText) { return nData.find(nText) != std::string_view::npos; });
+  }
+  bool onSentence(std::string_view nSentence) override {
+    mHasFound = look(nSentence) || mHasFound;
+    return true;
+  }
+
+ private:
+  const std::vector<std::string>& mTexts;
+  std::vector<bool>* const mpSeen;
+  bool mHasFound = false;
+};
+
 }  // namespace
 
 bool parseMoment(const std::string& nText, Moment* npMoment) {
@@ -61,13 +93,15 @@ bool parseMoment(const std::string& nText, Moment* npMoment) {
 Selector::Selector(const Selection& nSelection)
     : mSelection(nSelection),
       mAsksClock(nSelection.mFrom.mKind > Moment::OFFSET || nSelection.mTo.mKind > Moment::OFFSET),
-      mSeen(nSelection.mTypes.size(), false) {}
+      mSeen(nSelection) {
+  if (!nSelection.mTexts.empty()) mSentences = std::make_unique<Sentences>();
+}
 
 bool Selector::takes(const tool::Record& nRecord) {
   mTimeline.step(nRecord.mTick);
   if (mAsksClock || nRecord.mKind == tool::SENSOR_RECORD) mTime = mClock.timeOf(nRecord);
-  const bool lIsOfType = mSelection.mTypes.empty() || isOfType(nRecord);
-  return isInTime() && lIsOfType && isListed(nRecord);
+  const bool lIsOfType = isOfType(nRecord);
+  return isInTime() && lIsOfType && isListed(nRecord) && (mSelection.mTexts.empty() || hasText(nRecord));
 }
 
 bool Selector::isInTime() {
@@ -97,16 +131,26 @@ int64_t Selector::timeOf(const Moment& nTimeOfDay) const {
 }
 
 bool Selector::isListed(const tool::Record& nRecord) const {
-  const auto& lIds = mSelection.mIds;
-  return lIds.empty() || std::find(lIds.begin(), lIds.end(), nRecord.mId) != lIds.end();
+  const auto lHas = [&](const std::vector<int>& nIds) {
+    return std::find(nIds.begin(), nIds.end(), nRecord.mId) != nIds.end();
+  };
+  return (mSelection.mIds.empty() || lHas(mSelection.mIds)) && !lHas(mSelection.mExcludedIds);
 }
 
 bool Selector::isOfType(const tool::Record& nRecord) {
-  const auto& lTypes = mSelection.mTypes;
-  const auto lFound = std::find(lTypes.begin(), lTypes.end(), recordType(nRecord));
-  if (lFound == lTypes.end()) return false;
-  mSeen[static_cast<size_t>(lFound - lTypes.begin())] = true;
-  return true;
+  const Selection& lAsked = mSelection;
+  if (lAsked.mTypes.empty() && lAsked.mExcludedTypes.empty()) return true;
+  const std::string_view lType = recordType(nRecord);
+  const bool lIsAsked = note(lAsked.mTypes, &mSeen.mTypes, [&](const std::string& nType) { return nType == lType; });
+  return !note(lAsked.mExcludedTypes, &mSeen.mExcludedTypes, [&](const auto& nType) { return nType == lType; }) &&
+         (lIsAsked || lAsked.mTypes.empty());
+}
+
+bool Selector::hasText(const tool::Record& nRecord) {
+  Finder lFinder(mSelection.mTexts, &mSeen.mTexts);
+  if (nRecord.mKind == tool::LOG_RECORD) return lFinder.look(nRecord.mData);
+  mSentences->read(nRecord, lFinder);
+  return lFinder.hasFound();
 }
 
 }  // namespace logtool

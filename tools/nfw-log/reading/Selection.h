@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "Sentences.h"
 #include "Timeline.h"
 #include "WallClock.h"
 
@@ -24,11 +26,21 @@ bool parseMoment(const std::string& nText, Moment* npMoment);
 struct Selection {
   std::vector<int> mIds;
   std::vector<std::string> mTypes;
-  Moment mFrom, mTo;  ///< from the first to before the second
+  std::vector<int> mExcludedIds;
+  std::vector<std::string> mExcludedTypes;
+  std::vector<std::string> mTexts;  ///< one of which is in the record's text
+  Moment mFrom, mTo;                ///< from the first to before the second
+  int64_t mLastMs = -1;             ///< instead of both: so much before the end, which Run finds; -1 without
+};
 
-  bool isAll() const {
-    return mIds.empty() && mTypes.empty() && mFrom.mKind == Moment::NONE && mTo.mKind == Moment::NONE;
-  }
+/// Which of what a selection names a recording had, by their indices.
+struct Seen {
+  explicit Seen(const Selection& nSelection)
+      : mTypes(nSelection.mTypes.size()),
+        mExcludedTypes(nSelection.mExcludedTypes.size()),
+        mTexts(nSelection.mTexts.size()) {}
+  std::vector<bool> mTypes, mExcludedTypes;  ///< in any record
+  std::vector<bool> mTexts;                  ///< in one that is selected otherwise
 };
 
 /// Judges the records of one recording, all of them in their order.
@@ -40,8 +52,7 @@ class Selector {
   /// No later record can be taken.
   bool isOver() const { return mIsOver; }
 
-  /// Whether a record was of the type with this index of the selection, selected or not.
-  bool hasSeen(size_t nType) const { return mSeen[nType]; }
+  const Seen& getSeen() const { return mSeen; }
   /// The times of day that bound the selection are turned round: nothing can lie between them.
   bool isTurnedRound() const { return mIsTurnedRound; }
 
@@ -54,6 +65,7 @@ class Selector {
   bool isAtOrAfter(const Moment& nMoment) const;
   bool isListed(const tool::Record& nRecord) const;
   bool isOfType(const tool::Record& nRecord);
+  bool hasText(const tool::Record& nRecord);
   int64_t timeOf(const Moment& nTimeOfDay) const;
 
   const Selection& mSelection;
@@ -64,7 +76,8 @@ class Selector {
   int64_t mFirstTime = NO_TIME;
   bool mIsOver = false;
   bool mIsTurnedRound = false;
-  std::vector<bool> mSeen;
+  Seen mSeen;
+  std::unique_ptr<Sentences> mSentences;  // for records that are not text
 };
 
 }  // namespace logtool

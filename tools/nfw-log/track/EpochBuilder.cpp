@@ -40,11 +40,9 @@ bool EpochBuilder::onSentence(std::string_view nSentence) {
     const char* mpName;
     Take mpTake;
   };
-  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga},
-                               {"GLL", &EpochBuilder::takeGll},
-                               {"GSA", &EpochBuilder::takeGsa},
-                               {"RMC", &EpochBuilder::takeRmc},
-                               {"VTG", &EpochBuilder::takeVtg}};
+  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga}, {"GLL", &EpochBuilder::takeGll},
+                               {"GSA", &EpochBuilder::takeGsa}, {"GSV", &EpochBuilder::takeGsv},
+                               {"RMC", &EpochBuilder::takeRmc}, {"VTG", &EpochBuilder::takeVtg}};
   const bool lIsPubx = nSentence.substr(0, 9) == "$PUBX,00,";
   Take lpTake = lIsPubx ? &EpochBuilder::takePubx : nullptr;
   for (const Kind& lKind : KINDS) {
@@ -61,7 +59,13 @@ bool EpochBuilder::onSentence(std::string_view nSentence) {
 
 /// Gives away the point under way and begins one.
 void EpochBuilder::beginAt(int64_t nTimeOfDay) {
-  if (mPoint.mTimeOfDay >= 0 && mPoint.hasPosition()) endPoint();
+  if (mPoint.mTimeOfDay >= 0) {
+    endSky();
+    if (mPoint.hasPosition())
+      endPoint();
+    else
+      mSink.onEpochsWithoutFix(0, 1);
+  }
   mPoint = {};
   mPoint.mTimeOfDay = nTimeOfDay;
   mPoint.mElapsedMs = mElapsed;
@@ -82,6 +86,14 @@ void EpochBuilder::endPoint() {
   }
   giveHeld();
   give(mPoint);
+}
+
+void EpochBuilder::endSky() {
+  if (mSky.mSatellites.empty()) return;
+  mSky.mUtcMs = mDay.next(mPoint.mTimeOfDay);
+  mSky.mElapsedMs = mPoint.mElapsedMs;
+  mSink.onSky(mSky);
+  mSky.mSatellites.clear();
 }
 
 void EpochBuilder::giveHeld() {
@@ -166,6 +178,28 @@ void EpochBuilder::takePubx(const SentenceFields& nFields) {
   setIfMissing(nFields.number(15), &mPoint.mHdop);
   setIfMissing(nFields.number(16), &mPoint.mVdop);
   setIfMissing(nFields.number(18), &mPoint.mSatellites);
+}
+
+void EpochBuilder::takeGsv(const SentenceFields& nFields) {
+  if (!mWantsSky || mPoint.mTimeOfDay < 0) return;
+  for (size_t i = 4; i + 3 < nFields.count(); i += 4) {
+    const double lNumber = nFields.number(i);
+    if (!(lNumber >= 1.0 && lNumber <= 999.0)) continue;
+    takeSatellite({satelliteName(nFields.text(0).substr(1, 2), static_cast<int>(lNumber)), nFields.number(i + 1),
+                   nFields.number(i + 2), nFields.number(i + 3)});
+  }
+}
+
+/// One that was told of already has a further signal.
+void EpochBuilder::takeSatellite(const SatelliteView& nView) {
+  for (SatelliteView& lView : mSky.mSatellites) {
+    if (!(lView.mName == nView.mName)) continue;
+    setIfMissing(nView.mElevation, &lView.mElevation);
+    setIfMissing(nView.mAzimuth, &lView.mAzimuth);
+    lView.mSnr = std::fmax(lView.mSnr, nView.mSnr);
+    return;
+  }
+  if (mSky.mSatellites.size() < MAX_SATELLITES) mSky.mSatellites.push_back(nView);
 }
 
 }  // namespace logtool

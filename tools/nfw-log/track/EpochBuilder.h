@@ -21,7 +21,7 @@ class EpochBuilder : public tool::SentenceSink {
   static constexpr size_t MAX_HELD = 256;
 
   /// @param nSink not owned, outlives the builder
-  explicit EpochBuilder(TrackSink& nSink) : mSink(nSink) {}
+  explicit EpochBuilder(TrackSink& nSink) : mSink(nSink), mWantsSky(nSink.wantsSky()) {}
 
   /// Of the sentences that follow.
   void setPlace(int nId, uint64_t nElapsedMs) {
@@ -38,6 +38,7 @@ class EpochBuilder : public tool::SentenceSink {
  private:
   void beginAt(int64_t nTimeOfDay);
   void endPoint();
+  void endSky();
   void giveHeld();
   void give(TrackPoint& nPoint);
   bool isBreak(const TrackPoint& nPoint) const;
@@ -49,8 +50,14 @@ class EpochBuilder : public tool::SentenceSink {
   void takeRmc(const SentenceFields& nFields);
   void takeVtg(const SentenceFields& nFields);
   void takePubx(const SentenceFields& nFields);
+  void takeGsv(const SentenceFields& nFields);
+  void takeSatellite(const SatelliteView& nView);
+
+  static constexpr size_t MAX_SATELLITES = 128;  // of an epoch
 
   TrackSink& mSink;
+  const bool mWantsSky;
+  Sky mSky;
   int mId = 0;
   uint64_t mElapsed = 0;
   TrackPoint mPoint;

@@ -12,6 +12,7 @@ class SentenceFields {
 
   explicit SentenceFields(std::string_view nSentence);
 
+  size_t count() const { return mCount; }
   std::string_view text(size_t nIndex) const { return nIndex < mCount ? mFields[nIndex] : std::string_view(); }
   char letter(size_t nIndex) const { return text(nIndex).size() == 1 ? text(nIndex)[0] : '\0'; }
   double number(size_t nIndex) const;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "Sky.h"
+
 namespace logtool {
 
 enum Fix { FIX_NONE, FIX_2D, FIX_3D, FIX_DIFFERENTIAL, FIX_ESTIMATED };
@@ -46,6 +48,11 @@ class TrackSink {
   /// No more points of the tracks so far.
   virtual void onTracksEnd() {}
   virtual void onPoint(const TrackPoint& nPoint) = 0;
+  /// Epochs that told no position, of a track with one at least.
+  virtual void onEpochsWithoutFix(size_t /*nTrack*/, uint64_t /*nEpochs*/) {}
+  /// What an epoch with a time told of satellites, with or without a position. Only for a sink that wants them.
+  virtual void onSky(const Sky& /*nSky*/) {}
+  virtual bool wantsSky() const { return false; }
 };
 
 }  // namespace logtool

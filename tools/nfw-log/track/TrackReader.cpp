@@ -4,7 +4,6 @@
 #include <map>
 
 #include "EpochBuilder.h"
-#include "TrackRecords.h"
 
 namespace logtool {
 
@@ -21,22 +20,39 @@ class NamedTrack : public TrackSink {
   EpochBuilder& getBuilder() { return mBuilder; }
 
   void onPoint(const TrackPoint& nPoint) override {
-    if (!mIsTold) mSink.onTrack(mNumber = (*mpTracks)++, mName);
-    mIsTold = true;
+    if (!mIsTold) tellTrack();
     TrackPoint lPoint = nPoint;
     lPoint.mTrack = mNumber;
     mSink.onPoint(lPoint);
   }
+  void onEpochsWithoutFix(size_t /*nTrack*/, uint64_t nEpochs) override {
+    mEarly += nEpochs;
+    if (mIsTold) tellEarly();
+  }
+  void onSky(const Sky& nSky) override { mSink.onSky(nSky); }
+  bool wantsSky() const override { return mSink.wantsSky(); }
 
  private:
+  void tellTrack() {
+    mSink.onTrack(mNumber = (*mpTracks)++, mName);
+    mIsTold = true;
+    tellEarly();
+  }
+  void tellEarly() {
+    if (mEarly > 0) mSink.onEpochsWithoutFix(mNumber, mEarly);
+    mEarly = 0;
+  }
+
   TrackSink& mSink;
   size_t* const mpTracks;
   const std::string mName;
   EpochBuilder mBuilder;
   bool mIsTold = false;
   size_t mNumber = 0;
+  uint64_t mEarly = 0;  // epochs without a position, until the track is told of
 };
 
+}  // namespace
 /// The tracks of a recording, by their ids.
 class Tracks {
  public:
@@ -64,25 +80,46 @@ class Tracks {
   std::map<int, NamedTrack> mTracks;
 };
 
-}  // namespace
+TrackReader::TrackReader(Run& nRun, TrackChoice nChoice)
+    : mRun(nRun),
+      mHasPrefix(nRun.getRecordings().size() > 1 && nChoice != TRACKS_OF_EACH_RECORDING),
+      mRecords(nRun, nChoice),
+      mUse([this](const tool::Record& nRecord, const TrackRecords::Place& nPlace) { return use(nRecord, nPlace); }) {}
+
+TrackReader::~TrackReader() = default;
 
 void TrackReader::read(Problems& nProblems, TrackSink& nSink) {
-  TrackRecords lRecords(mRun);
-  const bool lIsOne = mRun.getRecordings().size() == 1;
-  size_t lTrackNum = 0;
   for (const Recording& lRecording : mRun.getRecordings()) {
-    const std::string lName = std::filesystem::path(lRecording.mName).filename().string();
-    Tracks lTracks(nSink, lIsOne ? "" : lName + ", ", &lTrackNum);
-    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place& nPlace) {
-      EpochBuilder* const lpBuilder = lTracks.of(nRecord);
-      if (lpBuilder == nullptr) return true;
-      lpBuilder->setPlace(nRecord.mId, nPlace.mElapsedMs);
-      if (nPlace.mUtcMs != NO_TIME) lpBuilder->setTime(nPlace.mUtcMs);
-      if (!mSentences.read(nRecord, *lpBuilder)) ++mUndecoded;
-      return true;
+    begin(lRecording, nSink);
+    mRun.readAll(lRecording, nProblems, [&](const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
+      return take(nRecord, nSelector, nIsSelected);
     });
-    lTracks.finish();
+    end(lRecording);
   }
+}
+
+void TrackReader::begin(const Recording& nRecording, TrackSink& nSink) {
+  const std::string lName = std::filesystem::path(nRecording.mName).filename().string();
+  mTracks = std::make_unique<Tracks>(nSink, mHasPrefix ? lName + ", " : "", &mTrackNum);
+  mRecords.begin(nRecording, mUse);
+}
+
+bool TrackReader::take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
+  return mRecords.take(nRecord, nSelector, nIsSelected);
+}
+
+void TrackReader::end(const Recording& nRecording) {
+  mRecords.end(nRecording);
+  mTracks->finish();
+}
+
+bool TrackReader::use(const tool::Record& nRecord, const TrackRecords::Place& nPlace) {
+  EpochBuilder* const lpBuilder = mTracks->of(nRecord);
+  if (lpBuilder == nullptr) return true;
+  lpBuilder->setPlace(nRecord.mId, nPlace.mElapsedMs);
+  if (nPlace.mUtcMs != NO_TIME) lpBuilder->setTime(nPlace.mUtcMs);
+  if (!mSentences.read(nRecord, *lpBuilder)) ++mUndecoded;
+  return true;
 }
 
 }  // namespace logtool

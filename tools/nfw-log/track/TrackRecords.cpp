@@ -30,26 +30,31 @@ std::string_view moved(std::string_view nView, std::string_view nFrom, const std
 
 }  // namespace
 
-TrackRecords::TrackRecords(Run& nRun)
+TrackRecords::TrackRecords(Run& nRun, TrackChoice nChoice)
     : mRun(nRun),
+      mChoice(nChoice),
       mIsAsked(!nRun.getOptions().mSelection.mIds.empty()),
       mHasTypes(!nRun.getOptions().mSelection.mTypes.empty()) {}
 
 void TrackRecords::read(const Recording& nRecording, Problems& nProblems, const Use& nUse) {
+  begin(nRecording, nUse);
+  mRun.readAll(nRecording, nProblems, [&](const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
+    return take(nRecord, nSelector, nIsSelected);
+  });
+  end(nRecording);
+}
+
+void TrackRecords::begin(const Recording& nRecording, const Use& nUse) {
   if (nRecording.mDirectory != mDirectory) {
     for (auto& lCovered : mCovered) lCovered.clear();
   }
   mDirectory = nRecording.mDirectory;
-  mAsksTime = mHasTypes || nRecording.mHasBothKinds;
+  mAsksTime = mHasTypes || (nRecording.mHasBothKinds && mChoice != TRACKS_OF_EACH_RECORDING);
   mpUse = &nUse;
   mChosen = -1;
   mOthers.clear();
   mClocks.clear();
   mLeftOut = 0;
-  mRun.readAll(nRecording, nProblems, [&](const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
-    return take(nRecord, nSelector, nIsSelected);
-  });
-  end(nRecording);
 }
 
 bool TrackRecords::take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
@@ -67,6 +72,7 @@ int64_t TrackRecords::utcOf(const tool::Record& nRecord, Selector& nSelector) {
 
 bool TrackRecords::offer(const tool::Record& nRecord, const Place& nPlace) {
   if (mIsAsked || nRecord.mId == mChosen) return use(nRecord, nPlace);
+  if (mChoice != TRACK_OF_RECEIVER && roleOf(mKind, nRecord.mId) == DEAD_RECKONING) return use(nRecord, nPlace);
   if (mChosen >= 0) {
     if (mOthers.size() < MAX_OTHERS) mOthers.insert(nRecord.mId);
     return true;
@@ -108,7 +114,7 @@ bool TrackRecords::use(const tool::Record& nRecord, const Place& nPlace) {
 
 /// Of what the other kind tells nothing is taken, nor what has no time yet: it comes before what has.
 bool TrackRecords::isCovered(const tool::Record& nRecord, int64_t nUtcMs) {
-  const int lRole = mIsAsked ? roleOf(mKind, nRecord.mId) : RECEIVER;
+  const int lRole = mIsAsked || mChoice != TRACK_OF_RECEIVER ? roleOf(mKind, nRecord.mId) : RECEIVER;
   if (mDirectory == 0 || lRole >= OTHERS) return false;
   const size_t lKind = mKind == tool::LOG_RECORD ? 0 : 1;
   const Coverage& lOther = mCovered[1 - lKind][lRole];
@@ -119,6 +125,7 @@ bool TrackRecords::isCovered(const tool::Record& nRecord, int64_t nUtcMs) {
 
 void TrackRecords::end(const Recording& nRecording) {
   if (!mHeld.empty()) choose(mHeld.front().mRecord.mId);
+  if (mChoice == TRACKS_OF_EACH_RECORDING) return;
   for (const int lId : mOthers) {
     tell("{}: taken is {} (id {}); {} (id {}) has sentences too: --id {} takes it, --id {},{} both", nRecording.mName,
          trackName(mKind, mChosen), mChosen, trackName(mKind, lId), lId, lId, mChosen, lId);

@@ -9,6 +9,12 @@
 
 namespace logtool {
 
+enum TrackChoice {
+  TRACK_OF_RECEIVER,
+  TRACKS_OF_BOTH,           ///< dead reckoning's too
+  TRACKS_OF_EACH_RECORDING  ///< as both, each recording for itself, and nothing is said of what is not taken
+};
+
 /// Which records a track is made of: the one rule for every format and for the plot.
 /// - Of a recording the sentences of the receiver: id 0 of a sensor log, id 20 of a log, as nfw-drive records them.
 /// Where
@@ -27,9 +33,14 @@ class TrackRecords {
   using Use = std::function<bool(const tool::Record&, const Place&)>;  ///< false: no more is wanted
 
   /// @param nRun not owned, outlives this
-  explicit TrackRecords(Run& nRun);
+  explicit TrackRecords(Run& nRun, TrackChoice nChoice = TRACK_OF_RECEIVER);
 
   void read(const Recording& nRecording, Problems& nProblems, const Use& nUse);
+
+  /// The steps of read(), for who reads the records: all of a recording in their order. @param nUse outlives them
+  void begin(const Recording& nRecording, const Use& nUse);
+  bool take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected);  ///< false: no more is wanted
+  void end(const Recording& nRecording);
 
  private:
   struct Held {
@@ -41,16 +52,15 @@ class TrackRecords {
   static constexpr uint64_t MAX_HELD_MS = 60000;   // a receiver that has sent nothing for so long is not there
   static constexpr size_t MAX_OTHERS = 64;
 
-  bool take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected);
   int64_t utcOf(const tool::Record& nRecord, Selector& nSelector);
   bool offer(const tool::Record& nRecord, const Place& nPlace);
   void hold(const tool::Record& nRecord, const Place& nPlace);
   bool choose(int nId);
   bool use(const tool::Record& nRecord, const Place& nPlace);
   bool isCovered(const tool::Record& nRecord, int64_t nUtcMs);
-  void end(const Recording& nRecording);
 
   Run& mRun;
+  const TrackChoice mChoice;
   const bool mIsAsked;  // the command line names ids
   const bool mHasTypes;
   bool mAsksTime = false;

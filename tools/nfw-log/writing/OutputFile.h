@@ -30,6 +30,9 @@ class OutputFile {
   bool isClosed() const { return mOutput->getState() != tool::Output::OPEN; }
   bool isTerminal() const { return mOutput->isTerminal(); }
 
+  /// The file while it is under way, for who writes to it by its name; empty for standard output.
+  const std::string& getTemporary() const { return mTemporary; }
+
   /// What was written is of no use: says why, and commit() fails.
   void spoil(const char* npWhat, int nError);
 

@@ -2,7 +2,9 @@
 /// The fields of a message on their way through a queue.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace utl {
 
@@ -19,36 +21,36 @@ class MsgDataBroker {
   virtual bool beginInput() = 0;   ///< from here on fields are written, the first one first
   virtual bool beginOutput() = 0;  ///< from here on fields are read, the first one first
 
-  bool write(bool nValue) { return put(VALUE, &nValue, 1); }
-  bool write(char nValue) { return put(VALUE, &nValue, 1); }
-  bool write(int8_t nValue) { return put(VALUE, &nValue, 1); }
-  bool write(uint8_t nValue) { return put(VALUE, &nValue, 1); }
-  bool write(int16_t nValue) { return put(VALUE, &nValue, 2); }
-  bool write(uint16_t nValue) { return put(VALUE, &nValue, 2); }
-  bool write(int32_t nValue) { return put(VALUE, &nValue, 4); }
-  bool write(uint32_t nValue) { return put(VALUE, &nValue, 4); }
-  bool write(int64_t nValue) { return put(VALUE, &nValue, 8); }
-  bool write(uint64_t nValue) { return put(VALUE, &nValue, 8); }
-  bool write(float nValue) { return put(VALUE, &nValue, 4); }
-  bool write(double nValue) { return put(VALUE, &nValue, 8); }
+  bool write(bool nValue) { return putValue(nValue); }
+  bool write(char nValue) { return putValue(nValue); }
+  bool write(int8_t nValue) { return putValue(nValue); }
+  bool write(uint8_t nValue) { return putValue(nValue); }
+  bool write(int16_t nValue) { return putValue(nValue); }
+  bool write(uint16_t nValue) { return putValue(nValue); }
+  bool write(int32_t nValue) { return putValue(nValue); }
+  bool write(uint32_t nValue) { return putValue(nValue); }
+  bool write(int64_t nValue) { return putValue(nValue); }
+  bool write(uint64_t nValue) { return putValue(nValue); }
+  bool write(float nValue) { return putValue(nValue); }
+  bool write(double nValue) { return putValue(nValue); }
   template <class T>
   bool write(T* npValue) {
     const void* const lpValue = npValue;
     return put(POINTER, &lpValue, 1);
   }
 
-  bool read(bool* npValue) { return take(VALUE, npValue, 1); }
-  bool read(char* npValue) { return take(VALUE, npValue, 1); }
-  bool read(int8_t* npValue) { return take(VALUE, npValue, 1); }
-  bool read(uint8_t* npValue) { return take(VALUE, npValue, 1); }
-  bool read(int16_t* npValue) { return take(VALUE, npValue, 2); }
-  bool read(uint16_t* npValue) { return take(VALUE, npValue, 2); }
-  bool read(int32_t* npValue) { return take(VALUE, npValue, 4); }
-  bool read(uint32_t* npValue) { return take(VALUE, npValue, 4); }
-  bool read(int64_t* npValue) { return take(VALUE, npValue, 8); }
-  bool read(uint64_t* npValue) { return take(VALUE, npValue, 8); }
-  bool read(float* npValue) { return take(VALUE, npValue, 4); }
-  bool read(double* npValue) { return take(VALUE, npValue, 8); }
+  bool read(bool* npValue) { return takeValue(npValue); }
+  bool read(char* npValue) { return takeValue(npValue); }
+  bool read(int8_t* npValue) { return takeValue(npValue); }
+  bool read(uint8_t* npValue) { return takeValue(npValue); }
+  bool read(int16_t* npValue) { return takeValue(npValue); }
+  bool read(uint16_t* npValue) { return takeValue(npValue); }
+  bool read(int32_t* npValue) { return takeValue(npValue); }
+  bool read(uint32_t* npValue) { return takeValue(npValue); }
+  bool read(int64_t* npValue) { return takeValue(npValue); }
+  bool read(uint64_t* npValue) { return takeValue(npValue); }
+  bool read(float* npValue) { return takeValue(npValue); }
+  bool read(double* npValue) { return takeValue(npValue); }
   template <class T>
   bool read(T** npValue) {  ///< the same T as was written: the address is carried, not converted
     const void* lpValue = nullptr;
@@ -71,6 +73,35 @@ class MsgDataBroker {
 
   virtual bool put(ItemKind nKind, const void* npData, unsigned int nCount) = 0;
   virtual bool take(ItemKind nKind, void* npData, unsigned int nCount) = 0;
+
+  /// The bytes of a direction, from the next field's on. As long as they last, a number goes in or out without a call;
+  /// an empty stretch, as it is at first, leaves every field to put() and take().
+  struct WriteStretch {
+    unsigned char* mpNext = nullptr;
+    unsigned char* mpEnd = nullptr;
+  } mWrite;
+  struct ReadStretch {
+    const unsigned char* mpNext = nullptr;
+    const unsigned char* mpEnd = nullptr;
+  } mRead;
+
+ private:
+  template <class T>
+  bool putValue(T nValue) {
+    if (mWrite.mpEnd - mWrite.mpNext < static_cast<ptrdiff_t>(sizeof nValue)) return put(VALUE, &nValue, sizeof nValue);
+    std::memcpy(mWrite.mpNext, &nValue, sizeof nValue);
+    mWrite.mpNext += sizeof nValue;
+    return true;
+  }
+  template <class T>
+  bool takeValue(T* npValue) {
+    if (mRead.mpEnd - mRead.mpNext < static_cast<ptrdiff_t>(sizeof *npValue)) {
+      return take(VALUE, npValue, sizeof *npValue);
+    }
+    std::memcpy(npValue, mRead.mpNext, sizeof *npValue);
+    mRead.mpNext += sizeof *npValue;
+    return true;
+  }
 };
 
 }  // namespace utl

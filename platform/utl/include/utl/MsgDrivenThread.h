@@ -71,9 +71,10 @@ class MsgDrivenThread : public Thread {
   bool sendMsgInterrupt(const Msg& nMsg);
   bool sendMsgInterrupt(int nMsgId);
 
-  /// Arms a timer that delivers a TimerMsg after `nTimeMs` on the millisecond grid of TimeCounter, `nCount` times, or
-  /// until killed when that is 0. Never early. The id (1 and up, unique in the process while alive), or -1 when the
-  /// thread does not run or `nCount` is negative. `nKind` is 0. A timer whose message still waits adds none.
+  /// Arms a timer that delivers a TimerMsg when the tick of TimeCounter has gone on by `nTimeMs`: by the clock, nTimeMs
+  /// - 1 to nTimeMs milliseconds from now and never sooner. `nCount` times, or until killed when that is 0. The id (1
+  /// and up, unique in the process while alive), or -1 when the thread does not run or `nCount` is negative. `nKind` is
+  /// 0. A timer whose message still waits adds none.
   int setTimer(unsigned int nTimeMs, int nCount, unsigned int nParam, int nKind = 0);
 
   /// Cancels a timer and removes its message from the queue. True when there was one. `nFlag` is 1.

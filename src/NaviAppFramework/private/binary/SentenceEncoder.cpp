@@ -152,7 +152,7 @@ bool SentenceEncoder::encodeDateWithCare(const BinaryField& nField) {
     char lPart[3];
     uint8_t lValue = 0;
     const bool lIsPart = 2 * i < lLength && utl::copyStr(lPart, sizeof(lPart), lText + 2 * i, 2);
-    if (lLength != 0 && (!lIsPart || !utl::toUint8(lPart, &lValue))) return knowStatus() && fail(nField.mpFailed);
+    if (lLength != 0 && (!lIsPart || !utl::toUint8(lPart, &lValue))) return fail(nField.mpFailed);
     mpBase[nField.mOffset + i] = lValue;
   }
   return true;

@@ -39,7 +39,6 @@ bool DispatcherCore::detach(void* npListener, const Here& nHere) {
 
 bool DispatcherCore::request(int nMsgId, void* npListener, const Here& nHere) {
   const WatchedLock lLock(mSync, nHere);
-  mResult = false;
   const ListenerMsg lMsg(nMsgId, npListener);
   if (!watched([&] { return mpThread->sendMsgInterrupt(this, lMsg); }, nHere)) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "%s::%s(): Can't send thread", mpName, nHere.mpFunction);

@@ -7,19 +7,68 @@
 
 namespace nfw {
 
-/// Carries a copy of the record to the shared thread.
+/// How a record goes through the queue: field by field, a sky without the satellites behind the last one in use. Where
+/// the message ends the rest of the sky is as in a new record.
+namespace travel {
+
+inline bool isInUse(const GsvSatelliteInfo& n) {
+  return (n.satelliteId | n.azimuth) != 0 || (n.satelliteNumber | n.elevation | n.snr) != 0 || n.valid;
+}
+
 template <class Record>
-class DispatchMsg : public FieldMsg<DispatchMsg<Record>> {
+bool store(const Record& nRecord, utl::MsgDataBroker& nBroker) {
+  const fields::Store lStore{nBroker};
+  if constexpr (HAS_SKY<Record>) {
+    if (!RecordFields<Record>::eachBeforeSky(nRecord, lStore)) return false;
+    const auto& lSky = RecordFields<Record>::sky(nRecord);
+    unsigned int lNum = GsvSentence::SATELLITE_NUM;
+    while (lNum > 0 && !isInUse(lSky[lNum - 1])) --lNum;
+    for (unsigned int i = 0; i < lNum; ++i) {
+      if (!eachField(lSky[i], lStore)) return false;
+    }
+    return true;
+  } else {
+    return eachField(nRecord, lStore);
+  }
+}
+
+/// Into a new record.
+template <class Record>
+bool restore(Record& nRecord, utl::MsgDataBroker& nBroker) {
+  const fields::Restore lRestore{nBroker};
+  if constexpr (HAS_SKY<Record>) {
+    if (!RecordFields<Record>::eachBeforeSky(nRecord, lRestore)) return false;
+    for (GsvSatelliteInfo& lSatellite : RecordFields<Record>::sky(nRecord)) {
+      if (!eachField(lSatellite, lRestore)) break;
+    }
+    return true;
+  } else {
+    return eachField(nRecord, lRestore);
+  }
+}
+
+}  // namespace travel
+
+/// What a record arrives in on the shared thread.
+template <class Record>
+class DispatchMsg : public utl::Msg {
  public:
   static constexpr const char* NAME = "DispatchMsg";
-  DispatchMsg() = default;
-  DispatchMsg(int nMsgId, const Record& nRecord) : FieldMsg<DispatchMsg<Record>>(nMsgId), mRecord(nRecord) {}
-  template <class Self, class Visit>
-  static bool fields(Self& nSelf, Visit nVisit) {
-    return nVisit(nSelf.mRecord);
-  }
+  DispatchMsg() : utl::Msg(RESTORE_MSG_ID) {}
+  bool restoreDataFrom(utl::MsgDataBroker& nBroker) override { return travel::restore(mRecord, nBroker); }
 
   Record mRecord;
+};
+
+/// Copies a record into the queue from where it lies.
+template <class Record>
+class DispatchedMsg : public utl::Msg {
+ public:
+  explicit DispatchedMsg(const Record& nRecord) : utl::Msg(DISPATCHER_DISPATCH), mRecord(nRecord) {}
+  bool storeDataTo(utl::MsgDataBroker& nBroker) const override { return travel::store(mRecord, nBroker); }
+
+ private:
+  const Record& mRecord;
 };
 
 /// Hands records to listeners by their one operation, NOTIFY. Only what needs the types stands here: the rest is in the
@@ -33,9 +82,7 @@ class RecordDispatcher : public DispatcherCore {
  protected:
   using DispatcherCore::DispatcherCore;
 
-  void queue(const Record& nRecord, const Here& nHere) {
-    post(DispatchMsg<Record>(DISPATCHER_DISPATCH, nRecord), nHere);
-  }
+  void queue(const Record& nRecord, const Here& nHere) { post(DispatchedMsg<Record>(nRecord), nHere); }
 
  private:
   void onDispatch(utl::ThreadRawMsg& nMsg) override {

@@ -17,7 +17,7 @@ constexpr int ownMsgId(unsigned int nNumber) { return static_cast<int>(0x80000C0
 
 namespace fields {
 
-/// Stores one field: numbers, flags and enumerations by their width, byte arrays as one run, pointers by address,
+/// Stores one field: numbers, flags and enumerations by their width, arrays of numbers as one run, pointers by address,
 /// records field by field.
 struct Store {
   utl::MsgDataBroker& mBroker;
@@ -34,8 +34,8 @@ struct Store {
   }
   template <class T, size_t N>
   bool operator()(const T (&nField)[N]) const {
-    if constexpr (sizeof(T) == 1) {
-      return mBroker.writeBytes(nField, N);
+    if constexpr (std::is_arithmetic_v<T>) {
+      return mBroker.writeBytes(nField, sizeof nField);
     } else {
       for (const T& lItem : nField) {
         if (!(*this)(lItem)) return false;
@@ -64,8 +64,8 @@ struct Restore {
   }
   template <class T, size_t N>
   bool operator()(T (&nField)[N]) const {
-    if constexpr (sizeof(T) == 1) {
-      return mBroker.readBytes(nField, N);
+    if constexpr (std::is_arithmetic_v<T>) {
+      return mBroker.readBytes(nField, sizeof nField);
     } else {
       for (T& lItem : nField) {
         if (!(*this)(lItem)) return false;

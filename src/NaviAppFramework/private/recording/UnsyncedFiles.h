@@ -19,15 +19,11 @@ class UnsyncedFiles {
 
   bool isEmpty() const { return mNum == 0; }
 
-  /// True when all of them are on the medium; forgets them in any case.
-  bool sync() {
-    bool lIsDone = !mIsOverflown || mpFiles[ROOM - 1]->syncFileSystem();
-    for (unsigned int i = 0; i < mNum; ++i) {
-      lIsDone = (mIsOverflown || mpFiles[i]->sync()) && lIsDone;
-      mpFiles[i].reset();
-    }
-    mNum = 0;
-    mIsOverflown = false;
+  /// True when all of them are on the medium.
+  bool sync() const {
+    if (mIsOverflown) return mpFiles[ROOM - 1]->syncFileSystem();
+    bool lIsDone = true;
+    for (unsigned int i = 0; i < mNum; ++i) lIsDone = mpFiles[i]->sync() && lIsDone;
     return lIsDone;
   }
 

@@ -55,10 +55,13 @@ bool PlayClock::resume(uint32_t nNow) {
   return true;
 }
 
+// The wait for the first record, or for that behind a seek, is none of the recording's time: it stays as long as it is.
 void PlayClock::setRate(unsigned int nPermille, uint32_t nNow) {
   const WatchedLock lLock(mSync);
-  mNominal = nominal(nNow);
-  mTick = nNow;
+  if (distance(mTick, nNow) > 0) {
+    mNominal = nominal(nNow);
+    mTick = nNow;
+  }
   mRate = nPermille;
   ++mChangeNumber;
 }

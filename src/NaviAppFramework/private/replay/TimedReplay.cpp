@@ -90,7 +90,6 @@ bool TimedReplay::startWith(Open nOpen) {
     return false;
   }
   mHasThread = true;
-  mPending.clear();
   return true;
 }
 

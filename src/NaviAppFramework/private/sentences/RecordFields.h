@@ -106,7 +106,15 @@ template <>
 struct RecordFields<GsvSentence> {
   template <class Self, class Visit>
   static bool each(Self& n, Visit& nVisit) {
-    return visitFields(nVisit, n.satelliteType, n.messageCount, n.messageNumber, n.satelliteView, n.satellite);
+    return eachBeforeSky(n, nVisit) && visitField(nVisit, n.satellite);
+  }
+  template <class Self, class Visit>
+  static bool eachBeforeSky(Self& n, Visit& nVisit) {
+    return visitFields(nVisit, n.satelliteType, n.messageCount, n.messageNumber, n.satelliteView);
+  }
+  template <class Self>
+  static auto& sky(Self& n) {
+    return n.satellite;
   }
 };
 
@@ -145,12 +153,27 @@ struct RecordFields<PubxSentence> {
   }
 };
 
+/// GSV comes last, with its satellites at the end.
 template <>
 struct RecordFields<NmeaSentence> {
   template <class Self, class Visit>
   static bool each(Self& n, Visit& nVisit) {
-    return visitFields(nVisit, n.gga, n.gll, n.gsa, n.gsv, n.rmc, n.vtg);
+    return eachBeforeSky(n, nVisit) && visitField(nVisit, n.gsv.satellite);
+  }
+  template <class Self, class Visit>
+  static bool eachBeforeSky(Self& n, Visit& nVisit) {
+    return visitFields(nVisit, n.gga, n.gll, n.gsa, n.rmc, n.vtg) &&
+           RecordFields<GsvSentence>::eachBeforeSky(n.gsv, nVisit);
+  }
+  template <class Self>
+  static auto& sky(Self& n) {
+    return n.gsv.satellite;
   }
 };
+
+/// Whether a record has a sky: 128 satellites as its last fields, of which most are not in use. Its fields can then be
+/// visited in two parts, by `eachBeforeSky` and one by one in `sky`.
+template <class Record>
+constexpr bool HAS_SKY = std::is_same_v<Record, GsvSentence> || std::is_same_v<Record, NmeaSentence>;
 
 }  // namespace nfw

@@ -1,0 +1,23 @@
+# Puts the parts of the page into a source of the program: cmake -DOUTPUT=FILE -DSTYLE=FILE|... -DSCRIPT=FILE|...
+# -DLICENCES=FILE|... -P PageParts.cmake. The lists are separated by |.
+set(lSource "#include \"PageParts.h\"\n\nnamespace logtool {\n\nnamespace {\n\n")
+foreach(lPart STYLE SCRIPT LICENCES)
+  string(REPLACE "|" ";" lFiles "${${lPart}}")
+  set(lText "")
+  foreach(lFile IN LISTS lFiles)
+    file(READ ${lFile} lContent)
+    string(REGEX REPLACE "//# sourceMappingURL=[^\n]*|/\\*# sourceMappingURL=[^*]*\\*/" "" lContent "${lContent}")
+    if(lContent MATCHES "</(script|style)")
+      message(FATAL_ERROR "${lFile}: cannot stand in a page: it has ${CMAKE_MATCH_0}")
+    endif()
+    string(APPEND lText "${lContent}\n")
+  endforeach()
+  file(WRITE ${OUTPUT}.part "${lText}")
+  file(READ ${OUTPUT}.part lBytes HEX)
+  file(REMOVE ${OUTPUT}.part)
+  string(REGEX REPLACE "([0-9a-f][0-9a-f])" "'\\\\x\\1'," lBytes "${lBytes}")
+  string(APPEND lSource "const char ${lPart}[] = {${lBytes}};\n")
+endforeach()
+string(APPEND lSource "\n}  // namespace\n\nPageParts pageParts() {\n  return {{STYLE, sizeof(STYLE)}, {SCRIPT, sizeof(SCRIPT)}, "
+  "{LICENCES, sizeof(LICENCES)}};\n}\n\n}  // namespace logtool\n")
+file(WRITE ${OUTPUT} "${lSource}")
