@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <map>
+#include <sstream>
 
 #include "LogRecords.h"
 #include "Recordings.h"
@@ -32,7 +33,7 @@ json lastOf(const std::string& nOutput) {
 }
 
 // To the last digit, and in the order of the sentence; a block of no satellite and an empty position are none.
-TEST(Drive, jsonSaysWhatTheSentenceSays) {
+TEST(Drive, jsonlRawSaysWhatTheSentenceSays) {
   const char* const CASES[][2] = {
       {"$GNGGA,000102.25,0000.0001,S,00833.91590,W,2,08,1.01,-49.6,M,48.0,M,7,0120*00",
        R"({"type":"GGA","system":"combined","utc":"00:01:02","millisecond":25,)"
@@ -71,7 +72,7 @@ TEST(Drive, jsonSaysWhatTheSentenceSays) {
   std::string lLines;
   for (const auto& [lpSentence, lpJson] : CASES) lLines += std::string(lpSentence) + "\n";
   nfwtest::writeFile(lDirectory / "in.nmea", lLines);
-  const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--no-checksum", "--speed", "max", "--format", "json"});
+  const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--no-checksum", "--speed", "max", "--format", "jsonl-raw"});
   for (const auto& [lpSentence, lpJson] : CASES) expectTexts(lRun.mOutput, {lpJson});
 }
 
@@ -129,9 +130,28 @@ Reckoned     $GNRMC,080039.000,A,3539.28026,N,13944.81056,E,34.795,149.80,310126
 )");
 }
 
+// Every member is there. A position is that of its epoch, however far dead reckoning is ahead.
+TEST(Drive, jsonSaysAnEpochByItsSchema) {
+  const json lSchema = json::parse(nfwtest::readFile(NFW_EPOCH_SCHEMA));
+  const Outcome lRun = runQuietly({"sim", "--speed", "20", "--for", "9", "--tunnel", "3-5", "--format", "json"});
+  std::istringstream lLines(lRun.mOutput);
+  std::string lFixes;
+  for (std::string lLine; std::getline(lLines, lLine) && lLine.find("summary") == std::string::npos;) {
+    const json lEpoch = json::parse(lLine);
+    for (const json& lKey : lSchema["required"]) EXPECT_TRUE(lEpoch.contains(lKey)) << lKey << lLine;
+    EXPECT_EQ(lEpoch.size(), lSchema["required"].size());
+    EXPECT_EQ(lEpoch["satellites"].size(), 29u);
+    EXPECT_EQ(lEpoch["satellites"][0].size(), lSchema["properties"]["satellites"]["items"]["required"].size());
+    EXPECT_EQ(lEpoch["latitude"].is_number() && lEpoch["speed"].is_number(), lEpoch["fix"] != "none") << lLine;
+    lFixes += lEpoch["time"].get<std::string>().substr(18, 1) + lEpoch["fix"].get<std::string>() + " ";
+  }
+  EXPECT_EQ(lFixes, "03D 13D 23D 3reckoned 4reckoned 53D 63D 73D 83D ");
+}
+
 TEST(Drive, aSignalStopsThroughThePhases) {
   for (const int lSignal : {SIGINT, SIGTERM}) {
-    ToolRun lRun({"sim", "--speed", "0.001", "--format", "json", "--log-level", "0"});  // for an epoch in 17 minutes
+    ToolRun lRun(
+        {"sim", "--speed", "0.001", "--format", "jsonl-raw", "--log-level", "0"});  // for an epoch in 17 minutes
     EXPECT_NE(lRun.readLine(), "");
     lRun.signal(lSignal);
     EXPECT_EQ(lastOf(lRun.readAll())["end"], "stopped by a signal");
@@ -179,7 +199,7 @@ TEST(Drive, accountsForEverySentence) {
     std::string lText;
     for (const std::string& lLine : lLines) lText += lLine + "\n";
     nfwtest::writeFile(lDirectory / "in.nmea", lText);
-    const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--speed", "max", "--format", "json"});
+    const Outcome lRun = runQuietly({lDirectory / "in.nmea", "--speed", "max", "--format", "jsonl-raw"});
     std::map<std::string, uint64_t> lObjects;
     for (const std::string& lLine : nfwtest::split(lRun.mOutput, '\n')) {
       if (!lLine.empty()) ++lObjects[json::parse(lLine)["type"]];
@@ -286,7 +306,7 @@ class Server {
 
 TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   Server lServer;
-  ToolRun lRun({lServer.source(), "--format", "json", "--log-level", "0"});
+  ToolRun lRun({lServer.source(), "--format", "jsonl-raw", "--log-level", "0"});
   lServer.accept();
   lServer.send("{\"class\":\"VERSION\",\"release\":\"3.22\"}\r\n");
   EXPECT_EQ(lServer.receive(), "?WATCH={\"enable\":true,\"nmea\":true};\n");

@@ -133,7 +133,7 @@ TEST_F(Fault, recordsWhileTheStickIsThere) {
 
 // Nobody reads: what is recorded still comes to the file each second, and a signal ends the run.
 TEST_F(Fault, aReaderThatStopsHoldsUpNothing) {
-  ToolRun lRun(arguments({"--record", log(), "--speed", "20", "--format", "json"}));
+  ToolRun lRun(arguments({"--record", log(), "--speed", "20", "--format", "jsonl-raw"}));
   ASSERT_NE(lRun.readLine(), "");
   for (int i = 0; i < 3000 && recorded(log()) < 1500; ++i) ::poll(nullptr, 0, 10);
   EXPECT_GE(recorded(log()), 1500u);

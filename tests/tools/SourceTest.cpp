@@ -1,23 +1,25 @@
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <stdlib.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <vector>
 
 #include "GpsdFilter.h"
 #include "Pacer.h"
+#include "Resolved.h"
 #include "SentenceTime.h"
 #include "SerialSource.h"
 #include "SourceAddress.h"
+#include "UdpSource.h"
 
 namespace {
 
 using namespace drive;
 
 TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
-  const std::string FORMS =
-      "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT";
   const std::string CASES[][2] = {
       {"sim", "simulator 4800 |||"},
       {"-", "stdin 4800 |||"},
@@ -37,12 +39,21 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
       {"tcp://host:65536", "needs a port: tcp://HOST:PORT"},
       {"tcp://host:1x", "needs a port: tcp://HOST:PORT"},
       {"/dev/ttyNONE0:123", "has no speed of 123 baud"},
-      {"udp://:10110", FORMS},
-      {"gpsd://localhost:2947", FORMS + ", as tcp://localhost:2947"},
+      {"/dev/gps-none:9600", "serial 9600 /dev/gps-none|||"},
+      {"udp://239.1.2.3:10110", "udp 4800 |239.1.2.3|10110|"},
+      {"udp://:1", "udp 4800 ||1|"},
+      {"udp://host", "needs a port: udp://[ADDR]:PORT"},
+      {"gpsd://localhost", "tcp 4800 |localhost|2947|"},
+      {"gpsd://[::1]:1", "tcp 4800 |::1|1|"},
+      {"gpsd://[::1]", "tcp 4800 |::1|2947|"},
+      {"gpsd://:2947", "needs a host: gpsd://HOST[:PORT]"},
+      {"ftp://localhost:2947",
+       "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD], tcp://HOST:PORT, "
+       "gpsd://HOST[:PORT] or udp://[ADDR]:PORT, as tcp://localhost:2947"},
       {"localhost:2947", "is no file; of a server: tcp://localhost:2947"},
       {"[::1]:2947", "is no file; of a server: tcp://[::1]:2947"},
   };
-  const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp"};
+  const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp", "udp"};
   for (const auto& [lText, lExpected] : CASES) {
     SourceAddress l;
     std::string lReason;
@@ -143,6 +154,39 @@ TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
   std::string lText = "$GPGLL*1\r\n" + lStream;
   EXPECT_EQ(lPlain.filter(lText.data(), lText.size()), lText.size());
   EXPECT_FALSE(lPlain.takeGreeting());
+}
+
+// A datagram ends its last sentence; that of a group is heard by each program that listens to it.
+TEST(UdpSource, hearsWhatIsServedByDatagrams) {
+  for (const char* const lpWhere : {":0", "239.255.77.77:20177"}) {
+    HostPort lWhere;
+    ASSERT_TRUE(lWhere.parse(lpWhere));
+    if (lWhere.mPort == "0") {  // one that nobody has
+      const Resolved lFound(lWhere, SOCK_DGRAM);
+      const int lFd = openSocket(*lFound.first());
+      ASSERT_EQ(::bind(lFd, lFound.first()->ai_addr, lFound.first()->ai_addrlen), 0);
+      ASSERT_TRUE(lWhere.parse(localText(lFd)));
+      ::close(lFd);
+    }
+    tool::Stopper lStopper;
+    std::string lReason, lText(100, '\0');
+    UdpSource lFirst(lWhere, lStopper), lSecond(lWhere, lStopper);
+    ASSERT_EQ(lFirst.open(&lReason), SentenceSource::OPENED) << lReason;
+    const bool lIsShared = lSecond.open(&lReason) == SentenceSource::OPENED;
+    EXPECT_EQ(lIsShared, lWhere.mHost[0] == '2') << lReason;
+    const Resolved lFound(lWhere, SOCK_DGRAM);
+    const int lFd = openSocket(*lFound.first());
+    if (::sendto(lFd, "$GPTXT,1", 8, 0, lFound.first()->ai_addr, lFound.first()->ai_addrlen) != 8) {
+      ::close(lFd);
+      GTEST_SKIP() << "no way to a group here: " << std::strerror(errno);
+    }
+    ::close(lFd);
+    for (UdpSource* const lpSource : {&lFirst, lIsShared ? &lSecond : nullptr}) {
+      if (lpSource == nullptr) continue;
+      EXPECT_EQ(lpSource->read(lText.data(), lText.size(), &lReason), 9);
+      EXPECT_EQ(lText.substr(0, 9), "$GPTXT,1\n");
+    }
+  }
 }
 
 }  // namespace

@@ -322,7 +322,8 @@ void Application::writeSummary(const std::string& nVerdict) {
     say(lSummary.toText());
   } else {
     awaitReader();  // makes room
-    mOutput.write(mOptions.mFormat == FORMAT_JSON ? lSummary.toJson() : lSummary.toText());
+    const bool lIsJson = mOptions.mFormat == FORMAT_JSON || mOptions.mFormat == FORMAT_JSONL_RAW;
+    mOutput.write(lIsJson ? lSummary.toJson() : lSummary.toText());
   }
 }
 

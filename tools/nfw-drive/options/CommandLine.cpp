@@ -28,8 +28,12 @@ const char* const MANUAL = R"(Sources:
   -                   standard input, as it comes; by its own times when --speed is given
   /dev/ttyUSB0:4800   a serial line and its baud rate
   tcp://HOST:PORT     a server of sentences: a plain stream, or gpsd
+  gpsd://HOST[:PORT]  a gpsd, which is asked for its sentences; 2947 unless a port is given
+  udp://[ADDR]:PORT   datagrams that come to the port, or to a multicast group; without ADDR from
+                      this machine only, 0.0.0.0 from every network
   A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s; a server
-  that sends nothing for 20 s (--silence) counts as broken.
+  that sends nothing for 20 s (--silence) counts as broken. With --wait a source that is not
+  there yet, as a device before it is plugged in, is looked for every second.
 
 Sentences:
   GGA, GLL, GSA, GSV, RMC, VTG, ZDA and $PUBX,00 are parsed; other kinds are counted.
@@ -88,7 +92,9 @@ Output:
   table   a live view on a terminal, one line an epoch elsewhere; then the summary
           its keys: q ends; k keeps the last files; in a replay the space bar pauses and goes on, left and right jump
           by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100), . is one step
-  json    one object a line for each parsed sentence; the last is the summary
+  json    one object a line for each epoch: time, fix, position in degrees, speed in m/s, accuracy,
+          satellites (docs/formats/epoch.md); the last is the summary
+  jsonl-raw   the same for each parsed sentence, with its fields
   nmea    the sentences as they are delivered; with --dr those of dead reckoning in their place
   none    only the summary
   Who reads too slowly holds up a file, standard input or the simulator when nothing is recorded.
@@ -129,6 +135,7 @@ struct Arguments {
   unsigned int mBaud = 9600;
   double mSilence = 20.0;  // seconds
   bool mIgnoresChecksums = false;
+  bool mWaits = false;
   std::vector<std::string> mSystems;
   std::vector<std::string> mTunnels;
   std::string mSettings;
@@ -141,8 +148,11 @@ struct Arguments {
   }
 };
 
-const std::map<std::string, Format> FORMATS = {
-    {"table", FORMAT_TABLE}, {"json", FORMAT_JSON}, {"nmea", FORMAT_NMEA}, {"none", FORMAT_NONE}};
+const std::map<std::string, Format> FORMATS = {{"table", FORMAT_TABLE},
+                                               {"json", FORMAT_JSON},
+                                               {"jsonl-raw", FORMAT_JSONL_RAW},
+                                               {"nmea", FORMAT_NMEA},
+                                               {"none", FORMAT_NONE}};
 const std::map<std::string, SatelliteSystem> SYSTEMS = {
     {"gps", SYSTEM_GPS}, {"glonass", SYSTEM_GLONASS}, {"galileo", SYSTEM_GALILEO}};
 
@@ -212,14 +222,14 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
     return "nfw-drive: " + std::string(nError.what()) + "\nTry nfw-drive --help.\n";
   });
-  nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT");
+  nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD], tcp://, gpsd:// or udp://");
   nApp.add_option("--speed", nArguments.mSpeed,
                   "times real time, or max: as fast as it goes, losing nothing; of a replay as --rate")
       ->type_name("X|max");
   nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
-  nApp.add_option("--format", nArguments.mFormat, "table, json, nmea or none")
+  nApp.add_option("--format", nArguments.mFormat, "table, json, jsonl-raw, nmea or none")
       ->type_name("FORMAT")
       ->check(CLI::IsMember(FORMATS).description(""));
   nApp.add_option("--serve", nArguments.mServe, "hand the sentences to other programs; may be given again")
@@ -234,6 +244,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
                   "of a TCP server until it is tried again, 20 unless given; 0: never")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.0, 86400.0).description(""));
+  nApp.add_flag("--wait", nArguments.mWaits, "for a source that is not there yet");
   nApp.add_option("--seed", nOptions.mSimulator.mSeed, "of the simulated drive")->type_name("N");
   nApp.add_option("--rate", nArguments.mRate,
                   "with a replay: times the recorded pace, 0.01 to 100; else of the simulated drive, 1 to 10 Hz")
@@ -443,6 +454,7 @@ void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
     throw CLI::ValidationError(nArguments.place("SOURCE"), nArguments.mSource + ": " + lReason);
   }
   nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
+  nOptions.mSource.mIsAwaited = nArguments.mWaits;
   if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceAddress::NONE;
   setSpeed(nArguments, nOptions);
   setRate(nArguments, nOptions);

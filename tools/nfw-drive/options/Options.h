@@ -10,7 +10,7 @@
 
 namespace drive {
 
-enum Format { FORMAT_TABLE, FORMAT_JSON, FORMAT_NMEA, FORMAT_NONE };
+enum Format { FORMAT_TABLE, FORMAT_JSON, FORMAT_JSONL_RAW, FORMAT_NMEA, FORMAT_NONE };
 
 enum ExitCode {
   EXIT_DONE = 0,

@@ -11,6 +11,9 @@ class GpsdFilter {
   /// Removes objects from the bytes, in place. @return how many are left
   size_t filter(char* npData, size_t nSize);
 
+  /// Something came, and no gpsd has sent it.
+  bool isPlain() const { return mState == PLAIN; }
+
   /// True once, after the greeting came.
   bool takeGreeting();
 

@@ -4,6 +4,7 @@
 #include "SerialSource.h"
 #include "SimulatorSource.h"
 #include "TcpSource.h"
+#include "UdpSource.h"
 
 namespace drive {
 
@@ -20,6 +21,8 @@ std::unique_ptr<SentenceSource> createSource(const SourceAddress& nAddress, cons
       return std::make_unique<SerialSource>(nAddress.mPath, nAddress.mBaud, nStopper);
     case SourceAddress::TCP:
       return std::make_unique<TcpSource>(nAddress, nStopper);
+    case SourceAddress::UDP:
+      return std::make_unique<UdpSource>(nAddress.mWhere, nStopper);
     case SourceAddress::NONE:
       break;
   }

@@ -11,8 +11,12 @@ namespace drive {
 namespace {
 
 const std::string TCP_SCHEME = "tcp://";
+const std::string GPSD_SCHEME = "gpsd://";
+const std::string UDP_SCHEME = "udp://";
+const std::string GPSD_PORT = ":2947";
 const char SCHEME_BYTES[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-";
-const char* const FORMS = "a source is sim, FILE, -, /dev/TTY[:BAUD] or tcp://HOST:PORT";
+const char* const FORMS =
+    "a source is sim, FILE, -, /dev/TTY[:BAUD], tcp://HOST:PORT, gpsd://HOST[:PORT] or udp://[ADDR]:PORT";
 
 bool isCharacterDevice(const std::string& nPath) {
   struct stat lStat = {};
@@ -27,15 +31,15 @@ bool isTerminal(const std::string& nPath) {
   return lIsTerminal;
 }
 
+bool isThere(const std::string& nPath) { return ::access(nPath.c_str(), F_OK) == 0; }
+
 // A name such as a serial line has, also while the device is missing or out of reach.
 bool looksSerial(const std::string& nPath) {
   return nPath.rfind("/dev/tty", 0) == 0 || nPath.rfind("/dev/serial/", 0) == 0 || nPath.rfind("/dev/rfcomm", 0) == 0 ||
-         nPath.rfind("/dev/pts/", 0) == 0;
+         nPath.rfind("/dev/pts/", 0) == 0 || (nPath.rfind("/dev/", 0) == 0 && !isThere(nPath));
 }
 
-bool isThere(const std::string& nPath) { return ::access(nPath.c_str(), F_OK) == 0; }
-
-// "udp://..."
+// "ftp://..."
 bool hasScheme(const std::string& nText) {
   const size_t lEnd = nText.find("://");
   return lEnd != std::string::npos && lEnd > 0 && nText.find_first_not_of(SCHEME_BYTES) == lEnd;
@@ -49,6 +53,24 @@ bool parseTcp(const std::string& nAddress, SourceAddress* npAddress, std::string
     *npReason = "needs a host: tcp://HOST:PORT";
   }
   return npReason->empty();
+}
+
+// A port is told, or that of every gpsd.
+bool parseGpsd(const std::string& nAddress, SourceAddress* npAddress, std::string* npReason) {
+  const bool lHasPort = nAddress.find(':', nAddress.find(']') + 1) != std::string::npos;
+  npAddress->mKind = SourceAddress::TCP;
+  npAddress->mIsGpsd = true;
+  const bool lIsOne = npAddress->mWhere.parse(lHasPort ? nAddress : nAddress + GPSD_PORT) &&
+                      !npAddress->mWhere.mHost.empty() && npAddress->mWhere.mPort != "0";
+  if (!lIsOne) *npReason = "needs a host: gpsd://HOST[:PORT]";
+  return lIsOne;
+}
+
+bool parseUdp(const std::string& nAddress, SourceAddress* npAddress, std::string* npReason) {
+  npAddress->mKind = SourceAddress::UDP;
+  const bool lIsOne = npAddress->mWhere.parse(nAddress) && npAddress->mWhere.mPort != "0";
+  if (!lIsOne) *npReason = "needs a port: udp://[ADDR]:PORT";
+  return lIsOne;
 }
 
 // "localhost:2947", which is no path
@@ -106,6 +128,8 @@ bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, Sou
     return true;
   }
   if (nText.rfind(TCP_SCHEME, 0) == 0) return parseTcp(nText.substr(TCP_SCHEME.size()), npAddress, npReason);
+  if (nText.rfind(GPSD_SCHEME, 0) == 0) return parseGpsd(nText.substr(GPSD_SCHEME.size()), npAddress, npReason);
+  if (nText.rfind(UDP_SCHEME, 0) == 0) return parseUdp(nText.substr(UDP_SCHEME.size()), npAddress, npReason);
   return !isOddServer(nText, npReason) && parsePath(nText, npAddress, npReason);
 }
 

@@ -17,8 +17,9 @@ SourceReader::Result SourceReader::run(tool::SentenceSink& nSink, std::string* n
 
 SourceReader::Outcome SourceReader::playOnce(tool::SentenceSink& nSink, std::string* npReason) {
   const SentenceSource::OpenResult lResult = mSource.open(npReason);
-  if (lResult == SentenceSource::OPEN_FAILED) return FAILED;
+  if (lResult == SentenceSource::OPEN_FAILED) return mIsAwaited ? AGAIN : FAILED;
   if (lResult == SentenceSource::OPEN_LATER) return AGAIN;
+  mIsAwaited = false;
   mListener.onSourceOpen();
   return readAll(nSink, npReason);
 }
@@ -35,9 +36,17 @@ SourceReader::Outcome SourceReader::readAll(tool::SentenceSink& nSink, std::stri
   return mSpec.isLive() ? AGAIN : FAILED;
 }
 
+// Told once: a device that is plugged in is taken up at once.
+bool SourceReader::waitForIt(const std::string& nReason) {
+  if (!mIsTold) mListener.onSourceTrouble(mSpec.mName + ": " + nReason + "; waiting for it");
+  mIsTold = true;
+  return mStopper.waitFor(std::chrono::seconds(1));
+}
+
 // False when the wait was ended.
 bool SourceReader::waitToRetry(const std::string& nReason) {
   if (mStopper.isRequested()) return false;
+  if (mIsAwaited) return waitForIt(nReason);
   mListener.onSourceTrouble(mSpec.mName + ": " + nReason + "; trying again in " + std::to_string(mRetryS) + " s");
   const bool lGoesOn = mStopper.waitFor(std::chrono::seconds(mRetryS));
   mRetryS = std::min(mRetryS * 2, MAX_RETRY_S);

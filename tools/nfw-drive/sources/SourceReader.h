@@ -33,6 +33,7 @@ class SourceReader {
 
   Outcome playOnce(tool::SentenceSink& nSink, std::string* npReason);
   Outcome readAll(tool::SentenceSink& nSink, std::string* npReason);
+  bool waitForIt(const std::string& nReason);
   bool waitToRetry(const std::string& nReason);
 
   static constexpr unsigned int MAX_RETRY_S = 30;
@@ -42,6 +43,8 @@ class SourceReader {
   tool::Stopper& mStopper;
   Listener& mListener;
   unsigned int mRetryS = 1;
+  bool mIsAwaited = mSpec.mIsAwaited;  // and has never been there
+  bool mIsTold = false;                // that it is awaited
 };
 
 }  // namespace drive

@@ -56,6 +56,10 @@ int TcpSource::read(char* npBuffer, size_t nSize, std::string* npReason) {
     if (lSize == END) *npReason = "the server closed the connection";
     if (lSize <= 0) return lSize == END ? static_cast<int>(BROKEN) : lSize;
     const size_t lLeft = mFilter.filter(npBuffer, static_cast<size_t>(lSize));
+    if (mIsGpsd && mFilter.isPlain()) {
+      *npReason = "the server is no gpsd: it does not greet as one";
+      return BROKEN;
+    }
     if (mFilter.takeGreeting() && !askForSentences(npReason)) return BROKEN;
     if (lLeft > 0) return static_cast<int>(lLeft);
   }

@@ -12,6 +12,7 @@ class TcpSource : public SentenceSource {
  public:
   TcpSource(const SourceAddress& nAddress, tool::Stopper& nStopper)
       : mWhere(nAddress.mWhere),
+        mIsGpsd(nAddress.mIsGpsd),
         mSilence(nAddress.mSilence),
         mStopper(nStopper),
         mReader(nStopper, nAddress.mSilence) {}
@@ -25,6 +26,7 @@ class TcpSource : public SentenceSource {
   bool askForSentences(std::string* npReason);
 
   const HostPort mWhere;
+  const bool mIsGpsd;
   const std::chrono::milliseconds mSilence;
   tool::Stopper& mStopper;
   FdReader mReader;

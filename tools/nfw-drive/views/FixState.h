@@ -11,6 +11,7 @@ namespace drive {
 /// The last known of everything that a driver wants to see, gathered from the sentences.
 class FixState {
  public:
+  void begin() {}  ///< another epoch: what is not told anew stays
   void take(const nfw::GgaSentence& nRecord) { mGga = nRecord; }
   void take(const nfw::RmcSentence& nRecord);
   void take(const nfw::GsaSentence& nRecord) { mGsa = nRecord; }
@@ -23,7 +24,9 @@ class FixState {
   /// sentence from becoming a record.
   void takeText(std::string_view nSentence);
 
-  bool isReckoned() const;       ///< the receiver has no position, dead reckoning has
+  bool isReckoned() const;  ///< the receiver has no position, dead reckoning has
+  /// @param nHasBegun sentences of the epoch's report have come
+  bool awaitsReport(bool nHasBegun) const { return isReckoned() && !nHasBegun; }
   std::string time() const;      ///< "2026-01-31 08:00:12.300"
   std::string position() const;  ///< "35.6580000 139.7450000", or "no position"
   std::string altitude() const;  ///< "42.1 m", "-" when nobody knows

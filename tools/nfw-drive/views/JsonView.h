@@ -1,8 +1,7 @@
 #pragma once
 
-#include "JsonObject.h"
 #include "JsonRecord.h"
-#include "SentenceText.h"
+#include "ReckonedJson.h"
 #include "View.h"
 
 namespace drive {
@@ -24,13 +23,8 @@ class JsonView : public View {
   void showPubx(const nfw::PubxSentence& nRecord) override { show(nRecord); }
   void showDeadReckoning(std::string_view nSentence) override {
     if (!mShowsDeadReckoning) return;
-    mText.clear();
-    {
-      tool::JsonObject lObject(&mText);
-      lObject.text("type", "dead reckoning");
-      lObject.text("sentence", tool::withoutLineEnd(nSentence));
-    }
-    write("\n");
+    mText = reckonedJson(nSentence);
+    write();
   }
   void end() override { mOutput.flush(); }
 
@@ -39,10 +33,10 @@ class JsonView : public View {
   void show(const Record& nRecord) {
     mText.clear();
     tool::appendJson(nRecord, &mText);
-    write("");
+    write();
   }
-  void write(std::string_view nEnd) {
-    mOutput.write(mText.append(nEnd));
+  void write() {
+    mOutput.write(mText);
     if (mIsPrompt) mOutput.flush();
   }
 

@@ -1,5 +1,6 @@
 #include "View.h"
 
+#include "EpochJsonView.h"
 #include "JsonView.h"
 #include "LineView.h"
 #include "NmeaView.h"
@@ -15,6 +16,8 @@ std::unique_ptr<View> createView(const Options& nOptions, const Progress& nProgr
   const bool lIsPrompt = !nOptions.mPlay.mPaced || nOptions.mPlay.mSpeed > 0.0;  // else the buffer may fill up first
   switch (nOptions.mFormat) {
     case FORMAT_JSON:
+      return std::make_unique<EpochJsonView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
+    case FORMAT_JSONL_RAW:
       return std::make_unique<JsonView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);
     case FORMAT_NMEA:
       return std::make_unique<NmeaView>(nOptions.mShowsDeadReckoning, lIsPrompt, nOutput);

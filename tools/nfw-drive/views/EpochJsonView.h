@@ -1,0 +1,32 @@
+#pragma once
+
+#include "EpochView.h"
+#include "FixEpoch.h"
+#include "ReckonedJson.h"
+
+namespace drive {
+
+/// One object a line for each epoch.
+class EpochJsonView : public EpochView<FixEpoch> {
+ public:
+  EpochJsonView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
+      : EpochView(nIsPrompt, nOutput), mShowsDeadReckoning(nShowsDeadReckoning) {}
+
+  void showGll(const nfw::GllSentence& nRecord) override { mState.take(nRecord); }
+  void showPubx(const nfw::PubxSentence& nRecord) override { mState.take(nRecord); }
+  void showDeadReckoning(std::string_view nSentence) override {
+    EpochView::showDeadReckoning(nSentence);
+    if (mShowsDeadReckoning) write(reckonedJson(nSentence));
+  }
+
+ private:
+  std::string line(const FixEpoch& nEpoch) const override {
+    std::string lText;
+    nEpoch.appendJson(&lText);
+    return lText + "\n";
+  }
+
+  const bool mShowsDeadReckoning;
+};
+
+}  // namespace drive
