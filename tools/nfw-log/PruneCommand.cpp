@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
@@ -10,6 +9,7 @@
 #include <filesystem>
 
 #include "Commands.h"
+#include "Descriptor.h"
 #include "Messages.h"
 #include "NfwAppLog.h"
 #include "NfwLogRetention.h"
@@ -57,11 +57,8 @@ uint64_t freeOn(const std::string& nDirectory) {
 }
 
 bool isWrittenTo(const std::string& nPath) {
-  const int lFile = ::open(nPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_NOFOLLOW | O_CLOEXEC);
-  if (lFile < 0) return false;
-  const bool lIsWrittenTo = tool::writerError(lFile) == EAGAIN;
-  ::close(lFile);
-  return lIsWrittenTo;
+  const tool::Descriptor lFile(nPath, O_NONBLOCK | O_NOCTTY | O_NOFOLLOW);
+  return lFile.isOpen() && tool::writerError(lFile.get()) == EAGAIN;
 }
 
 /// What would be left while files go, by the rules of nfw::LogRetention.

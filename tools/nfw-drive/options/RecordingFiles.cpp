@@ -1,8 +1,6 @@
 #include "RecordingFiles.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,8 +8,9 @@
 #include <filesystem>
 #include <map>
 
+#include "DirectoryEntries.h"
+#include "FirstRecord.h"
 #include "Options.h"
-#include "RecordStream.h"
 #include "RotatedName.h"
 
 namespace drive {
@@ -20,36 +19,17 @@ namespace {
 
 using Recordings = std::map<std::string, std::vector<std::string>>;  // paths, by prefix
 
-tool::RecordKind kindOf(const std::string& nPath, std::string* npReason) {
-  const int lFile = ::open(nPath.c_str(), O_RDONLY | O_CLOEXEC);
-  if (lFile < 0) {
-    *npReason = nPath + ": " + std::strerror(errno);
-    return tool::UNKNOWN_RECORD;
-  }
-  tool::RecordStream lStream(lFile);
-  tool::Record lRecord;
-  const tool::RecordKind lKind = lStream.next(&lRecord) ? lRecord.mKind : tool::UNKNOWN_RECORD;
-  ::close(lFile);
-  if (lStream.getError() != 0) *npReason = nPath + ": " + std::strerror(lStream.getError());
-  return lKind;
-}
-
 // With a reason where one of their files cannot be read.
 Recordings recordingsIn(const std::string& nDirectory, tool::RecordKind nKind, std::string* npReason) {
   Recordings lRotated, lOthers;
-  std::error_code lError;
-  std::filesystem::directory_iterator lEntry(nDirectory, lError);
-  for (; !lError && lEntry != std::filesystem::directory_iterator(); lEntry.increment(lError)) {
-    std::error_code lUnknown;
-    if (!lEntry->is_regular_file(lUnknown)) continue;
-    const std::string lName = lEntry->path().filename().string();
+  const std::error_code lError = tool::forEachFile(nDirectory, [&](const std::filesystem::path& nPath) {
+    const std::string lName = nPath.filename().string();
     const std::optional<std::string> lPrefix = tool::rotatedPrefix(lName);
-    std::string lReason;
-    const bool lIsOther = kindOf(lEntry->path(), &lReason) != nKind;
-    if (lPrefix && !lReason.empty()) *npReason = lReason;
-    if (lIsOther) continue;
-    (lPrefix ? lRotated : lOthers)[lPrefix ? *lPrefix : lName].push_back(lEntry->path());
-  }
+    const tool::FirstRecord lFirst = tool::firstRecordOf(nPath);
+    if (lPrefix && lFirst.mError != 0) *npReason = nPath.string() + ": " + std::strerror(lFirst.mError);
+    if (lFirst.mKind != nKind) return;
+    (lPrefix ? lRotated : lOthers)[lPrefix ? *lPrefix : lName].push_back(nPath);
+  });
   if (lError) *npReason = nDirectory + ": " + lError.message();
   return lRotated.empty() && nKind == tool::SENSOR_RECORD ? lOthers : lRotated;
 }

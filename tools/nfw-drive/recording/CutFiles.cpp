@@ -1,11 +1,11 @@
 #include "CutFiles.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <filesystem>
 
+#include "Descriptor.h"
+#include "DirectoryEntries.h"
 #include "RecordStream.h"
 #include "RotatedName.h"
 #include "WriterCheck.h"
@@ -43,17 +43,13 @@ uint64_t closeFile(int nFile, const std::string& nPath) {
 
 CutOff closeCutFiles(const std::string& nDirectory, const std::string& nPrefix) {
   CutOff lCut;
-  std::error_code lError;
-  std::filesystem::directory_iterator lEntry(nDirectory, lError);
-  for (; !lError && lEntry != std::filesystem::directory_iterator(); lEntry.increment(lError)) {
-    if (tool::rotatedPrefix(lEntry->path().filename().string()) != nPrefix) continue;
-    const int lFile = ::open(lEntry->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-    if (lFile < 0) continue;
-    const uint64_t lBytes = closeFile(lFile, lEntry->path());
-    ::close(lFile);
+  tool::forEachEntry(nDirectory, [&](const std::filesystem::path& nPath) {
+    if (tool::rotatedPrefix(nPath.filename().string()) != nPrefix) return;
+    const tool::Descriptor lFile(nPath, O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    const uint64_t lBytes = lFile.isOpen() ? closeFile(lFile.get(), nPath) : 0;
     lCut.mBytes += lBytes;
     if (lBytes > 0) ++lCut.mFiles;
-  }
+  });
   return lCut;
 }
 

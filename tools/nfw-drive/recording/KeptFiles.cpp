@@ -1,6 +1,5 @@
 #include "KeptFiles.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,8 +7,9 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <filesystem>
 
+#include "Descriptor.h"
+#include "DirectoryEntries.h"
 #include "RotatedName.h"
 
 namespace drive {
@@ -19,11 +19,8 @@ namespace {
 // Those below give 0 or an errno.
 
 int sync(const std::string& nPath) {
-  const int lFile = ::open(nPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
-  if (lFile < 0) return errno;
-  const int lError = ::fsync(lFile) == 0 ? 0 : errno;
-  ::close(lFile);
-  return lError;
+  const tool::Descriptor lFile(nPath, O_NONBLOCK | O_NOCTTY);
+  return lFile.isOpen() && ::fsync(lFile.get()) == 0 ? 0 : errno;
 }
 
 bool isSameFile(const struct stat& nFile, const std::string& nPath) {
@@ -59,19 +56,16 @@ void keepOne(const std::string& nPath, const std::string& nKept, std::time_t nSi
 
 KeptCounts keepFiles(const std::string& nDirectory, const std::string& nName, unsigned int nBeforeSec) {
   KeptCounts lCounts;
-  const std::filesystem::path lDirectory(nDirectory), lPlace = lDirectory / "kept";
+  const std::filesystem::path lPlace = std::filesystem::path(nDirectory) / "kept";
   const std::time_t lSince = std::time(nullptr) - static_cast<std::time_t>(nBeforeSec);
   if (::mkdir(lPlace.c_str(), 0777) != 0 && errno != EEXIST) {
     fail(lCounts, lPlace, errno);
     return lCounts;
   }
-  std::error_code lError;
-  std::filesystem::directory_iterator lEntry(lDirectory, lError);
-  for (; !lError && lEntry != std::filesystem::directory_iterator(); lEntry.increment(lError)) {
-    const std::string lFile = lEntry->path().filename().string();
-    if (lFile == nName || tool::rotatedPrefix(lFile) == nName)
-      keepOne(lDirectory / lFile, lPlace / lFile, lSince, lCounts);
-  }
+  const std::error_code lError = tool::forEachEntry(nDirectory, [&](const std::filesystem::path& nPath) {
+    const std::string lFile = nPath.filename().string();
+    if (lFile == nName || tool::rotatedPrefix(lFile) == nName) keepOne(nPath, lPlace / lFile, lSince, lCounts);
+  });
   fail(lCounts, nDirectory, lError.value());
   fail(lCounts, lPlace, sync(lPlace));
   fail(lCounts, nDirectory, sync(nDirectory));

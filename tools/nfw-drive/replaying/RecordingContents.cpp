@@ -1,13 +1,12 @@
 #include "RecordingContents.h"
 
-#include <fcntl.h>
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
+#include "Descriptor.h"
 #include "LogIds.h"
 #include "PlayTimeText.h"
 #include "RunNote.h"
@@ -31,14 +30,6 @@ class TakingSink : public tool::SentenceSink {
   const Take& mTake;
 };
 
-/// Closes what it holds.
-struct Descriptor {
-  ~Descriptor() {
-    if (mFd >= 0) ::close(mFd);
-  }
-  const int mFd;
-};
-
 }  // namespace
 
 // A replay ends at the first damage, and drops what it has read ahead by then.
@@ -54,14 +45,14 @@ bool RecordingContents::read(const ReplayOptions& nReplay, std::string* npReason
 }
 
 bool RecordingContents::readFile(const std::string& nPath, tool::RecordKind nKind, std::string* npReason) {
-  const Descriptor lFile = {::open(nPath.c_str(), O_RDONLY | O_CLOEXEC)};
-  if (lFile.mFd < 0) {
+  const tool::Descriptor lFile(nPath);
+  if (!lFile.isOpen()) {
     *npReason = nPath + ": " + std::strerror(errno);
     return false;
   }
   mFile = nPath;
   mTime.beginFile();
-  tool::RecordStream lStream(lFile.mFd, this);
+  tool::RecordStream lStream(lFile.get(), this);
   bool lIsAny = false;
   for (tool::Record lRecord; mDamage.empty() && lStream.next(&lRecord) && lRecord.mKind == nKind; lIsAny = true) {
     takeRecord(lRecord);

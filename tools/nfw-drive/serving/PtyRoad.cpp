@@ -40,15 +40,14 @@ std::string target(const std::string& nPath) {
 void PtyRoad::close() {
   if (!mLine.empty() && target(mAddress.mPath) == mLine) ::unlink(mAddress.mPath.c_str());
   mLine.clear();
-  if (mFd >= 0) ::close(mFd);
-  mFd = -1;
+  Road::close();
 }
 
 bool PtyRoad::open(std::string* npReason) {
   char lLine[64] = "";
-  mFd = ::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-  const bool lIsOpen = mFd >= 0 && ::grantpt(mFd) == 0 && ::unlockpt(mFd) == 0 &&
-                       ::ptsname_r(mFd, lLine, sizeof(lLine)) == 0 && setUp(mFd, lLine);
+  mFd.reset(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  const bool lIsOpen = mFd.isOpen() && ::grantpt(mFd.get()) == 0 && ::unlockpt(mFd.get()) == 0 &&
+                       ::ptsname_r(mFd.get(), lLine, sizeof(lLine)) == 0 && setUp(mFd.get(), lLine);
   if (lIsOpen) return link(lLine, npReason);
   *npReason = std::strerror(errno);
   return false;
@@ -66,11 +65,11 @@ bool PtyRoad::link(const char* npLine, std::string* npReason) {
 }
 
 void PtyRoad::collect(std::vector<pollfd>* npFds) const {
-  npFds->push_back({mIsRead && mAt != mRing.getEnd() ? mFd : -1, POLLOUT, 0});
+  npFds->push_back({mIsRead && mAt != mRing.getEnd() ? mFd.get() : -1, POLLOUT, 0});
 }
 
 const pollfd* PtyRoad::serve(const pollfd* npFds) {
-  pollfd lFd = {mFd, POLLOUT, 0};
+  pollfd lFd = {mFd.get(), POLLOUT, 0};
   ::poll(&lFd, 1, 0);
   noteReader((lFd.revents & POLLHUP) == 0);
   discardInput();
@@ -92,7 +91,7 @@ void PtyRoad::noteReader(bool nIsThere) {
 // What its reader asks of a receiver.
 void PtyRoad::discardInput() {
   char lBuffer[256];
-  while (::read(mFd, lBuffer, sizeof(lBuffer)) > 0) {
+  while (::read(mFd.get(), lBuffer, sizeof(lBuffer)) > 0) {
   }
 }
 
@@ -100,7 +99,7 @@ void PtyRoad::send() {
   char lBuffer[4096];
   int lSize = 0;
   while ((lSize = mRing.read(mAt, lBuffer, sizeof(lBuffer))) > 0) {
-    const ssize_t lTaken = ::write(mFd, lBuffer, static_cast<size_t>(lSize));
+    const ssize_t lTaken = ::write(mFd.get(), lBuffer, static_cast<size_t>(lSize));
     if (lTaken <= 0) return;
     mAt += static_cast<uint64_t>(lTaken);
     mTaken = Clock::now();

@@ -23,7 +23,6 @@ class PtyRoad : public Road {
   void send();
   void skip();
 
-  int mFd = -1;
   std::string mLine;  // the device
   uint64_t mAt = 0;
   bool mIsRead = false;     // somebody has opened it

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <vector>
 
+#include "Descriptor.h"
 #include "SentenceRing.h"
 #include "ServeAddress.h"
 
@@ -45,7 +46,7 @@ class Road {
   /// Whether everything is on its way to whoever is there.
   virtual bool isDone() const = 0;
   /// Also more than once.
-  virtual void close() = 0;
+  virtual void close() { mFd.reset(); }
 
   const std::string& getName() const { return mName; }  ///< with the port that the system chose
   const RoadCounts& getCounts() const { return mCounts; }
@@ -56,6 +57,7 @@ class Road {
   const SentenceRing& mRing;
   const RoadLimits mLimits;
   RoadCounts mCounts;
+  tool::Descriptor mFd;
 };
 
 }  // namespace drive

@@ -22,8 +22,7 @@ void setOption(int nFd, int nOption, int nValue) { ::setsockopt(nFd, SOL_SOCKET,
 
 void TcpRoad::close() {
   mClients.clear();
-  if (mFd >= 0) ::close(mFd);
-  mFd = -1;
+  Road::close();
 }
 
 bool TcpRoad::open(std::string* npReason) {
@@ -33,16 +32,17 @@ bool TcpRoad::open(std::string* npReason) {
     return false;
   }
   const addrinfo& lAddress = *lFound.first();
-  mFd = openSocket(lAddress);
-  setOption(mFd, SO_REUSEADDR, 1);
-  const bool lIsOpen = mFd >= 0 && ::bind(mFd, lAddress.ai_addr, lAddress.ai_addrlen) == 0 && ::listen(mFd, 64) == 0;
+  mFd.reset(openSocket(lAddress));
+  setOption(mFd.get(), SO_REUSEADDR, 1);
+  const bool lIsOpen =
+      mFd.isOpen() && ::bind(mFd.get(), lAddress.ai_addr, lAddress.ai_addrlen) == 0 && ::listen(mFd.get(), 64) == 0;
   if (!lIsOpen) *npReason = std::strerror(errno);
-  if (lIsOpen) mName = "tcp://" + localText(mFd);
+  if (lIsOpen) mName = "tcp://" + localText(mFd.get());
   return lIsOpen;
 }
 
 void TcpRoad::collect(std::vector<pollfd>* npFds) const {
-  npFds->push_back({mFd, static_cast<short>(Clock::now() < mRetry ? 0 : POLLIN), 0});
+  npFds->push_back({mFd.get(), static_cast<short>(Clock::now() < mRetry ? 0 : POLLIN), 0});
   for (const RoadClient& lClient : mClients) npFds->push_back(lClient.poll());
 }
 
@@ -72,7 +72,7 @@ void TcpRoad::accept() {
   sockaddr_storage lAddress = {};
   socklen_t lSize = sizeof(lAddress);
   auto* const lpAddress = reinterpret_cast<sockaddr*>(&lAddress);
-  const int lFd = ::accept4(mFd, lpAddress, &lSize, SOCK_CLOEXEC | SOCK_NONBLOCK);
+  const int lFd = ::accept4(mFd.get(), lpAddress, &lSize, SOCK_CLOEXEC | SOCK_NONBLOCK);
   if (lFd < 0 && (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM)) {
     mRetry = Clock::now() + std::chrono::seconds(5);
     APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING, "%s: no further client: %s", mName.c_str(), std::strerror(errno));

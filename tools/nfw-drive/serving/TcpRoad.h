@@ -10,7 +10,6 @@ namespace drive {
 class TcpRoad : public Road {
  public:
   using Road::Road;
-  ~TcpRoad() override { TcpRoad::close(); }
 
   bool open(std::string* npReason) override;
   void collect(std::vector<pollfd>* npFds) const override;
@@ -22,7 +21,6 @@ class TcpRoad : public Road {
   void accept();
   bool isKept(RoadClient& nClient, short nEvents);
 
-  int mFd = -1;
   Clock::time_point mRetry;  // there was no descriptor for another client
   std::list<RoadClient> mClients;
 };

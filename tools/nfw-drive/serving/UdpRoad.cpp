@@ -12,11 +12,6 @@
 
 namespace drive {
 
-void UdpRoad::close() {
-  if (mFd >= 0) ::close(mFd);
-  mFd = -1;
-}
-
 bool UdpRoad::open(std::string* npReason) {
   const Resolved lFound(mAddress.mWhere, SOCK_DGRAM);
   if (lFound.first() == nullptr) {
@@ -24,14 +19,14 @@ bool UdpRoad::open(std::string* npReason) {
     return false;
   }
   const int lYes = 1;
-  mFd = openSocket(*lFound.first());
-  ::setsockopt(mFd, SOL_SOCKET, SO_BROADCAST, &lYes, sizeof(lYes));
-  const bool lIsOpen = mFd >= 0 && ::connect(mFd, lFound.first()->ai_addr, lFound.first()->ai_addrlen) == 0;
+  mFd.reset(openSocket(*lFound.first()));
+  ::setsockopt(mFd.get(), SOL_SOCKET, SO_BROADCAST, &lYes, sizeof(lYes));
+  const bool lIsOpen = mFd.isOpen() && ::connect(mFd.get(), lFound.first()->ai_addr, lFound.first()->ai_addrlen) == 0;
   if (!lIsOpen) *npReason = std::strerror(errno);
   return lIsOpen;
 }
 
-void UdpRoad::collect(std::vector<pollfd>* npFds) const { npFds->push_back({isDone() ? -1 : mFd, POLLOUT, 0}); }
+void UdpRoad::collect(std::vector<pollfd>* npFds) const { npFds->push_back({isDone() ? -1 : mFd.get(), POLLOUT, 0}); }
 
 const pollfd* UdpRoad::serve(const pollfd* npFds) {
   char lBuffer[16 * 1024];
@@ -52,7 +47,7 @@ const pollfd* UdpRoad::serve(const pollfd* npFds) {
 
 // False when it is to wait. Nobody has to listen there; what else goes wrong is told when it begins.
 bool UdpRoad::send(const char* npText, size_t nSize) {
-  if (::send(mFd, npText, nSize, MSG_DONTWAIT) >= 0 || errno == ECONNREFUSED) return true;
+  if (::send(mFd.get(), npText, nSize, MSG_DONTWAIT) >= 0 || errno == ECONNREFUSED) return true;
   if (errno == EAGAIN || errno == EINTR) return false;
   noteLoss(errno);
   return true;

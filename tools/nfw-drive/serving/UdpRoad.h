@@ -8,19 +8,16 @@ namespace drive {
 class UdpRoad : public Road {
  public:
   using Road::Road;
-  ~UdpRoad() override { UdpRoad::close(); }
 
   bool open(std::string* npReason) override;
   void collect(std::vector<pollfd>* npFds) const override;
   const pollfd* serve(const pollfd* npFds) override;
   bool isDone() const override { return mAt == mRing.getEnd(); }
-  void close() override;
 
  private:
   bool send(const char* npText, size_t nSize);
   void noteLoss(int nError);
 
-  int mFd = -1;
   uint64_t mAt = 0;
 };
 

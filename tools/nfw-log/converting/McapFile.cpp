@@ -7,6 +7,7 @@ namespace logtool {
 namespace {
 
 const std::string_view MAGIC("\x89MCAP0\r\n", 8);
+const size_t MESSAGE_HEAD_SIZE = 22;  // channel, number, and the time twice
 
 }  // namespace
 
@@ -65,17 +66,15 @@ uint16_t McapFile::addChannel(uint16_t nSchema, std::string_view nTopic) {
 }
 
 void McapFile::addMessage(uint16_t nChannel, uint64_t nTimeNs, std::string_view nJson) {
-  std::string lHead;
-  appendLittle(nChannel, &lHead);
-  appendLittle(static_cast<uint32_t>(mMessageCounts[nChannel]++), &lHead);
-  appendLittle(nTimeNs, &lHead);  // logged
-  appendLittle(nTimeNs, &lHead);  // published
   mIndex[nChannel].emplace_back(nTimeNs, mChunk.size());
   mChunkSpan.add(nTimeNs);
   mSpan.add(nTimeNs);
   mChunk.push_back(static_cast<char>(MESSAGE));
-  appendLittle(static_cast<uint64_t>(lHead.size() + nJson.size()), &mChunk);
-  mChunk += lHead;
+  appendLittle(static_cast<uint64_t>(MESSAGE_HEAD_SIZE + nJson.size()), &mChunk);
+  appendLittle(nChannel, &mChunk);
+  appendLittle(static_cast<uint32_t>(mMessageCounts[nChannel]++), &mChunk);
+  appendLittle(nTimeNs, &mChunk);  // logged
+  appendLittle(nTimeNs, &mChunk);  // published
   mChunk += nJson;
   if (mChunk.size() >= CHUNK_SIZE) endChunk();
 }

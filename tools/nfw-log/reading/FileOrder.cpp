@@ -1,12 +1,13 @@
 #include "FileOrder.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 
+#include "Descriptor.h"
+#include "FirstRecord.h"
 #include "RecordStream.h"
 #include "Timeline.h"
 
@@ -26,23 +27,9 @@ struct Stretch {
   bool mHasBefore = false;
 };
 
-class Descriptor {
- public:
-  explicit Descriptor(const std::string& nPath) : mFd(::open(nPath.c_str(), O_RDONLY | O_CLOEXEC)) {}
-  ~Descriptor() {
-    if (mFd >= 0) ::close(mFd);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int get() const { return mFd; }
-
- private:
-  const int mFd;
-};
-
 // Of the last record, read from as near to the end as will do.
 uint32_t lastTickOf(const std::string& nPath, uint32_t nFirst) {
-  const Descriptor lFile(nPath);
+  const tool::Descriptor lFile(nPath);
   const off_t lSize = ::lseek(lFile.get(), 0, SEEK_END);
   uint32_t lTick = nFirst;
   bool lIsFound = false;
@@ -58,16 +45,17 @@ uint32_t lastTickOf(const std::string& nPath, uint32_t nFirst) {
 
 bool goesOn(uint32_t nLast, uint32_t nFirst) { return nFirst - nLast <= MOST_BETWEEN_MS; }
 
-bool areInOrder(const std::vector<FirstRecord>& nFirsts) {
+bool areInOrder(const std::vector<tool::FirstRecord>& nFirsts) {
   Timeline lTimeline;
-  return std::all_of(nFirsts.begin(), nFirsts.end(), [&](const FirstRecord& nFirst) {
+  return std::all_of(nFirsts.begin(), nFirsts.end(), [&](const tool::FirstRecord& nFirst) {
     if (nFirst.mKind != tool::UNKNOWN_RECORD) lTimeline.step(nFirst.mTick);
     return !lTimeline.isBackward();
   });
 }
 
 // A file without a record stays behind its neighbour.
-std::vector<Stretch> stretchesOf(const std::vector<std::string>& nPaths, const std::vector<FirstRecord>& nFirsts) {
+std::vector<Stretch> stretchesOf(const std::vector<std::string>& nPaths,
+                                 const std::vector<tool::FirstRecord>& nFirsts) {
   std::vector<Stretch> lStretches;
   for (size_t i = 0; i < nPaths.size(); ++i) {
     const bool lIsEmpty = nFirsts[i].mKind == tool::UNKNOWN_RECORD;
@@ -137,7 +125,7 @@ std::string putBegunLast(std::vector<std::string>* npPaths) {
       npPaths->begin(), npPaths->end(),
       [](const std::string& nLeft, const std::string& nRight) { return isOlder(changeOf(nLeft), changeOf(nRight)); });
   if (lNewest == npPaths->end() || lNewest + 1 == npPaths->end()) return {};
-  if (firstRecordOf(*lNewest).mKind != tool::UNKNOWN_RECORD) return {};
+  if (tool::firstRecordOf(*lNewest).mKind != tool::UNKNOWN_RECORD) return {};
   std::string lNote = nameOf(*lNewest) + ", which is empty, last";
   std::rotate(lNewest, lNewest + 1, npPaths->end());
   return lNote;
@@ -145,17 +133,10 @@ std::string putBegunLast(std::vector<std::string>* npPaths) {
 
 }  // namespace
 
-FirstRecord firstRecordOf(const std::string& nPath) {
-  const Descriptor lFile(nPath);
-  if (lFile.get() < 0) return {};
-  tool::RecordStream lStream(lFile.get());
-  tool::Record lRecord;
-  return lStream.next(&lRecord) ? FirstRecord{lRecord.mKind, lRecord.mTick} : FirstRecord{};
-}
-
 std::string orderByTicks(std::vector<std::string>* npPaths) {
-  std::vector<FirstRecord> lFirsts;
-  if (npPaths->size() > 1) std::transform(npPaths->begin(), npPaths->end(), std::back_inserter(lFirsts), firstRecordOf);
+  std::vector<tool::FirstRecord> lFirsts;
+  if (npPaths->size() > 1)
+    std::transform(npPaths->begin(), npPaths->end(), std::back_inserter(lFirsts), tool::firstRecordOf);
   if (areInOrder(lFirsts)) return putBegunLast(npPaths);
   std::vector<Stretch> lStretches = stretchesOf(*npPaths, lFirsts);
   std::string lNote = link(&lStretches);

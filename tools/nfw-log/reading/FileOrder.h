@@ -3,16 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "Record.h"
-
 namespace logtool {
-
-/// What the first record of a file tells; UNKNOWN_RECORD when it has none.
-struct FirstRecord {
-  tool::RecordKind mKind = tool::UNKNOWN_RECORD;
-  uint32_t mTick = 0;
-};
-FirstRecord firstRecordOf(const std::string& nPath);
 
 /// Orders the files of a recording, which are in the order of their names, by their ticks where a name contradicts
 /// them: a clock that was set back while recording gives later files an earlier name. A file belongs behind the one

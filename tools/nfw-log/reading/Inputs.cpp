@@ -9,7 +9,9 @@
 #include <filesystem>
 #include <map>
 
+#include "DirectoryEntries.h"
 #include "FileOrder.h"
+#include "FirstRecord.h"
 #include "RotatedName.h"
 
 namespace logtool {
@@ -19,19 +21,10 @@ namespace {
 void findInDirectory(const std::string& nDirectory, std::vector<Recording>* npRecordings) {
   std::map<std::string, std::vector<std::string>> lRotated;
   std::vector<std::string> lOthers;
-  std::error_code lError;
-  std::filesystem::directory_iterator lEntry(nDirectory, lError);
-  for (; !lError && lEntry != std::filesystem::directory_iterator(); lEntry.increment(lError)) {
-    std::error_code lUnknown;
-    if (!lEntry->is_regular_file(lUnknown)) continue;
-    const std::string lName = lEntry->path().filename().string();
-    const std::optional<std::string> lPrefix = tool::rotatedPrefix(lName);
-    if (!lPrefix) {
-      lOthers.push_back(lEntry->path().string());
-      continue;
-    }
-    lRotated[(std::filesystem::path(nDirectory) / *lPrefix).string()].push_back(lEntry->path().string());
-  }
+  tool::forEachFile(nDirectory, [&](const std::filesystem::path& nPath) {
+    const std::optional<std::string> lPrefix = tool::rotatedPrefix(nPath.filename().string());
+    (lPrefix ? lRotated[(nPath.parent_path() / *lPrefix).string()] : lOthers).push_back(nPath.string());
+  });
   for (auto& [lName, lPaths] : lRotated) {
     std::sort(lPaths.begin(), lPaths.end());
     const std::string lNote = orderByTicks(&lPaths);
@@ -41,14 +34,14 @@ void findInDirectory(const std::string& nDirectory, std::vector<Recording>* npRe
   std::sort(lOthers.begin(), lOthers.end());
   for (const tool::RecordKind lKind : {tool::LOG_RECORD, tool::SENSOR_RECORD}) {
     for (const std::string& lPath : lOthers) {
-      if (firstRecordOf(lPath).mKind == lKind) npRecordings->push_back({lPath, {lPath}});
+      if (tool::firstRecordOf(lPath).mKind == lKind) npRecordings->push_back({lPath, {lPath}});
     }
   }
 }
 
 bool hasBothKinds(std::vector<Recording>::const_iterator nBegin, std::vector<Recording>::const_iterator nEnd) {
   bool lHas[3] = {};
-  for (; nBegin != nEnd; ++nBegin) lHas[firstRecordOf(nBegin->mPaths.front()).mKind] = true;
+  for (; nBegin != nEnd; ++nBegin) lHas[tool::firstRecordOf(nBegin->mPaths.front()).mKind] = true;
   return lHas[tool::LOG_RECORD] && lHas[tool::SENSOR_RECORD];
 }
 
