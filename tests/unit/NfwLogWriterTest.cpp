@@ -234,6 +234,8 @@ TEST_F(LogWriterTest, NamesWhatIsWrongWithARecord) {
   lLines.erase(lLines.begin());  // the file's creation
   EXPECT_EQ(lExpected, lLines);
   for (const auto& lLine : mLog.lines()) EXPECT_EQ(lLine.mText[0] == '#' ? 4 : 1, lLine.mLevel);
+  EXPECT_EQ(FAILED, mpWriter->write(0x1A, "x", nfw::LogRecord::MAX_DATA_SIZE));
+  EXPECT_FALSE(mLog.has("LogWriter::write(): Data is too big: Id=0x0000001A DataSize=4294967246 Byte"));
   mpWriter->stop();
   EXPECT_TRUE(records().empty());
 }

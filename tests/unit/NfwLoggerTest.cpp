@@ -328,8 +328,8 @@ TEST_F(LoggerTest, WhatIsAskedForInsideAPlayListenerDoesNothingToWhatCameAfterwa
   attach();
   mpLogger->attachRecordEventListener(&lRecordListener);
   mListener.mOnData = [&] {
-    EXPECT_TRUE(mpLogger->stopPlay() && mpLogger->detachPlayListener(&mListener) && mpLogger->detachPlayer(&mFirst) &&
-                mpLogger->detachRecordEventListener(&lRecordListener));
+    EXPECT_TRUE(mpLogger->pausePlay() && mpLogger->stopPlay() && mpLogger->detachPlayListener(&mListener));
+    EXPECT_TRUE(mpLogger->detachPlayer(&mFirst) && mpLogger->detachRecordEventListener(&lRecordListener));
     mNotes.add("asked");
   };
   lRecordListener.mOnStart = [&] {

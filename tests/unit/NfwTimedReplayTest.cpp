@@ -190,6 +190,7 @@ TEST_F(TimedReplayTest, StartsOnlyWithAFileAndAThread) {
     EXPECT_FALSE(lReplay.isPlaying());
   }
   EXPECT_TRUE(start(lReplay, logRecord(0xAB, 1, "x")));
+  for (const auto& lLine : mLog.lines()) EXPECT_EQ(1, lLine.mLevel) << lLine.mText;
 }
 
 TEST_F(TimedReplayTest, SensorRecordsFollowTimeStampsThatGoBack) {

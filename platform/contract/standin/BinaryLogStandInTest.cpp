@@ -66,6 +66,8 @@ TEST_F(BinaryLogStandIn, TellsOfAFailure) {
   EXPECT_FALSE(syslogservice::setBinaryLogFile(""));
   EXPECT_EQ(ENOSPC, errno);
   EXPECT_EQ((Counts{0, 0, 0, 1, 1, ENOSPC}), counts());
+  EXPECT_FALSE(syslogservice::setBinaryLogFile(std::string(5000, '/').c_str()));
+  EXPECT_EQ(ENAMETOOLONG, errno);
   EXPECT_EQ(-1, BinaryLogWrite(0, "a", 1));
   EXPECT_EQ("", content());
 }
