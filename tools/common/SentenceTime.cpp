@@ -6,20 +6,19 @@ namespace tool {
 
 namespace {
 
-struct TimeField {
-  std::string_view mType;
-  int mIndex;
-};
-const TimeField TIME_FIELDS[] = {{"GGA", 1}, {"RMC", 1}, {"ZDA", 1}, {"GNS", 1}, {"GST", 1}, {"GLL", 5}};
-
 int timeFieldIndex(std::string_view nSentence) {
-  if (nSentence.substr(0, 9) == "$PUBX,00,") return 2;
-  const std::string_view lAddress = sentenceField(nSentence, 0);
-  if (lAddress.size() != 6) return -1;
-  for (const TimeField& lField : TIME_FIELDS) {
-    if (lAddress.substr(3) == lField.mType) return lField.mIndex;
+  switch (sentenceTypeCode(nSentence)) {
+    case typeCode("GGA"):
+    case typeCode("RMC"):
+    case typeCode("ZDA"):
+    case typeCode("GNS"):
+    case typeCode("GST"):
+      return 1;
+    case typeCode("GLL"):
+      return 5;
+    default:
+      return nSentence.substr(0, 9) == "$PUBX,00," ? 2 : -1;
   }
-  return -1;
 }
 
 bool isDigit(char nByte) { return nByte >= '0' && nByte <= '9'; }
@@ -69,11 +68,11 @@ std::string_view sentenceField(std::string_view nSentence, int nIndex) {
 }
 
 int64_t sentenceDay(std::string_view nSentence) {
-  const std::string_view lType = nSentence.substr(0, 7).substr(nSentence.size() < 3 ? 0 : 3);
-  if (lType == "ZDA,")
+  const uint32_t lType = sentenceTypeCode(nSentence);
+  if (lType == typeCode("ZDA"))
     return dayOf(number(sentenceField(nSentence, 4)), number(sentenceField(nSentence, 3)),
                  number(sentenceField(nSentence, 2)));
-  if (lType != "RMC,") return -1;
+  if (lType != typeCode("RMC")) return -1;
   const std::string_view lDate = sentenceField(nSentence, 9);  // ddmmyy
   if (lDate.size() != 6 || number(lDate.substr(4)) < 0) return -1;
   return dayOf(2000 + number(lDate.substr(4)), number(lDate.substr(2, 2)), number(lDate.substr(0, 2)));

@@ -7,6 +7,15 @@ namespace tool {
 
 const int64_t MS_PER_DAY = 24 * 3600 * 1000;
 
+/// The three letters behind the talker as one number, to compare with typeCode("GGA"); 0 when no field follows them.
+constexpr uint32_t typeCode(std::string_view nType) {
+  return static_cast<uint32_t>(static_cast<unsigned char>(nType[0]) << 16 | static_cast<unsigned char>(nType[1]) << 8 |
+                               static_cast<unsigned char>(nType[2]));
+}
+constexpr uint32_t sentenceTypeCode(std::string_view nSentence) {
+  return nSentence.size() > 6 && nSentence[6] == ',' ? typeCode(nSentence.substr(3, 3)) : 0;
+}
+
 /// The UTC time of day that a sentence carries, in milliseconds, or -1. Known for GGA, GLL, RMC, ZDA, GNS, GST and
 /// "$PUBX,00". The parsed records keep the digits behind the second unscaled, so pacing reads the text itself.
 int64_t sentenceTime(std::string_view nSentence);

@@ -34,20 +34,27 @@ Fix fixOfStatus(std::string_view nStatus, bool nIsReckoning) {
 
 }  // namespace
 
-bool EpochBuilder::onSentence(std::string_view nSentence) {
-  using Take = void (EpochBuilder::*)(const SentenceFields&);
-  struct Kind {
-    const char* mpName;
-    Take mpTake;
-  };
-  static const Kind KINDS[] = {{"GGA", &EpochBuilder::takeGga}, {"GLL", &EpochBuilder::takeGll},
-                               {"GSA", &EpochBuilder::takeGsa}, {"GSV", &EpochBuilder::takeGsv},
-                               {"RMC", &EpochBuilder::takeRmc}, {"VTG", &EpochBuilder::takeVtg}};
-  const bool lIsPubx = nSentence.substr(0, 9) == "$PUBX,00,";
-  Take lpTake = lIsPubx ? &EpochBuilder::takePubx : nullptr;
-  for (const Kind& lKind : KINDS) {
-    if (nSentence.size() > 6 && nSentence.substr(3, 3) == lKind.mpName && nSentence[6] == ',') lpTake = lKind.mpTake;
+EpochBuilder::Take EpochBuilder::takerOf(std::string_view nSentence) const {
+  switch (tool::sentenceTypeCode(nSentence)) {
+    case tool::typeCode("GGA"):
+      return &EpochBuilder::takeGga;
+    case tool::typeCode("GLL"):
+      return &EpochBuilder::takeGll;
+    case tool::typeCode("GSA"):
+      return &EpochBuilder::takeGsa;
+    case tool::typeCode("GSV"):
+      return mWantsSky && mPoint.mTimeOfDay >= 0 ? &EpochBuilder::takeGsv : nullptr;
+    case tool::typeCode("RMC"):
+      return &EpochBuilder::takeRmc;
+    case tool::typeCode("VTG"):
+      return &EpochBuilder::takeVtg;
+    default:
+      return nSentence.substr(0, 9) == "$PUBX,00," ? &EpochBuilder::takePubx : nullptr;
   }
+}
+
+bool EpochBuilder::onSentence(std::string_view nSentence) {
+  const Take lpTake = takerOf(nSentence);
   const int64_t lTime = tool::sentenceTime(nSentence);
   const int64_t lDay = tool::sentenceDay(nSentence);
   if ((lpTake != nullptr || lDay >= 0) && lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
@@ -181,7 +188,6 @@ void EpochBuilder::takePubx(const SentenceFields& nFields) {
 }
 
 void EpochBuilder::takeGsv(const SentenceFields& nFields) {
-  if (!mWantsSky || mPoint.mTimeOfDay < 0) return;
   for (size_t i = 4; i + 3 < nFields.count(); i += 4) {
     const double lNumber = nFields.number(i);
     if (!(lNumber >= 1.0 && lNumber <= 999.0)) continue;

@@ -36,6 +36,9 @@ class EpochBuilder : public tool::SentenceSink {
   void finish();  ///< no more sentences
 
  private:
+  using Take = void (EpochBuilder::*)(const SentenceFields&);
+
+  Take takerOf(std::string_view nSentence) const;  // null: the sentence tells nothing of a point
   void beginAt(int64_t nTimeOfDay);
   void endPoint();
   void endSky();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace logtool {
@@ -9,19 +10,24 @@ namespace logtool {
 class SentenceFields {
  public:
   static constexpr size_t MAX_FIELDS = 32;
+  static constexpr size_t MAX_SIZE = 65534;  ///< bytes; a sentence has some 80
 
   explicit SentenceFields(std::string_view nSentence);
 
   size_t count() const { return mCount; }
-  std::string_view text(size_t nIndex) const { return nIndex < mCount ? mFields[nIndex] : std::string_view(); }
+  std::string_view text(size_t nIndex) const {
+    if (nIndex >= mCount) return {};
+    return {mpText + mBegins[nIndex], static_cast<size_t>(mBegins[nIndex + 1] - mBegins[nIndex] - 1)};
+  }
   char letter(size_t nIndex) const { return text(nIndex).size() == 1 ? text(nIndex)[0] : '\0'; }
   double number(size_t nIndex) const;
   /// Degrees of "ddmm.mmmm" or "dddmm.mmmm" and the letter behind it, negative for S and W.
   double degrees(size_t nIndex) const;
 
  private:
-  std::string_view mFields[MAX_FIELDS];
+  const char* const mpText;
   size_t mCount = 0;
+  uint16_t mBegins[MAX_FIELDS + 1];  // of each field, and one behind the end of the last
 };
 
 }  // namespace logtool
