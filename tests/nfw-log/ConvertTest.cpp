@@ -94,6 +94,7 @@ TEST_F(Convert, positionsBeforeTheFirstDateAreDatedByIt) {
   EXPECT_TRUE(has(convert("gpx"), "<ele>278.161</ele>"));
   EXPECT_TRUE(has(convert("geojson"), ",278.161]"));
   EXPECT_TRUE(has(convert("kml"), "11.5166667 48.1166667 278.161</gx:coord>"));
+  EXPECT_TRUE(has(convert("kml"), "<name>10 to 30 km/h</name>"));  // between two that do not tell it
   const std::string lPage = mDir / "p.html";
   output({"plot", mFile, "-o", lPage});
   EXPECT_TRUE(has(nfwtest::readFile(lPage), "<html"));

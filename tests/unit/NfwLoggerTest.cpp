@@ -406,6 +406,7 @@ TEST(LoggerLifeTest, AThreadThatCannotStartIsNamed) {
   EXPECT_FALSE(Logger::get()->initialize());
   EXPECT_TRUE(lLog.has("Thread Start[nfw::LogWriter_Thread]"));
   EXPECT_TRUE(lLog.has("Logger::initialize(): Can't initialize LogWriter"));
+  for (const auto& lLine : lLog.lines()) EXPECT_EQ(1, lLine.mLevel) << lLine.mText;
   Logger::destroy();
   Logger::destroy();
   Logger::write(1, "nobody", 6);

@@ -94,7 +94,7 @@ TEST(ServiceThreadTest, SaysWhatKeepsAThreadFromComingAndGoing) {
   {
     const seams::Failing lFailing(seams::THREAD_STOP);
     EXPECT_FALSE(nfw::stopThread(l.mThread));
-    EXPECT_FALSE(nfw::stopThread(l.mThread, "TIMEOUT"));
+    EXPECT_FALSE(nfw::stopThread(l.mThread, nfw::Here::now(), "TIMEOUT"));
   }
   l.mGo.set_value();
   EXPECT_TRUE(nfwtest::eventually([&] { return !l.mThread.isRunning(); }));

@@ -38,7 +38,7 @@ inline bool startThread(utl::MsgDrivenSharedThread& nThread, const Here& nHere =
 /// Stops a running thread of either class. `npTimeoutWord` is "Timeout" or "TIMEOUT": services differ in it. False when
 /// the time was not enough: what the thread uses has to stay.
 template <class Thread>
-bool stopThread(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
+bool stopThread(Thread& nThread, const Here& nHere = Here::now(), const char* npTimeoutWord = "Timeout") {
   if (!nThread.isRunning()) return true;
   const int lResult = watched([&nThread] { return nThread.stop(1, THREAD_STOP_TIMEOUT_MS); }, nHere);
   if (lResult == -1) APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "Thread Stop NG [%s]", nThread.getName());
@@ -52,13 +52,13 @@ class ServiceThreadEnd {
  public:
   /// What a shutdown does.
   template <class Thread>
-  void stop(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
-    mIsLate = !stopThread(nThread, npTimeoutWord, nHere);
+  void stop(Thread& nThread, const Here& nHere = Here::now(), const char* npTimeoutWord = "Timeout") {
+    mIsLate = !stopThread(nThread, nHere, npTimeoutWord);
   }
   /// Before the service is deleted: stops the thread where a shutdown has not, as from within. False when it runs on.
   template <class Thread>
-  bool isOver(Thread& nThread, const char* npTimeoutWord = "Timeout", const Here& nHere = Here::now()) {
-    if (!mIsLate) stop(nThread, npTimeoutWord, nHere);
+  bool isOver(Thread& nThread, const Here& nHere = Here::now(), const char* npTimeoutWord = "Timeout") {
+    if (!mIsLate) stop(nThread, nHere, npTimeoutWord);
     return !nThread.isRunning();
   }
 

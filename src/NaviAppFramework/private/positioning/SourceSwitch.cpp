@@ -35,12 +35,12 @@ void SourceSwitch::shutdown(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer
   for (const Source* lpSource : mAll) lpSource->mSource.finalize();
   SensorSysLoggerManager::get()->detachPlayer(npSysLogPlayer);
   Logger::get()->detachPlayer(npLogPlayer);
-  mThreadEnd.stop(mThread, "TIMEOUT", mHere.in());
+  mThreadEnd.stop(mThread, mHere.in(), "TIMEOUT");
 }
 
 bool SourceSwitch::end(LogPlayer* npLogPlayer, SysLogPlayer* npSysLogPlayer) {
   if (mIsInitialized) shutdown(npLogPlayer, npSysLogPlayer);
-  return mThreadEnd.isOver(mThread, "TIMEOUT", mHere.in());
+  return mThreadEnd.isOver(mThread, mHere.in(), "TIMEOUT");
 }
 
 /// What an earlier life was told: nothing plays now, or the sources could not attach.

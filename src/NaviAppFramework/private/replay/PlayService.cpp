@@ -89,7 +89,7 @@ bool PlayService::closeGate() {
 // replays then. Of a thread that did not end in time nothing is asked.
 bool PlayService::stopServiceThread() {
   const bool lIsPosted = watched([this] { return mThread.postMsg(mFormat.mShutdownMsg); }, mHere.in());
-  mThreadEnd.stop(mThread, "Timeout", mHere.in());
+  mThreadEnd.stop(mThread, mHere.in());
   if (mThread.isRunning()) return false;
   if (!lIsPosted) stopReplays();
   if (mPlayers.size() == 0) return true;
@@ -99,7 +99,7 @@ bool PlayService::stopServiceThread() {
 }
 
 bool PlayService::hasEnded() {
-  if (mThreadEnd.isOver(mThread, "Timeout", mHere.in())) return true;
+  if (mThreadEnd.isOver(mThread, mHere.in())) return true;
   mIsLeftBehind = true;
   mPlayers.mute();
   return false;
@@ -259,7 +259,6 @@ bool PlayService::beginPlay(const char* npPath) {
   ++mPlayNumber;
   mClock.reset();
   mIsEnded = false;
-  mIsStarted = false;
   mIsPlaying = true;
   return true;
 }

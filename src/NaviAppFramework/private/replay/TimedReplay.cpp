@@ -118,7 +118,7 @@ bool TimedReplay::postSetTimer(utl::MsgDrivenThread& nThread) const {
 }
 
 void TimedReplay::discardThread(std::unique_ptr<utl::MsgDrivenThread> npThread) {
-  stopThread(*npThread, "Timeout", mHere.in());
+  stopThread(*npThread, mHere.in());
   utl::ThreadManager::remove(npThread.get());
 }
 
