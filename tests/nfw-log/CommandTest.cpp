@@ -118,10 +118,11 @@ TEST_F(Command, infoCountsOverTheFilesOfADirectory) {
   EXPECT_TRUE(has(lInfo, "Gaps        1\n            at 0:00:01.000, 0:00:07.500 long, " +
                              mDir / "b_20260201-000000_00.log: offset 0\nTicks back  0\n"));
   std::string lMany;
-  for (int i = 0; i < 4098; ++i) lMany += logRecord(i, 1, "");
+  for (int i = 0; i < 4098; ++i) lMany += logRecord(i, 8000u * static_cast<unsigned int>(std::min(i, 5)), "");
   writeFile(mDir / "many", lMany);
-  EXPECT_TRUE(
-      has(output({"info", mDir / "many"}), "\nId 4095     1 record, 0 bytes:  DATA 1\nId others   2 records, "));
+  const std::string lInfoOfMany = output({"info", "--gap", "5", mDir / "many"});
+  EXPECT_TRUE(has(lInfoOfMany, "\nId 4095     1 record, 0 bytes, 0.0 a second:  DATA 1\nId others   2 records, "));
+  EXPECT_TRUE(has(lInfoOfMany, "\nGaps        5\n") && !has(lInfoOfMany, " more\n")) << lInfoOfMany;
 }
 
 TEST_F(Command, helpIsGivenWhenAskedFor) {

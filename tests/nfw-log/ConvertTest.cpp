@@ -54,7 +54,8 @@ TEST_F(Convert, theReceiverIsTheTrackOfEveryFormat) {
   EXPECT_TRUE(has(mErrors, "dead reckoning (id 21) has sentences too: --id 21 takes it, --id 20,21 both"));
   // Also where dead reckoning begins first, and alone where there is no receiver.
   const std::string lLate = logtest::logRecord(21, 1, LATE);
-  nfwtest::writeFile(mFile, lLate + drive());
+  nfwtest::writeFile(mFile,
+                     logtest::logRecord(21, 0xFFFEFF00, LATE) + logtest::logRecord(21, 0xFFFFE960, LATE) + drive());
   EXPECT_EQ(convert("nmea"), lNmea);
   nfwtest::writeFile(mFile, lLate);
   EXPECT_EQ(convert("nmea"), LATE);

@@ -7,6 +7,7 @@
 
 #include "NfwLogRetention.h"
 #include "PlatformSeams.h"
+#include "SharedThread.h"
 #include "TempDir.h"
 
 namespace {
@@ -86,7 +87,7 @@ TEST_F(LogRetentionTest, LooksOnAThreadOfItsOwn) {
   EXPECT_FALSE(lRetention.start());
   EXPECT_FALSE(lRetention.apply());
   lClock.advance(1);
-  EXPECT_TRUE(mLog.waitFor("LogRetention::apply(): Deleted: " + (mDir / name(0))));
+  EXPECT_TRUE(nfwtest::eventually([&] { return lRetention.getCounts().mDeletedNum == 1; }));
   nfwtest::writeFile(mDir / name(2), "");
   lClock.advance(1000);
   EXPECT_TRUE(mLog.waitFor("LogRetention::apply(): Deleted: " + (mDir / name(1))));

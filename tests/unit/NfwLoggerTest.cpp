@@ -354,12 +354,15 @@ TEST_F(LoggerTest, TheEndOfEveryReplayFindsItsPlaceInTheQueue) {
   Logger::initializeMaxLogTypeNum(70);
   mpLogger = Logger::get();
   ASSERT_TRUE(mpLogger->initialize() && mpLogger->attachPlayer(&mFirst));
-  for (int i = 0; i < 70; ++i) EXPECT_TRUE(mpLogger->attachPlayListener(100 + i, &mListener));
+  for (int i = 0; i < 70; ++i) EXPECT_TRUE(mpLogger->attachPlayListener(100 + i, i == 0 ? &mOther : &mListener));
+  std::thread lDetaching;
   mFirst.mOnStart = [&] {  // nothing of this is handled before all replays are started
-    for (int i = 0; i < 64; ++i) mpLogger->setLogDispatchEnd(nullptr);
+    for (int i = 0; i < 60; ++i) mpLogger->setLogDispatchEnd(nullptr);
+    lDetaching = std::thread([&] { EXPECT_TRUE(mpLogger->detachPlayListener(&mOther)); });  // with its end alone
   };
   ASSERT_TRUE(play(logRecord(20, 0, "for nobody")));
   EXPECT_TRUE(mNotes.waitFor(2));
+  lDetaching.join();
   EXPECT_EQ((Strings{"first start", "first end 0"}), mNotes.all());
   EXPECT_TRUE(mLog.texts().empty());
 }

@@ -79,8 +79,6 @@ LogWriter::~LogWriter() {
 
 bool LogWriter::initialize() {
   const LogQuiet lQuiet;
-  if (!mControl.start()) return false;
-  const AutoCompleteOperation lComplete(mControl);
   const WatchedLock lLock(mSync);
   if (mState != CREATED || !startThread(mThread, this, WRITER_PRIORITY)) return false;
   mState = INITIALIZED;

@@ -60,15 +60,15 @@ bool MountDeviceList::copyAt(unsigned int nIndex, MountManager::DeviceInfo* npIn
 }
 
 MountManager::DeviceInfo* MountDeviceList::findDrive(const char* npDrive) {
-  for (unsigned int i = 0; i < mDevices.size(); ++i) {
-    if (strcmp(mDevices[i].mDrive, npDrive) == 0) return &mDevices[i];
+  for (unsigned int i = mDevices.size(); i > 0; --i) {
+    if (strcmp(mDevices[i - 1].mDrive, npDrive) == 0) return &mDevices[i - 1];
   }
   return nullptr;
 }
 
 MountManager::DeviceInfo* MountDeviceList::findDevice(int nDeviceId) {
-  for (unsigned int i = 0; i < mDevices.size(); ++i) {
-    if (mDevices[i].mDeviceId == nDeviceId) return &mDevices[i];
+  for (unsigned int i = mDevices.size(); i > 0; --i) {
+    if (mDevices[i - 1].mDeviceId == nDeviceId) return &mDevices[i - 1];
   }
   return nullptr;
 }
