@@ -155,7 +155,7 @@ TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
     writeFile(lPath, nRecords + nLast);
     ASSERT_TRUE(nService.startPlay(lPath.c_str()));
     ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.count() == lCount; }));
-    EXPECT_TRUE(nService.seekPlay(500));
+    EXPECT_TRUE(nService.seekPlay(3599500));
     ASSERT_TRUE(pump(mClock, [&] { return mGnssNotes.all().back() == LAST_NOTE; }));
     EXPECT_TRUE(nService.stopPlay());
     nfw::Gnss::get()->shutdown();  // what is queued comes first
@@ -167,8 +167,8 @@ TEST_F(ReplayTest, WhatIsGatheredBeginsAnewBehindASeek) {
     lTexts += logRecord(GNSS_LOGGER_ID, 0, lpText);
     lRecords += sensorRecord(0, 1, 0, sensorData(lpText));
   }
-  lJump(*nfw::Logger::get(), lTexts, logRecord(GNSS_LOGGER_ID, 1000, LAST));
-  lJump(*nfw::SensorSysLoggerManager::get(), lRecords, sensorRecord(0, 1, 1000, sensorData(LAST)));
+  lJump(*nfw::Logger::get(), lTexts, logRecord(GNSS_LOGGER_ID, 3600000, LAST));
+  lJump(*nfw::SensorSysLoggerManager::get(), lRecords, sensorRecord(0, 1, 3600000, sensorData(LAST)));
 }
 
 }  // namespace

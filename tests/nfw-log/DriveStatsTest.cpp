@@ -58,6 +58,8 @@ TEST(DriveStats, numbersOfADrive) {
        R"({"distance_m":0.0,"moving_ms":0,"largest_jump":null,"gap_count":1})"},
       {{{0, 7.0, -1, "A"}, {1, 7.0001, -1, "A"}, {2, 7.01, -1, "A"}},  // without a speed: what the positions tell
        R"({"max_speed_kmh":null,"moving_ms":1000,"standing_ms":1000})"},
+      {{{0, 7.0, 0.0, "A"}, {1, 7.1, 0.0, "A"}, {2, 7.0, 0.0, "A"}},  // of two alike the first
+       R"({"largest_jump":{"elapsed_ms":1000}})"},
       {stand(), R"({"positions":101})"},
   };
   const nfwtest::TempDir lDir;
@@ -65,8 +67,8 @@ TEST(DriveStats, numbersOfADrive) {
     nfwtest::writeFile(lDir / "a.log", recording(lCase.mEpochs));
     std::string lText;
     ASSERT_EQ(logtest::runTool({"info", "--json", lDir / "a.log"}, &lText), 0);
-    const auto lTrack = nlohmann::json::parse(lText)["recordings"][0]["tracks"][0];
-    const auto lExpected = nlohmann::json::parse(lCase.mpExpected);
+    const auto lTrack = nlohmann::json::parse(lText)["recordings"][0]["tracks"][0].flatten();
+    const auto lExpected = nlohmann::json::parse(lCase.mpExpected).flatten();
     for (const auto& [lKey, lValue] : lExpected.items()) EXPECT_EQ(lTrack[lKey], lValue) << lKey << lTrack;
   }
   std::string lText;

@@ -47,7 +47,7 @@ TEST_F(ReplayControl, playsWhatIsAskedForAndNothingElse) {
       {{path("log"), "--rate", "10", "--from", "0.45", "--to", "0:00:02.3"}, 8, "the same as this part"},
       {{path("log"), "--rate", "0.2", "--to", "0.001"}, 1, "the same as this part"},
       {{path("log"), "--rate", "100", "--from", "1", "--to", "1.9"}, 0, "this part of the recording holds no sent"},
-      {{path("log"), "--for", "1.5"}, 10, "ended early: not compared"},  // between the files
+      {{path("log"), "--rate", "0.5", "--for", "1.5"}, 10, "ended early: not compared"},  // between the files
   };
   for (const auto& lCase : CASES) {
     ToolRun::Words lWords = {"--replay", "--format", "json"};

@@ -33,7 +33,8 @@ struct NoSensorLog : nfw::SysLogPlayer {
   void notifyPlayEnd() override {}
 };
 
-// An attach waits for its turn on the thread of the service or log. What is under way takes up to three turns.
+// An attach waits for its turn on the thread of the service or log. What is under way takes up to three turns; what is
+// queued on a busy machine may still come behind it.
 void awaitServices() {
   NoSentences lSentences;
   NoReports lReports;

@@ -11,7 +11,7 @@ void DeadReckoningListener::detach() { nfw::DeadReckoning::get()->detachDeadReck
 // Slots of a report come in the order of its record; "$PUBX" is the last and is always there.
 void DeadReckoningListener::onNotifyDeadReckoningNmeaData(const unsigned char* npData, unsigned int nSize) {
   const std::string_view lSentence(reinterpret_cast<const char*>(npData), nSize);
-  if (lSentence.empty() || !mProgress.takesReckoned()) return;
+  if (lSentence.empty() || !mProgress.takesReckoned(lSentence)) return;
   mView.use([&](View& nView) { nView.showDeadReckoning(lSentence); });
   mProgress.mDeliveredDeadReckoning.add(lSentence);
   // Who sees the count may read what was added.

@@ -28,9 +28,9 @@ void GnssListener::detach() {
 }
 
 void GnssListener::onNotifyNmeaData(unsigned char const* npData, unsigned int nSize) {
-  if (!mProgress.takesSentence()) return;
-  mLateness.note();
   const std::string_view lSentence(reinterpret_cast<const char*>(npData), nSize);
+  if (!mProgress.takesSentence(lSentence)) return;
+  mLateness.note();
   mView.use([&](View& nView) { nView.showRaw(lSentence); });
   mProgress.mDeliveredSentences.add(lSentence);
   // Who sees the count may read what was added.

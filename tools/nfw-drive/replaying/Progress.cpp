@@ -28,27 +28,43 @@ void Progress::beginRound() {
   mBefore = deliveredInAll();
   mDeliveredSentences = TextTally();
   mDeliveredDeadReckoning = TextTally();
+  mSentenceBeginning.await();
+  mReckonedBeginning.await();
 }
 
-bool Progress::takesSentence() const {
+bool Progress::Beginning::isPassed(std::string_view nText, const TextTally& nRound) {
+  if (!mIsAwaited) return true;
+  TextTally lTally;
+  lTally.add(nText);
+  mIsAwaited = lTally.mSum != nRound.mFirst;
+  return !mIsAwaited;
+}
+
+bool Progress::takesSentence(std::string_view nSentence) {
   const StreamTally* const lpLimit = mpLimit;
-  return lpLimit == nullptr || mSentences - mBefore.mSentences.mCount < lpLimit->mSentences.mCount;
+  if (lpLimit == nullptr) return true;
+  return mSentenceBeginning.isPassed(nSentence, lpLimit->mSentences) &&
+         mSentences - mBefore.mSentences.mCount < lpLimit->mSentences.mCount;
 }
 
 bool Progress::takesRecord(int nKind) const {
   const StreamTally* const lpLimit = mpLimit;
   const auto lKind = static_cast<size_t>(nKind);
-  return lpLimit == nullptr || mDelivered.get(nKind) - mBefore.mRecords[lKind] < lpLimit->mRecords[lKind];
+  if (lpLimit == nullptr) return true;
+  return mSentenceBeginning.isPassed() && mDelivered.get(nKind) - mBefore.mRecords[lKind] < lpLimit->mRecords[lKind];
 }
 
 bool Progress::takesCombined() const {
   const StreamTally* const lpLimit = mpLimit;
-  return lpLimit == nullptr || mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined < lpLimit->mCombined;
+  if (lpLimit == nullptr) return true;
+  return mSentenceBeginning.isPassed() && mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined < lpLimit->mCombined;
 }
 
-bool Progress::takesReckoned() const {
+bool Progress::takesReckoned(std::string_view nSentence) {
   const StreamTally* const lpLimit = mpLimit;
-  return lpLimit == nullptr || mReckonedSentences - mBefore.mDeadReckoning.mCount < lpLimit->mDeadReckoning.mCount;
+  if (lpLimit == nullptr) return true;
+  return mReckonedBeginning.isPassed(nSentence, lpLimit->mDeadReckoning) &&
+         mReckonedSentences - mBefore.mDeadReckoning.mCount < lpLimit->mDeadReckoning.mCount;
 }
 
 bool Progress::hasReceived(const StreamTally& nExpected) const {

@@ -44,15 +44,27 @@ struct Progress {
   void beginRound();
   /// A round has no more than that: what comes behind it is not heard. Null: everything is. Any thread.
   void limit(const StreamTally* npLimit) { mpLimit = npLimit; }
-  bool takesSentence() const;
+  bool takesSentence(std::string_view nSentence);
   bool takesRecord(int nKind) const;
   bool takesCombined() const;
-  bool takesReckoned() const;
+  bool takesReckoned(std::string_view nSentence);
   /// Whether listeners have received as much as that in this round. Any thread may ask.
   bool hasReceived(const StreamTally& nExpected) const;
 
  private:
+  /// Of the round before some may still be on its way behind its limit, which the first text of this one ends.
+  class Beginning {
+   public:
+    void await() { mIsAwaited = true; }
+    bool isPassed() const { return !mIsAwaited; }
+    bool isPassed(std::string_view nText, const TextTally& nRound);
+
+   private:
+    std::atomic<bool> mIsAwaited{false};
+  };
+
   StreamTally mBefore;  // the counts of rounds that are over
+  Beginning mSentenceBeginning, mReckonedBeginning;
   std::atomic<const StreamTally*> mpLimit{nullptr};
 };
 

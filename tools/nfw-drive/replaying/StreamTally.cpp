@@ -28,6 +28,7 @@ void TextTally::add(std::string_view nText) {
   for (const char lByte : tool::withoutLineEnd(nText))
     mSum = (mSum ^ static_cast<unsigned char>(lByte)) * 0x100000001B3u;
   mSum = (mSum ^ '\n') * 0x100000001B3u;
+  if (mCount == 1) mFirst = mSum;
 }
 
 bool StreamTally::operator==(const StreamTally& n) const {

@@ -12,6 +12,7 @@ namespace drive {
 struct TextTally {
   uint64_t mCount = 0;
   uint64_t mSum = 0xCBF29CE484222325u;
+  uint64_t mFirst = 0;  ///< the sum behind the first one
 
   void add(std::string_view nText);
   bool operator==(const TextTally& n) const { return mCount == n.mCount && mSum == n.mSum; }

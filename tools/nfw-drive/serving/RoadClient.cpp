@@ -22,7 +22,7 @@ RoadClient::Fate RoadClient::serve(short nEvents) {
   if ((nEvents & POLLIN) != 0) discardInput();
   if (isDone()) mTaken = Road::Clock::now();
   const Fate lFate = isDone() ? HERE : send();
-  return lFate == HERE && Road::Clock::now() - mTaken > mLimits.mStall ? TOO_SLOW : lFate;
+  return lFate == HERE && !isDone() && Road::Clock::now() - mTaken > mLimits.mStall ? TOO_SLOW : lFate;
 }
 
 RoadClient::Fate RoadClient::send() {
