@@ -7,7 +7,6 @@
 #include <csignal>
 
 #include "LogRecords.h"
-#include "SharedThread.h"
 #include "TempDir.h"
 
 // The keys of the live view, on a terminal of the program's own.
@@ -115,14 +114,6 @@ TEST_F(KeyTest, theTerminalHasItsSettingsBackAtEveryEnd) {
     EXPECT_EQ(lTerminal.wait(), lCase.mExit);
     EXPECT_TRUE(lTerminal.hasItsSettings()) << lCase.mExit;
   }
-  Terminal lTerminal(replay() + "--paused");
-  ASSERT_TRUE(lTerminal.shows("paused"));
-  for (const int lSignal : {SIGTSTP, SIGCONT, SIGTSTP, SIGCONT}) {
-    lTerminal.signal(lSignal);
-    EXPECT_TRUE(nfwtest::eventually([&] { return lTerminal.hasItsSettings() == (lSignal == SIGTSTP); })) << lSignal;
-  }
-  lTerminal.type("q");
-  EXPECT_EQ(lTerminal.wait(), 0);
 }
 
 }  // namespace
