@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "BinaryRecordLists.h"
 #include "NfwAppLog.h"
 #include "SentenceDecoder.h"
 

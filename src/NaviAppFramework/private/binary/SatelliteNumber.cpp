@@ -1,10 +1,12 @@
 #include "SatelliteNumber.h"
 
 #include <cstring>
+#include <typeinfo>
 
 #include "BinaryNumber.h"
 #include "LittleEndian.h"
 #include "NfwAppLog.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
 #include "utl/StringUtil.h"
 
 namespace nfw {
@@ -52,6 +54,12 @@ int SatelliteNumber::toString(const unsigned char* npRecord, unsigned int nLengt
   if (lLength < 0) return fail(OPERATION, "BufferSize Error");
   *npConsumed = mSize;
   return lLength;
+}
+
+unsigned int SatelliteNumber::plainSize(NmeaBinaryLogDataVersion0& nVersion) {
+  const std::type_info& lType = typeid(nVersion);
+  const bool lIsOurs = &lType == &typeid(NmeaBinaryLogDataVersion1) || &lType == &typeid(NmeaBinaryLogDataVersion0);
+  return lIsOurs ? nVersion.getSatelliteNumSize() : 0;
 }
 
 int SatelliteNumber::fail(const char* npOperation, const char* npWords) const {

@@ -2,8 +2,10 @@
 
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 
 #include "BinaryNumber.h"
+#include "BinaryRecordLists.h"
 #include "LittleEndian.h"
 #include "NfwAppLog.h"
 #include "NfwNmeaCheckSumCalclator.h"
@@ -183,7 +185,7 @@ bool SentenceDecoder::appendBlock(const unsigned char* npBlock) {
   mHasEmpty = false;
   for (const BinaryField& lField : GSV_BLOCK_FIELDS) {
     // A block with an empty field has one, whatever its values: the last field when no other is 0.
-    const bool lIsLast = &lField == &GSV_BLOCK_FIELDS[GSV_BLOCK_FIELD_NUM - 1];
+    const bool lIsLast = &lField == std::end(GSV_BLOCK_FIELDS) - 1;
     if (!(lIsLast && !mIsBlockWhole && !mHasEmpty ? append(',') : appendField(lField))) return false;
   }
   return true;
