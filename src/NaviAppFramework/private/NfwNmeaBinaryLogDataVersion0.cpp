@@ -31,8 +31,15 @@ const Coder ENCODERS[] = {nullptr,
                           encodeSentence<VTG_FORMAT>,
                           encodeSentence<ZDA_FORMAT>,
                           encodeSentence<PUBX_FORMAT>};
-const BinaryRecordFormat* const FORMATS[] = {nullptr,     &GGA_FORMAT, &GLL_FORMAT, &GSA_FORMAT, &GSV_FORMAT,
-                                             &RMC_FORMAT, &VTG_FORMAT, &ZDA_FORMAT, &PUBX_FORMAT};
+const Coder DECODERS[] = {nullptr,
+                          decodeSentence<GGA_FORMAT>,
+                          decodeSentence<GLL_FORMAT>,
+                          decodeSentence<GSA_FORMAT>,
+                          decodeSentence<GSV_FORMAT>,
+                          decodeSentence<RMC_FORMAT>,
+                          decodeSentence<VTG_FORMAT>,
+                          decodeSentence<ZDA_FORMAT>,
+                          decodeSentence<PUBX_FORMAT>};
 
 // Null for a kind without one.
 template <class Value, size_t N>
@@ -74,13 +81,13 @@ int NmeaBinaryLogDataVersion0::convertToNmeaSentence(unsigned char const* npReco
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::NmeaBinaryLogDataVersion0::convertToNmeaSentence(): Argument Error");
     return -1;
   }
-  const BinaryRecordFormat* const lpFormat = of(FORMATS, npRecord[0]);
-  if (lpFormat == nullptr) {
+  const Coder lpDecode = of(DECODERS, npRecord[0]);
+  if (lpDecode == nullptr) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
            "nfw::NmeaBinaryLogDataVersion0::convertToNmeaSentence(): UnknownSentence: SentenceType=%d", npRecord[0]);
     return -1;
   }
-  return decodeSentence(*lpFormat, *this, npRecord + TYPE_SIZE, nLength - TYPE_SIZE, npOut, nOutSize);
+  return lpDecode(*this, npRecord + TYPE_SIZE, nLength - TYPE_SIZE, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromDeadReckoningData(ZTSDeadReckoningDef::DRG_LOCATION_INFO const& nInfo,
@@ -159,42 +166,42 @@ int NmeaBinaryLogDataVersion0::convertFromPubxSentence(unsigned char const* npSe
 
 int NmeaBinaryLogDataVersion0::convertToGgaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GGA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GGA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGllSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GLL_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GLL_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGsaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GSA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GSA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGsvSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GSV_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GSV_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToRmcSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(RMC_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<RMC_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToVtgSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(VTG_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<VTG_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToZdaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(ZDA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<ZDA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToPubxSentence(unsigned char const* npRecord, unsigned int nLength,
                                                      unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(PUBX_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<PUBX_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromDeadReckoningRmcData(ZTSDeadReckoningDef::DRG_RMC const& nData,

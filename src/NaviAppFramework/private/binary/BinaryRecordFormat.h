@@ -5,6 +5,8 @@
 /// same as bytes.
 #pragma once
 
+#include <cstring>
+
 #include "LittleEndian.h"
 #include "NfwNmeaBinaryLogDataVersion0.h"
 
@@ -33,7 +35,9 @@ struct BinaryCode {
     return -1;
   }
   /// @return the text of a code, null when it has none
-  const char* text(unsigned int nCode) const;
+  const char* text(unsigned int nCode) const {
+    return nCode < strlen(mpTexts) / mLength ? mpTexts + nCode * mLength : nullptr;
+  }
   unsigned int numberIn(unsigned char nByte) const { return (nByte >> mShift) & mMost; }
 };
 

@@ -1,6 +1,7 @@
+#include "BinaryRecordLists.h"
+
 #include <cstring>
 
-#include "BinaryRecordLists.h"
 #include "NfwAppLog.h"
 
 namespace nfw {
@@ -46,11 +47,5 @@ bool isRmcValid(const char* npStatus) { return isOneOf(npStatus, "ADU"); }
 bool isPubxValid(const char* npStatus) { return strcmp(npStatus, "NF") != 0; }
 
 }  // namespace binaryfields
-
-const char* BinaryCode::text(unsigned int nCode) const {
-  const char* lpText = mpTexts;
-  for (unsigned int i = 0; i < nCode && *lpText != '\0'; ++i) lpText += mLength;
-  return *lpText != '\0' ? lpText : nullptr;
-}
 
 }  // namespace nfw
