@@ -8,7 +8,7 @@
 
 #include "BenchSupport.h"
 #include "NfwAppLog.h"
-#include "NfwNmeaDataParser.h"
+#include "ParseAny.h"
 #include "StraightNmeaParse.h"
 
 using nfw::NmeaDataParser;
@@ -55,40 +55,9 @@ Sentences load(const char* npDirectory) {
   return lSentences;
 }
 
-/// One record of each kind, used again and again: its construction is the caller's business.
-struct Records {
-  nfw::GgaSentence mGga;
-  nfw::GllSentence mGll;
-  nfw::GsaSentence mGsa;
-  nfw::GsvSentence mGsv;
-  nfw::RmcSentence mRmc;
-  nfw::VtgSentence mVtg;
-  nfw::ZdaSentence mZda;
-  nfw::PubxSentence mPubx;
-} gRecords;
+bench::ParsedRecords gRecords;
 
-bool parse(const Sentence& nSentence) {
-  const char* const lpText = nSentence.mText.c_str();
-  const auto lLength = static_cast<unsigned int>(nSentence.mText.size());
-  switch (nSentence.mType) {
-    case nfw::NMEA_GGA:
-      return NmeaDataParser::parseGgaSentence(lpText, lLength, &gRecords.mGga);
-    case nfw::NMEA_GLL:
-      return NmeaDataParser::parseGllSentence(lpText, lLength, &gRecords.mGll);
-    case nfw::NMEA_GSA:
-      return NmeaDataParser::parseGsaSentence(lpText, lLength, &gRecords.mGsa);
-    case nfw::NMEA_GSV:
-      return NmeaDataParser::parseGsvSentence(lpText, lLength, &gRecords.mGsv);
-    case nfw::NMEA_RMC:
-      return NmeaDataParser::parseRmcSentence(lpText, lLength, &gRecords.mRmc);
-    case nfw::NMEA_VTG:
-      return NmeaDataParser::parseVtgSentence(lpText, lLength, &gRecords.mVtg);
-    case nfw::NMEA_ZDA:
-      return NmeaDataParser::parseZdaSentence(lpText, lLength, &gRecords.mZda);
-    default:
-      return NmeaDataParser::parsePubxSentence(lpText, lLength, &gRecords.mPubx);
-  }
-}
+bool parse(const Sentence& nSentence) { return bench::parseAny(nSentence.mType, nSentence.mText, gRecords); }
 
 bool parseStraight(const Sentence& nSentence) {
   const char* const lpText = nSentence.mText.c_str();

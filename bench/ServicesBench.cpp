@@ -1,4 +1,5 @@
 // The whole road of a sentence: from the SDK's callback to the listeners and into both logs, beside its parts.
+// NFW_BENCH_REAL_TIME=1 gives the framework's threads real-time priorities, as nfw-drive does where it may.
 #include <unistd.h>
 
 #include <condition_variable>
@@ -13,6 +14,7 @@
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "NfwSensorSysLoggerManager.h"
 #include "SysLogServiceHost.h"
+#include "utl/ThreadHost.h"
 
 namespace {
 
@@ -188,7 +190,7 @@ void benchFirstBacklog() {
 }
 
 void benchLatency(utl::MsgDrivenSharedThread& nThread, const CallbackMark& nMark) {
-  bench::Table lTable("SDK callback to a listener / a post to a handler, idle");
+  bench::Table lTable("SDK callback to a listener / a post to a handler, both logs recording");
   Arrival lListener, lHandler;
   nfw::Gnss::get()->attachNmeaDataListener(&lListener);
   std::vector<double> lRoad, lPost;
@@ -275,6 +277,7 @@ int main() {
   char lDirectory[] = "/tmp/nfwbench_XXXXXX";
   if (mkdtemp(lDirectory) == nullptr) return 1;
   const std::string lDir = lDirectory;
+  threadhost::setRealTimePriorities(std::getenv("NFW_BENCH_REAL_TIME") != nullptr);
   const nfw::MsgLogInfoMap lNames(1, true);
   nfw::Config lConfig;
   lConfig.pMsgLogInfoMap = &lNames;

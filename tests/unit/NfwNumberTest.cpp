@@ -10,7 +10,7 @@
 #include "BinaryLog.h"
 #include "BinaryNumber.h"
 #include "Decimal.h"
-#include "FieldScanner.h"
+#include "PlainScaled.h"
 #include "PlatformSeams.h"
 #include "Split.h"
 
@@ -57,11 +57,10 @@ std::optional<int32_t> byTheRule(const std::string& nText, unsigned int nScale, 
 
 /// By the short road where it takes the text, else with care.
 std::optional<int32_t> asStored(const std::string& nText, unsigned int nScale, bool nIsNegated = false) {
-  const std::string lSentence = "$GPXXX," + nText + (nIsNegated ? ",S*" : ",N*");
-  nfw::FieldScanner lFields(reinterpret_cast<const unsigned char*>(lSentence.data()),
-                            static_cast<unsigned int>(lSentence.size()));
-  if (const std::optional<int32_t> lTaken = lFields.takeScaled(nScale, "NS")) return lTaken;
   int32_t lValue = 0;
+  if (nfw::PlainScaled::read((nText + (nIsNegated ? ",S*" : ",N*")).c_str(), nScale, "NS", &lValue) != nullptr) {
+    return lValue;
+  }
   if (!nfw::convertFloatStrToSint32(nText.c_str(), nScale, nIsNegated, &lValue)) return std::nullopt;
   return lValue;
 }

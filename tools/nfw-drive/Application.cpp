@@ -13,6 +13,7 @@
 #include "MountComponent.h"
 #include "NfwConfig.h"
 #include "PositioningComponent.h"
+#include "RealTime.h"
 #include "RecordingComponent.h"
 #include "ReplayComponent.h"
 #include "TableView.h"
@@ -92,7 +93,9 @@ Application::~Application() {
 }
 
 int Application::run() {
+  mIsRealTime = mOptions.isPaced() && RealTime::begin();
   initializeFramework(mOptions);
+  if (mIsRealTime) APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "threads have real-time priorities");
   if (!readReplay() || !openRoads()) return EXIT_USAGE;
   if (!mOutput.start() || !mRoads.start() || !setUp()) {
     complain("the components cannot be set up: too few threads or too little memory");
@@ -307,17 +310,9 @@ void Application::awaitReader() {
 }
 
 void Application::writeSummary(const std::string& nVerdict) {
-  const Summary lSummary = {mOptions.getName(),
-                            mEnd,
-                            hasSource(),
-                            nVerdict,
-                            mProgress,
-                            mLateness,
-                            mPhases,
-                            mRecorder.getLog(),
-                            mRecorder.getSensorLog(),
-                            mOutput.lost(),
-                            mRoads};
+  const Summary lSummary = {mOptions.getName(), mEnd,      hasSource(), mIsRealTime,        nVerdict,
+                            mProgress,          mLateness, mPhases,     mRecorder.getLog(), mRecorder.getSensorLog(),
+                            mOutput.lost(),     mRoads};
   if (mOptions.mFormat == FORMAT_NMEA) {
     say(lSummary.toText());
   } else {

@@ -69,6 +69,7 @@ class Application {
   Rounds mRounds{mOptions.mReplay, mPlayback, mRecorded, mProgress, mEvents};
   Keys mKeys;
   bool mHasKeys = false;
+  bool mIsRealTime = false;
   ReplayKeys mReplayKeys{mOptions.mReplay, mPlayback, mRounds, mLateness};
   OutputQueue mOutput;
   Roads mRoads;

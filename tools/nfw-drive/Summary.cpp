@@ -168,13 +168,14 @@ std::string Summary::toText() const {
       "Source      {}: {}\n"
       "{}"
       "Delivered   {}\n"
-      "{}{}{}{}{}{}{}{}{}{}"
+      "{}{}{}{}{}{}{}{}{}{}{}"
       "Phases      {}\n",
       mSource, mEnd, mHasSource ? linesText(mProgress) : "", mProgress.deliveredInAll().toText(),
       mVerdict.empty() ? "" : "Replay      " + mVerdict + "\n", latenessText(mLateness), logText("Data log", mLog),
       deletedText(mLog), keptText(mLog), logText("Sensor log", mSensorLog), deletedText(mSensorLog),
       keptText(mSensorLog), roadsText(mRoads),
-      mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "", phasesText(mPhases));
+      mLostLines > 0 ? fmt::format("Output      {} lines not taken\n", mLostLines) : "",
+      mIsRealTime ? "Threads     with real-time priorities\n" : "", phasesText(mPhases));
 }
 
 std::string Summary::toJson() const {
@@ -201,6 +202,7 @@ std::string Summary::toJson() const {
     addLog("sensor_log", mSensorLog, lSummary);
     addRoads(mRoads, lSummary);
     if (mLostLines > 0) lSummary.number("output_lost", mLostLines);
+    lSummary.flag("real_time", mIsRealTime);
     addPhases(mPhases, lSummary);
   }
   return lText + "\n";

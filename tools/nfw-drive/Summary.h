@@ -15,6 +15,7 @@ struct Summary {
   std::string mSource;
   std::string mEnd;      ///< why it ended
   bool mHasSource;       ///< sentences were read, not only replayed
+  bool mIsRealTime;      ///< threads had real-time priorities
   std::string mVerdict;  ///< of a replay: how it compares; else empty
   const Progress& mProgress;
   const Lateness& mLateness;

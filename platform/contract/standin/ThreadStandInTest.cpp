@@ -1,11 +1,13 @@
 // The threads with the clock in hand, and what only the stand-in promises.
 #include <pthread.h>
+#include <sched.h>
 
 #include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <future>
 #include <new>
+#include <thread>
 
 #include "PlatformSeams.h"
 #include "ThreadSupport.h"
@@ -205,6 +207,22 @@ TEST(KernelName, FitsTellsTheThreadsApartAndIsGivenWhetherOrNotTheHostMayHaveRea
     };
     EXPECT_TRUE(lThread.sendMsgSync(1));
   }
+}
+
+TEST(RealTimePriorities, AreOfThreadsOfThisLayerAlone) {
+  Recorder lRecorder;
+  utl::MsgDrivenThread lThread(4, 4, "rt", 1);
+  int lOwn = -1, lOther = -1;
+  lRecorder.mOnMsg = [&](int, utl::ThreadRawMsg&) {
+    lOwn = sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
+    std::thread([&] { lOther = sched_getscheduler(0); }).join();
+  };
+  threadhost::setRealTimePriorities(true);
+  EXPECT_EQ(start(lThread, &lRecorder), 0);
+  threadhost::setRealTimePriorities(false);
+  EXPECT_TRUE(lThread.sendMsgSync(1));
+  if (lOwn != SCHED_FIFO) GTEST_SKIP() << "real-time priorities are not permitted";
+  EXPECT_EQ(SCHED_OTHER, lOther);
 }
 
 TEST(CallsOutward, AreMadeWithoutTheLock) {

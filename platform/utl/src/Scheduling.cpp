@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstring>
 
@@ -19,10 +20,10 @@ std::atomic<bool> gIsRefusalTold{false};
 void takePriority(int nPriority) {
   sched_param lParam = {};
   lParam.sched_priority = std::clamp(nPriority, sched_get_priority_min(SCHED_FIFO), sched_get_priority_max(SCHED_FIFO));
-  const int lError = pthread_setschedparam(pthread_self(), SCHED_FIFO, &lParam);
-  if (lError != 0 && !gIsRefusalTold.exchange(true)) {
+  const int lPolicy = SCHED_FIFO | SCHED_RESET_ON_FORK;  // a thread that this one starts is ordinary until it asks
+  if (sched_setscheduler(0, lPolicy, &lParam) != 0 && !gIsRefusalTold.exchange(true)) {
     std::fprintf(stderr, "utl: real-time priorities are not permitted, threads stay ordinary: %s\n",
-                 std::strerror(lError));
+                 std::strerror(errno));
   }
 }
 

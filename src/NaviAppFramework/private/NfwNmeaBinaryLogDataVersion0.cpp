@@ -1,6 +1,8 @@
 #include "NfwNmeaBinaryLogDataVersion0.h"
 
-#include "BinaryRecordFormat.h"
+#include <cstddef>
+
+#include "BinaryRecordLists.h"
 #include "DeadReckoningRecord.h"
 #include "NfwAppLog.h"
 #include "NfwNmeaDataParser.h"
@@ -15,13 +17,35 @@ namespace {
 constexpr SatelliteNumber NUMBER("NmeaBinaryLogDataVersion0", 1);
 
 const unsigned int TYPE_SIZE = 1;  // of the byte for the kind of sentence
-const unsigned int TYPE_NUM = 9;
+
+using Coder = int (*)(NmeaBinaryLogDataVersion0& nVersion, const unsigned char* npInput, unsigned int nLength,
+                      unsigned char* npOut, unsigned int nOutSize);
 
 // By NmeaSentenceType.
-const BinaryRecordFormat* const FORMATS[TYPE_NUM] = {nullptr,     &GGA_FORMAT, &GLL_FORMAT, &GSA_FORMAT, &GSV_FORMAT,
-                                                     &RMC_FORMAT, &VTG_FORMAT, &ZDA_FORMAT, &PUBX_FORMAT};
+const Coder ENCODERS[] = {nullptr,
+                          encodeSentence<GGA_FORMAT>,
+                          encodeSentence<GLL_FORMAT>,
+                          encodeSentence<GSA_FORMAT>,
+                          encodeSentence<GSV_FORMAT>,
+                          encodeSentence<RMC_FORMAT>,
+                          encodeSentence<VTG_FORMAT>,
+                          encodeSentence<ZDA_FORMAT>,
+                          encodeSentence<PUBX_FORMAT>};
+const Coder DECODERS[] = {nullptr,
+                          decodeSentence<GGA_FORMAT>,
+                          decodeSentence<GLL_FORMAT>,
+                          decodeSentence<GSA_FORMAT>,
+                          decodeSentence<GSV_FORMAT>,
+                          decodeSentence<RMC_FORMAT>,
+                          decodeSentence<VTG_FORMAT>,
+                          decodeSentence<ZDA_FORMAT>,
+                          decodeSentence<PUBX_FORMAT>};
 
-const BinaryRecordFormat* formatOf(unsigned int nType) { return nType < TYPE_NUM ? FORMATS[nType] : nullptr; }
+// Null for a kind without one.
+template <class Value, size_t N>
+Value of(const Value (&nByType)[N], unsigned int nType) {
+  return nType < N ? nByType[nType] : nullptr;
+}
 
 }  // namespace
 
@@ -40,14 +64,14 @@ int NmeaBinaryLogDataVersion0::convertFromNmeaSentence(unsigned char const* npSe
   }
   const int lType = NmeaDataParser::analyzeNmeaSentenceType(reinterpret_cast<const char*>(npSentence), nLength);
   npOut[0] = static_cast<unsigned char>(lType);
-  const BinaryRecordFormat* const lpFormat = formatOf(npOut[0]);
-  if (lpFormat == nullptr) {
+  const Coder lpEncode = of(ENCODERS, npOut[0]);
+  if (lpEncode == nullptr) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
            "nfw::NmeaBinaryLogDataVersion0::convertFromNmeaSentence(): UnknownSentence: SentenceType=%d", lType);
     return -1;
   }
   if (lType == NMEA_ZDA) return 0;
-  const int lSize = encodeSentence(*lpFormat, *this, npSentence, nLength, npOut + TYPE_SIZE, nOutSize - TYPE_SIZE);
+  const int lSize = lpEncode(*this, npSentence, nLength, npOut + TYPE_SIZE, nOutSize - TYPE_SIZE);
   return lSize < 0 ? -1 : lSize + static_cast<int>(TYPE_SIZE);
 }
 
@@ -57,13 +81,13 @@ int NmeaBinaryLogDataVersion0::convertToNmeaSentence(unsigned char const* npReco
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::NmeaBinaryLogDataVersion0::convertToNmeaSentence(): Argument Error");
     return -1;
   }
-  const BinaryRecordFormat* const lpFormat = formatOf(npRecord[0]);
-  if (lpFormat == nullptr) {
+  const Coder lpDecode = of(DECODERS, npRecord[0]);
+  if (lpDecode == nullptr) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR,
            "nfw::NmeaBinaryLogDataVersion0::convertToNmeaSentence(): UnknownSentence: SentenceType=%d", npRecord[0]);
     return -1;
   }
-  return decodeSentence(*lpFormat, *this, npRecord + TYPE_SIZE, nLength - TYPE_SIZE, npOut, nOutSize);
+  return lpDecode(*this, npRecord + TYPE_SIZE, nLength - TYPE_SIZE, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromDeadReckoningData(ZTSDeadReckoningDef::DRG_LOCATION_INFO const& nInfo,
@@ -102,82 +126,82 @@ int NmeaBinaryLogDataVersion0::convertToSatelliteNumString(unsigned char const* 
 
 int NmeaBinaryLogDataVersion0::convertFromGgaSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(GGA_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<GGA_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromGllSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(GLL_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<GLL_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromGsaSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(GSA_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<GSA_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromGsvSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(GSV_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<GSV_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromRmcSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(RMC_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<RMC_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromVtgSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(VTG_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<VTG_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromZdaSentence(unsigned char const* npSentence, unsigned int nLength,
                                                       unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(ZDA_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<ZDA_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromPubxSentence(unsigned char const* npSentence, unsigned int nLength,
                                                        unsigned char* npOut, unsigned int nOutSize) {
-  return encodeSentence(PUBX_FORMAT, *this, npSentence, nLength, npOut, nOutSize);
+  return encodeSentence<PUBX_FORMAT>(*this, npSentence, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGgaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GGA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GGA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGllSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GLL_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GLL_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGsaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GSA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GSA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToGsvSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(GSV_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<GSV_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToRmcSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(RMC_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<RMC_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToVtgSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(VTG_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<VTG_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToZdaSentence(unsigned char const* npRecord, unsigned int nLength,
                                                     unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(ZDA_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<ZDA_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertToPubxSentence(unsigned char const* npRecord, unsigned int nLength,
                                                      unsigned char* npOut, unsigned int nOutSize) {
-  return decodeSentence(PUBX_FORMAT, *this, npRecord, nLength, npOut, nOutSize);
+  return decodeSentence<PUBX_FORMAT>(*this, npRecord, nLength, npOut, nOutSize);
 }
 
 int NmeaBinaryLogDataVersion0::convertFromDeadReckoningRmcData(ZTSDeadReckoningDef::DRG_RMC const& nData,

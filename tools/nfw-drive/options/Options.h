@@ -75,6 +75,12 @@ struct Options {
   bool mJudgesChecksums = true;
   bool mShowsDeadReckoning = false;
 
+  /// A receiver, a clock or a recording gives the pace. What comes as fast as it is taken must not hold up others.
+  bool isPaced() const {
+    if (mSource.mKind == SourceAddress::NONE) return mReplay.isWanted();
+    return mSource.isLive() || (mPlay.mPaced && mPlay.mSpeed > 0);
+  }
+
   std::string getName() const { return mReplay.isWanted() ? mReplay.mName : mSource.mName; }
 };
 

@@ -3,30 +3,12 @@
 #include <cmath>
 
 #include "Decimal.h"
+#include "Digits.h"
 #include "NfwAppLog.h"
 
 namespace nfw {
-namespace {
-
-const uint32_t POWERS_OF_TEN[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000, 1000000000};
-const unsigned int MAX_DIGITS = 10;
-
-unsigned int digitNum(uint32_t nValue) {
-  unsigned int lNum = 1;
-  while (lNum < MAX_DIGITS && nValue >= POWERS_OF_TEN[lNum]) ++lNum;
-  return lNum;
-}
-
-// Exactly nNum digits. The end of them.
-char* putDigits(char* npText, uint32_t nValue, unsigned int nNum) {
-  for (unsigned int i = nNum; i > 0; --i, nValue /= 10) npText[i - 1] = static_cast<char>('0' + nValue % 10);
-  return npText + nNum;
-}
-
-}  // namespace
-
 bool convertFloatToSint32(double nData, unsigned int nScale, int32_t* npValue) {
-  const double lScaled = nData * static_cast<double>(POWERS_OF_TEN[nScale]);
+  const double lScaled = nData * static_cast<double>(Digits::POWERS_OF_TEN[nScale]);
   const double lData = std::trunc(lScaled >= 0.0 ? lScaled + 0.5 : lScaled - 0.5);
   if (!(lData >= -2147483648.0 && lData <= 2147483647.0)) {  // neither is what is not a number
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::NmeaBinaryLogDataVersion0::convertFloatToSint32(): Overflow lData: %f",
@@ -57,19 +39,16 @@ int convertIntToFloatStr(int64_t nValue, unsigned int nDecimals, unsigned int nL
     return -1;
   }
   const uint32_t lMagnitude = static_cast<uint32_t>(nValue < 0 ? -nValue : nValue);
-  const uint32_t lWhole = lMagnitude / POWERS_OF_TEN[nDecimals];
-  const unsigned int lWholeNum = digitNum(lWhole);
+  const unsigned int lWholeNum = Digits::count(lMagnitude / Digits::POWERS_OF_TEN[nDecimals]);
   const unsigned int lLength = (nValue < 0 ? 1 : 0) + lWholeNum + 1 + nDecimals;
   const unsigned int lZeroNum = nLeast > lLength ? nLeast - lLength : 0;
   if (lZeroNum + lLength > nBufferSize) {
     APPLOG(LOG_TYPE_NFW, LOG_LEVEL_ERROR, "nfw::NmeaBinaryLogDataVersion0::convertIntToFloatStr(): fromSint32() error");
     return -1;
   }
-  char* lpNext = putDigits(nBuffer, 0, lZeroNum);
+  char* lpNext = Digits::put(nBuffer, 0, lZeroNum);
   if (nValue < 0) *lpNext++ = '-';
-  lpNext = putDigits(lpNext, lWhole, lWholeNum);
-  *lpNext++ = '.';
-  putDigits(lpNext, lMagnitude % POWERS_OF_TEN[nDecimals], nDecimals);
+  Digits::putScaled(lpNext, lMagnitude, nDecimals, 0);
   return static_cast<int>(lZeroNum + lLength);
 }
 

@@ -21,15 +21,4 @@ bool convertFloatStrToSint32(const char* npText, unsigned int nScale, bool nIsNe
 int convertIntToFloatStr(int64_t nValue, unsigned int nDecimals, unsigned int nLeast, char* nBuffer,
                          unsigned int nBufferSize);
 
-/// An unsigned integer as decimal text, likewise.
-/// @return the length, -1 when it does not fit
-inline int convertUint32ToStr(uint32_t nValue, unsigned int nLeast, char* nBuffer, unsigned int nBufferSize) {
-  unsigned int lLength = 1;
-  for (uint32_t lRest = nValue; lRest >= 10; lRest /= 10) ++lLength;
-  if (lLength < nLeast) lLength = nLeast;
-  if (lLength > nBufferSize) return -1;
-  for (unsigned int i = lLength; i > 0; --i, nValue /= 10) nBuffer[i - 1] = static_cast<char>('0' + nValue % 10);
-  return static_cast<int>(lLength);
-}
-
 }  // namespace nfw

@@ -1,8 +1,11 @@
 /// @file
-/// The binary record of each kind of sentence, described once: encoders and decoders walk the same list of fields.
+/// How the binary record of a kind of sentence is described: once, as a list of fields that encoders and decoders walk.
 ///
-/// The fields stand in the order of the sentence. docs/formats/binary-nmea.md shows the same as bytes.
+/// The lists are in BinaryRecordLists.h, the fields in the order of the sentence. docs/formats/binary-nmea.md shows the
+/// same as bytes.
 #pragma once
+
+#include <cstring>
 
 #include "LittleEndian.h"
 #include "NfwNmeaBinaryLogDataVersion0.h"
@@ -20,10 +23,21 @@ struct BinaryCode {
   /// What a number without a text is called in the log. Null: it is written as the text of 0.
   const char* mpUnknown;
 
+  /// Reads no further than the text agrees with one of a code.
   /// @return the code of a text, -1 when it has none
-  int find(const char* npText, unsigned int nLength) const;
+  int find(const char* npText, unsigned int nLength) const {
+    if (nLength == 0) return mpTexts[0] == ' ' ? 0 : -1;
+    if (nLength != mLength) return -1;
+    int lCode = 0;
+    for (const char* lpText = mpTexts; *lpText != '\0'; lpText += mLength, ++lCode) {
+      if (lpText[0] == npText[0] && (mLength == 1 || lpText[1] == npText[1])) return lCode;
+    }
+    return -1;
+  }
   /// @return the text of a code, null when it has none
-  const char* text(unsigned int nCode) const;
+  const char* text(unsigned int nCode) const {
+    return nCode < strlen(mpTexts) / mLength ? mpTexts + nCode * mLength : nullptr;
+  }
   unsigned int numberIn(unsigned char nByte) const { return (nByte >> mShift) & mMost; }
 };
 
@@ -76,15 +90,6 @@ struct BinaryRecordFormat {
   bool hasTalker() const { return mpAddress[0] != '$'; }
 };
 
-extern const BinaryRecordFormat GGA_FORMAT;
-extern const BinaryRecordFormat GLL_FORMAT;
-extern const BinaryRecordFormat GSA_FORMAT;
-extern const BinaryRecordFormat GSV_FORMAT;
-extern const BinaryRecordFormat RMC_FORMAT;
-extern const BinaryRecordFormat VTG_FORMAT;
-extern const BinaryRecordFormat ZDA_FORMAT;
-extern const BinaryRecordFormat PUBX_FORMAT;
-
 /// What stands outside the lists.
 const unsigned int TALKER_SIZE = 2;
 const unsigned int CODE_OFFSET = 2;       ///< the byte that nibbles and codes share
@@ -95,11 +100,15 @@ const unsigned int GSV_MAX_VIEW = 128;
 /// A block of a GSV: satellite number, then these five bytes.
 const unsigned int GSV_BLOCK_REST = 5;
 const unsigned int GSV_VALID_OFFSET = 0;
-const unsigned int GSV_BLOCK_FIELD_NUM = 4;
-extern const BinaryField GSV_BLOCK_FIELDS[GSV_BLOCK_FIELD_NUM];
 
 /// How many blocks follow the header of a GSV record.
-unsigned int gsvBlockNum(const unsigned char* npRecord);
+inline unsigned int gsvBlockNum(const unsigned char* npRecord) {
+  const unsigned int lCount = npRecord[GSV_COUNT_OFFSET];
+  const unsigned int lNumber = npRecord[GSV_COUNT_OFFSET + 1];
+  const unsigned int lView = npRecord[GSV_COUNT_OFFSET + 2];
+  if (lView == 0 || lNumber > lCount) return 0;
+  return lNumber < lCount || lView % 4 == 0 ? 4 : lView % 4;
+}
 
 /// Size of the GSV record that starts with this header.
 inline unsigned int gsvRecordSize(const unsigned char* npRecord, NmeaBinaryLogDataVersion0& nVersion) {
@@ -115,6 +124,12 @@ bool eachGsvBlock(Byte* npRecord, NmeaBinaryLogDataVersion0& nVersion, Use nUse)
     if (!nUse(npRecord + GSV_HEADER_SIZE + i * lSize)) return false;
   }
   return true;
+}
+
+/// The greatest number that a field may hold in the sentence.
+inline uint32_t maxOf(const BinaryField& nField) {
+  const unsigned int lWidth = nField.mKind == BinaryField::YEAR ? 2 : nField.mWidth;
+  return 0xFFFFFFFFU >> (32 - 8 * lWidth);
 }
 
 /// Stores a number as its field says: in bytes of its own, in a nibble, or a year in one byte.

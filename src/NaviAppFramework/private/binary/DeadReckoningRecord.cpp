@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "BinaryRecordLists.h"
 #include "NfwAppLog.h"
 #include "SentenceDecoder.h"
 
@@ -69,13 +70,13 @@ bool DeadReckoningRecordWriter::wrote(int nSize, const char* npWords) {
 bool DeadReckoningRecordReader::read(DeadReckoningNmeaSentence* npSet) {
   if (mpNext == nullptr || mLeft == 0 || npSet == nullptr) return fail("Argument Error");
   npSet->clear();
-  return readSentence(RMC_FORMAT, RMC_FORMAT.mFixedSize, "convertToRmcSentence Error", &npSet->mRmc) &&
+  return readSentence<RMC_FORMAT>(RMC_FORMAT.mFixedSize, "convertToRmcSentence Error", &npSet->mRmc) &&
          has(VTG_FORMAT.mFixedSize, "Vtg DataSize Error") &&
-         readSentence(VTG_FORMAT, VTG_FORMAT.mFixedSize, "convertToVtgSentence Error", &npSet->mVtg) &&
+         readSentence<VTG_FORMAT>(VTG_FORMAT.mFixedSize, "convertToVtgSentence Error", &npSet->mVtg) &&
          has(GGA_FORMAT.mFixedSize, "Gga DataSize Error") &&
-         readSentence(GGA_FORMAT, GGA_FORMAT.mFixedSize, "convertToGgaSentence Error", &npSet->mGga) &&
+         readSentence<GGA_FORMAT>(GGA_FORMAT.mFixedSize, "convertToGgaSentence Error", &npSet->mGga) &&
          readGsas(npSet) && readGsvs(npSet) && has(PUBX_FORMAT.mFixedSize, "Pubx DataSize Error") &&
-         readSentence(PUBX_FORMAT, PUBX_FORMAT.mFixedSize, "convertToPubxSentence Error", &npSet->mPubx) &&
+         readSentence<PUBX_FORMAT>(PUBX_FORMAT.mFixedSize, "convertToPubxSentence Error", &npSet->mPubx) &&
          (mLeft == 0 || fail("Data Offset is not the end of data"));
 }
 
@@ -87,7 +88,7 @@ bool DeadReckoningRecordReader::readGsas(DeadReckoningNmeaSentence* npSet) {
     if (!has(lSize, "Gsa DataSize Error")) return false;
     if (i >= npSet->mGsaCount) {
       skip(lSize);
-    } else if (!readSentence(GSA_FORMAT, lSize, "convertToGsaSentence Error", &npSet->mGsa[i])) {
+    } else if (!readSentence<GSA_FORMAT>(lSize, "convertToGsaSentence Error", &npSet->mGsa[i])) {
       return false;
     }
   }
@@ -103,7 +104,7 @@ bool DeadReckoningRecordReader::readGsvs(DeadReckoningNmeaSentence* npSet) {
     if (!has(lSize, "Gsv DataSize Error")) return false;
     if (i >= npSet->mGsvCount) {
       skip(lSize);
-    } else if (!readSentence(GSV_FORMAT, lSize, "convertToGsvSentence Error", &npSet->mGsv[i])) {
+    } else if (!readSentence<GSV_FORMAT>(lSize, "convertToGsvSentence Error", &npSet->mGsv[i])) {
       return false;
     }
   }
@@ -121,10 +122,10 @@ bool DeadReckoningRecordReader::readCount(unsigned int nMax, const char* npShort
   return true;
 }
 
-bool DeadReckoningRecordReader::readSentence(const BinaryRecordFormat& nFormat, unsigned int nSize,
-                                             const char* npFailed, NmeaSentenceData* npSlot) {
+template <const BinaryRecordFormat& FORMAT>
+bool DeadReckoningRecordReader::readSentence(unsigned int nSize, const char* npFailed, NmeaSentenceData* npSlot) {
   const int lLength =
-      decodeSentence(nFormat, mVersion, mpNext, std::min(mLeft, nSize), npSlot->mText, NmeaSentenceData::MAX_TEXT);
+      decodeSentence<FORMAT>(mVersion, mpNext, std::min(mLeft, nSize), npSlot->mText, NmeaSentenceData::MAX_TEXT);
   if (lLength < 0) return fail(npFailed);
   npSlot->mLength = static_cast<uint32_t>(lLength);
   skip(nSize);

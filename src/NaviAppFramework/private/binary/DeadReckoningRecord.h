@@ -41,8 +41,8 @@ class DeadReckoningRecordReader {
   bool readGsas(DeadReckoningNmeaSentence* npSet);
   bool readGsvs(DeadReckoningNmeaSentence* npSet);
   bool readCount(unsigned int nMax, const char* npShort, unsigned int* npCount, uint32_t* npUsed);
-  bool readSentence(const BinaryRecordFormat& nFormat, unsigned int nSize, const char* npFailed,
-                    NmeaSentenceData* npSlot);
+  template <const BinaryRecordFormat& FORMAT>
+  bool readSentence(unsigned int nSize, const char* npFailed, NmeaSentenceData* npSlot);
   bool has(unsigned int nSize, const char* npShort) const;
   bool fail(const char* npWords) const;
   void skip(unsigned int nSize);

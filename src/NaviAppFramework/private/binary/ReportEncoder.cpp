@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "BinaryNumber.h"
+#include "BinaryRecordLists.h"
 #include "LittleEndian.h"
 #include "NfwAppLog.h"
 

@@ -1,10 +1,12 @@
 #include "SatelliteNumber.h"
 
 #include <cstring>
+#include <typeinfo>
 
-#include "BinaryNumber.h"
+#include "Digits.h"
 #include "LittleEndian.h"
 #include "NfwAppLog.h"
+#include "NfwNmeaBinaryLogDataVersion1.h"
 #include "utl/StringUtil.h"
 
 namespace nfw {
@@ -48,10 +50,18 @@ int SatelliteNumber::toString(const unsigned char* npRecord, unsigned int nLengt
     return fail(OPERATION, "Argument Error");
   }
   if (nLength < mSize) return fail(OPERATION, "nDataSize Error");
-  const int lLength = convertUint32ToStr(getUint(npRecord, mSize), 1, reinterpret_cast<char*>(npOut), nOutSize);
-  if (lLength < 0) return fail(OPERATION, "BufferSize Error");
+  const uint32_t lNumber = getUint(npRecord, mSize);
+  const unsigned int lLength = Digits::count(lNumber);
+  if (lLength > nOutSize) return fail(OPERATION, "BufferSize Error");
+  Digits::put(npOut, lNumber, lLength);
   *npConsumed = mSize;
-  return lLength;
+  return static_cast<int>(lLength);
+}
+
+unsigned int SatelliteNumber::plainSize(NmeaBinaryLogDataVersion0& nVersion) {
+  const std::type_info& lType = typeid(nVersion);
+  const bool lIsOurs = &lType == &typeid(NmeaBinaryLogDataVersion1) || &lType == &typeid(NmeaBinaryLogDataVersion0);
+  return lIsOurs ? nVersion.getSatelliteNumSize() : 0;
 }
 
 int SatelliteNumber::fail(const char* npOperation, const char* npWords) const {

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "NfwNmeaBinaryLogDataVersion0.h"
+
 namespace nfw {
 
 class SatelliteNumber {
@@ -22,6 +24,13 @@ class SatelliteNumber {
                unsigned int* npConsumed) const;
 
   unsigned int size() const { return mSize; }
+
+  /// The bytes of a number in a version whose texts of digits may be read and written without asking it: the versions
+  /// here. One that derives from them is asked for every number, 0.
+  static unsigned int plainSize(NmeaBinaryLogDataVersion0& nVersion);
+  static bool fits(uint32_t nNumber, unsigned int nPlainSize) {
+    return nPlainSize != 0 && nNumber >> (8 * nPlainSize) == 0;
+  }
 
  private:
   bool read(char* npText, uint32_t* npNumber) const;

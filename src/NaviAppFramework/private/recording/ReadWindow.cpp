@@ -14,11 +14,9 @@ bool ReadWindow::open(utl::File* npFile) {
   return mpBytes != nullptr;
 }
 
-bool ReadWindow::getPosition(uint64_t* npPosition) const {
+bool ReadWindow::canTell() const {
   unsigned long long lAsked = 0;
-  if (mSize == 0 && !mpFile->getPosition(&lAsked)) return false;
-  *npPosition = position();
-  return true;
+  return mpFile->getPosition(&lAsked);
 }
 
 bool ReadWindow::seek(uint64_t nPosition) {

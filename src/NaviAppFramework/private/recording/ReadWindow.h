@@ -21,7 +21,10 @@ class ReadWindow {
   bool open(utl::File* npFile);
 
   /// False when the file cannot tell; it is asked only while the window is empty.
-  bool getPosition(uint64_t* npPosition) const;
+  bool getPosition(uint64_t* npPosition) const {
+    *npPosition = position();
+    return mSize != 0 || canTell();
+  }
   /// Forgets what it has in memory when the file ends inside it. False when the file cannot be read on from here.
   bool limit(uint64_t nFileSize) { return mSize == 0 || nFileSize >= mStart + mSize || moveTo(position()); }
   /// Beyond the end is allowed. The file is asked only for a position outside the window.
@@ -41,10 +44,11 @@ class ReadWindow {
   }
 
   /// The next bytes, when the window has them all, else null; they are not consumed.
-  const unsigned char* view(unsigned int nSize) const { return nSize <= mSize - mAt ? mpBytes.get() + mAt : nullptr; }
+  const unsigned char* view(uint64_t nSize) const { return nSize <= mSize - mAt ? mpBytes.get() + mAt : nullptr; }
 
  private:
   uint64_t position() const { return mStart + mAt; }
+  bool canTell() const;
   int readOn(void* npBuffer, unsigned int nSize);
   unsigned int take(void* npBuffer, unsigned int nSize);
   int fill();

@@ -2,6 +2,7 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstring>
 
 #include "LittleEndian.h"
 
@@ -69,12 +70,49 @@ bool RecordReader::getFirstLogTime(unsigned int* npTime) {
   return true;
 }
 
+/// The file may have grown since it was asked for its size. True also when it cannot be asked.
+inline bool RecordReader::isAtEnd(uint64_t nPosition) {
+  return nPosition >= mFileSize && (!getSize() || nPosition >= mFileSize);
+}
+
+// Most headers lie in the window whole. The others are read step by step, each with its own line when it fails.
+inline bool RecordReader::readHeader(RecordHeader* npHeader) {
+  const unsigned int lSize = headerSize();
+  if (const unsigned char* const lpBytes = mWindow.view(lSize)) {
+    mFormat.mpDecode(lpBytes + mFormat.mTextSize, npHeader);
+    mWindow.skip(lSize);
+    return true;
+  }
+  unsigned char lFields[RecordFormat::MAX_FIELDS_SIZE];
+  if (!readFields(*npHeader, lFields)) return false;
+  mFormat.mpDecode(lFields, npHeader);
+  return true;
+}
+
+// Most records lie in the window whole, and are taken in one step.
+inline int RecordReader::readData(const RecordHeader& nHeader, void* npBuffer, unsigned int nBufferSize) {
+  if (nHeader.mSize > nBufferSize) {
+    return failAt(nHeader.mPosition, "Can't read data: Buffer is not enough: DataSize=%u Byte BufferSize=%u Byte",
+                  nHeader.mSize, nBufferSize);
+  }
+  const uint64_t lSize = uint64_t{nHeader.mSize} + mFormat.mBytesAfter;
+  const unsigned char* const lpBytes = mWindow.view(lSize);
+  if (lpBytes == nullptr) return readDataOn(nHeader, npBuffer);
+  memcpy(npBuffer, lpBytes, nHeader.mSize);
+  mWindow.skip(lSize);
+  return static_cast<int>(nHeader.mSize);
+}
+
 int RecordReader::nextRecord(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize) {
   const WatchedLock lLock(mSync, mHere.in());
+  return take(npHeader, npBuffer, nBufferSize);
+}
+
+int RecordReader::take(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize) {
   if (mpFile == nullptr || mHasFailed) return ERROR;
-  if (mIsCanceled) return CANCELED;
+  if (isCanceled()) return CANCELED;
   if (mAskBudget.take() && !getSize()) return ERROR;
-  while (!mIsCanceled) {
+  while (!isCanceled()) {
     if (mWindow.view(headerSize()) == nullptr && !getSize()) return ERROR;
     if (!mWindow.getPosition(&npHeader->mPosition)) return fail("next", "Can't get log pos:");
     if (isAtEnd(npHeader->mPosition)) return mHasFailed ? ERROR : END_OF_FILE;
@@ -99,25 +137,6 @@ bool RecordReader::getSize() {
   return false;
 }
 
-/// The file may have grown since it was asked for its size. True also when it cannot be asked.
-bool RecordReader::isAtEnd(uint64_t nPosition) {
-  return nPosition >= mFileSize && (!getSize() || nPosition >= mFileSize);
-}
-
-// Most headers lie in the window whole. The others are read step by step, each with its own line when it fails.
-bool RecordReader::readHeader(RecordHeader* npHeader) {
-  const unsigned int lSize = headerSize();
-  if (const unsigned char* const lpBytes = mWindow.view(lSize)) {
-    mFormat.mpDecode(lpBytes + mFormat.mTextSize, npHeader);
-    mWindow.skip(lSize);
-    return true;
-  }
-  unsigned char lFields[RecordFormat::MAX_FIELDS_SIZE];
-  if (!readFields(*npHeader, lFields)) return false;
-  mFormat.mpDecode(lFields, npHeader);
-  return true;
-}
-
 bool RecordReader::readFields(const RecordHeader& nHeader, unsigned char* npFields) {
   if (mFormat.mTextSize > 0 && !mWindow.skip(mFormat.mTextSize)) {
     failAt(nHeader.mPosition, "Can't seek log type Id field:");
@@ -134,11 +153,7 @@ bool RecordReader::readFields(const RecordHeader& nHeader, unsigned char* npFiel
   return true;
 }
 
-int RecordReader::readData(const RecordHeader& nHeader, void* npBuffer, unsigned int nBufferSize) {
-  if (nHeader.mSize > nBufferSize) {
-    return failAt(nHeader.mPosition, "Can't read data: Buffer is not enough: DataSize=%u Byte BufferSize=%u Byte",
-                  nHeader.mSize, nBufferSize);
-  }
+int RecordReader::readDataOn(const RecordHeader& nHeader, void* npBuffer) {
   const int lResult = mWindow.read(npBuffer, nHeader.mSize);
   if (lResult < 0 || static_cast<uint32_t>(lResult) != nHeader.mSize) {
     return failAt(nHeader.mPosition, "Can't read data: Ret=%u", static_cast<unsigned int>(lResult));

@@ -196,8 +196,9 @@ void TimedReplay::onSetTimer(utl::ThreadRawMsg& /*nMsg*/) {
 /// Fills the free places. False when there is nothing more to play.
 bool TimedReplay::readAhead() {
   const unsigned int lFree = mPending.capacity() - mPending.size() - mHeld.size();
+  RecordReader::Batch lBatch(*mpReader);
   for (unsigned int i = 0; i < lFree; ++i) {
-    const Outcome lOutcome = readOne();
+    const Outcome lOutcome = readOne(lBatch);
     if (lOutcome == FAILED) return false;
     if (lOutcome == IS_CANCELED) return true;
     if (lOutcome == AT_END) break;
@@ -205,24 +206,24 @@ bool TimedReplay::readAhead() {
   return mPending.size() + mHeld.size() > 0;
 }
 
-TimedReplay::Outcome TimedReplay::readOne() {
+TimedReplay::Outcome TimedReplay::readOne(RecordReader::Batch& nBatch) {
   LogInfo lInfo;
   lInfo.mpData = mpPool->alloc();
   if (lInfo.mpData == nullptr) {
     fail("onSetTimer", "Can't create data buffer");
     return FAILED;
   }
-  Outcome lOutcome = readRecord(&lInfo);
+  Outcome lOutcome = readRecord(nBatch, &lInfo);
   if (lOutcome == SCHEDULED) lOutcome = followClock() ? schedule(lInfo) : FAILED;
   if (lOutcome != SCHEDULED) mpPool->free(lInfo.mpData);
   return lOutcome;
 }
 
-TimedReplay::Outcome TimedReplay::readRecord(LogInfo* npInfo) {
+TimedReplay::Outcome TimedReplay::readRecord(RecordReader::Batch& nBatch, LogInfo* npInfo) {
   RecordHeader lHeader;
-  int lResult = mpReader->nextRecord(&lHeader, npInfo->mpData, mMaxDataSize);
+  int lResult = nBatch.next(&lHeader, npInfo->mpData, mMaxDataSize);
   while (lResult == RecordReader::END_OF_FILE && openNextFile()) {
-    lResult = mpReader->nextRecord(&lHeader, npInfo->mpData, mMaxDataSize);
+    lResult = nBatch.next(&lHeader, npInfo->mpData, mMaxDataSize);
   }
   if (lResult == RecordReader::END_OF_FILE) return AT_END;
   if (lResult == RecordReader::CANCELED) {

@@ -120,8 +120,8 @@ class TimedReplay : public utl::ThreadMsgListener {
   void onSetTimer(utl::ThreadRawMsg& nMsg);
   void onTimer(utl::ThreadRawMsg& nMsg);
   bool readAhead() NFW_REQUIRES(mSync);
-  Outcome readOne() NFW_REQUIRES(mSync);
-  Outcome readRecord(LogInfo* npInfo) NFW_REQUIRES(mSync);
+  Outcome readOne(RecordReader::Batch& nBatch) NFW_REQUIRES(mSync);
+  Outcome readRecord(RecordReader::Batch& nBatch, LogInfo* npInfo) NFW_REQUIRES(mSync);
   Outcome schedule(const LogInfo& nInfo) NFW_REQUIRES(mSync);
   Outcome arm(const LogInfo& nInfo, bool nIsLateTold) NFW_REQUIRES(mSync);
   int setTimer(uint32_t nDue, const LogInfo* npLate, unsigned int* npInterval) NFW_REQUIRES(mSync);
