@@ -145,8 +145,8 @@ void Screen::draw(const std::vector<PictureRow>& nRows) {
   for (int i = 0; i < lRows && static_cast<size_t>(i) < nRows.size(); ++i) drawRow(i, nRows[static_cast<size_t>(i)]);
   if (mIsStale) ::clearok(::curscr, true);
   mIsStale = false;
+  if (!mIsShown) TerminalGuard::setPicture(mLeave);
   mIsShown = true;
-  TerminalGuard::setPicture(mLeave);
   ::wrefresh(::stdscr);
   send();
 }

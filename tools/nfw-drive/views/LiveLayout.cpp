@@ -17,6 +17,7 @@ const size_t TINY = 30;    // and below that a row holds one number
 const double KMH = 3.6;
 const int GOOD_SNR = 35, FAIR_SNR = 25;  // dB-Hz
 const int MAX_SNR = 50;
+const size_t COMPLAINTS = 10;  // of the log, that stay on the terminal
 const size_t MAX_COLUMN = 44;  // columns of the screen that a column of satellites takes, at least
 const size_t MIN_COLUMN = 38;
 const size_t MAX_DOWN = 16;  // rows, while there is room for another column
@@ -354,9 +355,12 @@ std::vector<PictureRow> layOutRest(const LiveState& nState, size_t nWidth) {
   lFacts.push_back({labelled("Satellites", "Sats", nWidth).add(skyText(nState)), 0});
   Rows lRows;
   for (Ranked& lFact : lFacts) lRows.push_back(std::move(lFact.mRow));
-  for (const PictureRow& lRow : logTail(nState, nState.mLogLines.size())) {
-    if (lRow.mSpans.front().mLook != Look::PLAIN) lRows.push_back(lRow);
-  }
+  Rows lComplaints = logTail(nState, nState.mLogLines.size());
+  const auto lIsPlain = [](const PictureRow& nRow) { return nRow.mSpans.front().mLook == Look::PLAIN; };
+  lComplaints.erase(std::remove_if(lComplaints.begin(), lComplaints.end(), lIsPlain), lComplaints.end());
+  lComplaints.erase(lComplaints.begin(),
+                    lComplaints.end() - static_cast<long>(std::min(lComplaints.size(), COMPLAINTS)));
+  append(std::move(lComplaints), &lRows);
   for (PictureRow& lRow : lRows) cut(&lRow, nWidth);
   return lRows;
 }

@@ -64,15 +64,15 @@ void LiveView::tick() {
     mShown = mState;
     mIsUnderWay = false;
   }
-  look();
   size_t lWidth = 0, lHeight = 0;
   mParts.mScreen.getSize(&lWidth, &lHeight);
+  look(lHeight);
   mParts.mScreen.draw(layOut(mPicture, lWidth, lHeight));
 }
 
 void LiveView::end() {
   EpochView::end();
-  look();
+  look(LOG_LINES);
   size_t lWidth = 0, lHeight = 0;
   mParts.mScreen.getSize(&lWidth, &lHeight);
   mParts.mScreen.leave();
@@ -81,7 +81,7 @@ void LiveView::end() {
   mLog.remove();
 }
 
-void LiveView::look() {
+void LiveView::look(size_t nLogLines) {
   mPicture.mPage = mParts.mPages.get();
   mPicture.mHasKeys = mParts.mPages.hasKeys();
   const auto lSilence = Clock::now() - mLastSentence;
@@ -92,6 +92,7 @@ void LiveView::look() {
   lookAtFix();
   lookAtSky();
   lookAtCounts();
+  mPicture.mLogLines = mLog.lines(nLogLines);
   lookAtLogs();
   if (mPicture.mIsReplay) lookAtReplay();
 }
@@ -129,7 +130,6 @@ void LiveView::lookAtCounts() {
   mPicture.mErrors = mLog.errors();
   mPicture.mWarnings = mLog.warnings();
   mPicture.mOthers = mLog.others();
-  mPicture.mLogLines = mLog.lines();
 }
 
 void LiveView::lookAtLogs() {

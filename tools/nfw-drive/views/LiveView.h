@@ -30,7 +30,7 @@ class LiveView : public EpochView<FixEpoch> {
   using Clock = std::chrono::steady_clock;
 
   void show(const FixEpoch& nEpoch) override { mShown = nEpoch; }
-  void look();
+  void look(size_t nLogLines);
   void lookAtFix();
   void lookAtSky();
   void lookAtCounts();

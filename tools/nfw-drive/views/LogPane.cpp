@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 #include "NfwAppLog.h"
 
 namespace drive {
@@ -33,10 +35,11 @@ void LogPane::count(int nLevel) {
   mCounts[lPlace].fetch_add(1, std::memory_order_relaxed);
 }
 
-std::vector<std::string> LogPane::lines() const {
+std::vector<std::string> LogPane::lines(size_t nMost) const {
   const std::lock_guard<std::mutex> lLock(mMutex);
   std::vector<std::string> lLines;
-  for (const Line& lLine : mLines) {
+  for (size_t i = mLines.size() - std::min(mLines.size(), nMost); i < mLines.size(); ++i) {
+    const Line& lLine = mLines[i];
     const uint64_t lCount = lLine.mKind != LogKinds::NO_KIND ? mKinds.count(lLine.mKind) : 1;
     lLines.push_back(lCount > 1 ? std::to_string(lCount) + " x " + lLine.mText : lLine.mText);
   }

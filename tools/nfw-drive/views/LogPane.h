@@ -26,7 +26,7 @@ class LogPane : public syslogservice::Sink {
   void remove();
 
   void writeLine(int nType, int nLevel, const char* npText) override;
-  std::vector<std::string> lines() const;
+  std::vector<std::string> lines(size_t nMost) const;  ///< the last ones
   uint64_t errors() const { return mCounts[0]; }
   uint64_t warnings() const { return mCounts[1]; }
   uint64_t others() const { return mCounts[2]; }
