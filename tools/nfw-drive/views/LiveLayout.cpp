@@ -171,11 +171,22 @@ void addReplay(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRo
 
 // ---- what was counted ----------------------------------------------------------------------------------------------
 
+// Some receivers count none in GGA, and name those that they use nevertheless.
+int usedOf(const LiveState& nState) {
+  if (nState.mUsed > 0) return nState.mUsed;
+  const auto lIsUsed = [](const Sky::Satellite& n) { return n.mIsUsed; };
+  return static_cast<int>(std::count_if(nState.mSatellites.begin(), nState.mSatellites.end(), lIsUsed));
+}
+
+std::string counted(uint64_t nNumber, const char* npWhat) {
+  return fmt::format("{} {}{}", nNumber, npWhat, nNumber == 1 ? "" : "s");
+}
+
 std::string skyText(const LiveState& nState) {
   if (nState.mSatellites.empty()) return nState.mUsed < 0 ? "none told" : fmt::format("{} used", nState.mUsed);
   std::map<std::string_view, int> lSystems;
   for (const Sky::Satellite& lSatellite : nState.mSatellites) ++lSystems[lSatellite.mSystem];
-  std::string lText = fmt::format("{} used of {} in view:", std::max(nState.mUsed, 0), nState.mSatellites.size());
+  std::string lText = fmt::format("{} used of {} in view:", usedOf(nState), nState.mSatellites.size());
   for (const Sky::Satellite& lSatellite : nState.mSatellites) {
     const auto lFound = lSystems.find(lSatellite.mSystem);
     if (lFound == lSystems.end()) continue;
@@ -200,9 +211,9 @@ void addCounts(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRo
     npRows->push_back({lRow, lLog.mMissing > 0 ? 75 : 55});
   }
   PictureRow lLog = labelled("Log", "Log", nWidth);
-  lLog.add(fmt::format("{} errors", nState.mErrors), nState.mErrors > 0 ? Look::BAD : Look::PLAIN);
-  lLog.add(fmt::format(", {} warnings", nState.mWarnings), nState.mWarnings > 0 ? Look::FAIR : Look::PLAIN);
-  lLog.add(fmt::format(", {} other lines", nState.mOthers));
+  lLog.add(counted(nState.mErrors, "error"), nState.mErrors > 0 ? Look::BAD : Look::PLAIN);
+  lLog.add(", " + counted(nState.mWarnings, "warning"), nState.mWarnings > 0 ? Look::FAIR : Look::PLAIN);
+  lLog.add(", " + counted(nState.mOthers, "other line"));
   npRows->push_back({lLog, nState.mErrors > 0 ? 52 : 28});
 }
 
