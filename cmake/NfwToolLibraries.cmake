@@ -28,3 +28,13 @@ endif()
 if(NOT SQLite3_FOUND)
   message(STATUS "No SQLite (Debian: libsqlite3-dev): nfw-log is built without convert --to gpkg")
 endif()
+
+# A library for the live view of nfw-drive alone: a terminal gets plain lines where there is none.
+if(NOT CMAKE_CROSSCOMPILING)
+  find_path(NFW_NCURSES_HEADERS NAMES curses.h)
+  find_library(NFW_NCURSES NAMES ncursesw)
+endif()
+if(NOT NFW_NCURSES OR NOT NFW_NCURSES_HEADERS)
+  unset(NFW_NCURSES CACHE)
+  message(STATUS "No ncurses (Debian: libncurses-dev): nfw-drive is built without its live view")
+endif()

@@ -299,6 +299,26 @@ TEST_F(Command, mergeOrdersByTheTicksOfOneClock) {
   }
 }
 
+// Each recording keeps its own order, and it is told where that is not the order of its ticks.
+TEST_F(Command, sortedRecordsOfSeveralRecordingsAreInTheOrderOfTheirTimes) {
+  const auto lRecord = [](uint32_t nTick) { return logRecord(20, nTick, "$GPXXX," + std::to_string(nTick)); };
+  writeFile(mDir / "first", lRecord(1000) + lRecord(3000) + lRecord(5000) + lRecord(4000));
+  writeFile(mDir / "second", lRecord(2000) + lRecord(3000) + lRecord(9000));
+  const std::vector<std::string> lInputs = {mDir / "first", mDir / "second"};
+  const std::string lLines = output({"cat", "--sort", lInputs[0], lInputs[1]});
+  std::string lOrder;
+  for (size_t i = 0; (i = lLines.find("$GPXXX,", i)) != std::string::npos; ++i) lOrder += lLines[i + 7];
+  EXPECT_EQ(lOrder, "1233549");
+  EXPECT_TRUE(has(mErrors, "first: its ticks go back 1 time"));
+  EXPECT_FALSE(has(mErrors, "second: its ticks"));
+  output({"filter", "--sort", lInputs[0], lInputs[1], "-o", mDir / "sorted"});
+  output({"merge", lInputs[0], lInputs[1], "-o", mDir / "merged"});
+  EXPECT_EQ(readFile(mDir / "sorted"), readFile(mDir / "merged"));
+  EXPECT_EQ(readFile(mDir / "sorted").substr(0, 2 * lRecord(1000).size()), lRecord(1000) + lRecord(2000));
+  output({"cat", "--sort", "--follow", lInputs[0]}, 2);
+  output({"cat", "--sort", "--last", "1s", lInputs[0]}, 2);
+}
+
 TEST_F(Command, aSignalLeavesNothingHalfDone) {
   int lPipe[2];
   ASSERT_EQ(::pipe(lPipe), 0);

@@ -4,10 +4,12 @@
 #include <sys/wait.h>
 #include <termios.h>
 
+#include <chrono>
 #include <csignal>
 
 #include "LogRecords.h"
 #include "TempDir.h"
+#include "TerminalScreen.h"
 
 // The keys of the live view, on a terminal of the program's own.
 
@@ -15,11 +17,18 @@ namespace {
 
 class Terminal {
  public:
-  explicit Terminal(const std::string& nArguments) {
-    const winsize lSize = {40, 100, 0, 0};
+  // @param nMore commands of the shell whose job it then is
+  explicit Terminal(const std::string& nArguments, const std::string& nMore = "") {
+    const winsize lSize = {24, 80, 0, 0};
     mPid = ::forkpty(&mFd, nullptr, nullptr, &lSize);
     if (mPid != 0) return;
-    ::execl("/bin/sh", "sh", "-c", ("exec " NFW_EMULATOR " " NFW_DRIVE_PROGRAM " " + nArguments).c_str(), nullptr);
+    ::setenv("TERM", "vt100", 1);
+    ::setenv("LC_ALL", "C", 1);  // a column is a byte
+    ::execl("/bin/sh", "sh", "-c",
+            ((nMore.empty() ? "exec " : "set -m; ") + std::string(NFW_EMULATOR " " NFW_DRIVE_PROGRAM " ") + nArguments +
+             nMore)
+                .c_str(),
+            nullptr);
     ::_exit(127);
   }
   ~Terminal() {
@@ -30,14 +39,15 @@ class Terminal {
   void type(const char* npKeys) const { EXPECT_GT(::write(mFd, npKeys, strlen(npKeys)), 0); }
   void signal(int nSignal) const { ::kill(mPid, nSignal); }
 
-  // Whether the program shows it next. What came before is forgotten.
+  // Whether the program comes to show it.
   bool shows(const std::string& nText) {
-    for (size_t lAt = std::string::npos; (lAt = mText.find(nText)) == std::string::npos;) {
-      if (!readMore()) return false;
+    const auto lLimit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (mScreen.text().find(nText) == std::string::npos) {
+      if (std::chrono::steady_clock::now() > lLimit || !readMore()) return false;
     }
-    mText.erase(0, mText.find(nText) + nText.size());
     return true;
   }
+  void clear() { mScreen = TerminalScreen(80, 24); }
   bool hasItsSettings() const {
     termios lNow = {};
     return ::tcgetattr(mFd, &lNow) == 0 && (lNow.c_lflag & (ICANON | ECHO)) == (ICANON | ECHO);
@@ -56,17 +66,20 @@ class Terminal {
     char lText[4096];
     const ssize_t lSize = ::poll(&lFd, 1, 60000) == 1 ? ::read(mFd, lText, sizeof(lText)) : -1;
     if (lSize > 0) mText.append(lText, static_cast<size_t>(lSize));
+    mText.erase(0, mScreen.take(mText));
     return lSize > 0;
   }
 
   int mFd = -1;
   pid_t mPid = -1;
-  std::string mText;
+  std::string mText;  // the beginning of a sequence
+  TerminalScreen mScreen{80, 24};
 };
 
 class KeyTest : public testing::Test {
  protected:
-  KeyTest() {
+  void SetUp() override {
+    if (!NFW_HAS_LIVE_VIEW) GTEST_SKIP() << "nfw-drive was built without ncurses";
     std::string lBytes;
     for (uint32_t i = 0; i < 60; ++i) lBytes += nfwtest::logRecord(20, i * 1000, "$GPXXX," + std::to_string(i));
     nfwtest::writeFile(mDirectory / "log", lBytes);
@@ -101,11 +114,41 @@ TEST_F(KeyTest, stepJumpAndChangeTheRateOfAPausedReplay) {
   EXPECT_TRUE(lTerminal.hasItsSettings());
 }
 
+TEST_F(KeyTest, showAPageAndTheOverviewAgain) {
+  Terminal lTerminal("sim --tunnel 3-100");
+  const struct {
+    const char *mpKeys, *mpShown;
+  } CASES[] = {
+      {"", "5 more: s shows them"}, {"s", "Galileo 322"}, {"l", "INF source sim is open"}, {"l", "Rejected     0"}};
+  for (const auto& lCase : CASES) {
+    if (*lCase.mpKeys != '\0') lTerminal.type(lCase.mpKeys);
+    EXPECT_TRUE(lTerminal.shows(lCase.mpShown)) << lCase.mpShown;
+  }
+  EXPECT_TRUE(lTerminal.shows("Fix          reckoned"));
+}
+
+// The job of a shell: what it has drawn is off the terminal while it is stopped, and drawn anew when it goes on.
+TEST_F(KeyTest, aStoppedViewLeavesTheTerminalToTheShell) {
+  Terminal lTerminal(replay() + "--paused", "; echo stopped; read x; fg");
+  ASSERT_TRUE(lTerminal.shows("paused"));
+  ASSERT_FALSE(lTerminal.hasItsSettings());
+  lTerminal.type("\x1a");
+  ASSERT_TRUE(lTerminal.shows("stopped"));
+  EXPECT_TRUE(lTerminal.hasItsSettings());
+  lTerminal.clear();
+  lTerminal.type("\n");
+  ASSERT_TRUE(lTerminal.shows("rate 1   paused"));
+  lTerminal.type("q");
+  EXPECT_EQ(lTerminal.wait(), 0);
+  EXPECT_TRUE(lTerminal.hasItsSettings());
+}
+
 TEST_F(KeyTest, theTerminalHasItsSettingsBackAtEveryEnd) {
   const struct {
     const char* mpKeys;
     int mSignal, mExit;
-  } CASES[] = {{"q", 0, 0}, {nullptr, SIGTERM, 0}, {"\x03", 0, 0}, {"\x1c", 0, -SIGQUIT}, {nullptr, SIGABRT, -SIGABRT}};
+  } CASES[] = {{"q", 0, 0},           {nullptr, SIGTERM, 0},        {"\x03", 0, 0},
+               {"\x1c", 0, -SIGQUIT}, {nullptr, SIGABRT, -SIGABRT}, {nullptr, SIGSEGV, -SIGSEGV}};
   for (const auto& lCase : CASES) {
     Terminal lTerminal(replay() + "--paused");
     ASSERT_TRUE(lTerminal.shows("paused"));

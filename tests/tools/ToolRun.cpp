@@ -34,6 +34,7 @@ ToolRun::ToolRun(const Words& nArguments, int nRead) : mErrorFd(::memfd_create("
   int lFds[2] = {-1, -1};
   const winsize lSize = {40, 100, 0, 0};
   if (nRead == TERMINAL) ::openpty(&lFds[0], &lFds[1], nullptr, nullptr, &lSize);  // our end first
+  ::setenv("TERM", "vt100", 1);
   if (nRead != TERMINAL && ::pipe2(lFds, O_CLOEXEC) != 0) return;
   if (nRead == STDOUT_FILENO) ::fcntl(lFds[1], F_SETFL, O_NONBLOCK);  // as a parent may have left it
   posix_spawn_file_actions_t lActions;

@@ -16,7 +16,6 @@
 #include "RealTime.h"
 #include "RecordingComponent.h"
 #include "ReplayComponent.h"
-#include "TableView.h"
 
 namespace drive {
 
@@ -102,7 +101,7 @@ int Application::run() {
     return EXIT_RUNTIME;
   }
   if (startUp()) waitForEnd();
-  Keys::restore();
+  mKeys.end();
   const bool lIsDown = driveDown(STOP) && awaitListeners() && driveDown(SHUTDOWN) && driveDown(FINALIZE);
   const int lExit = finish();
   leave(lIsDown ? lExit : EXIT_RUNTIME);
@@ -142,7 +141,7 @@ bool Application::addComponents() {
       lpPositioning,
       new DeadReckoningComponent(mFailure),
       new DisplayComponent({mThread, mProgress, mOutput, mEvents, mFailure, lpWindows, mLateness},
-                           createViews(mOptions, mProgress, mLogKinds, mOutput, mRoads)),
+                           createViews(mOptions, {mProgress, mRecorder, mPages, mLogKinds, mScreen, mOutput, mRoads})),
       new RecordingComponent(mOptions.mRecord, mThread, mRecorder, mFailure),
       new MountComponent(mOptions.mRecord.mDrive, mRecorder),
   };
@@ -162,7 +161,9 @@ bool Application::addComponents() {
 bool Application::startUp() {
   if (!drive(BEFORE_QUICK_BOOT) || !drive(AFTER_QUICK_BOOT)) return false;
   if (mOptions.mWallLimitMs) mDeadline = Events::Clock::now() + std::chrono::milliseconds(*mOptions.mWallLimitMs);
+  if (isLive()) mTerminal.emplace(mEvents);
   mHasKeys = takesKeys() && mKeys.begin();
+  if (mHasKeys) mPages.setHasKeys();
   return drive(START);
 }
 
@@ -173,6 +174,7 @@ void Application::waitForEnd() {
 void Application::heedKeys() {
   for (Keys::Key lKey = mKeys.next(); lKey != Keys::NONE; lKey = mKeys.next()) {
     mReplayKeys.on(lKey);
+    mPages.on(lKey);
     if (lKey == Keys::KEEP) mRecorder.keep();
     if (lKey != Keys::QUIT) continue;
     mEnd = "stopped by a key";
@@ -212,6 +214,7 @@ bool Application::drive(Phase nPhase) {
 // On the way down only a further signal is heeded, and not one that came with the first: some parents send two.
 bool Application::driveDown(Phase nPhase) {
   if (!mPhases.begin(nPhase)) {
+    mScreen.leave();
     complain(fmt::format("the phase \"{}\" cannot be begun", phaseName(nPhase)));
     return false;
   }
@@ -222,6 +225,7 @@ bool Application::driveDown(Phase nPhase) {
     if (lIsSignalled && Events::Clock::now() - mStopTime > std::chrono::seconds(1)) abandon();
   }
   if (mPhases.isComplete(nPhase)) return true;
+  mScreen.leave();
   complain(fmt::format("the phase \"{}\" does not complete", phaseName(nPhase)));
   mIsLeftBehind = true;
   mRecorder.giveUp();
@@ -237,7 +241,7 @@ bool Application::awaitListeners() {
   while (!mProgress.hasReceived(lExpected) && Events::Clock::now() < lLimit) {
     const unsigned int lEvents = mEvents.wait(Events::Clock::now() + std::chrono::milliseconds(5));
     noteSignal(lEvents);
-    mAside |= lEvents & ~(Events::TIME_UP | Events::KEEP_ASKED);
+    mAside |= lEvents & ~(Events::TIME_UP | Events::KEEP_ASKED | Events::STOP_ASKED | Events::CONTINUED);
   }
   return true;
 }
@@ -271,12 +275,30 @@ void Application::noteEnd(unsigned int nEvents) {
 // Whenever one to end comes, the end waits for no reader any more.
 bool Application::noteSignal(unsigned int nEvents) {
   if ((nEvents & Events::KEEP_ASKED) != 0) mRecorder.keep();
+  if ((nEvents & Events::STOP_ASKED) != 0) standAside();
+  if ((nEvents & Events::CONTINUED) != 0) comeBack();
   const bool lIsSignalled = (nEvents & Events::SIGNALLED) != 0;
   mIsSignalled = mIsSignalled || lIsSignalled;
   return lIsSignalled;
 }
 
+// The terminal gets everything back before the program stops. What it does not take for so long is not waited for.
+void Application::standAside() {
+  mScreen.leave();
+  mOutput.drain(std::chrono::milliseconds(200));
+  if (mHasKeys) TerminalGuard::restoreSettings();
+  mTerminal->stop();
+  comeBack();
+}
+
+void Application::comeBack() {
+  if (mHasKeys) TerminalGuard::setSettingsAgain();
+  mScreen.resume();
+}
+
 int Application::finish() {
+  mScreen.leave();
+  if (mTerminal) mTerminal->release();
   mRoads.finish(mIsSignalled ? std::chrono::milliseconds(200) : std::chrono::milliseconds(2000));
   mLog.tellRepeats();
   if (mFailure.isNoted()) {
@@ -396,8 +418,7 @@ void Application::leave(int nExit) {
 
 // A phase hangs, and the user insists.
 void Application::abandon() {
-  Keys::restore();
-  if (mOutput.isTerminal()) say(TableView::SHOW_CURSOR);
+  TerminalGuard::restore();
   complain("stopped at once");
   ::_exit(EXIT_RUNTIME);
 }

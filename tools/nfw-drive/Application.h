@@ -2,12 +2,15 @@
 
 #include "DisplayComponent.h"
 #include "LogFold.h"
+#include "PageSwitch.h"
 #include "Recorder.h"
 #include "RecordingContents.h"
 #include "ReplayKeys.h"
 #include "Rounds.h"
+#include "Screen.h"
 #include "SourceComponent.h"
 #include "Summary.h"
+#include "TerminalGuard.h"
 
 namespace drive {
 
@@ -39,9 +42,10 @@ class Application {
   void writeSummary(const std::string& nVerdict);
   bool goesRound();
   void heedKeys();
-  bool takesKeys() const {
-    return mOutput.isTerminal() && mOptions.mFormat == FORMAT_TABLE && mOptions.mSource.mKind != SourceAddress::STDIN;
-  }
+  bool isLive() const { return mOutput.isTerminal() && mOptions.mFormat == FORMAT_LIVE; }
+  bool takesKeys() const { return isLive() && mOptions.mSource.mKind != SourceAddress::STDIN; }
+  void standAside();
+  void comeBack();
   std::string compareReplay(bool* npIsSame) const;
   int judge(bool nIsReplaySame) const;
   std::string silence() const;
@@ -67,11 +71,14 @@ class Application {
   RecordingContents mRecorded;  // what is replayed
   Playback mPlayback{mOptions.mReplay};
   Rounds mRounds{mOptions.mReplay, mPlayback, mRecorded, mProgress, mEvents};
+  std::optional<TerminalGuard> mTerminal;  // of a live view
   Keys mKeys;
+  PageSwitch mPages;
   bool mHasKeys = false;
   bool mIsRealTime = false;
   ReplayKeys mReplayKeys{mOptions.mReplay, mPlayback, mRounds, mLateness};
   OutputQueue mOutput;
+  Screen mScreen{mOutput};
   Roads mRoads;
   Recorder mRecorder;
   std::string mEnd;         // why the run ends, empty while it goes on

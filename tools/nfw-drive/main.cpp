@@ -4,15 +4,15 @@
 #include <exception>
 
 #include "Application.h"
-#include "Keys.h"
 #include "StandardStreams.h"
+#include "TerminalGuard.h"
 
 namespace {
 
 // Memory has run out, most likely, on whichever thread: the end is told in one line, and leaves no core.
 [[noreturn]] void endAtOnce() {
   const char* lpWhat = "ended by an unknown failure";
-  drive::Keys::restore();
+  drive::TerminalGuard::restore();
   try {
     if (std::current_exception()) std::rethrow_exception(std::current_exception());
   } catch (const std::exception& lError) {

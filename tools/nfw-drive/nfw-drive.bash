@@ -2,7 +2,7 @@
 _nfw_drive() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]} options
   case "$prev" in
-    --format) mapfile -t COMPREPLY < <(compgen -W "table json jsonl-raw nmea none" -- "$cur"); return ;;
+    --format) mapfile -t COMPREPLY < <(compgen -W "live lines json jsonl-raw nmea none" -- "$cur"); return ;;
     --log-level) mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5" -- "$cur"); return ;;
     --speed) mapfile -t COMPREPLY < <(compgen -W "1 2 5 10 max" -- "$cur"); return ;;
     --baud) mapfile -t COMPREPLY < <(compgen -W "4800 9600 19200 38400 57600 115200" -- "$cur"); return ;;

@@ -43,12 +43,12 @@ struct Command {
 const Command COMMANDS[] = {
     {"info", "What a recording holds: records, ids, times, gaps, damage, and its tracks in numbers", INFO_EXAMPLES,
      "jg", runInfo},
-    {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "slojxf", runCat},
+    {"cat", "Shows records as lines: time, id, data", CAT_EXAMPLES, "slojxft", runCat},
     {"check", "Finds everything that is wrong with a recording; exit status 1 when anything is", CHECK_EXAMPLES, "j",
      runCheck},
     {"recover", "Writes all whole records of a damaged recording to a new file", RECOVER_EXAMPLES, "O", runRecover},
     {"cut", "Writes the records of a time to a new file", CUT_EXAMPLES, "slO", runCut},
-    {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "slO", runCut},
+    {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "slOt", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
     {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "sloc", runConvert},
     {"plot", "Draws the tracks, and speed, altitude, satellites and HDOP over time; the sky, too, as a page",
@@ -136,6 +136,12 @@ void declare(const Command& nCommand, CLI::App& nApp, Arguments& nArguments, Opt
   if (lHas('j')) nApp.add_flag("--json", nOptions.mJson, "JSON instead of text");
   if (lHas('x')) nApp.add_flag("--hex", nOptions.mHex, "data in hexadecimal");
   if (lHas('f')) nApp.add_flag("--follow", nOptions.mFollow, "wait for more at the end of a recording under way");
+  if (lHas('t')) {
+    auto* const lpSort =
+        nApp.add_flag("--sort", nOptions.mSort, "records of all recordings in the order of their times");
+    lpSort->excludes("--last");
+    if (lHas('f')) lpSort->excludes("--follow");
+  }
   if (lHas('g')) {
     nApp.add_option("--gap", nArguments.mGapSeconds, "tell of pauses of so many seconds or more, 5 unless given")
         ->type_name("SECONDS")

@@ -60,6 +60,7 @@ inline const char* const CAT_EXAMPLES =
   nfw-log cat --type GGA --from 10m --to 11m drive.log
   nfw-log cat --last 30s --exclude GSV,255 drive.log
   nfw-log cat --id 255 --match "[E]" --match "[W]" /data/log   errors and warnings
+  nfw-log cat --sort front.log rear.log        both by time
   nfw-log cat --follow /data/log               what is being recorded, from the begin on
   nfw-log cat --json sensor.bin | jq .sentences
 )";
@@ -75,6 +76,7 @@ inline const char* const CUT_EXAMPLES = R"(  nfw-log cut --from 90 --to 2m drive
 inline const char* const FILTER_EXAMPLES = R"(  nfw-log filter --id 20 drive.log -o receiver.log
   nfw-log filter --type GGA,RMC sensor.bin -o positions.bin
   nfw-log filter --exclude GSV,255 --last 10m drive.log -o end.log
+  nfw-log filter --sort --id 20 front.log rear.log -o - | nfw-log convert --to nmea -
 )";
 inline const char* const MERGE_EXAMPLES = R"(  nfw-log merge front.log rear.log -o both.log
   nfw-log merge /data/log -o all.log           all recordings of a directory

@@ -18,10 +18,11 @@ _nfw_log() {
     local selection="--id --type --exclude --match --from --to --until" output="-o --output --force" options=""
     case "$command" in
       info) options="--json --gap" ;;
-      cat) options="$selection --last $output --json --hex --follow" ;;
+      cat) options="$selection --last $output --json --hex --follow --sort" ;;
       check) options="--json" ;;
       recover) options="$output" ;;
-      cut | filter) options="$selection --last $output" ;;
+      cut) options="$selection --last $output" ;;
+      filter) options="$selection --last $output --sort" ;;
       merge) options="$selection $output --by-time" ;;
       convert) options="$selection --last $output --to --name --lines --append" ;;
       plot) options="$selection --last $output --html --colour" ;;

@@ -38,7 +38,7 @@ class DisplayComponent : public nfw::SharedThreadComponent {
   void receiveMsg(int nThreadId, utl::ThreadRawMsg& nMsg) override;
   void checkOutput();
 
-  static constexpr unsigned int TICK_MS = 250;
+  static constexpr unsigned int TICK_MS = 100;
   const Parts mParts;
   SharedView mView;
   GnssListener mGnss;

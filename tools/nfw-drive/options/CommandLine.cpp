@@ -61,7 +61,7 @@ Recordings:
   second (--sync-interval), so that a power cut costs no more; what it leaves of a record is cut
   off when the next recording with this prefix begins. --keep-total, --keep-files, --keep-age
   and --keep-free delete the oldest files of the recording's prefix in its directory, never the
-  one that is written; the summary tells how many. SIGUSR1, or the key k in the live table, keeps
+  one that is written; the summary tells how many. SIGUSR1, or the key k in the live view, keeps
   the files of both logs that were written to in the last five minutes (--keep-before): they get
   a second name in DIR/kept, or move there where the medium has no second names, and no limit
   deletes or counts them. Recording goes on, in the last of them, too.
@@ -89,9 +89,12 @@ Other programs:
   log tells it at once, the summary how often, and the exit status is 1.
 
 Output:
-  table   a live view on a terminal, one line an epoch elsewhere; then the summary
-          its keys: q ends; k keeps the last files; in a replay the space bar pauses and goes on, left and right jump
-          by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100), . is one step
+  live    the whole of a terminal: fix, reckoned position, satellites, what is recorded and lost; then the summary.
+          Where the output is no terminal, or one that cannot place its cursor (TERM=dumb), the same as lines
+          its keys: q ends; s shows all satellites, l the log; k keeps the last files; in a replay the space bar
+          pauses and goes on, left and right jump by 10 s, down and up change the rate (0.1 0.2 0.5 1 2 5 ... 100),
+          . is one step. NO_COLOR in the environment leaves the colours out
+  lines   one line an epoch; then the summary
   json    one object a line for each epoch: time, fix, position in degrees, speed in m/s, accuracy,
           satellites (docs/formats/epoch.md); the last is the summary
   jsonl-raw   the same for each parsed sentence, with its fields
@@ -99,7 +102,7 @@ Output:
   none    only the summary
   Who reads too slowly holds up a file, standard input or the simulator when nothing is recorded.
   Otherwise nothing waits: 4 MiB are kept, further lines are left out, counted and told.
-  The log goes to standard error, on a live view under the table. With nmea the summary does, too.
+  The log goes to standard error; in the live view it is counted, and the key l shows it. With nmea the summary does, too.
   Without --log-level, errors and warnings of the library are shown once of a kind, and counted.
 
 Exit status:
@@ -130,7 +133,7 @@ struct Arguments {
   std::vector<std::string> mServe;
   std::string mMaxFileTime, mSyncInterval, mKeepAge, mKeepBefore;
   std::string mFrom, mTo;
-  std::string mFormat = "table";
+  std::string mFormat = "live";
   double mForSeconds = 0.0;
   unsigned int mBaud = 9600;
   double mSilence = 20.0;  // seconds
@@ -148,11 +151,9 @@ struct Arguments {
   }
 };
 
-const std::map<std::string, Format> FORMATS = {{"table", FORMAT_TABLE},
-                                               {"json", FORMAT_JSON},
-                                               {"jsonl-raw", FORMAT_JSONL_RAW},
-                                               {"nmea", FORMAT_NMEA},
-                                               {"none", FORMAT_NONE}};
+const std::map<std::string, Format> FORMATS = {
+    {"live", FORMAT_LIVE}, {"lines", FORMAT_LINES},         {"table", FORMAT_LIVE},  // as it was called before
+    {"json", FORMAT_JSON}, {"jsonl-raw", FORMAT_JSONL_RAW}, {"nmea", FORMAT_NMEA},  {"none", FORMAT_NONE}};
 const std::map<std::string, SatelliteSystem> SYSTEMS = {
     {"gps", SYSTEM_GPS}, {"glonass", SYSTEM_GLONASS}, {"galileo", SYSTEM_GALILEO}};
 
@@ -229,7 +230,7 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.add_option("--for", nArguments.mForSeconds, "end after so much of the source's time, or of the replay's")
       ->type_name("SECONDS")
       ->check(CLI::Range(0.001, 1e9).description(""));
-  nApp.add_option("--format", nArguments.mFormat, "table, json, jsonl-raw, nmea or none")
+  nApp.add_option("--format", nArguments.mFormat, "live, lines, json, jsonl-raw, nmea or none")
       ->type_name("FORMAT")
       ->check(CLI::IsMember(FORMATS).description(""));
   nApp.add_option("--serve", nArguments.mServe, "hand the sentences to other programs; may be given again")
@@ -360,9 +361,11 @@ void checkReplay(const Arguments& nArguments, const Options& nOptions) {
       throw CLI::ValidationError(lCase.mpOption, "goes with one replay alone, without a SOURCE");
     }
   }
-  const bool lHasKeys = nArguments.mFormat == "table" && ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
+  const bool lHasKeys =
+      FORMATS.at(nArguments.mFormat) == FORMAT_LIVE && ::isatty(STDIN_FILENO) == 1 && ::isatty(STDOUT_FILENO) == 1;
   if (lReplay.mIsPaused && (!lHasKeys || nArguments.mForSeconds > 0.0)) {
-    throw CLI::ValidationError("--paused", "needs a key to go on: it goes with a table on a terminal, without --for");
+    throw CLI::ValidationError("--paused",
+                               "needs a key to go on: it goes with the live view on a terminal, without --for");
   }
   if (lReplay.mToMs && *lReplay.mToMs <= lReplay.mFromMs) {
     throw CLI::ValidationError("--to", "\"" + nArguments.mTo + "\" is not behind the beginning of what is played");

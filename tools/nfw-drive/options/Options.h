@@ -10,7 +10,7 @@
 
 namespace drive {
 
-enum Format { FORMAT_TABLE, FORMAT_JSON, FORMAT_JSONL_RAW, FORMAT_NMEA, FORMAT_NONE };
+enum Format { FORMAT_LIVE, FORMAT_LINES, FORMAT_JSON, FORMAT_JSONL_RAW, FORMAT_NMEA, FORMAT_NONE };
 
 enum ExitCode {
   EXIT_DONE = 0,
@@ -69,7 +69,7 @@ struct Options {
   ReplayOptions mReplay;
   std::optional<int64_t> mWallLimitMs;  ///< ends a run that is not paced by its source
   std::vector<ServeAddress> mServe;
-  Format mFormat = FORMAT_TABLE;
+  Format mFormat = FORMAT_LIVE;
   int mLogLevel = 3;
   bool mFoldsLog = true;  ///< nobody asked for a level: lines of the library that repeat are counted
   bool mJudgesChecksums = true;

@@ -20,6 +20,8 @@ class Events {
     FAILED = 32,        ///< something that the run cannot do without
     REPLAY_ENDED = 64,  ///< nothing is left to play
     KEEP_ASKED = 128,   ///< SIGUSR1
+    STOP_ASKED = 256,   ///< SIGTSTP, where a TerminalGuard heeds it
+    CONTINUED = 512,    ///< SIGCONT, likewise
   };
 
   Events();
@@ -27,7 +29,7 @@ class Events {
   Events(const Events&) = delete;
   Events& operator=(const Events&) = delete;
 
-  void notify(Event nEvent);
+  void notify(Event nEvent);                                          ///< also in a signal's handler
   void putBack(unsigned int nEvents) { mPending.fetch_or(nEvents); }  ///< what wait() took; by who waits
   void discard(Event nEvent) { mPending.fetch_and(~nEvent); }
 

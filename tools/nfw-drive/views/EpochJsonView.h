@@ -7,15 +7,15 @@
 namespace drive {
 
 /// One object a line for each epoch.
-class EpochJsonView : public EpochView<FixEpoch> {
+class EpochJsonView : public EpochLineView<FixEpoch> {
  public:
   EpochJsonView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
-      : EpochView(nIsPrompt, nOutput), mShowsDeadReckoning(nShowsDeadReckoning) {}
+      : EpochLineView(nIsPrompt, nOutput), mShowsDeadReckoning(nShowsDeadReckoning) {}
 
   void showGll(const nfw::GllSentence& nRecord) override { mState.take(nRecord); }
   void showPubx(const nfw::PubxSentence& nRecord) override { mState.take(nRecord); }
   void showDeadReckoning(std::string_view nSentence) override {
-    EpochView::showDeadReckoning(nSentence);
+    EpochLineView::showDeadReckoning(nSentence);
     if (mShowsDeadReckoning) write(reckonedJson(nSentence));
   }
 

@@ -7,14 +7,12 @@
 
 namespace drive {
 
-/// What the views of one line an epoch share. An epoch ends when a sentence of another time comes; the line of one
-/// without a fix waits for its report of dead reckoning.
+/// What the views of epochs share. An epoch ends when a sentence of another time comes; one without a fix waits for its
+/// report of dead reckoning.
 /// @tparam State gathers the sentences: FixState, or FixEpoch
 template <class State>
 class EpochView : public View {
  public:
-  EpochView(bool nIsPrompt, OutputQueue& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
-
   void showRaw(std::string_view nSentence) override {
     const int64_t lTime = tool::sentenceTime(nSentence);
     const bool lIsNew = mTime >= 0 && lTime >= 0 && lTime != mTime;
@@ -29,15 +27,49 @@ class EpochView : public View {
     if (lTime >= 0) mReckonedTime = lTime;
     if (!mAwaited || mReckonedTime != mAwaitedTime) return;
     mAwaited->takeReckoned(nSentence);
-    if (nSentence.substr(0, 5) == "$PUBX") writeAwaited();
+    if (nSentence.substr(0, 5) == "$PUBX") showAwaited();
   }
   void showGga(const nfw::GgaSentence& nRecord) override { mState.take(nRecord); }
   void showGsa(const nfw::GsaSentence& nRecord) override { mState.take(nRecord); }
   void showRmc(const nfw::RmcSentence& nRecord) override { mState.take(nRecord); }
   void showVtg(const nfw::VtgSentence& nRecord) override { mState.take(nRecord); }
   void end() override {
-    writeAwaited();
-    if (mTime >= 0) write(mState);
+    showAwaited();
+    if (mTime >= 0) show(mState);
+  }
+
+ protected:
+  /// An epoch has ended.
+  virtual void show(const State& nEpoch) = 0;
+
+  State mState;  // of the epoch under way
+
+ private:
+  void endEpoch() {
+    showAwaited();
+    if (!mState.awaitsReport(mReckonedTime == mTime)) return show(mState);
+    mAwaitedTime = mTime;
+    mAwaited = mState;
+  }
+  void showAwaited() {
+    if (mAwaited) show(*mAwaited);
+    mAwaited.reset();
+  }
+
+  int64_t mTime = -1;          // of the epoch under way, -1 before the first
+  int64_t mReckonedTime = -1;  // of the last report of dead reckoning
+  int64_t mAwaitedTime = -1;
+  std::optional<State> mAwaited;  // an epoch that waits for its report
+};
+
+/// Views of one line an epoch.
+template <class State>
+class EpochLineView : public EpochView<State> {
+ public:
+  EpochLineView(bool nIsPrompt, OutputQueue& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+
+  void end() override {
+    EpochView<State>::end();
     mOutput.flush();
   }
 
@@ -50,27 +82,11 @@ class EpochView : public View {
     if (mIsPrompt) mOutput.flush();
   }
 
-  State mState;
-
  private:
-  void write(const State& nEpoch) { write(line(nEpoch)); }
-  void endEpoch() {
-    writeAwaited();
-    if (!mState.awaitsReport(mReckonedTime == mTime)) return write(mState);
-    mAwaitedTime = mTime;
-    mAwaited = mState;
-  }
-  void writeAwaited() {
-    if (mAwaited) write(*mAwaited);
-    mAwaited.reset();
-  }
+  void show(const State& nEpoch) override { write(line(nEpoch)); }
 
   const bool mIsPrompt;
   OutputQueue& mOutput;
-  int64_t mTime = -1;          // of the epoch under way, -1 before the first
-  int64_t mReckonedTime = -1;  // of the last report of dead reckoning
-  int64_t mAwaitedTime = -1;
-  std::optional<State> mAwaited;  // an epoch that waits for its report
 };
 
 }  // namespace drive

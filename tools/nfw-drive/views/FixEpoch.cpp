@@ -31,33 +31,28 @@ void parse(const tool::TerminatedSentence& nText, Parse nParse, std::optional<Re
   if (nParse(nText.mText, nText.mSize, &lRecord)) *npRecord = lRecord;
 }
 
+template <class Record>
+void takePosition(const Record& nRecord, FixValues* npValues) {
+  if (nRecord.latitude.direction == nfw::DIRECTION_NONE) return;
+  npValues->mLatitude = tool::decimalDegrees(nRecord.latitude);
+  npValues->mLongitude = tool::decimalDegrees(nRecord.longitude);
+}
+
+void takeMotion(double nSpeed, double nCourse, FixValues* npValues) {
+  npValues->mSpeed = nSpeed;
+  npValues->mCourse = nCourse;
+}
+
+void takeAccuracy(const nfw::PubxSentence& nRecord, FixValues* npValues) {
+  npValues->mHorizontalAccuracy = unlessZero(nRecord.hacc);
+  npValues->mVerticalAccuracy = unlessZero(nRecord.vacc);
+}
+
 void addCount(const char* npKey, int nValue, tool::JsonObject& nObject) {
   nValue < 0 ? nObject.null(npKey) : nObject.number(npKey, static_cast<uint64_t>(nValue));
 }
 
 }  // namespace
-
-/// NaN: not known.
-struct FixEpoch::Values {
-  double mLatitude = NO_VALUE, mLongitude = NO_VALUE, mAltitude = NO_VALUE;
-  double mSpeed = NO_VALUE, mCourse = NO_VALUE;
-  double mHorizontalAccuracy = NO_VALUE, mVerticalAccuracy = NO_VALUE;
-
-  template <class Record>
-  void takePosition(const Record& nRecord) {
-    if (nRecord.latitude.direction == nfw::DIRECTION_NONE) return;
-    mLatitude = tool::decimalDegrees(nRecord.latitude);
-    mLongitude = tool::decimalDegrees(nRecord.longitude);
-  }
-  void takeMotion(double nSpeed, double nCourse) {
-    mSpeed = nSpeed;
-    mCourse = nCourse;
-  }
-  void takeAccuracy(const nfw::PubxSentence& nRecord) {
-    mHorizontalAccuracy = unlessZero(nRecord.hacc);
-    mVerticalAccuracy = unlessZero(nRecord.vacc);
-  }
-};
 
 void FixEpoch::begin() {
   mGga.reset();
@@ -96,8 +91,8 @@ bool FixEpoch::hasFix() const {
   return (mGga && mGga->quality != nfw::QUALITY_INVALID) || (mRmc && mRmc->status) || (mGll && mGll->status);
 }
 
-const FixEpoch::Report* FixEpoch::report() const {
-  const auto lIsOfIt = [this](const Report& nReport) { return nReport.mTimeMs == mTimeMs && nReport.mPubx; };
+const FixEpoch::Report* FixEpoch::reportAt(int64_t nTimeMs) const {
+  const auto lIsOfIt = [&](const Report& nReport) { return nReport.mTimeMs == nTimeMs && nReport.mPubx; };
   const auto lFound = std::find_if(mReports.begin(), mReports.end(), lIsOfIt);
   return lFound == mReports.end() ? nullptr : &*lFound;
 }
@@ -108,6 +103,7 @@ bool FixEpoch::isReckoned() const {
 }
 
 std::string FixEpoch::time() const {
+  if (mTimeMs < 0) return {};
   const tool::CivilTime lTime = tool::civilTime(std::max<int64_t>(mDay, 0) * tool::MS_PER_DAY + mTimeMs);
   const std::string lDate =
       mDay < 0 ? std::string() : fmt::format("{:04}-{:02}-{:02}T", lTime.mYear, lTime.mMonth, lTime.mDay);
@@ -121,43 +117,60 @@ const char* FixEpoch::fix() const {
   return !hasFix() ? "none" : mGsa ? FIXES[mGsa->mode] : FIXES[0];
 }
 
-FixEpoch::Values FixEpoch::values() const { return isReckoned() ? reckoned() : received(); }
+const char* FixEpoch::quality() const { return mGga ? QUALITIES[mGga->quality] : nullptr; }
+
+FixValues FixEpoch::values() const { return isReckoned() ? valuesOf(*report()) : received(); }
 
 // What has more digits goes last.
-FixEpoch::Values FixEpoch::received() const {
-  Values lValues;
+FixValues FixEpoch::received() const {
+  FixValues lValues;
   if (!hasFix()) return lValues;
-  if (mRmc && mRmc->status) lValues.takePosition(*mRmc);
-  if (mGll && mGll->status) lValues.takePosition(*mGll);
+  if (mRmc && mRmc->status) takePosition(*mRmc, &lValues);
+  if (mGll && mGll->status) takePosition(*mGll, &lValues);
   if (mGga && mGga->quality != nfw::QUALITY_INVALID) {
-    lValues.takePosition(*mGga);
+    takePosition(*mGga, &lValues);
     lValues.mAltitude = mGga->altitude;
   }
   if (mVtg && mVtg->mode != nfw::MODE_NOT_VALID) {
-    lValues.takeMotion(mVtg->speedKmh * KMH, mVtg->directionForTrueNorth);
+    takeMotion(mVtg->speedKmh * KMH, mVtg->directionForTrueNorth, &lValues);
   }
-  if (mRmc && mRmc->status) lValues.takeMotion(mRmc->speed * KNOT, mRmc->direction);
-  if (mPubx) lValues.takeAccuracy(*mPubx);
+  if (mRmc && mRmc->status) takeMotion(mRmc->speed * KNOT, mRmc->direction, &lValues);
+  if (mPubx) takeAccuracy(*mPubx, &lValues);
   return lValues;
 }
 
-FixEpoch::Values FixEpoch::reckoned() const {
-  const Report& lReport = *report();
-  Values lValues;
-  lValues.takePosition(*lReport.mRmc);
-  lValues.takeMotion(lReport.mRmc->speed * KNOT, lReport.mRmc->direction);
-  if (lReport.mGga && lReport.mGga->quality != nfw::QUALITY_INVALID) lValues.mAltitude = lReport.mGga->altitude;
-  lValues.takeAccuracy(*lReport.mPubx);
+FixValues FixEpoch::valuesOf(const Report& nReport) {
+  FixValues lValues;
+  takePosition(*nReport.mRmc, &lValues);
+  takeMotion(nReport.mRmc->speed * KNOT, nReport.mRmc->direction, &lValues);
+  if (nReport.mGga && nReport.mGga->quality != nfw::QUALITY_INVALID) lValues.mAltitude = nReport.mGga->altitude;
+  takeAccuracy(*nReport.mPubx, &lValues);
   return lValues;
 }
+
+std::optional<FixValues> FixEpoch::reckonedFor(const FixEpoch& nEpoch) const {
+  const Report* const lpReport = reportAt(nEpoch.mTimeMs);
+  if (lpReport == nullptr || !lpReport->mRmc || !lpReport->mRmc->status) return std::nullopt;
+  return valuesOf(*lpReport);
+}
+
+std::optional<FixValues> FixEpoch::lastReckoned() const {
+  const auto lIsOne = [](const Report& n) { return n.mPubx && n.mRmc && n.mRmc->status; };
+  const auto lFound = std::find_if(mReports.rbegin(), mReports.rend(), lIsOne);
+  return lFound == mReports.rend() ? std::nullopt : std::optional<FixValues>(valuesOf(*lFound));
+}
+
+double FixEpoch::pdop() const { return mGsa ? unlessZero(mGsa->pdop) : NO_VALUE; }
+double FixEpoch::hdop() const { return mGga ? unlessZero(mGga->hdop) : mGsa ? unlessZero(mGsa->hdop) : NO_VALUE; }
+double FixEpoch::vdop() const { return mGsa ? unlessZero(mGsa->vdop) : NO_VALUE; }
 
 void FixEpoch::appendJson(std::string* npText) const {
-  const Values lValues = values();
+  const FixValues lValues = values();
   tool::JsonObject lObject(npText);
   lObject.text("type", "epoch");
   lObject.text("time", time());
   lObject.text("fix", fix());
-  mGga ? lObject.text("quality", QUALITIES[mGga->quality]) : lObject.null("quality");
+  quality() != nullptr ? lObject.text("quality", quality()) : lObject.null("quality");
   lObject.real("latitude", roundedTo(lValues.mLatitude, 1e9));
   lObject.real("longitude", roundedTo(lValues.mLongitude, 1e9));
   lObject.real("altitude", lValues.mAltitude);
@@ -165,10 +178,10 @@ void FixEpoch::appendJson(std::string* npText) const {
   lObject.real("course", lValues.mCourse);
   lObject.real("horizontal_accuracy", lValues.mHorizontalAccuracy);
   lObject.real("vertical_accuracy", lValues.mVerticalAccuracy);
-  lObject.real("pdop", mGsa ? unlessZero(mGsa->pdop) : NO_VALUE);
-  lObject.real("hdop", mGga ? unlessZero(mGga->hdop) : mGsa ? unlessZero(mGsa->hdop) : NO_VALUE);
-  lObject.real("vdop", mGsa ? unlessZero(mGsa->vdop) : NO_VALUE);
-  addCount("satellites_used", mGga ? static_cast<int>(mGga->satelliteCount) : -1, lObject);
+  lObject.real("pdop", pdop());
+  lObject.real("hdop", hdop());
+  lObject.real("vdop", vdop());
+  addCount("satellites_used", used(), lObject);
   if (mSky.isTold()) return appendSatellites(lObject.key("satellites"));
   lObject.null("satellites");
 }

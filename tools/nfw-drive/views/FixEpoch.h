@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <deque>
 #include <optional>
 #include <string>
@@ -8,6 +9,13 @@
 #include "Sky.h"
 
 namespace drive {
+
+/// What a receiver or dead reckoning says; NaN: not known. Degrees, metres, m/s.
+struct FixValues {
+  double mLatitude = std::nan(""), mLongitude = std::nan(""), mAltitude = std::nan("");
+  double mSpeed = std::nan(""), mCourse = std::nan("");
+  double mHorizontalAccuracy = std::nan(""), mVerticalAccuracy = std::nan("");
+};
 
 /// What the sentences of one epoch say, and nothing of those before it but the date.
 class FixEpoch {
@@ -28,6 +36,17 @@ class FixEpoch {
   /// One object on a line, as docs/formats/epoch.md has it.
   void appendJson(std::string* npText) const;
 
+  std::string time() const;     ///< "2026-01-31T08:00:12.300Z", or without the date; empty as long as none was told
+  const char* fix() const;      ///< "none", "reckoned", "fix" when nobody tells which, "2D", "3D"
+  const char* quality() const;  ///< "gps" ..., null: not told
+  FixValues received() const;
+  /// What dead reckoning reports for the time of another epoch, or last of all.
+  std::optional<FixValues> reckonedFor(const FixEpoch& nEpoch) const;
+  std::optional<FixValues> lastReckoned() const;
+  double pdop() const, hdop() const, vdop() const;  ///< NaN: not known
+  int used() const { return mGga ? static_cast<int>(mGga->satelliteCount) : -1; }
+  const Sky& sky() const { return mSky; }
+
  private:
   /// Of a report of dead reckoning, which comes beside the epochs: before its own, or behind it.
   struct Report {
@@ -36,16 +55,13 @@ class FixEpoch {
     std::optional<nfw::RmcSentence> mRmc;
     std::optional<nfw::PubxSentence> mPubx;  // the last of its sentences
   };
-  struct Values;
 
   bool hasFix() const;
-  const Report* report() const;  // of the epoch, when it is whole
+  const Report* report() const { return reportAt(mTimeMs); }
+  const Report* reportAt(int64_t nTimeMs) const;  // when it is whole
   bool isReckoned() const;
-  std::string time() const;
-  const char* fix() const;
-  Values values() const;
-  Values received() const;
-  Values reckoned() const;
+  FixValues values() const;
+  static FixValues valuesOf(const Report& nReport);
   static constexpr size_t MAX_REPORTS = 128;  // twice as many as may be under way
   void appendSatellites(std::string* npText) const;
 

@@ -21,18 +21,11 @@ std::string positionText(const nfw::GnssSentenceCoordinate& nLatitude, const nfw
   return fmt::format("{:.7f} {:.7f}", tool::decimalDegrees(nLatitude), tool::decimalDegrees(nLongitude));
 }
 
-// A record holds 0 for an empty field.
-std::string dopText(double nDop) { return nDop > 0.0 ? fmt::format("{:.2f}", nDop) : "-"; }
-
 }  // namespace
 
 void FixState::take(const nfw::RmcSentence& nRecord) {
   mRmc = nRecord;
   mDate = nRecord.date;
-}
-
-void FixState::take(const nfw::GsvSentence& nRecord) {
-  mInView[static_cast<size_t>(nRecord.satelliteType)] = nRecord.satelliteView;
 }
 
 void FixState::takeReckoned(std::string_view nSentence) {
@@ -74,12 +67,6 @@ std::string FixState::position() const {
   return "no position";
 }
 
-std::string FixState::altitude() const {
-  const nfw::GgaSentence& lGga = heightSource();
-  const bool lIsKnown = lGga.quality != nfw::QUALITY_INVALID && hasPosition(lGga.latitude);
-  return lIsKnown ? fmt::format("{:.1f} m", lGga.altitude) : "-";
-}
-
 bool FixState::hasMotion() const { return isReckoned() || mRmc.status || mVtg.mode != nfw::MODE_NOT_VALID; }
 
 std::string FixState::speed() const {
@@ -94,24 +81,10 @@ std::string FixState::course() const {
   return hasMotion() ? fmt::format("{:.1f} deg", lCourse) : "no course";
 }
 
-std::string FixState::dops() const {
-  return fmt::format("PDOP {} HDOP {} VDOP {}", dopText(mGsa.pdop), dopText(mGga.hdop), dopText(mGsa.vdop));
-}
-
 std::string FixState::fix() const {
   const bool lIsWanting = mLacksMode && mGga.quality == nfw::QUALITY_INVALID;
   return fmt::format("{}, {}{}", FIXES[mGsa.mode], isReckoned() ? "reckoned" : QUALITIES[mGga.quality],
                      lIsWanting ? ": no mode field (NMEA before 2.3)" : "");
-}
-
-std::string FixState::satellites() const {
-  std::string lText;
-  for (size_t i = 0; i < SYSTEM_TYPES; ++i) {
-    if (mInView[i] == 0) continue;
-    if (!lText.empty()) lText += ", ";
-    lText += fmt::format("{} {}", tool::systemName(static_cast<nfw::SatelliteType>(i)), mInView[i]);
-  }
-  return lText.empty() ? "none" : lText;
 }
 
 }  // namespace drive

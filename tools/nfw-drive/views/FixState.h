@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <string>
 #include <string_view>
 
@@ -15,7 +14,6 @@ class FixState {
   void take(const nfw::GgaSentence& nRecord) { mGga = nRecord; }
   void take(const nfw::RmcSentence& nRecord);
   void take(const nfw::GsaSentence& nRecord) { mGsa = nRecord; }
-  void take(const nfw::GsvSentence& nRecord);
   void take(const nfw::ZdaSentence& nRecord) { mDate = nRecord.date; }
   void take(const nfw::VtgSentence& nRecord) { mVtg = nRecord; }
   /// A sentence of dead reckoning: its position stands in when the receiver has none.
@@ -29,20 +27,14 @@ class FixState {
   bool awaitsReport(bool nHasBegun) const { return isReckoned() && !nHasBegun; }
   std::string time() const;      ///< "2026-01-31 08:00:12.300"
   std::string position() const;  ///< "35.6580000 139.7450000", or "no position"
-  std::string altitude() const;  ///< "42.1 m", "-" when nobody knows
   std::string speed() const;     ///< "36.4 km/h", or "no speed"
   std::string course() const;    ///< "123.4 deg", or "no course"
-  std::string dops() const;      ///< "PDOP 1.50 HDOP 0.90 VDOP 1.20", "-" for what nobody knows
   std::string fix() const;  ///< "3D, gps", "no fix, invalid", "no fix, reckoned" ..., with the cause when it is known
-  std::string satellites() const;  ///< "GPS 10, GLONASS 8 in view"
 
   const nfw::GgaSentence& getGga() const { return mGga; }
 
  private:
   bool hasMotion() const;
-  const nfw::GgaSentence& heightSource() const { return isReckoned() ? mReckonedGga : mGga; }
-
-  static constexpr size_t SYSTEM_TYPES = nfw::SATELLITE_OTHER + 1;
 
   nfw::GgaSentence mGga;
   nfw::RmcSentence mRmc;
@@ -51,7 +43,6 @@ class FixState {
   nfw::GgaSentence mReckonedGga;
   nfw::RmcSentence mReckonedRmc;
   nfw::GnssSentenceDate mDate;
-  std::array<uint32_t, SYSTEM_TYPES> mInView{};
   int64_t mTimeMs = -1;
   bool mLacksMode = false;  // RMC, GLL or VTG come without a mode field
 };

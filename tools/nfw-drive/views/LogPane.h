@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <atomic>
 #include <deque>
 #include <mutex>
 #include <string>
@@ -10,7 +12,8 @@
 
 namespace drive {
 
-/// Keeps the last log lines for a view that fills the terminal. While it is installed they do not go to standard error.
+/// Counts log lines, and keeps the last of them, for a view that fills the terminal. While it is installed they do not
+/// go to standard error, unless that is something else than a terminal.
 class LogPane : public syslogservice::Sink {
  public:
   /// @param nKinds not owned, outlives it
@@ -23,7 +26,10 @@ class LogPane : public syslogservice::Sink {
   void remove();
 
   void writeLine(int nType, int nLevel, const char* npText) override;
-  std::vector<std::string> lines() const;
+  std::vector<std::string> lines(size_t nMost) const;  ///< the last ones
+  uint64_t errors() const { return mCounts[0]; }
+  uint64_t warnings() const { return mCounts[1]; }
+  uint64_t others() const { return mCounts[2]; }
 
  private:
   struct Line {
@@ -31,11 +37,15 @@ class LogPane : public syslogservice::Sink {
     int mKind;
   };
 
+  void count(int nLevel);
+
   const size_t mMaxLines;
   LogKinds& mKinds;
   mutable std::mutex mMutex;
   std::deque<Line> mLines;
+  std::array<std::atomic<uint64_t>, 3> mCounts{};
   syslogservice::Sink* mpBefore = nullptr;
+  bool mPassesOn = false;
   bool mIsInstalled = false;
 };
 

@@ -12,6 +12,10 @@
 
 namespace drive {
 
+class PageSwitch;
+class Recorder;
+class Screen;
+
 /// How data is shown. One thread at a time.
 class View {
  public:
@@ -28,14 +32,24 @@ class View {
   virtual void showZda(const nfw::ZdaSentence&) {}
   virtual void showPubx(const nfw::PubxSentence&) {}
   virtual void showDeadReckoning(std::string_view) {}
-  /// A few times a second.
+  /// Ten times a second.
   virtual void tick() {}
   virtual void end() {}
 };
 
-/// The view for the format, a live table when the output is a terminal, else plain lines; and the one for other
-/// programs.
-std::vector<std::unique_ptr<View>> createViews(const Options& nOptions, const Progress& nProgress, LogKinds& nKinds,
-                                               OutputQueue& nOutput, Roads& nRoads);
+/// What views look at and write to; everything outlives them.
+struct ViewParts {
+  const Progress& mProgress;
+  const Recorder& mRecorder;
+  const PageSwitch& mPages;
+  LogKinds& mKinds;
+  Screen& mScreen;
+  OutputQueue& mOutput;
+  Roads& mRoads;
+};
+
+/// The view for the format, the live one when the output is a terminal that can show it, else plain lines; and the one
+/// for other programs.
+std::vector<std::unique_ptr<View>> createViews(const Options& nOptions, const ViewParts& nParts);
 
 }  // namespace drive

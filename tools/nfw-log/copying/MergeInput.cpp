@@ -34,6 +34,7 @@ void MergeInput::advance() {
   mHasRecord = false;
   while (!mHasRecord && !mSelector.isOver() && mReader->next(&mRecord)) {
     mHasRecord = mSelector.takes(mRecord);
+    if (mSelector.getTimeline().isBackward()) ++mBackward;
     if (mIsFirst) mBase = mShift + mRecord.mTick;
     mIsFirst = false;
   }

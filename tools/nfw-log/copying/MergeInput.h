@@ -38,6 +38,8 @@ class MergeInput {
   /// The bytes of the record with its tick on the common clock.
   std::string_view getBytes();
   const Selector& getSelector() const { return mSelector; }
+  Selector& getSelector() { return mSelector; }
+  uint64_t getBackward() const { return mBackward; }  ///< how often a tick was before that of the record in front of it
   int64_t getKey() const { return mBase + static_cast<int64_t>(mSelector.getTimeline().getElapsedMs()); }
   uint64_t getRead() const { return mReader ? mReader->getRead() : mRead; }
 
@@ -48,6 +50,7 @@ class MergeInput {
   Problems& mProblems;
   std::optional<RecordingReader> mReader;
   uint64_t mRead = 0;
+  uint64_t mBackward = 0;
   Selector mSelector;
   const int64_t mShift;
   bool mIsWaiting = true;

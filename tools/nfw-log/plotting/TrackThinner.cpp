@@ -42,13 +42,14 @@ GroundPoint Ground::placeOf(double nLatitude, double nLongitude) {
     mLongitude = nLongitude;
   }
   const double lEast = std::remainder(nLongitude - mLongitude, 360.0);  // also across the date line
-  return {lEast * METRES_PER_DEGREE * std::cos(mLatitude * RADIANS), (nLatitude - mLatitude) * METRES_PER_DEGREE};
+  return {lEast * tool::METRES_PER_DEGREE * std::cos(mLatitude * tool::RADIANS),
+          (nLatitude - mLatitude) * tool::METRES_PER_DEGREE};
 }
 
-double Ground::latitudeOf(double nNorth) const { return mLatitude + nNorth / METRES_PER_DEGREE; }
+double Ground::latitudeOf(double nNorth) const { return mLatitude + nNorth / tool::METRES_PER_DEGREE; }
 
 double Ground::longitudeOf(double nEast) const {
-  return mLongitude + nEast / (METRES_PER_DEGREE * std::cos(mLatitude * RADIANS));
+  return mLongitude + nEast / (tool::METRES_PER_DEGREE * std::cos(mLatitude * tool::RADIANS));
 }
 
 bool TrackThinner::isKept(const TrackPlace& nPlace, const TrackPlace& nLast, double nDistance) {

@@ -80,7 +80,7 @@ void DriveStats::addStep(const TrackPoint& nPoint) {
     if (lLength > mLongestGap.mLength) mLongestGap = {lLength, nPoint.mElapsedMs, nPoint.mUtcMs};
   }
   if (nPoint.mIsBreak || lMs < 0) return;
-  const double lWay = groundDistance(mLast.mLatitude, mLast.mLongitude, nPoint.mLatitude, nPoint.mLongitude);
+  const double lWay = tool::groundDistance(mLast.mLatitude, mLast.mLongitude, nPoint.mLatitude, nPoint.mLongitude);
   double lSpeed = std::fmax(mLast.mSpeedKmh, nPoint.mSpeedKmh);
   const double lTold = std::isnan(lSpeed) ? 0.0 : lSpeed * static_cast<double>(lMs) / MS_PER_KMH;
   if (lWay - lTold > mLargestJump.mLength) mLargestJump = {lWay - lTold, nPoint.mElapsedMs, nPoint.mUtcMs};

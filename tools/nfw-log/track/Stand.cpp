@@ -10,7 +10,7 @@ bool Stand::holds(const TrackPoint& nPoint) const {
   if (nPoint.isDeadReckoned() || nPoint.mSpeedKmh >= MAX_SPEED_KMH) return false;
   if (mPositions == 0) return true;
   return !nPoint.mIsBreak &&
-         groundDistance(mLatitude, mLongitude, nPoint.mLatitude, nPoint.mLongitude) <= MAX_DISTANCE_M;
+         tool::groundDistance(mLatitude, mLongitude, nPoint.mLatitude, nPoint.mLongitude) <= MAX_DISTANCE_M;
 }
 
 void Stand::add(const TrackPoint& nPoint) {
@@ -21,9 +21,9 @@ void Stand::add(const TrackPoint& nPoint) {
   }
   mTo = momentOf(nPoint);
   if (mPositions++ % mEvery != 0) return;
-  const double lEast = std::remainder(nPoint.mLongitude - mLongitude, 360.0) * std::cos(mLatitude * RADIANS);
-  mPlaces.push_back({mTo, static_cast<float>(lEast * METRES_PER_DEGREE),
-                     static_cast<float>((nPoint.mLatitude - mLatitude) * METRES_PER_DEGREE)});
+  const double lEast = std::remainder(nPoint.mLongitude - mLongitude, 360.0) * std::cos(mLatitude * tool::RADIANS);
+  mPlaces.push_back({mTo, static_cast<float>(lEast * tool::METRES_PER_DEGREE),
+                     static_cast<float>((nPoint.mLatitude - mLatitude) * tool::METRES_PER_DEGREE)});
   if (mPlaces.size() < MAX_PLACES) return;
   for (size_t i = 0; i < mPlaces.size() / 2; ++i) mPlaces[i] = mPlaces[i * 2];
   mPlaces.resize(mPlaces.size() / 2);

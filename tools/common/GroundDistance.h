@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-namespace logtool {
+namespace tool {
 
 const double METRES_PER_DEGREE = 111194.9;  ///< of a sphere of 6371 km
 const double RADIANS = 3.14159265358979323846 / 180.0;
@@ -14,4 +14,4 @@ inline double groundDistance(double nLatitude1, double nLongitude1, double nLati
          std::hypot(nLatitude2 - nLatitude1, lEast * std::cos((nLatitude1 + nLatitude2) / 2.0 * RADIANS));
 }
 
-}  // namespace logtool
+}  // namespace tool
