@@ -52,11 +52,11 @@ class Terminal {
     termios lNow = {};
     return ::tcgetattr(mFd, &lNow) == 0 && (lNow.c_lflag & (ICANON | ECHO)) == (ICANON | ECHO);
   }
-  int wait() {
-    while (readMore()) {
+  int wait(bool nReads = true) {
+    while (nReads && readMore()) {
     }
     int lStatus = 0;
-    ::waitpid(mPid, &lStatus, 0);
+    for (int i = 0; i < 60000 && ::waitpid(mPid, &lStatus, WNOHANG) == 0; ++i) ::poll(nullptr, 0, 1);
     return WIFEXITED(lStatus) ? WEXITSTATUS(lStatus) : -WTERMSIG(lStatus);
   }
 
@@ -141,6 +141,19 @@ TEST_F(KeyTest, aStoppedViewLeavesTheTerminalToTheShell) {
   lTerminal.type("q");
   EXPECT_EQ(lTerminal.wait(), 0);
   EXPECT_TRUE(lTerminal.hasItsSettings());
+}
+
+// What is recorded waits for no terminal. What that has not taken is told by the exit status.
+TEST_F(KeyTest, aTerminalThatTakesNothingHoldsUpNoRecording) {
+  Terminal lTerminal("sim --speed 100 --for 200 --record " + mDirectory.path());
+  lTerminal.type("\x13");
+  EXPECT_EQ(lTerminal.wait(false), 1);
+  size_t lCount = 0;
+  for (const std::string& lFile : mDirectory.files()) {
+    const std::string lBytes = nfwtest::readFile(lFile);
+    for (size_t i = 0; (i = lBytes.find("$GNZDA", i)) != std::string::npos; ++i) ++lCount;
+  }
+  EXPECT_EQ(lCount, 200u);
 }
 
 TEST_F(KeyTest, theTerminalHasItsSettingsBackAtEveryEnd) {
