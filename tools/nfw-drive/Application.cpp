@@ -285,7 +285,7 @@ bool Application::noteSignal(unsigned int nEvents) {
 // The terminal gets everything back before the program stops. What it does not take for so long is not waited for.
 void Application::standAside() {
   mScreen.leave();
-  mOutput.drain(std::chrono::milliseconds(200));
+  mOutput.drain(std::chrono::seconds(2));
   if (mHasKeys) TerminalGuard::restoreSettings();
   mTerminal->stop();
   comeBack();
