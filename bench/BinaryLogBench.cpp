@@ -234,7 +234,8 @@ int main(int nArgCount, char** nppArgs) {
     if (makeSample(lpText, &lSample)) lKinds.push_back({lSample});
   }
   for (const bool lIsEncoding : {true, false}) {
-    bench::Table lTable(lIsEncoding ? "Encoding, beside a parse of the same sentence" : "Decoding, beside one snprintf");
+    bench::Table lTable(lIsEncoding ? "Encoding, beside a parse of the same sentence"
+                                    : "Decoding, beside one snprintf");
     for (const auto& lKind : lKinds) measure(lTable, lKind[0].mText.substr(1, 5), lKind, lIsEncoding);
     if (!lCorpus.empty()) {
       measure(lTable, "corpus of " + std::to_string(lCorpus.size()) + " sentences", lCorpus, lIsEncoding);
