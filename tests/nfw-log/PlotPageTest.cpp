@@ -103,12 +103,14 @@ TEST(PlotPage, aLongSkyIsToldInStretches) {
   for (int i = 0; i < 5000; ++i) {
     char lTime[40];
     snprintf(lTime, sizeof(lTime), "%02d%02d%02d", i / 3600, i / 60 % 60, i % 60);
-    lBytes += logRecord(20, static_cast<uint32_t>(i) * 1000,
-                        "$GPRMC," + std::string(lTime) + ",A,4807.0,N,01131.0,E,,,010126,,,A") +
-              logRecord(20, static_cast<uint32_t>(i) * 1000,
-                        i == 4000    ? "$GPGSV,1,1,01,09,42,168,30"
-                        : i % 2 != 0 ? "$GPGSV,1,1,01,05,42,168,30"
-                                     : "$GPGSV,1,1,01,05,42,168,40");
+    for (const int lId : {20, i == 4999 ? 21 : 255}) {  // the end is told twice
+      lBytes += logRecord(lId, static_cast<uint32_t>(i) * 1000,
+                          "$GPRMC," + std::string(lTime) + ",A,4807.0,N,01131.0,E,,,010126,,,A") +
+                logRecord(lId, static_cast<uint32_t>(i) * 1000,
+                          i == 4000    ? "$GPGSV,1,1,01,09,42,168,30"
+                          : i % 2 != 0 ? "$GPGSV,1,1,01,05,42,168,30"
+                                       : "$GPGSV,1,1,01,05,42,168,40");
+    }
   }
   nfwtest::writeFile(lDir / "a.log", lBytes);
   const json lSky = dataOf(pageOf(lDir / "a.log"))["sky"];
