@@ -4,8 +4,7 @@
 
 #include "NfwAppLog.h"
 
-namespace nfw {
-namespace binaryfields {
+namespace nfw::binaryfields {
 
 void refuseMode(const char* npText) {
   if (strlen(npText) != 1) {
@@ -46,6 +45,4 @@ bool isGsaValid(const char* npStatus) { return isOneOf(npStatus, "23"); }
 bool isRmcValid(const char* npStatus) { return isOneOf(npStatus, "ADU"); }
 bool isPubxValid(const char* npStatus) { return strcmp(npStatus, "NF") != 0; }
 
-}  // namespace binaryfields
-
-}  // namespace nfw
+}  // namespace nfw::binaryfields

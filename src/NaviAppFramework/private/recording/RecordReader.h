@@ -85,7 +85,7 @@ class RecordReader {
    public:
     explicit Batch(RecordReader& nReader) NFW_ACQUIRE(nReader.mSync)
         : mReader(nReader), mLock(nReader.mSync, nReader.mHere.in("nextRecord")) {}
-    ~Batch() NFW_RELEASE() {}
+    ~Batch() NFW_RELEASE() = default;
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
 
