@@ -3,6 +3,7 @@
 #include <netinet/in.h>
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -14,11 +15,26 @@ namespace {
 
 const int RECEIVE_BUFFER = 1024 * 1024;  // as much of it as the system gives
 
+// By the options that emulators know, too.
+bool joinGroup(int nFd, const sockaddr_in& nGroup) {
+  const ip_mreq lRequest = {nGroup.sin_addr, {INADDR_ANY}};
+  return ::setsockopt(nFd, IPPROTO_IP, IP_ADD_MEMBERSHIP, &lRequest, sizeof(lRequest)) == 0;
+}
+
+bool joinGroup(int nFd, const sockaddr_in6& nGroup) {
+  const ipv6_mreq lRequest = {nGroup.sin6_addr, nGroup.sin6_scope_id};
+  return ::setsockopt(nFd, IPPROTO_IPV6, IPV6_ADD_MEMBERSHIP, &lRequest, sizeof(lRequest)) == 0;
+}
+
+template <class Address>
 bool joinGroup(int nFd, const addrinfo& nGroup) {
-  group_req lRequest = {};
-  std::memcpy(&lRequest.gr_group, nGroup.ai_addr, nGroup.ai_addrlen);
-  const int lLevel = nGroup.ai_family == AF_INET6 ? IPPROTO_IPV6 : IPPROTO_IP;
-  return ::setsockopt(nFd, lLevel, MCAST_JOIN_GROUP, &lRequest, sizeof(lRequest)) == 0;
+  Address lGroup = {};
+  std::memcpy(&lGroup, nGroup.ai_addr, std::min<size_t>(sizeof(lGroup), nGroup.ai_addrlen));
+  return joinGroup(nFd, lGroup);
+}
+
+bool joinGroup(int nFd, const addrinfo& nGroup) {
+  return nGroup.ai_family == AF_INET6 ? joinGroup<sockaddr_in6>(nFd, nGroup) : joinGroup<sockaddr_in>(nFd, nGroup);
 }
 
 }  // namespace
