@@ -22,6 +22,7 @@ class Terminal {
     const winsize lSize = {24, 80, 0, 0};
     mPid = ::forkpty(&mFd, nullptr, nullptr, &lSize);
     if (mPid != 0) return;
+    for (const int lSignal : {SIGINT, SIGQUIT}) ::signal(lSignal, SIG_DFL);  // ignored in the background of a script
     ::setenv("TERM", "vt100", 1);
     ::setenv("LC_ALL", "C", 1);  // a column is a byte
     ::execl("/bin/sh", "sh", "-c",

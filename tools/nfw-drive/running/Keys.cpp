@@ -18,7 +18,7 @@ bool Keys::begin() {
 }
 
 void Keys::end() {
-  if (mHasBegun) TerminalGuard::restoreSettings();
+  if (mHasBegun) TerminalGuard::endSettings();
   mHasBegun = false;
 }
 

@@ -59,13 +59,16 @@ TerminalGuard::~TerminalGuard() {
   gpEvents = nullptr;
 }
 
-// Who started the program may have decided that it cannot be stopped.
+// Who started the program may have decided that it cannot be stopped, or not in this way.
 void TerminalGuard::install() {
   for (const int lSignal : STOPS) {
     if (!isIgnored(lSignal)) handle(lSignal, tell, nullptr);
   }
   if (mIsInstalled) return;
-  for (size_t i = 0; i < DEATH_NUM; ++i) handle(DEATHS[i], die, &gDeaths[i]);
+  for (size_t i = 0; i < DEATH_NUM; ++i) {
+    ::sigaction(DEATHS[i], nullptr, &gDeaths[i]);
+    if (!isIgnored(DEATHS[i])) handle(DEATHS[i], die, nullptr);
+  }
   mIsInstalled = true;
 }
 
@@ -95,6 +98,12 @@ bool TerminalGuard::setSettings(const termios& nSettings) {
   gOurs = nSettings;
   gHasSettings = true;
   return ::tcsetattr(STDIN_FILENO, TCSANOW, &gOurs) == 0;
+}
+
+// A signal to go on may still come, and sets nothing any more.
+void TerminalGuard::endSettings() {
+  restoreSettings();
+  gHasSettings = false;
 }
 
 // In the background the terminal is another's, who has set it as he likes.

@@ -21,10 +21,11 @@ class TerminalGuard {
 
   void release();  ///< nobody asks for the events any more
   void stop();     ///< stops the process, as SIGTSTP does; returns when it goes on
-  /// Settings of the terminal that standard input is, until restoreSettings(). False when it takes none.
+  /// Settings of the terminal that standard input is, until endSettings(). False when it takes none.
   static bool setSettings(const termios& nSettings);
+  static void endSettings();       ///< gives the settings back for good
   static void setSettingsAgain();  ///< after somebody else has had the terminal
-  /// Gives the settings back. Any thread, also in a signal's handler and more than once.
+  /// Gives the settings back for a while. Any thread, also in a signal's handler and more than once.
   static void restoreSettings();
 
   /// A picture is on the terminal that standard output is; the text takes it off.
