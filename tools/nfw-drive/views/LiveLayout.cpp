@@ -295,15 +295,29 @@ Rows logTail(const LiveState& nState, size_t nHeight) {
   return lRows;
 }
 
+PictureRow skyRow(const LiveState& nState, size_t nWidth) {
+  return labelled("Satellites", "Sats", nWidth).add(skyText(nState));
+}
+
+void addWhereItIs(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRows) {
+  addPosition(nState, nWidth, npRows);
+  addMotion(nState, nWidth, npRows);
+  addFix(nState, nWidth, npRows);
+  addReckoned(nState, nWidth, npRows);
+}
+
 std::vector<Ranked> facts(const LiveState& nState, size_t nWidth) {
   std::vector<Ranked> lRows;
   addReplay(nState, nWidth, &lRows);
-  addPosition(nState, nWidth, &lRows);
-  addMotion(nState, nWidth, &lRows);
-  addFix(nState, nWidth, &lRows);
-  addReckoned(nState, nWidth, &lRows);
+  addWhereItIs(nState, nWidth, &lRows);
   addCounts(nState, nWidth, &lRows);
-  lRows.push_back({labelled("Satellites", "Sats", nWidth).add(skyText(nState)), 58});
+  lRows.push_back({skyRow(nState, nWidth), 58});
+  return lRows;
+}
+
+Rows rowsOf(std::vector<Ranked> nRanked) {
+  Rows lRows;
+  for (Ranked& lRanked : nRanked) lRows.push_back(std::move(lRanked.mRow));
   return lRows;
 }
 
@@ -321,8 +335,7 @@ void append(Rows nMore, Rows* npRows) {
 Rows overview(const LiveState& nState, size_t nWidth, size_t nHeight) {
   std::vector<Ranked> lFacts = facts(nState, nWidth);
   keepWhatMatters(nHeight, &lFacts);
-  Rows lRows;
-  for (Ranked& lFact : lFacts) lRows.push_back(std::move(lFact.mRow));
+  Rows lRows = rowsOf(std::move(lFacts));
   append(satelliteTable(nState, nWidth, nHeight - lRows.size()), &lRows);
   const size_t lRest = nHeight - lRows.size();
   if (lRest < 3 || nState.mLogLines.empty()) return lRows;
@@ -334,7 +347,7 @@ Rows overview(const LiveState& nState, size_t nWidth, size_t nHeight) {
 Rows page(const LiveState& nState, size_t nWidth, size_t nHeight) {
   if (nState.mPage == Page::LOG) return logTail(nState, nHeight);
   if (nState.mPage == Page::OVERVIEW || nHeight < 3) return overview(nState, nWidth, nHeight);
-  Rows lRows = {labelled("Satellites", "Sats", nWidth).add(skyText(nState))};
+  Rows lRows = {skyRow(nState, nWidth)};
   append(satelliteTable(nState, nWidth, nHeight - 1), &lRows);
   return lRows;
 }
@@ -359,13 +372,9 @@ std::vector<PictureRow> layOut(const LiveState& nState, size_t nWidth, size_t nH
 std::vector<PictureRow> layOutRest(const LiveState& nState, size_t nWidth) {
   std::vector<Ranked> lFacts;
   addTime(nState, nWidth, &lFacts);
-  addPosition(nState, nWidth, &lFacts);
-  addMotion(nState, nWidth, &lFacts);
-  addFix(nState, nWidth, &lFacts);
-  addReckoned(nState, nWidth, &lFacts);
-  lFacts.push_back({labelled("Satellites", "Sats", nWidth).add(skyText(nState)), 0});
-  Rows lRows;
-  for (Ranked& lFact : lFacts) lRows.push_back(std::move(lFact.mRow));
+  addWhereItIs(nState, nWidth, &lFacts);
+  Rows lRows = rowsOf(std::move(lFacts));
+  lRows.push_back(skyRow(nState, nWidth));
   Rows lComplaints = logTail(nState, nState.mLogLines.size());
   const auto lIsPlain = [](const PictureRow& nRow) { return nRow.mSpans.front().mLook == Look::PLAIN; };
   lComplaints.erase(std::remove_if(lComplaints.begin(), lComplaints.end(), lIsPlain), lComplaints.end());
