@@ -33,8 +33,8 @@ struct NoSensorLog : nfw::SysLogPlayer {
   void notifyPlayEnd() override {}
 };
 
-// An attach waits for its turn on the thread of the service or log. What is under way takes up to three turns; what is
-// queued on a busy machine may still come behind it.
+// An attach waits for its turn on the thread of the service or log: no call of before is under way then. It goes before
+// what is queued.
 void awaitServices() {
   NoSentences lSentences;
   NoReports lReports;
@@ -44,12 +44,10 @@ void awaitServices() {
   nfw::Logger::get()->detachPlayer(&lLog);
   nfw::SensorSysLoggerManager::get()->attachPlayer(&lSensorLog);
   nfw::SensorSysLoggerManager::get()->detachPlayer(&lSensorLog);
-  for (int i = 0; i < 3; ++i) {
-    nfw::Gnss::get()->attachNmeaDataListener(&lSentences);
-    nfw::Gnss::get()->detachNmeaDataListener(&lSentences);
-    nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&lReports);
-    nfw::DeadReckoning::get()->detachDeadReckoningNmeaDataListener(&lReports);
-  }
+  nfw::Gnss::get()->attachNmeaDataListener(&lSentences);
+  nfw::Gnss::get()->detachNmeaDataListener(&lSentences);
+  nfw::DeadReckoning::get()->attachDeadReckoningNmeaDataListener(&lReports);
+  nfw::DeadReckoning::get()->detachDeadReckoningNmeaDataListener(&lReports);
 }
 
 }  // namespace
@@ -61,6 +59,7 @@ void Rounds::begin() {
 void Rounds::spoil() {
   mIsSpoilt = true;
   mProgress.limit(nullptr);
+  mProgress.awaitRound(nullptr);
 }
 
 // Without a further round nothing is compared before the listeners have gone.
@@ -72,6 +71,7 @@ bool Rounds::next() {
   const bool lWasSpoilt = mIsSpoilt;
   mPlayback.pause();
   if (!mPlayback.seek(mReplay.mFromMs)) return false;
+  mProgress.awaitRound(&mRecorded.get());
   awaitServices();
   ++(lWasSpoilt ? mSpoilt : mSame);
   beginAnew();

@@ -28,43 +28,49 @@ void Progress::beginRound() {
   mBefore = deliveredInAll();
   mDeliveredSentences = TextTally();
   mDeliveredDeadReckoning = TextTally();
-  mSentenceBeginning.await();
-  mReckonedBeginning.await();
 }
 
-bool Progress::Beginning::isPassed(std::string_view nText, const TextTally& nRound) {
-  if (!mIsAwaited) return true;
+void Progress::awaitRound(const StreamTally* npRound) {
+  if (npRound == nullptr) {
+    mSentenceBeginning.open();
+    mReckonedBeginning.open();
+    return;
+  }
+  mSentenceBeginning.await(npRound->mSentences);
+  mReckonedBeginning.await(npRound->mDeadReckoning);
+}
+
+bool Progress::Beginning::isPassed(std::string_view nText) {
+  if (isPassed()) return true;
   TextTally lTally;
   lTally.add(nText);
-  mIsAwaited = lTally.mSum != nRound.mFirst;
-  return !mIsAwaited;
+  if (lTally.mSum == mAwaited) open();
+  return isPassed();
 }
 
 bool Progress::takesSentence(std::string_view nSentence) {
+  if (!mSentenceBeginning.isPassed(nSentence)) return false;
   const StreamTally* const lpLimit = mpLimit;
-  if (lpLimit == nullptr) return true;
-  return mSentenceBeginning.isPassed(nSentence, lpLimit->mSentences) &&
-         mSentences - mBefore.mSentences.mCount < lpLimit->mSentences.mCount;
+  return lpLimit == nullptr || mSentences - mBefore.mSentences.mCount < lpLimit->mSentences.mCount;
 }
 
 bool Progress::takesRecord(int nKind) const {
+  if (!mSentenceBeginning.isPassed()) return false;
   const StreamTally* const lpLimit = mpLimit;
   const auto lKind = static_cast<size_t>(nKind);
-  if (lpLimit == nullptr) return true;
-  return mSentenceBeginning.isPassed() && mDelivered.get(nKind) - mBefore.mRecords[lKind] < lpLimit->mRecords[lKind];
+  return lpLimit == nullptr || mDelivered.get(nKind) - mBefore.mRecords[lKind] < lpLimit->mRecords[lKind];
 }
 
 bool Progress::takesCombined() const {
+  if (!mSentenceBeginning.isPassed()) return false;
   const StreamTally* const lpLimit = mpLimit;
-  if (lpLimit == nullptr) return true;
-  return mSentenceBeginning.isPassed() && mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined < lpLimit->mCombined;
+  return lpLimit == nullptr || mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined < lpLimit->mCombined;
 }
 
 bool Progress::takesReckoned(std::string_view nSentence) {
+  if (!mReckonedBeginning.isPassed(nSentence)) return false;
   const StreamTally* const lpLimit = mpLimit;
-  if (lpLimit == nullptr) return true;
-  return mReckonedBeginning.isPassed(nSentence, lpLimit->mDeadReckoning) &&
-         mReckonedSentences - mBefore.mDeadReckoning.mCount < lpLimit->mDeadReckoning.mCount;
+  return lpLimit == nullptr || mReckonedSentences - mBefore.mDeadReckoning.mCount < lpLimit->mDeadReckoning.mCount;
 }
 
 bool Progress::hasReceived(const StreamTally& nExpected) const {

@@ -40,6 +40,9 @@ struct Progress {
   bool areReportsDelivered() const { return mReports == mDeliveredReports; }
   /// Behind "no sentence": what came instead, and what it may be.
   std::string explainSilence() const;
+  /// From here on nothing is heard before the first text of a round; null: everything is. What is on its way from the
+  /// round before goes by.
+  void awaitRound(const StreamTally* npRound);
   /// A replay begins anew. While nothing is delivered.
   void beginRound();
   /// A round has no more than that: what comes behind it is not heard. Null: everything is. Any thread.
@@ -52,15 +55,16 @@ struct Progress {
   bool hasReceived(const StreamTally& nExpected) const;
 
  private:
-  /// Of the round before some may still be on its way behind its limit, which the first text of this one ends.
   class Beginning {
    public:
-    void await() { mIsAwaited = true; }
-    bool isPassed() const { return !mIsAwaited; }
-    bool isPassed(std::string_view nText, const TextTally& nRound);
+    void await(const TextTally& nRound) { mAwaited = nRound.mCount > 0 ? nRound.mFirst : NOTHING; }
+    void open() { mAwaited = NOTHING; }
+    bool isPassed() const { return mAwaited == NOTHING; }
+    bool isPassed(std::string_view nText);
 
    private:
-    std::atomic<bool> mIsAwaited{false};
+    static constexpr uint64_t NOTHING = 0;
+    std::atomic<uint64_t> mAwaited{NOTHING};  // the sum of a text
   };
 
   StreamTally mBefore;  // the counts of rounds that are over
