@@ -1,13 +1,12 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <string>
 #include <string_view>
 
+#include "Format.h"
 #include "PrintableText.h"
 
 namespace tool {

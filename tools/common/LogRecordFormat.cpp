@@ -1,7 +1,7 @@
-#include <fmt/format.h>
 
 #include <cstring>
 
+#include "Format.h"
 #include "RecordFormat.h"
 #include "RecordText.h"
 

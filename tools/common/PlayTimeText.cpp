@@ -1,8 +1,8 @@
 #include "PlayTimeText.h"
 
-#include <fmt/format.h>
-
 #include <cmath>
+
+#include "Format.h"
 
 namespace tool {
 

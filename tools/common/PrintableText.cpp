@@ -1,9 +1,9 @@
 #include "PrintableText.h"
 
-#include <fmt/format.h>
-
 #include <cstdint>
 #include <iterator>
+
+#include "Format.h"
 
 namespace tool {
 

@@ -1,9 +1,9 @@
 #include "RecordText.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cstdint>
+
+#include "Format.h"
 
 namespace tool {
 

@@ -1,5 +1,5 @@
-#include <fmt/format.h>
 
+#include "Format.h"
 #include "RecordFormat.h"
 #include "RecordText.h"
 #include "SensorContent.h"

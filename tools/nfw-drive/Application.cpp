@@ -1,6 +1,5 @@
 #include "Application.h"
 
-#include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -9,6 +8,7 @@
 
 #include "DeadReckoningComponent.h"
 #include "DriveLog.h"
+#include "Format.h"
 #include "LogIds.h"
 #include "MountComponent.h"
 #include "NfwConfig.h"

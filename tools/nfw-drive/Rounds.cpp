@@ -1,7 +1,6 @@
 #include "Rounds.h"
 
-#include <fmt/format.h>
-
+#include "Format.h"
 #include "NfwDeadReckoning.h"
 #include "NfwDeadReckoningNmeaDataListener.h"
 #include "NfwGnss.h"

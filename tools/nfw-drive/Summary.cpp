@@ -1,9 +1,8 @@
 #include "Summary.h"
 
-#include <fmt/format.h>
-
 #include <cstring>
 
+#include "Format.h"
 #include "JsonObject.h"
 
 namespace drive {

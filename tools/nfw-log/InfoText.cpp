@@ -1,12 +1,12 @@
 #include "InfoText.h"
 
-#include <fmt/format.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
 
+#include "Format.h"
 #include "JsonObject.h"
 #include "Messages.h"
 #include "PrintableText.h"

@@ -1,6 +1,6 @@
 #include "LogFold.h"
 
-#include <fmt/format.h>
+#include "Format.h"
 
 namespace drive {
 

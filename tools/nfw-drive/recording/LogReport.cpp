@@ -1,9 +1,9 @@
 #include "LogReport.h"
 
-#include <fmt/format.h>
-
 #include <cstring>
 #include <ctime>
+
+#include "Format.h"
 
 namespace drive {
 

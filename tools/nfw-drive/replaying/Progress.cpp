@@ -1,6 +1,6 @@
 #include "Progress.h"
 
-#include <fmt/format.h>
+#include "Format.h"
 
 namespace drive {
 

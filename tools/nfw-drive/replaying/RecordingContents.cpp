@@ -1,12 +1,11 @@
 #include "RecordingContents.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "Descriptor.h"
+#include "Format.h"
 #include "LogIds.h"
 #include "PlayTimeText.h"
 #include "RunNote.h"

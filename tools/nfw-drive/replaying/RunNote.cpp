@@ -1,8 +1,8 @@
 #include "RunNote.h"
 
-#include <fmt/format.h>
-
 #include <sstream>
+
+#include "Format.h"
 
 namespace drive::runnote {
 

@@ -1,9 +1,8 @@
 #include "StreamTally.h"
 
-#include <fmt/format.h>
-
 #include <numeric>
 
+#include "Format.h"
 #include "SentenceText.h"
 
 namespace drive {

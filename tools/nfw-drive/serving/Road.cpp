@@ -1,6 +1,6 @@
 #include "Road.h"
 
-#include <fmt/format.h>
+#include "Format.h"
 
 namespace drive {
 

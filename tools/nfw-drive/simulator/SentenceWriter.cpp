@@ -1,10 +1,9 @@
 #include "SentenceWriter.h"
 
-#include <fmt/format.h>
-
 #include <cmath>
 
 #include "CivilTime.h"
+#include "Format.h"
 #include "Geometry.h"
 #include "NfwNmeaCheckSumCalclator.h"
 

@@ -1,11 +1,12 @@
 #include "FdReader.h"
 
-#include <fmt/format.h>
 #include <poll.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
+
+#include "Format.h"
 
 namespace drive {
 

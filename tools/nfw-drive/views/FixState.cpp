@@ -1,7 +1,6 @@
 #include "FixState.h"
 
-#include <fmt/format.h>
-
+#include "Format.h"
 #include "JsonRecord.h"
 #include "ModeField.h"
 #include "NfwNmeaDataParser.h"

@@ -1,6 +1,6 @@
 #include "LineView.h"
 
-#include <fmt/format.h>
+#include "Format.h"
 
 namespace drive {
 

@@ -1,10 +1,9 @@
 #include "LiveLayout.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <map>
 
+#include "Format.h"
 #include "GroundDistance.h"
 
 namespace drive {

@@ -1,9 +1,8 @@
 #include "LiveView.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
+#include "Format.h"
 #include "PlayTimeText.h"
 
 namespace drive {

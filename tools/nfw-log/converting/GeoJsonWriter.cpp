@@ -1,5 +1,5 @@
-#include <fmt/format.h>
 
+#include "Format.h"
 #include "JsonObject.h"
 #include "TrackWriter.h"
 #include "WallClock.h"

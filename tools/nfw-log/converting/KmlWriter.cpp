@@ -1,5 +1,5 @@
-#include <fmt/format.h>
 
+#include "Format.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
 #include "XmlText.h"

@@ -1,9 +1,8 @@
 #include "McapWriter.h"
 
-#include <fmt/format.h>
-
 #include <filesystem>
 
+#include "Format.h"
 #include "JsonObject.h"
 #include "PrintableText.h"
 

@@ -1,6 +1,6 @@
 #include "TrackWriter.h"
 
-#include <fmt/format.h>
+#include "Format.h"
 
 namespace logtool {
 

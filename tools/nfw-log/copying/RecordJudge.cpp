@@ -1,7 +1,6 @@
 #include "RecordJudge.h"
 
-#include <fmt/format.h>
-
+#include "Format.h"
 #include "Messages.h"
 #include "SensorContent.h"
 

@@ -1,10 +1,9 @@
 #include "PlotSvg.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
 
 #include "ColourScale.h"
+#include "Format.h"
 #include "MapPanel.h"
 #include "Messages.h"
 #include "Svg.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "Format.h"
 
 namespace logtool {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <fmt/format.h>
-
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "Format.h"
 
 namespace logtool {
 

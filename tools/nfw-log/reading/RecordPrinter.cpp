@@ -1,9 +1,8 @@
 #include "RecordPrinter.h"
 
-#include <fmt/format.h>
-
 #include <iterator>
 
+#include "Format.h"
 #include "JsonObject.h"
 #include "PrintableText.h"
 #include "RecordType.h"

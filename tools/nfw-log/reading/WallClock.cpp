@@ -1,10 +1,9 @@
 #include "WallClock.h"
 
-#include <fmt/format.h>
-
 #include <cstring>
 
 #include "CivilTime.h"
+#include "Format.h"
 #include "RecordText.h"
 #include "SensorContent.h"
 

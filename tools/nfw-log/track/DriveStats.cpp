@@ -1,9 +1,8 @@
 #include "DriveStats.h"
 
-#include <fmt/format.h>
-
 #include <utility>
 
+#include "Format.h"
 #include "GroundDistance.h"
 #include "Messages.h"
 #include "WallClock.h"
