@@ -18,6 +18,19 @@ std::string pattern(size_t nSize) {
   return lBytes;
 }
 
+// As of a service: number 0 is the next descriptor's.
+class WithoutInput {
+ public:
+  WithoutInput() { ::close(STDIN_FILENO); }
+  ~WithoutInput() {
+    dup2(mKept, STDIN_FILENO);
+    ::close(mKept);
+  }
+
+ private:
+  const int mKept = dup(STDIN_FILENO);
+};
+
 class FileContract : public testing::Test {
  protected:
   std::string make(const std::string& nContent) {
@@ -75,17 +88,18 @@ TEST_F(FileContract, WritesAtOnceAndTruncates) {
   EXPECT_EQ(9u, positionOf(lFile));
   ASSERT_TRUE(lFile.seek(-8, File::ORIGIN_CURRENT));
   EXPECT_EQ(1, lFile.write("B", 1));
-  const int lInput = dup(STDIN_FILENO);
-  ::close(STDIN_FILENO);  // as of a service: its number is the next one's
-  EXPECT_TRUE(lFile.flush() && lFile.sync());
-  dup2(lInput, STDIN_FILENO);
-  ::close(lInput);
+  {
+    const WithoutInput lInput;
+    EXPECT_TRUE(lFile.flush() && lFile.sync());
+  }
   lFile.close();
   EXPECT_EQ("aBcline\n\n", readFile(lPath));
 }
 
 TEST_F(FileContract, KnowsTheOpenFileWhateverItsNameIsNow) {
   const std::string lPath = mDir / "a", lMoved = mDir / "moved";
+  const WithoutInput lInput;
+  unsigned long long lSize = 0;
   File lFile(lPath.c_str());
   EXPECT_TRUE(lFile.hasName()) << "not open";
   ASSERT_TRUE(lFile.open(2, 1));
@@ -96,7 +110,7 @@ TEST_F(FileContract, KnowsTheOpenFileWhateverItsNameIsNow) {
   EXPECT_EQ(4u, positionOf(lFile));
   EXPECT_EQ(1, lFile.write("x", 1));
   EXPECT_EQ("0123x another one", readFile(lMoved) + " " + readFile(lPath));
-  EXPECT_TRUE(lFile.hasName() && lFile.truncate(0));
+  EXPECT_TRUE(lFile.getSize(&lSize) && lSize == 5 && lFile.hasName() && lFile.truncate(0));
   EXPECT_EQ("", readFile(lMoved));
   ASSERT_EQ(0, remove(lMoved.c_str()));
   EXPECT_FALSE(lFile.hasName());

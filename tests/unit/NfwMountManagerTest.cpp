@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "MountDeviceList.h"
+#include "MountMsg.h"
 #include "MountNamespace.h"
 #include "NfwMountManager.h"
 #include "NfwThreadMsgProfilerManager.h"
@@ -154,6 +155,7 @@ TEST(MountEventMsg, HasItsFieldsInOrder) {
   EXPECT_TRUE(lMsg.restoreFrom(lCalculator));
   EXPECT_EQ(16u + 64 + 64 + 256, lCalculator.getSize());
   EXPECT_EQ(static_cast<int>(0x80000000u), lMsg.getMsgId());
+  EXPECT_EQ(static_cast<int>(0x80000C06u), nfw::MOUNT_SDK_DEVICE_INFO);
   nfw::ThreadMsgProfilerManager::profiling(nfw::THREAD_MSG_MOUNT_MANAGER);
   EXPECT_EQ(12u + 4 * 64 + 256 + 8, nfw::ThreadMsgProfilerManager::getMaxMsgDataSize(nfw::THREAD_MSG_MOUNT_MANAGER));
 }

@@ -131,6 +131,14 @@ TYPED_TEST(PlayControlTest, NothingComesBeforeItsTimeAtAnyRate) {
   }
 }
 
+TYPED_TEST(PlayControlTest, ANewRateHoldsForWhatIsWaitedFor) {
+  ASSERT_TRUE(this->start({this->write("a", this->records({0, 10000}))}));
+  EXPECT_TRUE(this->pumpTo(2));
+  EXPECT_TRUE(this->mpService->setPlayRate(10000));
+  this->mClock.advance(1000);
+  EXPECT_TRUE(nfwtest::eventually([&] { return this->mNotes.count() >= 3; }));
+}
+
 TYPED_TEST(PlayControlTest, APauseHoldsEverythingButWhatIsSteppedTo) {
   EXPECT_FALSE(this->mpService->pausePlay());
   ASSERT_TRUE(this->start({this->write("a", this->records({0, 10, 10, 10, 30, 500}))}));

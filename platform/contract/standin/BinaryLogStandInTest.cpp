@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
+#include <thread>
 #include <vector>
 
 #include "../../syslog/src/BinaryLogFile.h"
@@ -88,6 +89,17 @@ TEST_F(BinaryLogStandIn, KeepsItsFileWhenNoThreadCanBeMadeForAnother) {
   }
   EXPECT_EQ(0, BinaryLogWrite(0, "a", 1));
   EXPECT_EQ("a", content());
+}
+
+TEST_F(BinaryLogStandIn, ManyMayEndItsFile) {
+  for (int i = 0; i < 100; ++i) {
+    ASSERT_TRUE(syslogservice::setBinaryLogFile((mDir / "log").c_str()));
+    EXPECT_EQ(0, BinaryLogWrite(0, "a", 1));
+    std::thread lOther([] { EXPECT_TRUE(syslogservice::setBinaryLogFile(nullptr)); });
+    EXPECT_TRUE(syslogservice::setBinaryLogFile(nullptr));
+    lOther.join();
+  }
+  EXPECT_EQ(std::string(100, 'a'), content());
 }
 
 TEST_F(BinaryLogStandIn, DoesNotWaitForAFileSystemThatDoesNotAnswer) {
