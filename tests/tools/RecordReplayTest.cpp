@@ -90,10 +90,13 @@ TEST_F(RecordReplay, partsOfARecordingAreTheSameAsTheirReplay) {
   nfwtest::writeFile(path("second"), lBytes.substr(lCut));
   const std::string lFilter = NFW_EMULATOR " " NFW_LOG_PROGRAM " filter " + recording() + " --type GGA,PUBX -o ";
   ASSERT_EQ(std::system((lFilter + path("filtered")).c_str()), 0);
+  std::vector<ToolRun::Words> lRuns;
   for (const char* const lpPart : {"first", "second", "filtered"}) {
-    const Outcome lPart = runQuietly({"--replay", path(lpPart), "--format", "json"});
-    EXPECT_EQ(lPart.mExit, 0) << lpPart;
-    EXPECT_EQ(lPart.mSummary["replay"], "the same as the recording") << lpPart;
+    lRuns.push_back({"--replay", path(lpPart), "--format", "json", "--log-level", "0"});
+  }
+  for (const Outcome& lPart : runAll(lRuns)) {
+    EXPECT_EQ(lPart.mExit, 0) << lPart.mErrors;
+    EXPECT_EQ(lPart.mSummary["replay"], "the same as the recording") << lPart.mErrors;
   }
 }
 
@@ -187,8 +190,11 @@ TEST_F(RecordReplay, tellsWhyNothingIsHeard) {
       {{"--replay", recording(), "--sys-replay", path("sensor.bin")}, 0, ""},
       {{"sim", "--record", "/proc"}, 1, "/proc: no recording can be begun there"},
   };
+  std::vector<ToolRun::Words> lRuns;
+  for (const auto& lCase : CASES) lRuns.push_back(lCase.mArguments);
+  const std::vector<Outcome> lOutcomes = runAll(lRuns);
   for (const auto& lCase : CASES) {
-    const Outcome lRun = run(lCase.mArguments);
+    const Outcome& lRun = lOutcomes[static_cast<size_t>(&lCase - CASES)];
     EXPECT_EQ(lRun.mExit, lCase.mExit) << lCase.mpText;
     EXPECT_NE((lRun.mErrors + lRun.mOutput).find(lCase.mpText), std::string::npos) << lRun.mErrors << lRun.mOutput;
   }

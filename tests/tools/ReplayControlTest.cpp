@@ -49,10 +49,14 @@ TEST_F(ReplayControl, playsWhatIsAskedForAndNothingElse) {
       {{path("log"), "--rate", "100", "--from", "1", "--to", "1.9"}, 0, "this part of the recording holds no sent"},
       {{path("log"), "--rate", "0.5", "--for", "1.5"}, 10, "ended early: not compared"},  // between the files
   };
+  std::vector<ToolRun::Words> lRuns;
   for (const auto& lCase : CASES) {
-    ToolRun::Words lWords = {"--replay", "--format", "json"};
-    lWords.insert(lWords.begin() + 1, lCase.mArguments.begin(), lCase.mArguments.end());
-    const Outcome lRun = runQuietly(lWords);
+    lRuns.push_back({"--log-level", "0", "--format", "json", "--replay"});
+    lRuns.back().insert(lRuns.back().end(), lCase.mArguments.begin(), lCase.mArguments.end());
+  }
+  const std::vector<Outcome> lOutcomes = runAll(lRuns);
+  for (const auto& lCase : CASES) {
+    const Outcome& lRun = lOutcomes[static_cast<size_t>(&lCase - CASES)];
     EXPECT_EQ(lRun.mExit, 0) << lRun.mErrors;
     EXPECT_EQ(lRun.mSummary["delivered_sentences"], lCase.mSentences) << lCase.mpVerdict;
     EXPECT_EQ(lRun.mSummary["replay"].get<std::string>().find(lCase.mpVerdict), 0u) << lRun.mSummary["replay"];

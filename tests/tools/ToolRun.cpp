@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 
 #include <csignal>
+#include <deque>
 #include <sstream>
 
 namespace {
@@ -97,14 +98,21 @@ std::string ToolRun::errors() const {
   return lText;
 }
 
-Outcome run(const ToolRun::Words& nArguments) {
-  ToolRun lRun(nArguments);
-  const std::string lOutput = lRun.readAll();
-  const int lExit = lRun.wait();
-  const size_t lLast = lOutput.rfind("{\"type\":\"summary\"");
-  return {lExit, lOutput, lRun.errors(),
-          lLast == std::string::npos ? nlohmann::json() : nlohmann::json::parse(lOutput.substr(lLast))};
+std::vector<Outcome> runAll(const std::vector<ToolRun::Words>& nRuns) {
+  std::deque<ToolRun> lRuns;
+  for (const ToolRun::Words& lArguments : nRuns) lRuns.emplace_back(lArguments);
+  std::vector<Outcome> lOutcomes;
+  for (ToolRun& lRun : lRuns) {
+    const std::string lOutput = lRun.readAll();
+    const int lExit = lRun.wait();
+    const size_t lLast = lOutput.rfind("{\"type\":\"summary\"");
+    lOutcomes.push_back({lExit, lOutput, lRun.errors(),
+                         lLast == std::string::npos ? nlohmann::json() : nlohmann::json::parse(lOutput.substr(lLast))});
+  }
+  return lOutcomes;
 }
+
+Outcome run(const ToolRun::Words& nArguments) { return runAll({nArguments}).front(); }
 
 Outcome runQuietly(ToolRun::Words nArguments) {
   nArguments.insert(nArguments.end(), {"--log-level", "0"});

@@ -40,5 +40,7 @@ struct Outcome {
   nlohmann::json mSummary;  ///< with --format json
 };
 Outcome run(const ToolRun::Words& nArguments);
+/// Of runs at the same time.
+std::vector<Outcome> runAll(const std::vector<ToolRun::Words>& nRuns);
 /// Likewise, without the log's lines.
 Outcome runQuietly(ToolRun::Words nArguments);
