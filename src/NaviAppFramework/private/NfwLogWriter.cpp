@@ -360,7 +360,7 @@ LogLoss LogWriter::lossOf(const Record& nRecord) const {
 
 LogRecordCounts LogWriter::getRecordCounts() {
   const WatchedLock lFileLock(mFileSync);
-  const bool lIsLost = mFile.isOpen() && !mFile.hasName();  // asks the disk: not with the callers' lock
+  const bool lIsLost = isFileLost();
   const WatchedLock lLock(mSync);
   LogRecordCounts lCounts = lIsLost ? mTally.withoutFile() : mTally.get();
   lCounts.mIsFailing = mFile.isOpen() && mFile.hasFailed();

@@ -101,6 +101,8 @@ class LogWriter : public utl::ThreadMsgListener {
   bool endReplacement(LogFile& nFile, bool nIsWritten) NFW_REQUIRES(mFileSync, mSync);
   void closeLocked() NFW_REQUIRES(mFileSync, mSync);
   void endFile() NFW_REQUIRES(mFileSync);
+  /// Asks the disk: not with the callers' lock.
+  bool isFileLost() const NFW_REQUIRES(mFileSync) NFW_EXCLUDES(mSync) { return mFile.isOpen() && !mFile.hasName(); }
   bool rotate(const Record& nRecord) NFW_REQUIRES(mFileSync, mSync);
 
   bool isHeldBack(const Record& nRecord) const;
