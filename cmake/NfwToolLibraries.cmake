@@ -4,7 +4,7 @@
 # host's; its folder of headers is linked into a place of its own, so that no other header of the host comes into view.
 macro(nfw_header_library nPackage nTarget nFolder)
   if(CMAKE_CROSSCOMPILING)
-    find_path(NFW_${nPackage}_DIR ${nFolder} REQUIRED NO_CMAKE_FIND_ROOT_PATH)
+    find_path(NFW_${nPackage}_DIR ${nFolder} REQUIRED NO_CMAKE_FIND_ROOT_PATH NO_SYSTEM_ENVIRONMENT_PATH)  # no program
     file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/host-headers)
     file(CREATE_LINK ${NFW_${nPackage}_DIR}/${nFolder} ${CMAKE_BINARY_DIR}/host-headers/${nFolder} SYMBOLIC)
     add_library(${nTarget} INTERFACE IMPORTED)
