@@ -69,7 +69,8 @@ class FloorThread {
 
   bool post(const unsigned char* npData) { return append(npData, nullptr); }
   bool send(const unsigned char* npData) {
-    Reply lReply;
+    static thread_local Reply lReply;  // outlives a signal that comes late
+    lReply.mIsDone = false;
     if (!append(npData, &lReply)) return false;
     pthread_mutex_lock(&lReply.mMutex);
     while (!lReply.mIsDone) pthread_cond_wait(&lReply.mDone, &lReply.mMutex);
@@ -132,8 +133,8 @@ class FloorThread {
   static void reply(Reply* npReply) {
     pthread_mutex_lock(&npReply->mMutex);
     npReply->mIsDone = true;
-    pthread_cond_signal(&npReply->mDone);  // the sender's stack goes with the unlocking
     pthread_mutex_unlock(&npReply->mMutex);
+    pthread_cond_signal(&npReply->mDone);
   }
 
   const unsigned int mSize;
