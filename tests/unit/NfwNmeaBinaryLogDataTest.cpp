@@ -401,6 +401,7 @@ TEST_F(NmeaBinaryLogData, WritesScaledIntegersWithAllTheirDecimals) {
                                                                                 {-50, 3, 10, "0000-0.050"},
                                                                                 {10, 1, 5, "001.0"},
                                                                                 {2147483647, 5, 11, "21474.83647"},
+                                                                                {2147483647, 0, 0, "2147483647."},
                                                                                 {-2147483648LL, 3, 0, "-2147483.648"}};
   for (const auto& [lValue, lDecimals, lLeast, lExpected] : CASES) {
     const unsigned int lLength = static_cast<unsigned int>(lExpected.size());
