@@ -207,6 +207,7 @@ TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
       {"$GPGSA,A,3,1,2x,*", "nfw::NmeaBinaryLogDataVersion1::convertFromSatelliteNumString(): toUint16() Error|", "Gsa",
        "convertFromSatelliteNumString() Error"},
       {"$GPGSV,1,1,129,*", "", "Gsv", "SatelliteView is Over"},
+      {"$GPGSV,1,1,128,*", missing(1, 0), "Gsv", "Extract Elevation Error"},
       {"$GPRMC,1,A,,,,,,,12345,,,A*", "", "", ""},
       {"$GPRMC,1,A,,,,,,,1234,,,A*", "", "Rmc", "utl::toUint8() Error"},
       {"$PUBX,00,1,,,,,,NFX*", "convertPubxStatus(): nData[] Size Error|", "Pubx", "Convert Status Error"},
@@ -525,6 +526,7 @@ TEST_F(NmeaBinaryLogReport, StaysInsideEveryBufferAndEveryCutRecord) {
   const DRG_LOCATION_INFO lInfo = makeReport(2, 2);
   const Bytes lRecord = encode(mVersion1, lInfo);
   for (unsigned int i = 0; i < lRecord.size(); ++i) EXPECT_TRUE(encode(mVersion1, lInfo, i).empty()) << i;
+  EXPECT_EQ("convertFromDeadReckoningData(): convertFromDeadReckoningPubxData Error", last());
   EXPECT_EQ(lRecord, encode(mVersion1, lInfo, static_cast<unsigned int>(lRecord.size())));
   EXPECT_EQ(-1, mVersion1.convertFromDeadReckoningData(lInfo, nullptr, 1356));
   EXPECT_EQ("convertFromDeadReckoningData(): Argument Error", last());
