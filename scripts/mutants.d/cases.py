@@ -50,8 +50,8 @@ class Outcome:
 
 
 class Runner:
-    """Runs tests in a mount namespace of their own, with a /tmp that nobody else sees and with the files below `files`
-    in place of the build's."""
+    """Runs tests in namespaces of their own, with a /tmp that nobody else sees and with the files below `files` in place
+    of the build's. A fault may do anything: all but that /tmp is read-only to it, and it sees no other process."""
 
     def __init__(self, build, folder, files=None):
         self.build = build
@@ -59,11 +59,13 @@ class Runner:
         self.files = files
         self.temporary = os.path.join(folder, "tmp")
         os.makedirs(self.temporary, exist_ok=True)
-        self.unshare = ["unshare", "--mount"] + ([] if os.geteuid() == 0 else ["--user", "--map-root-user"])
+        self.unshare = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc"]
+        if os.geteuid() != 0:
+            self.unshare += ["--user", "--map-root-user"]
 
     def check(self):
         if subprocess.run(self.unshare + ["true"], check=False, capture_output=True).returncode != 0:
-            raise ToolError("unshare --mount does not work here; faulty programs are put in place with it")
+            raise ToolError("unshare --mount --pid does not work here; faulty programs are put in place with it")
 
     def run(self, cases, limit, extra=None):
         """Runs cases of one program in one process."""
@@ -95,7 +97,9 @@ class Runner:
                              f"{quote(os.path.join(self.build.folder, os.path.relpath(new, self.files)))}")
         if not self.build.folder.startswith("/tmp/"):  # the build would be hidden
             lines.append(f"mount --bind {quote(self.temporary)} /tmp")
-        lines.append("exec " + " ".join(quote(word) for word in command))
+        if self.files:
+            lines.append("mount -o remount,bind,ro /")
+        lines.append("{ " + " ".join(quote(word) for word in command) + "; exit; }")  # the first process hears no signals
         return " && ".join(lines)
 
     def environment(self, case, extra):
