@@ -7,7 +7,8 @@
 
 namespace nfw {
 
-/// Each gives the end of the text that it wrote; there is no terminator. The caller has seen to the room.
+/// Each gives the end of the text that it wrote; there is no terminator. The caller has seen to the room. Numbers are
+/// written out of line: in every field of every sentence they would be 13 KB of code.
 class Digits {
  public:
   static const unsigned int MOST = 10;  ///< of a number of 32 bits
@@ -31,7 +32,7 @@ class Digits {
 
   /// All digits, filled with "0" on the left to nLeast.
   template <class Char>
-  [[gnu::always_inline]] static Char* putAll(Char* npText, uint32_t nValue, unsigned int nLeast) {
+  [[gnu::noinline]] static Char* putAll(Char* npText, uint32_t nValue, unsigned int nLeast) {
     const unsigned int lLeast = nLeast > 0 ? nLeast : 1;
     if (lLeast >= MOST || nValue < POWERS_OF_TEN[lLeast]) return put(npText, nValue, lLeast);
     return put(npText, nValue, count(nValue));
@@ -39,8 +40,7 @@ class Digits {
 
   /// A number times 10^-nDecimals, with at least one digit before the point, filled with "0" to nLeast characters.
   template <class Char>
-  [[gnu::always_inline]] static Char* putScaled(Char* npText, uint32_t nValue, unsigned int nDecimals,
-                                                unsigned int nLeast) {
+  [[gnu::noinline]] static Char* putScaled(Char* npText, uint32_t nValue, unsigned int nDecimals, unsigned int nLeast) {
     const unsigned int lBehind = nDecimals + 1;
     Char* const lpPoint = putAll(npText, nValue / POWERS_OF_TEN[nDecimals], nLeast > lBehind ? nLeast - lBehind : 0);
     *lpPoint = '.';
