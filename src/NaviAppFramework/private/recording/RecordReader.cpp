@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "LittleEndian.h"
+#include "RecordScout.h"
 
 namespace nfw {
 namespace {
@@ -30,6 +31,13 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
   return true;
 }
 
+void RecordReader::follow(RecordScout* npScout, unsigned int nFile) {
+  const WatchedLock lLock(mSync, mHere.in());
+  mpScout = npScout;
+  mScoutFile = nFile;
+  mAskAt = npScout != nullptr ? 0 : RecordScout::NEVER;
+}
+
 bool RecordReader::seek(uint64_t nPosition) {
   const WatchedLock lLock(mSync, mHere.in());
   return mpFile != nullptr && mWindow.seek(nPosition);
@@ -38,6 +46,7 @@ bool RecordReader::seek(uint64_t nPosition) {
 void RecordReader::close() {
   const WatchedLock lLock(mSync, mHere.in());
   mpFile.reset();
+  mAskAt = RecordScout::NEVER;
   mHasFailed = false;
   mLogTypeId = -1;
 }
@@ -116,6 +125,7 @@ int RecordReader::take(RecordHeader* npHeader, void* npBuffer, unsigned int nBuf
     if (mWindow.view(headerSize()) == nullptr && !getSize()) return ERROR;
     if (!mWindow.getPosition(&npHeader->mPosition)) return fail("next", "Can't get log pos:");
     if (isAtEnd(npHeader->mPosition)) return mHasFailed ? ERROR : END_OF_FILE;
+    if (npHeader->mPosition >= mAskAt && passOver(npHeader->mPosition)) continue;
     if (!readHeader(npHeader)) return ERROR;
     if (npHeader->mId == mLogTypeId) return readData(*npHeader, npBuffer, nBufferSize);
     if (!mWindow.skip(uint64_t{npHeader->mSize} + mFormat.mBytesAfter)) {
@@ -123,6 +133,13 @@ int RecordReader::take(RecordHeader* npHeader, void* npBuffer, unsigned int nBuf
     }
   }
   return CANCELED;
+}
+
+/// True when it has moved on.
+bool RecordReader::passOver(uint64_t nPosition) {
+  const RecordScout::Hint lHint = mpScout->ask(mScoutFile, nPosition, mLogTypeId, mIsCanceled);
+  mAskAt = lHint.mAskAt;
+  return lHint.mNext > nPosition && mWindow.seek(lHint.mNext);
 }
 
 bool RecordReader::getSize() {

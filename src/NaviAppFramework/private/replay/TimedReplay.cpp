@@ -3,6 +3,7 @@
 #include "FieldMsg.h"
 #include "MsgRoute.h"
 #include "NfwAppLog.h"
+#include "RecordScout.h"
 #include "ServiceThread.h"
 #include "utl/ThreadManager.h"
 #include "utl/Time.h"
@@ -68,6 +69,7 @@ bool TimedReplay::start(const Start& nStart) {
     mStart = nStart;
     mFile = nStart.mPlace.mFile;
     mpStretch = nullptr;
+    mpReader->follow(mpScout, mFile);
     if (mpReader->seek(nStart.mPlace.mPosition)) return true;
     mpReader->close();
     return false;
@@ -95,6 +97,7 @@ bool TimedReplay::startWith(Open nOpen) {
 
 bool TimedReplay::openFile(const char* npPath, unsigned int* npFirstTime) {
   if (!mpReader->open(mLogTypeId, npPath)) return false;
+  mpReader->follow(mpScout, 0);
   if (mpReader->getFirstLogTime(npFirstTime)) return true;
   mpReader->close();
   return false;
@@ -246,7 +249,10 @@ TimedReplay::Outcome TimedReplay::readRecord(RecordReader::Batch& nBatch, LogInf
 bool TimedReplay::openNextFile() {
   if (mStart.mpTimeline == nullptr || mFile + 1 >= mStart.mpTimeline->fileNum() || mIsStopping) return false;
   mpReader->close();
-  mpReader->open(mLogTypeId, mStart.mpTimeline->path(++mFile));
+  const char* const lpPath = mStart.mpTimeline->path(++mFile);
+  mpReader->open(mLogTypeId, lpPath);
+  if (mpScout != nullptr) mpScout->enter(mFile, lpPath);
+  mpReader->follow(mpScout, mFile);
   return true;
 }
 
