@@ -1,7 +1,5 @@
 #include "RecordScout.h"
 
-#include <algorithm>
-
 namespace nfw {
 namespace {
 
@@ -10,6 +8,10 @@ uint64_t typeBit(int nLogTypeId) { return uint64_t{1} << (static_cast<unsigned i
 }  // namespace
 
 bool RecordScout::Piece::has(int nLogTypeId) const { return (mTypes & typeBit(nLogTypeId)) != 0; }
+
+bool RecordScout::Piece::endsBefore(unsigned int nFile, uint64_t nPosition) const {
+  return mFile != nFile ? mFile < nFile : mEnd <= nPosition;
+}
 
 RecordScout::RecordScout(const RecordFormat& nFormat, const Here& nHere, unsigned int nPieceSize)
     : mFormat(nFormat), mHere(nHere), mLeastPieceSize(nPieceSize) {}
@@ -69,11 +71,9 @@ bool RecordScout::hasShrunk() {
 
 /// The one that the place lies in, or the number of pieces.
 unsigned int RecordScout::pieceAt(unsigned int nFile, uint64_t nPosition) const {
-  const auto lEnd = mPieces.begin() + mPieceNum;
-  const auto lAt = std::find_if(mPieces.begin(), lEnd, [&](const Piece& nPiece) {
-    return nPiece.mFile != nFile ? nPiece.mFile > nFile : nPiece.mEnd > nPosition;
-  });
-  return static_cast<unsigned int>(lAt - mPieces.begin());
+  unsigned int lAt = 0;
+  while (lAt < mPieceNum && mPieces[lAt].endsBefore(nFile, nPosition)) ++lAt;
+  return lAt;
 }
 
 /// One more piece. False at the end of the file, or where it goes no further.

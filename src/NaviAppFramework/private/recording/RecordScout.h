@@ -49,6 +49,7 @@ class RecordScout {
     uint64_t mTypes = 0;  // a bit each; some share one
 
     bool has(int nLogTypeId) const;
+    bool endsBefore(unsigned int nFile, uint64_t nPosition) const;
   };
 
   bool open(unsigned int nFile, const char* npPath, uint64_t nPosition) NFW_REQUIRES(mSync);
