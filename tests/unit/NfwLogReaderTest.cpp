@@ -277,8 +277,7 @@ TEST_F(ReaderTest, AFileThatShrinksAndCannotBeReadOnIsAnError) {
 /// What a reader gives of a file, up to what ends it.
 Strings readAll(const std::string& nPath, int nId, nfw::RecordScout* npScout) {
   nfw::LogReader lReader;
-  EXPECT_TRUE(lReader.open(nId, nPath.c_str()));
-  if (npScout != nullptr) lReader.follow(npScout, 0);
+  EXPECT_TRUE(lReader.open(nId, nPath.c_str(), npScout));
   Strings lAll;
   std::string lBuffer(BUFFER_SIZE, '\0');
   for (int lResult = 0; lResult >= 0;) {

@@ -17,7 +17,7 @@ const unsigned int TEXT_SIZE = 160;
 RecordReader::RecordReader(const RecordFormat& nFormat, const Here& nHere)
     : mFormat(nFormat), mHere(nHere), mSync(nFormat.mpLockName) {}
 
-bool RecordReader::open(int nLogTypeId, const char* npPath) {
+bool RecordReader::open(int nLogTypeId, const char* npPath, RecordScout* npScout, unsigned int nFile) {
   const WatchedLock lLock(mSync, mHere.in());
   if (mpFile != nullptr) return false;
   std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
@@ -25,17 +25,13 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
   mpFile = std::move(lpFile);
   mFileSize = 0;
   mAskBudget = AskBudget();
+  mpScout = npScout;
+  mScoutFile = nFile;
+  mAskAt = npScout != nullptr ? 0 : RecordScout::NEVER;
   mLogTypeId = nLogTypeId;
   mHasFailed = false;
   mIsCanceled = false;
   return true;
-}
-
-void RecordReader::follow(RecordScout* npScout, unsigned int nFile) {
-  const WatchedLock lLock(mSync, mHere.in());
-  mpScout = npScout;
-  mScoutFile = nFile;
-  mAskAt = npScout != nullptr ? 0 : RecordScout::NEVER;
 }
 
 bool RecordReader::seek(uint64_t nPosition) {
@@ -46,7 +42,6 @@ bool RecordReader::seek(uint64_t nPosition) {
 void RecordReader::close() {
   const WatchedLock lLock(mSync, mHere.in());
   mpFile.reset();
-  mAskAt = RecordScout::NEVER;
   mHasFailed = false;
   mLogTypeId = -1;
 }

@@ -70,9 +70,8 @@ class RecordReader {
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  bool open(int nLogTypeId, const char* npPath);  ///< false when a file is open, or this one cannot be
-  /// Until the file is closed, with others that read this one of its files. Null: alone.
-  void follow(RecordScout* npScout, unsigned int nFile);
+  /// False when a file is open, or this one cannot be. With a scout, its file of that number.
+  bool open(int nLogTypeId, const char* npPath, RecordScout* npScout = nullptr, unsigned int nFile = 0);
   bool seek(uint64_t nPosition);  ///< where a record begins; false while no file is open
   void close();
   bool isOpened() const;

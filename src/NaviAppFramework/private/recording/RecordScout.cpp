@@ -30,14 +30,12 @@ void RecordScout::enter(unsigned int nFile, const char* npPath) {
   if (mpFile != nullptr && nFile == mFile + 1) open(nFile, npPath, 0);
 }
 
-bool RecordScout::open(unsigned int nFile, const char* npPath, uint64_t nPosition) {
+void RecordScout::open(unsigned int nFile, const char* npPath, uint64_t nPosition) {
   mpFile = std::make_unique<utl::File>(npPath);
   mFile = nFile;
   mReached = nPosition;
   mFileSize = 0;
-  if (mpFile->open(0, 0) && mWindow.open(mpFile.get())) return true;
-  mpFile.reset();
-  return false;
+  if (!mpFile->open(0, 0) || !mWindow.open(mpFile.get())) mpFile.reset();
 }
 
 RecordScout::Hint RecordScout::ask(unsigned int nFile, uint64_t nFrom, int nLogTypeId,

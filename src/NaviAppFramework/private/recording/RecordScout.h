@@ -52,7 +52,7 @@ class RecordScout {
     bool endsBefore(unsigned int nFile, uint64_t nPosition) const;
   };
 
-  bool open(unsigned int nFile, const char* npPath, uint64_t nPosition) NFW_REQUIRES(mSync);
+  [[gnu::noinline]] void open(unsigned int nFile, const char* npPath, uint64_t nPosition) NFW_REQUIRES(mSync);
   bool isKnown(unsigned int nFile, uint64_t nFrom) const NFW_REQUIRES(mSync);
   bool hasShrunk() NFW_REQUIRES(mSync);
   unsigned int pieceAt(unsigned int nFile, uint64_t nPosition) const NFW_REQUIRES(mSync);

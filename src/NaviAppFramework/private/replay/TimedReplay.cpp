@@ -65,11 +65,11 @@ bool TimedReplay::start(unsigned int nStartTick, const char* npPath) {
 
 bool TimedReplay::start(const Start& nStart) {
   return startWith([&]() NFW_REQUIRES(mSync) {
-    if (!mpReader->open(mLogTypeId, nStart.mpTimeline->path(nStart.mPlace.mFile))) return false;
+    const unsigned int lFile = nStart.mPlace.mFile;
+    if (!mpReader->open(mLogTypeId, nStart.mpTimeline->path(lFile), mpScout, lFile)) return false;
     mStart = nStart;
-    mFile = nStart.mPlace.mFile;
+    mFile = lFile;
     mpStretch = nullptr;
-    mpReader->follow(mpScout, mFile);
     if (mpReader->seek(nStart.mPlace.mPosition)) return true;
     mpReader->close();
     return false;
@@ -96,8 +96,7 @@ bool TimedReplay::startWith(Open nOpen) {
 }
 
 bool TimedReplay::openFile(const char* npPath, unsigned int* npFirstTime) {
-  if (!mpReader->open(mLogTypeId, npPath)) return false;
-  mpReader->follow(mpScout, 0);
+  if (!mpReader->open(mLogTypeId, npPath, mpScout)) return false;
   if (mpReader->getFirstLogTime(npFirstTime)) return true;
   mpReader->close();
   return false;
@@ -250,9 +249,8 @@ bool TimedReplay::openNextFile() {
   if (mStart.mpTimeline == nullptr || mFile + 1 >= mStart.mpTimeline->fileNum() || mIsStopping) return false;
   mpReader->close();
   const char* const lpPath = mStart.mpTimeline->path(++mFile);
-  mpReader->open(mLogTypeId, lpPath);
   if (mpScout != nullptr) mpScout->enter(mFile, lpPath);
-  mpReader->follow(mpScout, mFile);
+  mpReader->open(mLogTypeId, lpPath, mpScout, mFile);
   return true;
 }
 
