@@ -314,7 +314,7 @@ void benchRead(const Directory& nDirectory) {
     };
     const std::string lName = lEach == 1 ? "every one" : "one in ten selected";
     lTable.ratio(lName + " / stdio loop", lMeasure(readByReader), lMeasure(readByStdio), 0.1, 7);
-    lTable.ratio(lName + " / private 64 KiB buffer", lMeasure(readByReader), lMeasure(readByWindow), 1 / 0.6, 15);
+    lTable.ratio(lName + " / private 64 KiB buffer", lMeasure(readByReader), lMeasure(readByWindow), 1.6, 15);
     lTable.ratio(lName + ", 52 at a time / the same", lMeasure(readByBatch), lMeasure(readByWindow), 1.6, 15);
     const unsigned long lBefore = bench::allocations();
     readByReader(lPath, ID);
@@ -362,12 +362,13 @@ class Player : public nfw::LogPlayer {
   bool mIsOver = false;
 };
 
-void writeTimed(const std::string& nPath, unsigned int nCount, unsigned int nIntervalMs, unsigned int nSize = 80) {
-  FILE* const lpFile = fopen(nPath.c_str(), "wb");
+void writeTimed(const std::string& nPath, unsigned int nCount, unsigned int nIntervalMs, unsigned int nSize = 80,
+                int nId = ID, const char* npMode = "wb") {
+  FILE* const lpFile = fopen(nPath.c_str(), npMode);
   for (unsigned int i = 0; i < nCount; ++i) {
     unsigned char lRecord[LogRecord::OVERHEAD + MAX_SIZE] = {};
     memcpy(lRecord, "2026/01/31 08:00:00.000 ID00000014: ", LogRecord::PREFIX_SIZE);
-    nfw::putUint32(lRecord + LogRecord::ID_AT, ID);
+    nfw::putUint32(lRecord + LogRecord::ID_AT, static_cast<unsigned int>(nId));
     nfw::putUint32(lRecord + LogRecord::TIME_AT, i * nIntervalMs);
     nfw::putUint32(lRecord + LogRecord::SIZE_AT, nSize);
     nfw::putUint32(lRecord + LogRecord::BASE_SIZE, i);
@@ -426,6 +427,36 @@ void benchReplay(const Directory& nDirectory) {
   Logger::get()->detachPlayer(&lPlayer);
 }
 
+// What a type costs that comes far behind others: the way there, once more for each type that is attached.
+void benchTypes(const Directory& nDirectory) {
+  bench::Table lTable("Other records on the way to the first ones, by the process's time for each");
+  const unsigned int OTHER_NUM = 2000000, TYPE_NUM = 10;
+  const std::string lPath = nDirectory / "types.log";
+  writeTimed(lPath, OTHER_NUM, 0);
+  for (unsigned int i = 0; i < TYPE_NUM; ++i) writeTimed(lPath, 1, 0, 80, ID + 1 + static_cast<int>(i), "ab");
+  Player lPlayer;
+  Logger::get()->attachPlayer(&lPlayer);
+  const auto lPlay = [&](unsigned int nTypeNum) {
+    std::vector<Listener> lListeners(nTypeNum);
+    for (unsigned int i = 0; i < nTypeNum; ++i) {
+      Logger::get()->attachPlayListener(ID + 1 + static_cast<int>(i), &lListeners[i]);
+    }
+    const int64_t lStart = bench::clockNs(CLOCK_PROCESS_CPUTIME_ID);
+    Logger::get()->startPlay(lPath.c_str());
+    lPlayer.wait();
+    const int64_t lEnd = bench::clockNs(CLOCK_PROCESS_CPUTIME_ID);
+    Logger::get()->stopPlay();
+    for (Listener& lListener : lListeners) {
+      if (lListener.mTimes.size() != 1) abort();
+      Logger::get()->detachPlayListener(&lListener);
+    }
+    return static_cast<double>(lEnd - lStart) / OTHER_NUM;
+  };
+  lTable.ratio(
+      "ten types / one", [&] { return lPlay(TYPE_NUM); }, [&] { return lPlay(1); }, 2, 5);
+  Logger::get()->detachPlayer(&lPlayer);
+}
+
 // --- a place in a large file
 
 void benchSeek(const Directory& nDirectory) {
@@ -458,7 +489,7 @@ void benchSeek(const Directory& nDirectory) {
 int main() {
   nfw::registerLogType(nfw::LOG_TYPE_NFW, "<NAVI>NFW    ", nfw::LOG_LEVEL_ERROR);
   Logger::initializeMaxPlayerNum(1);
-  Logger::initializeMaxLogTypeNum(1);
+  Logger::initializeMaxLogTypeNum(10);
   Logger::initializeMaxLogFieldSize(MAX_SIZE);
   Logger::initializeLogBufferSize(1024 * 1024);
   Logger::initializeMaxLogFileSize(1u << 30);
@@ -469,6 +500,7 @@ int main() {
   benchSustained(lDirectory);
   benchRead(lDirectory);
   benchReplay(lDirectory);
+  benchTypes(lDirectory);
   benchSeek(lDirectory);
   Logger::get()->shutdown();
   Logger::destroy();

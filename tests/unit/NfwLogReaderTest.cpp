@@ -7,6 +7,7 @@
 #include "NfwLogReader.h"
 #include "NfwSysLogReader.h"
 #include "PlatformSeams.h"
+#include "RecordScout.h"
 #include "TempDir.h"
 
 namespace {
@@ -271,6 +272,80 @@ TEST_F(ReaderTest, AFileThatShrinksAndCannotBeReadOnIsAnError) {
   const seams::Failing lFailing(seams::FILE_SEEK);
   EXPECT_EQ(ERROR, next().mResult);
   EXPECT_EQ(Strings{"LogReader::next(): Can't get log pos: Id=0x00000014"}, mLog.texts());
+}
+
+/// What a reader gives of a file, up to what ends it.
+Strings readAll(const std::string& nPath, int nId, nfw::RecordScout* npScout) {
+  nfw::LogReader lReader;
+  EXPECT_TRUE(lReader.open(nId, nPath.c_str(), npScout));
+  Strings lAll;
+  std::string lBuffer(BUFFER_SIZE, '\0');
+  for (int lResult = 0; lResult >= 0;) {
+    nfw::RecordHeader lHeader;
+    lResult = lReader.nextRecord(&lHeader, lBuffer.data(), BUFFER_SIZE);
+    lAll.push_back(std::to_string(lResult) + "@" + std::to_string(lHeader.mPosition));
+    if (lResult > 0) lAll.back() += lBuffer.substr(0, static_cast<size_t>(lResult));
+  }
+  return lAll;
+}
+
+// So many pieces that the scout joins some. Ids 20 and 84 share a bit.
+TEST(RecordScoutTest, ReadersBehindItGiveWhatEachGivesAlone) {
+  const nfwtest::TempDir lDir;
+  const std::string lPath = lDir / "records";
+  std::string lRecords;
+  for (unsigned int i = 0; i < 8000; ++i) {
+    lRecords += logRecord(i % 903 == 899 ? 20 : i % 711 == 699 ? 84 : 1, i, std::to_string(i));
+  }
+  const std::string lLast = logRecord(20, 8000, "the last");
+  for (const std::string& lTail : {std::string(), lLast, lLast.substr(0, 40), lLast.substr(0, 50)}) {
+    seams::CapturedLog lLog;
+    writeFile(lPath, lRecords + lTail);
+    nfw::RecordScout lScout(nfw::LogReader::recordFormat(), nfw::Here::now(), 256);
+    lScout.start(0, lPath.c_str(), 0);
+    for (const int lId : {21, 20, 1, 84}) {
+      const Strings lAlone = readAll(lPath, lId, nullptr);
+      const size_t lLineNum = lLog.lines().size();
+      EXPECT_EQ(lAlone, readAll(lPath, lId, &lScout)) << lId << " " << lTail;
+      EXPECT_EQ(2 * lLineNum, lLog.lines().size());
+      lLog.clear();
+    }
+  }
+}
+
+TEST(RecordScoutTest, TellsOnlyWhatItHasSeen) {
+  const nfwtest::TempDir lDir;
+  const std::string lPath = lDir / "records", lOther = logRecord(1, 5, "other");
+  std::string lRecords;
+  for (int i = 0; i < 200; ++i) lRecords += i == 100 ? logRecord(20, 5, "other") : lOther;
+  writeFile(lPath, lRecords + lOther.substr(0, 50));  // being written
+  const uint64_t lSize = lRecords.size(), lFrom = lOther.size(), lOwn = 100 * lFrom, lNever = nfw::RecordScout::NEVER;
+  nfw::RecordScout lScout(nfw::LogReader::recordFormat(), nfw::Here::now(), 1000);
+  std::atomic<bool> lIsCanceled{true};
+  const auto lAsk = [&](unsigned int nFile, uint64_t nFrom, int nId) {
+    nfw::RecordScout::Hint lHint = lScout.ask(nFile, nFrom, nId, lIsCanceled);
+    while (lHint.mNext == lHint.mAskAt) lHint = lScout.ask(nFile, lHint.mNext, nId, lIsCanceled);
+    return std::make_pair(lHint.mNext, lHint.mAskAt);
+  };
+  const auto lNothing = std::make_pair(lFrom, lNever);
+  EXPECT_EQ(lNothing, lAsk(0, lFrom, 20));  // not started
+  lScout.start(0, lPath.c_str(), lFrom);
+  EXPECT_EQ(std::make_pair(lFrom, lFrom + 1), lAsk(0, lFrom, 20));
+  lIsCanceled = false;
+  EXPECT_EQ(std::make_pair(uint64_t{0}, lNever), lAsk(0, 0, 20));
+  const auto lHint = lAsk(0, lFrom, 20);
+  EXPECT_TRUE(lOwn - lHint.first < 1100 && lHint.first <= lOwn && lHint.second > lOwn) << lHint.first;
+  EXPECT_EQ(std::make_pair(lSize, lNever), lAsk(0, lSize, 20));  // it has not been there
+  EXPECT_EQ(std::make_pair(lSize, lSize + 1), lAsk(0, lFrom, 21));
+  lScout.enter(2, lPath.c_str());
+  EXPECT_EQ(lNothing, lAsk(1, lFrom, 21));
+  lScout.enter(1, lPath.c_str());
+  lScout.enter(0, lPath.c_str());  // has come late
+  EXPECT_EQ(std::make_pair(lSize, lSize + 1), lAsk(1, 0, 21));
+  EXPECT_EQ(std::make_pair(lSize, lNever), lAsk(0, lFrom, 21));
+  EXPECT_EQ(lHint, lAsk(0, lFrom, 20));
+  std::filesystem::resize_file(lPath, lSize - 1);
+  EXPECT_EQ(lNothing, lAsk(1, lFrom, 21));
 }
 
 }  // namespace

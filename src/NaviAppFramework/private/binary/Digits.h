@@ -7,7 +7,8 @@
 
 namespace nfw {
 
-/// Each gives the end of the text that it wrote; there is no terminator. The caller has seen to the room.
+/// Each gives the end of the text that it wrote; there is no terminator. The caller has seen to the room. Numbers are
+/// written out of line: in every field of every sentence they would be 13 KB of code.
 class Digits {
  public:
   static const unsigned int MOST = 10;  ///< of a number of 32 bits
@@ -31,23 +32,31 @@ class Digits {
 
   /// All digits, filled with "0" on the left to nLeast.
   template <class Char>
-  [[gnu::always_inline]] static Char* putAll(Char* npText, uint32_t nValue, unsigned int nLeast) {
-    const unsigned int lLeast = nLeast > 0 ? nLeast : 1;
-    if (lLeast >= MOST || nValue < POWERS_OF_TEN[lLeast]) return put(npText, nValue, lLeast);
-    return put(npText, nValue, count(nValue));
+  static Char* putAll(Char* npText, uint32_t nValue, unsigned int nLeast) {
+    return reinterpret_cast<Char*>(putBytes(reinterpret_cast<unsigned char*>(npText), nValue, nLeast));
   }
 
   /// A number times 10^-nDecimals, with at least one digit before the point, filled with "0" to nLeast characters.
   template <class Char>
-  [[gnu::always_inline]] static Char* putScaled(Char* npText, uint32_t nValue, unsigned int nDecimals,
-                                                unsigned int nLeast) {
-    const unsigned int lBehind = nDecimals + 1;
-    Char* const lpPoint = putAll(npText, nValue / POWERS_OF_TEN[nDecimals], nLeast > lBehind ? nLeast - lBehind : 0);
-    *lpPoint = '.';
-    return put(lpPoint + 1, nValue % POWERS_OF_TEN[nDecimals], nDecimals);
+  static Char* putScaled(Char* npText, uint32_t nValue, unsigned int nDecimals, unsigned int nLeast) {
+    unsigned char* const lpText = reinterpret_cast<unsigned char*>(npText);
+    return reinterpret_cast<Char*>(putScaledBytes(lpText, nValue, nDecimals, nLeast));
   }
 
  private:
+  [[gnu::noinline]] static unsigned char* putBytes(unsigned char* npText, uint32_t nValue, unsigned int nLeast) {
+    const unsigned int lLeast = nLeast > 0 ? nLeast : 1;
+    return put(npText, nValue, lLeast >= MOST || nValue < POWERS_OF_TEN[lLeast] ? lLeast : count(nValue));
+  }
+
+  [[gnu::noinline]] static unsigned char* putScaledBytes(unsigned char* npText, uint32_t nValue, unsigned int nDecimals,
+                                                         unsigned int nLeast) {
+    const unsigned int lBehind = nDecimals + 1, lUnit = POWERS_OF_TEN[nDecimals];
+    unsigned char* const lpPoint = putBytes(npText, nValue / lUnit, nLeast > lBehind ? nLeast - lBehind : 0);
+    *lpPoint = '.';
+    return put(lpPoint + 1, nValue % lUnit, nDecimals);
+  }
+
   static constexpr char PAIRS[] =
       "00010203040506070809101112131415161718192021222324252627282930313233343536373839404142434445464748495051525354"
       "555657585960616263646566676869707172737475767778798081828384858687888990919293949596979899";

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "LittleEndian.h"
+#include "RecordScout.h"
 
 namespace nfw {
 namespace {
@@ -16,7 +17,7 @@ const unsigned int TEXT_SIZE = 160;
 RecordReader::RecordReader(const RecordFormat& nFormat, const Here& nHere)
     : mFormat(nFormat), mHere(nHere), mSync(nFormat.mpLockName) {}
 
-bool RecordReader::open(int nLogTypeId, const char* npPath) {
+bool RecordReader::open(int nLogTypeId, const char* npPath, RecordScout* npScout, unsigned int nFile) {
   const WatchedLock lLock(mSync, mHere.in());
   if (mpFile != nullptr) return false;
   std::unique_ptr<utl::File> lpFile(new utl::File(npPath));
@@ -24,6 +25,9 @@ bool RecordReader::open(int nLogTypeId, const char* npPath) {
   mpFile = std::move(lpFile);
   mFileSize = 0;
   mAskBudget = AskBudget();
+  mpScout = npScout;
+  mScoutFile = nFile;
+  mAskAt = npScout != nullptr ? 0 : RecordScout::NEVER;
   mLogTypeId = nLogTypeId;
   mHasFailed = false;
   mIsCanceled = false;
@@ -116,6 +120,7 @@ int RecordReader::take(RecordHeader* npHeader, void* npBuffer, unsigned int nBuf
     if (mWindow.view(headerSize()) == nullptr && !getSize()) return ERROR;
     if (!mWindow.getPosition(&npHeader->mPosition)) return fail("next", "Can't get log pos:");
     if (isAtEnd(npHeader->mPosition)) return mHasFailed ? ERROR : END_OF_FILE;
+    if (npHeader->mPosition >= mAskAt && passOver(npHeader->mPosition)) continue;
     if (!readHeader(npHeader)) return ERROR;
     if (npHeader->mId == mLogTypeId) return readData(*npHeader, npBuffer, nBufferSize);
     if (!mWindow.skip(uint64_t{npHeader->mSize} + mFormat.mBytesAfter)) {
@@ -123,6 +128,13 @@ int RecordReader::take(RecordHeader* npHeader, void* npBuffer, unsigned int nBuf
     }
   }
   return CANCELED;
+}
+
+/// True when it has moved on.
+bool RecordReader::passOver(uint64_t nPosition) {
+  const RecordScout::Hint lHint = mpScout->ask(mScoutFile, nPosition, mLogTypeId, mIsCanceled);
+  mAskAt = lHint.mAskAt;
+  return lHint.mNext > nPosition && mWindow.seek(lHint.mNext);
 }
 
 bool RecordReader::getSize() {

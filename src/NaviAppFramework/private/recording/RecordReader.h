@@ -52,6 +52,8 @@ struct RecordFormat {
   unsigned int headerSize() const { return mTextSize + mFieldsSize; }
 };
 
+class RecordScout;
+
 /// The engine of both readers, which differ in their formats. Any failure of reading is final until the file is opened
 /// again. Every operation but requestCancelNext() holds the reader's lock.
 ///
@@ -68,8 +70,9 @@ class RecordReader {
   RecordReader(const RecordReader&) = delete;
   RecordReader& operator=(const RecordReader&) = delete;
 
-  bool open(int nLogTypeId, const char* npPath);  ///< false when a file is open, or this one cannot be
-  bool seek(uint64_t nPosition);                  ///< where a record begins; false while no file is open
+  /// False when a file is open, or this one cannot be. With a scout, its file of that number.
+  bool open(int nLogTypeId, const char* npPath, RecordScout* npScout = nullptr, unsigned int nFile = 0);
+  bool seek(uint64_t nPosition);  ///< where a record begins; false while no file is open
   void close();
   bool isOpened() const;
 
@@ -111,6 +114,7 @@ class RecordReader {
   unsigned int headerSize() const { return mFormat.headerSize(); }
   bool isCanceled() const { return mIsCanceled.load(std::memory_order_relaxed); }
   int take(RecordHeader* npHeader, void* npBuffer, unsigned int nBufferSize) NFW_REQUIRES(mSync);
+  bool passOver(uint64_t nPosition) NFW_REQUIRES(mSync);
   bool getSize() NFW_REQUIRES(mSync);
   bool isAtEnd(uint64_t nPosition) NFW_REQUIRES(mSync);
   bool readHeader(RecordHeader* npHeader) NFW_REQUIRES(mSync);
@@ -129,6 +133,9 @@ class RecordReader {
   AskBudget mAskBudget NFW_GUARDED_BY(mSync);
   int mLogTypeId NFW_GUARDED_BY(mSync) = -1;
   bool mHasFailed NFW_GUARDED_BY(mSync) = false;
+  RecordScout* mpScout NFW_GUARDED_BY(mSync) = nullptr;  // not owned
+  unsigned int mScoutFile NFW_GUARDED_BY(mSync) = 0;
+  uint64_t mAskAt NFW_GUARDED_BY(mSync) = UINT64_MAX;  // the scout, from this place on
   std::atomic<bool> mIsCanceled{false};
 };
 

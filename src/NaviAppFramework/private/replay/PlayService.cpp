@@ -8,6 +8,7 @@
 #include "NfwLogPlayer.h"
 #include "NfwThreadMsgProfilerManager.h"
 #include "PlayMsgs.h"
+#include "RecordScout.h"
 #include "ServiceThread.h"
 #include "TimedReplay.h"
 #include "utl/StringUtil.h"
@@ -280,6 +281,7 @@ void PlayService::startReplays(const char* npPath, uint32_t nZeroTick) {
   mClock.start(mZeroTick);
   if (mStartOffset != 0) mClock.moveTo(mStartOffset, nZeroTick);
   if (lpTimeline != nullptr) return startReplaysAt(lpTimeline, mStartOffset);
+  sendScout(npPath, {});
   for (unsigned int i = 0; i < mReplays.size(); ++i) {
     if (!mReplays[i]->start(nZeroTick, npPath)) logNotStarted(*mReplays[i]);
   }
@@ -291,9 +293,18 @@ void PlayService::startReplaysAt(const Timeline& npTimeline, uint32_t nOffset) {
   lStart.mpTimeline = npTimeline;
   lStart.mPlace = npTimeline->find(recordFormat(), nOffset);
   lStart.mFromOffset = nOffset;
+  sendScout(npTimeline->path(lStart.mPlace.mFile), lStart.mPlace);
   for (unsigned int i = 0; i < mReplays.size(); ++i) {
     if (!mReplays[i]->start(lStart)) logNotStarted(*mReplays[i]);
   }
+}
+
+/// A single replay goes alone: it would have the way twice.
+void PlayService::sendScout(const char* npPath, const PlayTimeline::Place& nPlace) {
+  const bool lAreSeveral = mReplays.size() > 1;
+  if (lAreSeveral && mpScout == nullptr) mpScout = std::make_unique<RecordScout>(recordFormat(), mHere);
+  if (lAreSeveral) mpScout->start(nPlace.mFile, npPath, nPlace.mPosition);
+  for (unsigned int i = 0; i < mReplays.size(); ++i) mReplays[i]->setScout(lAreSeveral ? mpScout.get() : nullptr);
 }
 
 void PlayService::logNotStarted(const TimedReplay& nReplay) const {

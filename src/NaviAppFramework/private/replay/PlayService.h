@@ -21,6 +21,7 @@
 
 namespace nfw {
 
+class RecordScout;
 class TimedReplay;
 
 /// What players are told.
@@ -166,6 +167,7 @@ class PlayService {
   void retime();
   void startReplays(const char* npPath, uint32_t nZeroTick);
   void startReplaysAt(const Timeline& npTimeline, uint32_t nOffset);
+  void sendScout(const char* npPath, const PlayTimeline::Place& nPlace);
   void logNotStarted(const TimedReplay& nReplay) const;
   Timeline makeTimeline(const char* const* nppPaths, unsigned int nNum, const char* npOperation) const;
   Timeline needTimeline();
@@ -194,6 +196,7 @@ class PlayService {
 
   // On the service's thread only.
   ListenerTable mPlayers;
+  std::unique_ptr<RecordScout> mpScout;  // of the replays, once there are several
   utl::Array<utl::SmartPointer<TimedReplay>> mReplays;
   bool mIsStopping = false;                        // stopPlayInternal() runs
   bool mAreReplaysStarted = false;                 // of the playback

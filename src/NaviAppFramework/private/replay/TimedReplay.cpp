@@ -3,6 +3,7 @@
 #include "FieldMsg.h"
 #include "MsgRoute.h"
 #include "NfwAppLog.h"
+#include "RecordScout.h"
 #include "ServiceThread.h"
 #include "utl/ThreadManager.h"
 #include "utl/Time.h"
@@ -64,9 +65,10 @@ bool TimedReplay::start(unsigned int nStartTick, const char* npPath) {
 
 bool TimedReplay::start(const Start& nStart) {
   return startWith([&]() NFW_REQUIRES(mSync) {
-    if (!mpReader->open(mLogTypeId, nStart.mpTimeline->path(nStart.mPlace.mFile))) return false;
+    const unsigned int lFile = nStart.mPlace.mFile;
+    if (!mpReader->open(mLogTypeId, nStart.mpTimeline->path(lFile), mpScout, lFile)) return false;
     mStart = nStart;
-    mFile = nStart.mPlace.mFile;
+    mFile = lFile;
     mpStretch = nullptr;
     if (mpReader->seek(nStart.mPlace.mPosition)) return true;
     mpReader->close();
@@ -94,7 +96,7 @@ bool TimedReplay::startWith(Open nOpen) {
 }
 
 bool TimedReplay::openFile(const char* npPath, unsigned int* npFirstTime) {
-  if (!mpReader->open(mLogTypeId, npPath)) return false;
+  if (!mpReader->open(mLogTypeId, npPath, mpScout)) return false;
   if (mpReader->getFirstLogTime(npFirstTime)) return true;
   mpReader->close();
   return false;
@@ -246,7 +248,9 @@ TimedReplay::Outcome TimedReplay::readRecord(RecordReader::Batch& nBatch, LogInf
 bool TimedReplay::openNextFile() {
   if (mStart.mpTimeline == nullptr || mFile + 1 >= mStart.mpTimeline->fileNum() || mIsStopping) return false;
   mpReader->close();
-  mpReader->open(mLogTypeId, mStart.mpTimeline->path(++mFile));
+  const char* const lpPath = mStart.mpTimeline->path(++mFile);
+  if (mpScout != nullptr) mpScout->enter(mFile, lpPath);
+  mpReader->open(mLogTypeId, lpPath, mpScout, mFile);
   return true;
 }
 

@@ -20,6 +20,8 @@
 
 namespace nfw {
 
+class RecordScout;
+
 /// What the replays of the two kinds of file differ in, besides their readers.
 struct ReplayFormat {
   static constexpr unsigned int THREAD_NAME_SIZE = 43;
@@ -70,6 +72,8 @@ class TimedReplay : public utl::ThreadMsgListener {
   bool start(const Start& nStart);
   /// Before the first start: the playback's. Without one nominal ticks count.
   void setClock(const PlayClock& nClock) { mpClock = &nClock; }
+  /// Before a start: what the replays of a playback share; it is where the start is. Null for a single one.
+  void setScout(RecordScout* npScout) { mpScout = npScout; }
   /// The clock has changed: what is pending is due at other ticks. Does nothing while not playing.
   void retime();
   /// The nominal tick of what it plays next, where that waits for the clock. Reads ahead when it has to.
@@ -153,6 +157,7 @@ class TimedReplay : public utl::ThreadMsgListener {
   utl::Array<LogInfo> mHeld NFW_GUARDED_BY(mSync);        // not due before the clock goes on, in their order
   uint32_t mReadNumber NFW_GUARDED_BY(mSync) = 0;
   const PlayClock* mpClock = nullptr;                   // not owned
+  RecordScout* mpScout = nullptr;                       // not owned
   unsigned int mClockNumber NFW_GUARDED_BY(mSync) = 0;  // the clock's change under which the timers were set
   Start mStart NFW_GUARDED_BY(mSync);
   unsigned int mFile NFW_GUARDED_BY(mSync) = 0;  // of the timeline, being read
