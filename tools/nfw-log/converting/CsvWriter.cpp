@@ -61,7 +61,7 @@ const TrackFormat CSV_FORMAT = {
       return "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
              "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n";
     },
-    "",
+    "", true,
     [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
       return std::make_unique<CsvPart>(nText, nName);
     }};

@@ -84,7 +84,7 @@ class GeoJsonLinesPart : public TrackPart {
 }  // namespace
 
 const TrackFormat GEOJSON_LINES_FORMAT = {
-    "geojson", GEOJSON_FORMAT.mpBegin, GEOJSON_FORMAT.mpEnd,
+    "geojson", GEOJSON_FORMAT.mpBegin, GEOJSON_FORMAT.mpEnd, false,
     [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
       return std::make_unique<GeoJsonLinesPart>(nText, nName, nIsFirst);
     }};

@@ -62,6 +62,7 @@ class GeoJsonPart : public TrackPart {
 
 const TrackFormat GEOJSON_FORMAT = {
     "geojson", [](const Document&) -> std::string { return "{\"type\":\"FeatureCollection\",\"features\":["; }, "]}\n",
+    true,
     [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
       return std::make_unique<GeoJsonPart>(nText, nName, nIsFirst);
     }};

@@ -70,7 +70,7 @@ std::string begin(const Document& nDocument) {
 
 }  // namespace
 
-const TrackFormat GPX_FORMAT = {"gpx", begin, "</gpx>\n",
+const TrackFormat GPX_FORMAT = {"gpx", begin, "</gpx>\n", false,
                                 [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
                                   return std::make_unique<GpxPart>(nText, nName);
                                 }};

@@ -134,7 +134,7 @@ std::string begin(const Document& nDocument) {
 
 }  // namespace
 
-const TrackFormat KML_FORMAT = {"kml", begin, "</Document>\n</kml>\n",
+const TrackFormat KML_FORMAT = {"kml", begin, "</Document>\n</kml>\n", false,
                                 [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
                                   return std::make_unique<KmlPart>(nText, nName);
                                 }};

@@ -27,17 +27,23 @@ void TrackWriter::begin(int64_t nUtcMs) {
   mOutput.write(mFormat.mpBegin(mDocument));
 }
 
-void TrackWriter::onTrack(size_t nTrack, const std::string& nName) { mOpen[nTrack].mName = nName; }
+void TrackWriter::onTrack(size_t nTrack, const std::string& nName) {
+  mOpen[nTrack].mName = nName;
+  mOpen[nTrack].mRecording = mRecording;
+}
 
 void TrackWriter::onPoint(const TrackPoint& nPoint) {
   begin(nPoint.mUtcMs);
   ++mPoints;
   Open& lOpen = mOpen[nPoint.mTrack];
-  if (!lOpen.mPart) {
-    lOpen.mText = std::make_unique<TrackText>(mOutput, mOpen.size() == 1);
-    lOpen.mPart = mFormat.mpMakePart(*lOpen.mText, lOpen.mName, nPoint.mTrack == 0);
-  }
+  if (!lOpen.mPart) makePart(lOpen, nPoint.mTrack);
   lOpen.mPart->add(nPoint);
+}
+
+void TrackWriter::makePart(Open& nOpen, size_t nTrack) {
+  const bool lIsMixed = mFormat.mMayMix && mDocument.mIsSorted;
+  nOpen.mText = std::make_unique<TrackText>(mOutput, lIsMixed || mOpen.size() == 1);
+  nOpen.mPart = mFormat.mpMakePart(*nOpen.mText, nOpen.mName, lIsMixed ? mPoints == 1 : nTrack == 0);
 }
 
 void TrackWriter::end() {
@@ -45,12 +51,17 @@ void TrackWriter::end() {
   mOutput.write(mFormat.mpEnd);
 }
 
+// A track that ends behind one that goes on waits for it.
 void TrackWriter::onTracksEnd() {
-  for (auto& lEntry : mOpen) {
-    lEntry.second.mPart->end();
-    lEntry.second.mText->finish();
+  for (auto& [lTrack, lOpen] : mOpen) {
+    if (lOpen.mRecording != mRecording) continue;
+    lOpen.mPart->end();
+    lOpen.mHasEnded = true;
   }
-  mOpen.clear();
+  while (!mOpen.empty() && mOpen.begin()->second.mHasEnded) {
+    mOpen.begin()->second.mText->finish();
+    mOpen.erase(mOpen.begin());
+  }
 }
 
 std::string decimalText(double nValue, int nMost) {
