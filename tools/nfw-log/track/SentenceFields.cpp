@@ -1,23 +1,27 @@
 #include "SentenceFields.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cmath>
 
 namespace logtool {
 
-SentenceFields::SentenceFields(std::string_view nSentence) : mpText(nSentence.data()) {
+/// False when there are not so many.
+bool SentenceFields::findField(size_t nIndex) const {
+  if (mAreAll) return nIndex < mCount;
   const char* lpAt = mpText;  // most fields are too short for a search to be worth its call
-  const char* const lpEnd = mpText + std::min(nSentence.size(), MAX_SIZE);
-  size_t lCount = 0;
-  mBegins[0] = 0;
-  for (; lpAt != lpEnd && *lpAt != '*'; ++lpAt) {
+  if (mCount == 0)
+    mBegins[0] = 0;
+  else
+    lpAt += mBegins[mCount];
+  for (; lpAt != mpEnd && *lpAt != '*'; ++lpAt) {
     if (*lpAt != ',') continue;
-    if (lCount == MAX_FIELDS - 1) break;
-    mBegins[++lCount] = static_cast<uint16_t>(lpAt - mpText + 1);
+    mBegins[++mCount] = static_cast<uint16_t>(lpAt - mpText + 1);
+    mAreAll = mCount == MAX_FIELDS;
+    if (mAreAll || mCount > nIndex) return nIndex < mCount;
   }
-  mBegins[++lCount] = static_cast<uint16_t>(lpAt - mpText + 1);
-  mCount = lCount;
+  mBegins[++mCount] = static_cast<uint16_t>(lpAt - mpText + 1);
+  mAreAll = true;
+  return nIndex < mCount;
 }
 
 namespace {

@@ -63,12 +63,14 @@ class Tracks {
       : mSink(nSink), mPrefix(nPrefix), mpTracks(npTracks) {}
 
   EpochBuilder* of(const tool::Record& nRecord) {
+    if (mpLast != nullptr && nRecord.mId == mLastId) return mpLast;
     auto lFound = mTracks.find(nRecord.mId);
     if (lFound == mTracks.end()) {
       if (mTracks.size() >= MAX_IDS) return nullptr;
       lFound = mTracks.try_emplace(nRecord.mId, mSink, mpTracks, mPrefix + trackName(nRecord.mKind, nRecord.mId)).first;
     }
-    return &lFound->second.getBuilder();
+    mLastId = nRecord.mId;
+    return mpLast = &lFound->second.getBuilder();
   }
   void finish() {
     for (auto& lEntry : mTracks) lEntry.second.getBuilder().finish();
@@ -80,6 +82,8 @@ class Tracks {
   const std::string mPrefix;
   size_t* const mpTracks;
   std::map<int, NamedTrack> mTracks;
+  int mLastId = 0;  // most records are of the id of the one before
+  EpochBuilder* mpLast = nullptr;
 };
 
 /// Reads the recordings by turns, each with tracks of its own.
