@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "DecimalText.h"
 #include "Format.h"
 #include "JsonObject.h"
 #include "PrintableText.h"
@@ -48,7 +49,7 @@ void addTime(int64_t nMs, tool::JsonObject& nObject) {
 
 /// What was not told is left out.
 void addNumber(const char* npKey, double nValue, int nDecimals, tool::JsonObject& nObject) {
-  if (!std::isnan(nValue)) fmt::format_to(std::back_inserter(*nObject.key(npKey)), "{:.{}f}", nValue, nDecimals);
+  if (!std::isnan(nValue)) tool::appendFixed(nValue, nDecimals, nObject.key(npKey));
 }
 
 /// "drive.log, dead reckoning" becomes "drive.log/dead_reckoning".

@@ -1,6 +1,6 @@
 #include "TrackWriter.h"
 
-#include "Format.h"
+#include "DecimalText.h"
 
 namespace logtool {
 
@@ -64,10 +64,23 @@ void TrackWriter::onTracksEnd() {
   }
 }
 
-std::string decimalText(double nValue, int nMost) {
-  std::string lText = fmt::format("{:.{}f}", nValue, nMost);
-  while (lText.back() == '0' && lText[lText.size() - 2] != '.') lText.pop_back();
-  return lText == "-0.0" ? "0.0" : lText;
+void appendDecimal(double nValue, int nMost, std::string* npText) {
+  const size_t lBegin = npText->size();
+  tool::appendFixed(nValue, nMost, npText);
+  while (npText->back() == '0' && (*npText)[npText->size() - 2] != '.') npText->pop_back();
+  if (npText->compare(lBegin, std::string::npos, "-0.0") == 0) npText->erase(lBegin, 1);
+}
+
+void appendPlace(const TrackPoint& nPoint, std::string* npText) {
+  npText->push_back('[');
+  tool::appendFixed(nPoint.mLongitude, 7, npText);
+  npText->push_back(',');
+  tool::appendFixed(nPoint.mLatitude, 7, npText);
+  if (!std::isnan(nPoint.mAltitude)) {
+    npText->push_back(',');
+    appendDecimal(nPoint.mAltitude, 3, npText);
+  }
+  npText->push_back(']');
 }
 
 }  // namespace logtool

@@ -74,7 +74,9 @@ class TrackWriter : public TrackSink {
   uint64_t mPoints = 0;
 };
 
-/// A number as short as it may be: with so many decimals at most, and one at least.
-std::string decimalText(double nValue, int nMost);
+/// Appends a number as short as it may be: with so many decimals at most, and one at least.
+void appendDecimal(double nValue, int nMost, std::string* npText);
+/// Appends the list that GeoJSON has for a position: longitude, latitude, and the altitude if it was told.
+void appendPlace(const TrackPoint& nPoint, std::string* npText);
 
 }  // namespace logtool
