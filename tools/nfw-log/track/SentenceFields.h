@@ -15,7 +15,9 @@ class SentenceFields {
   static constexpr size_t MAX_SIZE = 65534;  ///< bytes; a sentence has some 80
 
   explicit SentenceFields(std::string_view nSentence)
-      : mpText(nSentence.data()), mpEnd(mpText + std::min(nSentence.size(), MAX_SIZE)) {}
+      : mpText(nSentence.data()), mpEnd(mpText + std::min(nSentence.size(), MAX_SIZE)) {
+    mBegins[0] = 0;
+  }
 
   size_t count() const {
     findField(MAX_FIELDS);
