@@ -62,7 +62,7 @@ void appendFixed(double nValue, int nDecimals, std::string* npText) {
 void appendShortest(double nValue, std::string* npText) {
   const uint64_t lPower = POWERS[SHORT_DECIMALS];
   const double lScaled = nValue * static_cast<double>(lPower);
-  const uint64_t lWhole = lScaled >= 1.0 && lScaled < MAX_SCALED ? static_cast<uint64_t>(lScaled + 0.5) : 0;
+  const uint64_t lWhole = lScaled >= 1.0 && lScaled < MAX_SCALED ? static_cast<uint64_t>(std::llround(lScaled)) : 0;
   if (lWhole == 0 || static_cast<double>(lWhole) / static_cast<double>(lPower) != nValue) {
     fmt::format_to(std::back_inserter(*npText), "{}", nValue);
     return;

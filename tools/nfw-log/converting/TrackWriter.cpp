@@ -68,7 +68,7 @@ void appendDecimal(double nValue, int nMost, std::string* npText) {
   const size_t lBegin = npText->size();
   tool::appendFixed(nValue, nMost, npText);
   while (npText->back() == '0' && (*npText)[npText->size() - 2] != '.') npText->pop_back();
-  if (npText->compare(lBegin, std::string::npos, "-0.0") == 0) npText->erase(lBegin, 1);
+  if (std::string_view(*npText).substr(lBegin) == "-0.0") npText->erase(lBegin, 1);
 }
 
 void appendPlace(const TrackPoint& nPoint, std::string* npText) {
