@@ -182,6 +182,9 @@ std::string digest(const std::string& nText) {
 // straight line south with its marks, dashed where reckoned, its gaps in the curves; each gap, record and type counted.
 // Where one differs, look at it as well before the digest is written down.
 TEST_F(Convert, everyOutputIsRightToTheLastByte) {
+  const std::string SELDOM = mDir / "seldom.log", SEEN = "$GPGLL,1000.0000,N,01000.0000,E,00000";
+  nfwtest::writeFile(SELDOM, logtest::logRecord(20, 0xFFFFFF80, SEEN + "0,A") +
+                                 logtest::logRecord(20, 0xFFFFFF80 + 2500, SEEN + "3,A"));
   const struct {
     std::vector<std::string> mArguments;
     std::string mExpected;
@@ -211,6 +214,11 @@ TEST_F(Convert, everyOutputIsRightToTheLastByte) {
        "2026-01-01T00:01:02.000Z,5.000,20,-48.1181333,-11.5166667,545.4,46.9,18.520,84.40,estimated,8,0.90,,,1,"
        "receiver\r\n"
        ",0.000,21,10.0000000,10.0000000,,,,,2d,,,,,0,dead reckoning\r\n"},
+      // One that tells more seldom, and no date: its positions are complete behind others, and stand by their times.
+      {{"convert", "--to", "csv", "--sort", SELDOM}, "13772db5d2de2f43"},
+      {{"convert", "--to", "geojson", "--lines", "--sort", SELDOM}, "de6e0e1086257f75"},
+      {{"convert", "--to", "geojson", "--sort", SELDOM}, "e7e5d7aa59aab937"},
+      {{"convert", "--to", "nmea", "--sort", SELDOM}, "e96af92e37895ab8"},
       {{"info"}, R"(Recording   /a & <b>.log
 Kind        log, 1 file, 2.3 KiB
 Records     24, 4.8 a second

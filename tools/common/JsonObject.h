@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "DecimalText.h"
 #include "Format.h"
 #include "PrintableText.h"
 
@@ -25,7 +26,9 @@ class JsonObject {
   /// Begins a member; the caller appends its value, as another JsonObject does.
   std::string* key(std::string_view nKey) {
     separate();
-    fmt::format_to(std::back_inserter(*mpText), "\"{}\":", nKey);
+    mpText->push_back('"');
+    mpText->append(nKey);
+    mpText->append("\":");
     return mpText;
   }
   /// Begins an element of a list.
@@ -34,11 +37,11 @@ class JsonObject {
     return mpText;
   }
 
-  void number(std::string_view nKey, uint64_t nValue) { fmt::format_to(std::back_inserter(*key(nKey)), "{}", nValue); }
+  void number(std::string_view nKey, uint64_t nValue) { appendNumber(nValue, key(nKey)); }
   /// The shortest digits that give the value back; null for what JSON cannot say.
   void real(std::string_view nKey, double nValue) {
     if (!std::isfinite(nValue)) return null(nKey);
-    fmt::format_to(std::back_inserter(*key(nKey)), "{}", nValue);
+    appendShortest(nValue, key(nKey));
   }
   void flag(std::string_view nKey, bool nValue) { key(nKey)->append(nValue ? "true" : "false"); }
   void null(std::string_view nKey) { key(nKey)->append("null"); }
@@ -49,6 +52,10 @@ class JsonObject {
   static void quote(std::string_view nValue, std::string* npText) {
     npText->push_back('"');
     while (!nValue.empty()) {
+      const size_t lPlain = plainSize(nValue);
+      npText->append(nValue.substr(0, lPlain));
+      nValue.remove_prefix(lPlain);
+      if (nValue.empty()) break;
       const size_t lSize = characterSize(nValue);
       const std::string_view lCharacter = nValue.substr(0, lSize == 0 ? 1 : lSize);
       quoteCharacter(lSize == 0 ? "\xEF\xBF\xBD" : lCharacter, npText);
@@ -58,6 +65,13 @@ class JsonObject {
   }
 
  private:
+  /// How many of the first bytes stand for themselves.
+  static size_t plainSize(std::string_view nText) {
+    size_t i = 0;
+    while (i < nText.size() && nText[i] >= ' ' && nText[i] < '\x7F' && nText[i] != '"' && nText[i] != '\\') ++i;
+    return i;
+  }
+
   static void quoteCharacter(std::string_view nCharacter, std::string* npText) {
     if (nCharacter == "\"" || nCharacter == "\\") npText->push_back('\\');
     const bool lIsEscaped = isControl(nCharacter) && nCharacter.size() == 1;

@@ -30,23 +30,39 @@ size_t matchLength(std::string_view nBytes) {
   return i;
 }
 
+const uint64_t EACH = 0x0101010101010101;  // of eight bytes that are looked at together
+const uint64_t TOPS = EACH << 7;
+
+/// The top bit of each byte that is below `nLow` or above `nHigh`, which are of ASCII.
+uint64_t outside(uint64_t nBytes, uint64_t nLow, uint64_t nHigh) {
+  const uint64_t lRest = nBytes & ~TOPS;  // with its top bit set no byte borrows from its neighbour
+  return (nBytes | ~((lRest | TOPS) - nLow) | ~((nHigh | TOPS) - lRest)) & TOPS;
+}
+
 // As above, without a branch for each byte: most texts are right.
 bool hasText(const char* npBytes) {
-  unsigned int lWrong = 0;
-  for (size_t i = 0; i < PREFIX_SIZE; ++i) {
-    lWrong |= static_cast<unsigned int>((npBytes[i] < LOW[i]) | (npBytes[i] > HIGH[i]));
+  uint64_t lWrong = 0;
+  for (const size_t lAt : {size_t{0}, size_t{8}, size_t{16}, size_t{24}, PREFIX_SIZE - 8}) {
+    lWrong |= outside(littleEndian64(npBytes + lAt), littleEndian64(LOW + lAt), littleEndian64(HIGH + lAt));
   }
   return lWrong == 0;
 }
 
+/// What eight hexadecimal digits say, of a text that is right: between 9 and A it may have other signs.
+bool readId(const char* npText, uint32_t* npId) {
+  const uint64_t lText = littleEndian64(npText);
+  const uint64_t lLetters = (lText + EACH * (0x80 - 'A')) & TOPS;
+  const uint64_t lDigits = outside(lText, EACH * '0', EACH * '9') ^ TOPS;
+  uint64_t lValue = (lText & EACH * 0x0F) + (lLetters >> 7) * 9;  // a digit a byte, the first one lowest
+  lValue = (lValue << 4 | lValue >> 8) & 0x00FF00FF00FF00FF;
+  lValue = (lValue << 8 | lValue >> 16) & 0x0000FFFF0000FFFF;
+  *npId = static_cast<uint32_t>(lValue << 16 | lValue >> 32);
+  return (lLetters | lDigits) == TOPS;
+}
+
 bool isIdRight(const char* npBytes) {
   uint32_t lId = 0;
-  for (size_t i = 0; i < ID_TEXT_SIZE; ++i) {
-    const unsigned int lDigit = static_cast<unsigned char>(npBytes[ID_TEXT_AT + i]);
-    if (lDigit > '9' && lDigit < 'A') return false;
-    lId = lId << 4 | (lDigit <= '9' ? lDigit - '0' : lDigit - 'A' + 10);
-  }
-  return lId == littleEndian32(npBytes + ID_AT) && lId <= 0x7FFFFFFF;
+  return readId(npBytes + ID_TEXT_AT, &lId) && lId == littleEndian32(npBytes + ID_AT) && lId <= 0x7FFFFFFF;
 }
 
 bool isBase(const char* npBytes) { return hasText(npBytes) && isIdRight(npBytes); }
@@ -59,7 +75,7 @@ class LogRecordFormat : public RecordFormat {
       const bool lMayBe = matchLength(lBytes) == std::min(lBytes.size(), PREFIX_SIZE);
       return {lMayBe ? RecordVerdict::SHORT : RecordVerdict::WRONG, BASE_SIZE};
     }
-    if (!isBase(lBytes.data())) return {RecordVerdict::WRONG, 0};
+    if (!(nView.mIsBegun || hasText(lBytes.data())) || !isIdRight(lBytes.data())) return {RecordVerdict::WRONG, 0};
     const uint64_t lSize = uint64_t{littleEndian32(lBytes.data() + SIZE_AT)} + BASE_SIZE + 1;
     if (lSize > MAX_RECORD) return {RecordVerdict::WRONG, 0};
     return judgeEnd(nView, static_cast<size_t>(lSize));
@@ -103,9 +119,10 @@ class LogRecordFormat : public RecordFormat {
     if (lRest.size() < PREFIX_SIZE && !nView.mIsAll && !nView.mIsLive) {
       return {RecordVerdict::SHORT, nSize + BASE_SIZE};
     }
-    const bool lIsFollowed = lRest.size() >= PREFIX_SIZE ? hasText(lRest.data()) : matchLength(lRest) == lRest.size();
+    const bool lIsBegun = lRest.size() >= PREFIX_SIZE && hasText(lRest.data());
+    const bool lIsFollowed = lIsBegun || (lRest.size() < PREFIX_SIZE && matchLength(lRest) == lRest.size());
     const bool lIsWhole = lIsFollowed || findFrom(lBytes.substr(0, nSize), 1) == std::string_view::npos;
-    return {lIsWhole ? RecordVerdict::WHOLE : RecordVerdict::WRONG, nSize};
+    return {lIsWhole ? RecordVerdict::WHOLE : RecordVerdict::WRONG, nSize, lIsBegun};
   }
 
   static size_t findFrom(std::string_view nBytes, size_t nFrom) {

@@ -15,12 +15,16 @@ inline uint32_t littleEndian16(const char* npBytes) {
 inline uint32_t littleEndian32(const char* npBytes) {
   return littleEndian16(npBytes) | littleEndian16(npBytes + 2) << 16;
 }
+inline uint64_t littleEndian64(const char* npBytes) {
+  return littleEndian32(npBytes) | uint64_t{littleEndian32(npBytes + 4)} << 32;
+}
 
 /// What is in sight of a recording: bytes from some place on.
 struct RecordView {
   std::string_view mBytes;
-  bool mIsAll = false;   ///< nothing follows them
-  bool mIsLive = false;  ///< what follows may take long to come: judge by what there is
+  bool mIsAll = false;    ///< nothing follows them
+  bool mIsLive = false;   ///< what follows may take long to come: judge by what there is
+  bool mIsBegun = false;  ///< the verdict on the record before was mIsFollowed, by what stands here
 };
 
 /// What stands at the first byte of a view.
@@ -32,6 +36,7 @@ struct RecordVerdict {
   };
   Result mResult;
   size_t mSize;
+  bool mIsFollowed = false;  ///< another record was seen to begin behind the whole one: it need not be looked for again
 };
 
 /// How the records of one kind of file lie in it.

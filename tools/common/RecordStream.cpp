@@ -31,6 +31,7 @@ bool RecordStream::next(Record* npRecord) {
       npRecord->mWholeSize = static_cast<uint32_t>(lVerdict.mSize);
       mpFormat->decode(npRecord->mBytes, npRecord);
       drop(lVerdict.mSize);
+      mIsBegun = lVerdict.mIsFollowed;
       return true;
     }
     const bool lIsEnd = lVerdict.mResult == RecordVerdict::SHORT && (mIsLive || bytes().empty());
@@ -124,6 +125,7 @@ bool RecordStream::readOnce() {
 }
 
 void RecordStream::drop(size_t nSize) {
+  mIsBegun = false;
   mBegin += nSize;
   mOffset += nSize;
 }

@@ -56,7 +56,7 @@ class RecordStream {
   bool readOnce();
   void drop(size_t nSize);
   std::string_view bytes() const { return {mBuffer.data() + mBegin, mEnd - mBegin}; }
-  RecordView view() const { return {bytes(), mIsAtEnd && !mIsLive, mIsLive}; }
+  RecordView view() const { return {bytes(), mIsAtEnd && !mIsLive, mIsLive, mIsBegun}; }
 
   const int mFd;
   RecordDamageListener* const mpListener;
@@ -67,6 +67,7 @@ class RecordStream {
   uint64_t mOffset = 0;         // of mBegin in the file
   bool mIsAtEnd = false;
   bool mIsLive = false;
+  bool mIsBegun = false;  // as RecordView has it, of mBegin
   bool mIsForeign = false;
   int mError = 0;
 };

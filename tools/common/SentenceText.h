@@ -7,7 +7,8 @@
 namespace tool {
 
 inline std::string_view withoutLineEnd(std::string_view nText) {
-  return nText.substr(0, nText.find_last_not_of("\r\n") + 1);  // npos + 1 is 0
+  while (!nText.empty() && (nText.back() == '\r' || nText.back() == '\n')) nText.remove_suffix(1);
+  return nText;
 }
 
 /// A sentence as the parser wants it: with a terminator. What goes beyond the longest sentence is left out.

@@ -70,24 +70,31 @@ std::string_view sentenceField(std::string_view nSentence, int nIndex) {
 int64_t sentenceDay(std::string_view nSentence) {
   const uint32_t lType = sentenceTypeCode(nSentence);
   if (lType == typeCode("ZDA"))
-    return dayOf(number(sentenceField(nSentence, 4)), number(sentenceField(nSentence, 3)),
-                 number(sentenceField(nSentence, 2)));
-  if (lType != typeCode("RMC")) return -1;
-  const std::string_view lDate = sentenceField(nSentence, 9);  // ddmmyy
-  if (lDate.size() != 6 || number(lDate.substr(4)) < 0) return -1;
-  return dayOf(2000 + number(lDate.substr(4)), number(lDate.substr(2, 2)), number(lDate.substr(0, 2)));
+    return dayOfDate(sentenceField(nSentence, 4), sentenceField(nSentence, 3), sentenceField(nSentence, 2));
+  return lType == typeCode("RMC") ? dayOfDate(sentenceField(nSentence, 9)) : -1;
+}
+
+int64_t dayOfDate(std::string_view nField) {
+  if (nField.size() != 6 || number(nField.substr(4)) < 0) return -1;
+  return dayOf(2000 + number(nField.substr(4)), number(nField.substr(2, 2)), number(nField.substr(0, 2)));
+}
+
+int64_t dayOfDate(std::string_view nYear, std::string_view nMonth, std::string_view nDay) {
+  return dayOf(number(nYear), number(nMonth), number(nDay));
 }
 
 int64_t sentenceTime(std::string_view nSentence) {
   const int lIndex = timeFieldIndex(nSentence);
-  if (lIndex < 0) return -1;
-  const std::string_view lText = sentenceField(nSentence, lIndex);
-  if (lText.size() < 6) return -1;
-  const int lHour = pair(lText, 0);
-  const int lMinute = pair(lText, 2);
-  const int lSecond = pair(lText, 4);
+  return lIndex < 0 ? -1 : timeOfDay(sentenceField(nSentence, lIndex));
+}
+
+int64_t timeOfDay(std::string_view nField) {
+  if (nField.size() < 6) return -1;
+  const int lHour = pair(nField, 0);
+  const int lMinute = pair(nField, 2);
+  const int lSecond = pair(nField, 4);
   if (lHour < 0 || lMinute < 0 || lSecond < 0 || lHour > 23 || lMinute > 59 || lSecond > 60) return -1;
-  return ((lHour * 60 + lMinute) * 60 + lSecond) * int64_t{1000} + milliseconds(lText.substr(6));
+  return ((lHour * 60 + lMinute) * 60 + lSecond) * int64_t{1000} + milliseconds(nField.substr(6));
 }
 
 }  // namespace tool

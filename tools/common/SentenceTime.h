@@ -20,8 +20,15 @@ constexpr uint32_t sentenceTypeCode(std::string_view nSentence) {
 /// "$PUBX,00". The parsed records keep the digits behind the second unscaled, so pacing reads the text itself.
 int64_t sentenceTime(std::string_view nSentence);
 
+/// Of the field alone: "hhmmss" and what follows a point. -1 for anything else.
+int64_t timeOfDay(std::string_view nField);
+
 /// The date that an RMC or ZDA sentence carries, in days since 1970, or -1.
 int64_t sentenceDay(std::string_view nSentence);
+
+/// Of the fields alone, days since 1970; -1 for what is no date.
+int64_t dayOfDate(std::string_view nField);  ///< "ddmmyy" of this century
+int64_t dayOfDate(std::string_view nYear, std::string_view nMonth, std::string_view nDay);
 
 /// One field of a sentence, 0 being the address; empty when there is none.
 std::string_view sentenceField(std::string_view nSentence, int nIndex);

@@ -50,7 +50,7 @@ const Command COMMANDS[] = {
     {"cut", "Writes the records of a time to a new file", CUT_EXAMPLES, "slO", runCut},
     {"filter", "Writes the records of some ids or types to a new file", FILTER_EXAMPLES, "slOt", runCut},
     {"merge", "Joins recordings into one, in the order of their times", MERGE_EXAMPLES, "sOm", runMerge},
-    {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "sloc", runConvert},
+    {"convert", "Writes the sentences, or the track, in another format", CONVERT_EXAMPLES, "slotc", runConvert},
     {"plot", "Draws the tracks, and speed, altitude, satellites and HDOP over time; the sky, too, as a page",
      PLOT_EXAMPLES, "slop", runPlot},
     {"prune", "Deletes the oldest files of recordings in directories until they are within limits", PRUNE_EXAMPLES, "k",

@@ -7,6 +7,7 @@
 #include "OutputFile.h"
 #include "ProblemReport.h"
 #include "Sentences.h"
+#include "SortedRecords.h"
 #include "TrackReader.h"
 #include "TrackRecords.h"
 #include "TrackWriter.h"
@@ -28,18 +29,36 @@ class NmeaWriter : public tool::SentenceSink {
   OutputFile& mOutput;
 };
 
+/// Writes the sentences of records.
+class NmeaRecords : public SortedSink {
+ public:
+  explicit NmeaRecords(OutputFile& nOutput) : mOutput(nOutput), mWriter(nOutput) {}
+  bool onRecord(const tool::Record& nRecord, const TrackRecords::Place& /*nPlace*/) override {
+    if (!mSentences.read(nRecord, mWriter)) ++mUndecoded;
+    return !mOutput.isClosed();
+  }
+  uint64_t getUndecoded() const { return mUndecoded; }
+
+ private:
+  OutputFile& mOutput;
+  NmeaWriter mWriter;
+  Sentences mSentences;
+  uint64_t mUndecoded = 0;
+};
+
 uint64_t convertToNmea(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  Sentences lSentences;
-  NmeaWriter lWriter(nOutput);
-  uint64_t lUndecoded = 0;
+  NmeaRecords lWriter(nOutput);
+  if (nRun.getOptions().mSort) {
+    readSorted(nRun, TRACK_OF_RECEIVER, nProblems, lWriter);
+    return lWriter.getUndecoded();
+  }
   TrackRecords lRecords(nRun);
   for (const Recording& lRecording : nRun.getRecordings()) {
-    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place&) {
-      if (!lSentences.read(nRecord, lWriter)) ++lUndecoded;
-      return !nOutput.isClosed();
+    lRecords.read(lRecording, nProblems, [&](const tool::Record& nRecord, const TrackRecords::Place& nPlace) {
+      return lWriter.onRecord(nRecord, nPlace);
     });
   }
-  return lUndecoded;
+  return lWriter.getUndecoded();
 }
 
 template <class Writer>
@@ -60,7 +79,8 @@ std::string nameOf(const Run& nRun) {
 }
 
 uint64_t convertToTrack(Run& nRun, Problems& nProblems, OutputFile& nOutput) {
-  TrackWriter lWriter(nRun.getOptions().mFormat, {nameOf(nRun), -1, nRun.getOptions().mLines}, nOutput);
+  const Options& lOptions = nRun.getOptions();
+  TrackWriter lWriter(lOptions.mFormat, {nameOf(nRun), -1, lOptions.mLines, lOptions.mSort}, nOutput);
   return writeTracks(nRun, TRACK_OF_RECEIVER, nProblems, lWriter);
 }
 

@@ -87,6 +87,7 @@ inline const char* const CONVERT_EXAMPLES = R"(  nfw-log convert --to nmea senso
   nfw-log convert --to gpx --id 20,21 /data/log -o drive.gpx   the receiver's and dead reckoning's tracks
   nfw-log convert --to gpkg --append /data/log -o fleet.gpkg   many recordings in one database
   nfw-log convert --to mcap /data/log -o drive.mcap
+  nfw-log convert --to csv --sort front.log rear.log   both tracks' positions by time
   nfw-log convert --to csv --id 21 --from 10m --until 20m drive.log -o dead-reckoning.csv
 )";
 inline const char* const PRUNE_EXAMPLES = R"(  nfw-log prune --keep-total 2G --keep-age 30d --dry-run /data/log

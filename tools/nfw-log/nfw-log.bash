@@ -24,7 +24,7 @@ _nfw_log() {
       cut) options="$selection --last $output" ;;
       filter) options="$selection --last $output --sort" ;;
       merge) options="$selection $output --by-time" ;;
-      convert) options="$selection --last $output --to --name --lines --append" ;;
+      convert) options="$selection --last $output --sort --to --name --lines --append" ;;
       plot) options="$selection --last $output --html --colour" ;;
       prune) options="--keep-total --keep-files --keep-age --keep-free --prefix --dry-run" ;;
     esac

@@ -1,5 +1,5 @@
 
-#include "Format.h"
+#include "DecimalText.h"
 #include "PrintableText.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -15,21 +15,25 @@ class CsvPart : public TrackPart {
 
   void add(const TrackPoint& nPoint) override {
     mLine.clear();
-    if (nPoint.mUtcMs >= 0) mLine = utcText(nPoint.mUtcMs);
-    fmt::format_to(std::back_inserter(mLine), ",{:.3f},{}", static_cast<double>(nPoint.mElapsedMs) / 1000.0,
-                   nPoint.mId);
+    if (nPoint.mUtcMs >= 0) appendUtc(nPoint.mUtcMs, &mLine);
+    add(static_cast<double>(nPoint.mElapsedMs) / 1000.0, 3);
+    mLine += ',';
+    tool::appendNumber(static_cast<uint64_t>(nPoint.mId), &mLine);
     add(nPoint.mLatitude, 7);
     add(nPoint.mLongitude, 7);
     addLength(nPoint.mAltitude);
     addLength(nPoint.mGeoidSeparation);
     add(nPoint.mSpeedKmh, 3);
     add(nPoint.mCourse, 2);
-    mLine += std::string(",") + fixName(nPoint.mFix);
+    mLine += ',';
+    mLine += fixName(nPoint.mFix);
     add(nPoint.mSatellites, 0);
     add(nPoint.mHdop, 2);
     add(nPoint.mVdop, 2);
     add(nPoint.mPdop, 2);
-    mLine += (nPoint.isDeadReckoned() ? ",1," : ",0,") + mName + "\r\n";
+    mLine += nPoint.isDeadReckoned() ? ",1," : ",0,";
+    mLine += mName;
+    mLine += "\r\n";
     mText.write(mLine);
   }
 
@@ -42,11 +46,11 @@ class CsvPart : public TrackPart {
 
   void addLength(double nValue) {
     mLine += ',';
-    if (!std::isnan(nValue)) mLine += decimalText(nValue, 3);
+    if (!std::isnan(nValue)) appendDecimal(nValue, 3, &mLine);
   }
   void add(double nValue, int nDecimals) {
     mLine += ',';
-    if (!std::isnan(nValue)) fmt::format_to(std::back_inserter(mLine), "{:.{}f}", nValue, nDecimals);
+    if (!std::isnan(nValue)) tool::appendFixed(nValue, nDecimals, &mLine);
   }
 
   const std::string mName;
@@ -61,7 +65,7 @@ const TrackFormat CSV_FORMAT = {
       return "time_utc,elapsed_s,id,latitude_deg,longitude_deg,altitude_m,geoid_separation_m,speed_kmh,course_deg,fix,"
              "satellites,hdop,vdop,pdop,dead_reckoned,track\r\n";
     },
-    "",
+    "", true,
     [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
       return std::make_unique<CsvPart>(nText, nName);
     }};

@@ -1,5 +1,4 @@
 
-#include "Format.h"
 #include "JsonObject.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -36,9 +35,7 @@ class GeoJsonLinesPart : public TrackPart {
     } else {
       mBeginMs = nPoint.mUtcMs;
     }
-    fmt::format_to(std::back_inserter(mPlaces), "[{:.7f},{:.7f}", nPoint.mLongitude, nPoint.mLatitude);
-    if (!std::isnan(nPoint.mAltitude)) mPlaces += "," + decimalText(nPoint.mAltitude, 3);
-    mPlaces += ']';
+    appendPlace(nPoint, &mPlaces);
     mTimes += quotedTime(nPoint.mUtcMs);
   }
 
@@ -84,7 +81,7 @@ class GeoJsonLinesPart : public TrackPart {
 }  // namespace
 
 const TrackFormat GEOJSON_LINES_FORMAT = {
-    "geojson", GEOJSON_FORMAT.mpBegin, GEOJSON_FORMAT.mpEnd,
+    "geojson", GEOJSON_FORMAT.mpBegin, GEOJSON_FORMAT.mpEnd, false,
     [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
       return std::make_unique<GeoJsonLinesPart>(nText, nName, nIsFirst);
     }};

@@ -1,5 +1,4 @@
 
-#include "Format.h"
 #include "JsonObject.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -31,9 +30,7 @@ class GeoJsonPart : public TrackPart {
     tool::JsonObject lGeometry(nFeature.key("geometry"));
     lGeometry.text("type", "Point");
     std::string* const lpText = lGeometry.key("coordinates");
-    fmt::format_to(std::back_inserter(*lpText), "[{:.7f},{:.7f}", nPoint.mLongitude, nPoint.mLatitude);
-    if (!std::isnan(nPoint.mAltitude)) *lpText += "," + decimalText(nPoint.mAltitude, 3);
-    lpText->push_back(']');
+    appendPlace(nPoint, lpText);
   }
 
   void addProperties(const TrackPoint& nPoint, tool::JsonObject& nFeature) const {
@@ -62,6 +59,7 @@ class GeoJsonPart : public TrackPart {
 
 const TrackFormat GEOJSON_FORMAT = {
     "geojson", [](const Document&) -> std::string { return "{\"type\":\"FeatureCollection\",\"features\":["; }, "]}\n",
+    true,
     [](TrackText& nText, const std::string& nName, bool nIsFirst) -> std::unique_ptr<TrackPart> {
       return std::make_unique<GeoJsonPart>(nText, nName, nIsFirst);
     }};

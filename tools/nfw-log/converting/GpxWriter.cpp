@@ -1,5 +1,5 @@
 
-#include "Format.h"
+#include "DecimalText.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
 #include "XmlText.h"
@@ -20,39 +20,50 @@ class GpxPart : public TrackPart {
     if (nPoint.mIsBreak || !mHasPoints) mText.write("<trkseg>\n");
     mHasPoints = true;
     mLine.clear();
-    append("<trkpt lat=\"{:.7f}\" lon=\"{:.7f}\">", nPoint.mLatitude, nPoint.mLongitude);
-    appendLength("<ele>{}</ele>", nPoint.mAltitude);
-    if (nPoint.mUtcMs >= 0) append("<time>{}</time>", utcText(nPoint.mUtcMs));
-    appendLength("<geoidheight>{}</geoidheight>", nPoint.mGeoidSeparation);
-    append("<fix>{}</fix>", nPoint.isDeadReckoned() ? "none" : fixName(nPoint.mFix));
-    appendNumber("<sat>{:.0f}</sat>", nPoint.mSatellites);
-    appendNumber("<hdop>{:.2f}</hdop>", nPoint.mHdop);
-    appendNumber("<vdop>{:.2f}</vdop>", nPoint.mVdop);
-    appendNumber("<pdop>{:.2f}</pdop>", nPoint.mPdop);
+    append("<trkpt lat=\"", nPoint.mLatitude, 7, "\" lon=\"");
+    append("", nPoint.mLongitude, 7, "\">");
+    appendLength("<ele>", nPoint.mAltitude, "</ele>");
+    if (nPoint.mUtcMs >= 0) {
+      mLine += "<time>";
+      appendUtc(nPoint.mUtcMs, &mLine);
+      mLine += "</time>";
+    }
+    appendLength("<geoidheight>", nPoint.mGeoidSeparation, "</geoidheight>");
+    mLine += "<fix>";
+    mLine += nPoint.isDeadReckoned() ? "none" : fixName(nPoint.mFix);
+    mLine += "</fix>";
+    append("<sat>", nPoint.mSatellites, 0, "</sat>");
+    append("<hdop>", nPoint.mHdop, 2, "</hdop>");
+    append("<vdop>", nPoint.mVdop, 2, "</vdop>");
+    append("<pdop>", nPoint.mPdop, 2, "</pdop>");
     appendMotion(nPoint);
-    mText.write(mLine + "</trkpt>\n");
+    mLine += "</trkpt>\n";
+    mText.write(mLine);
   }
 
   void end() override { mText.write(mHasPoints ? "</trkseg>\n</trk>\n" : "</trk>\n"); }
 
  private:
-  template <class... Args>
-  void append(fmt::format_string<Args...> nFormat, const Args&... nArgs) {
-    fmt::format_to(std::back_inserter(mLine), nFormat, nArgs...);
-  }
-  void appendNumber(fmt::format_string<const double&> nFormat, double nValue) {
-    if (!std::isnan(nValue)) append(nFormat, nValue);
+  // What was not told is left out.
+  void append(const char* npBegin, double nValue, int nDecimals, const char* npEnd) {
+    if (std::isnan(nValue)) return;
+    mLine += npBegin;
+    tool::appendFixed(nValue, nDecimals, &mLine);
+    mLine += npEnd;
   }
 
-  void appendLength(fmt::format_string<const std::string&> nFormat, double nValue) {
-    if (!std::isnan(nValue)) append(nFormat, decimalText(nValue, 3));
+  void appendLength(const char* npBegin, double nValue, const char* npEnd) {
+    if (std::isnan(nValue)) return;
+    mLine += npBegin;
+    appendDecimal(nValue, 3, &mLine);
+    mLine += npEnd;
   }
 
   void appendMotion(const TrackPoint& nPoint) {
     if (std::isnan(nPoint.mSpeedKmh) && std::isnan(nPoint.mCourse)) return;
     mLine += "<extensions><gpxtpx:TrackPointExtension>";
-    appendNumber("<gpxtpx:speed>{:.3f}</gpxtpx:speed>", nPoint.mSpeedKmh / 3.6);
-    appendNumber("<gpxtpx:course>{:.2f}</gpxtpx:course>", nPoint.mCourse);
+    append("<gpxtpx:speed>", nPoint.mSpeedKmh / 3.6, 3, "</gpxtpx:speed>");
+    append("<gpxtpx:course>", nPoint.mCourse, 2, "</gpxtpx:course>");
     mLine += "</gpxtpx:TrackPointExtension></extensions>";
   }
 
@@ -70,7 +81,7 @@ std::string begin(const Document& nDocument) {
 
 }  // namespace
 
-const TrackFormat GPX_FORMAT = {"gpx", begin, "</gpx>\n",
+const TrackFormat GPX_FORMAT = {"gpx", begin, "</gpx>\n", false,
                                 [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
                                   return std::make_unique<GpxPart>(nText, nName);
                                 }};

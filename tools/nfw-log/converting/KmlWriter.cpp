@@ -1,4 +1,5 @@
 
+#include "DecimalText.h"
 #include "Format.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -92,10 +93,20 @@ class KmlPart : public TrackPart {
   // What is not told of the altitude is left out: on the ground it says nothing.
   void hold(const TrackPoint& nPoint) {
     const char lBetween = mIsTimed ? ' ' : ',';
-    std::string lPlace = fmt::format("{:.7f}{}{:.7f}", nPoint.mLongitude, lBetween, nPoint.mLatitude);
-    if (!std::isnan(nPoint.mAltitude)) lPlace += lBetween + decimalText(nPoint.mAltitude, 3);
-    if (mIsTimed) mWhens += "<when>" + utcText(nPoint.mUtcMs) + "</when>\n";
-    mPositions += mIsTimed ? "<gx:coord>" + lPlace + "</gx:coord>\n" : lPlace + "\n";
+    if (mIsTimed) mPositions += "<gx:coord>";
+    tool::appendFixed(nPoint.mLongitude, 7, &mPositions);
+    mPositions += lBetween;
+    tool::appendFixed(nPoint.mLatitude, 7, &mPositions);
+    if (!std::isnan(nPoint.mAltitude)) {
+      mPositions += lBetween;
+      appendDecimal(nPoint.mAltitude, 3, &mPositions);
+    }
+    mPositions += mIsTimed ? "</gx:coord>\n" : "\n";
+    if (mIsTimed) {
+      mWhens += "<when>";
+      appendUtc(nPoint.mUtcMs, &mWhens);
+      mWhens += "</when>\n";
+    }
     ++mHeld;
   }
 
@@ -134,7 +145,7 @@ std::string begin(const Document& nDocument) {
 
 }  // namespace
 
-const TrackFormat KML_FORMAT = {"kml", begin, "</Document>\n</kml>\n",
+const TrackFormat KML_FORMAT = {"kml", begin, "</Document>\n</kml>\n", false,
                                 [](TrackText& nText, const std::string& nName, bool) -> std::unique_ptr<TrackPart> {
                                   return std::make_unique<KmlPart>(nText, nName);
                                 }};

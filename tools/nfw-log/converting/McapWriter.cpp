@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "DecimalText.h"
 #include "Format.h"
 #include "JsonObject.h"
 #include "PrintableText.h"
@@ -48,7 +49,7 @@ void addTime(int64_t nMs, tool::JsonObject& nObject) {
 
 /// What was not told is left out.
 void addNumber(const char* npKey, double nValue, int nDecimals, tool::JsonObject& nObject) {
-  if (!std::isnan(nValue)) fmt::format_to(std::back_inserter(*nObject.key(npKey)), "{:.{}f}", nValue, nDecimals);
+  if (!std::isnan(nValue)) tool::appendFixed(nValue, nDecimals, nObject.key(npKey));
 }
 
 /// "drive.log, dead reckoning" becomes "drive.log/dead_reckoning".
@@ -72,18 +73,13 @@ McapWriter::McapWriter(OutputFile& nOutput, const std::vector<Recording>& nRecor
     const std::string lName = topicOf(std::filesystem::path(lRecording.mName).filename().string());
     mSkyTopics.push_back(nRecordings.size() == 1 ? "/satellites" : "/" + lName + "/satellites");
   }
+  mSkyChannels.resize(mSkyTopics.size());
 }
 
 void McapWriter::onTrack(size_t nTrack, const std::string& nName) {
   const std::string lTopic = topicOf(nName);
   mTracks[nTrack] = {lTopic, mFile.addChannel(mFixSchema, "/" + lTopic + "/fix"),
                      mFile.addChannel(mMotionSchema, "/" + lTopic + "/motion")};
-}
-
-void McapWriter::onTracksEnd() {
-  mTracks.clear();
-  ++mRecording;
-  mSkyChannel = 0;
 }
 
 void McapWriter::onPoint(const TrackPoint& nPoint) {
@@ -129,7 +125,8 @@ void McapWriter::addMotion(const TrackPoint& nPoint, const Track& nTrack, int64_
 
 void McapWriter::onSky(const Sky& nSky) {
   const int64_t lMs = nSky.mUtcMs >= 0 ? nSky.mUtcMs : static_cast<int64_t>(nSky.mElapsedMs);
-  if (mSkyChannel == 0) mSkyChannel = mFile.addChannel(mSkySchema, mSkyTopics[mRecording]);
+  uint16_t& lChannel = mSkyChannels[mRecording];
+  if (lChannel == 0) lChannel = mFile.addChannel(mSkySchema, mSkyTopics[mRecording]);
   {
     tool::JsonObject lObject(&mJson);
     addTime(lMs, lObject);
@@ -143,7 +140,7 @@ void McapWriter::onSky(const Sky& nSky) {
       addNumber("snr_dbhz", lView.mSnr, 0, lSatellite);
     }
   }
-  add(mSkyChannel, lMs);
+  add(lChannel, lMs);
 }
 
 void McapWriter::add(uint16_t nChannel, int64_t nMs) {

@@ -17,8 +17,8 @@ class McapWriter : public TrackSink {
   /// @param nOutput not owned, outlives the writer @param nRecordings whose tracks come, in their order
   McapWriter(OutputFile& nOutput, const std::vector<Recording>& nRecordings);
 
+  void onRecording(size_t nRecording) override { mRecording = nRecording; }
   void onTrack(size_t nTrack, const std::string& nName) override;
-  void onTracksEnd() override;
   void onSky(const Sky& nSky) override;
   bool wantsSky() const override { return true; }
   void onPoint(const TrackPoint& nPoint) override;
@@ -39,9 +39,9 @@ class McapWriter : public TrackSink {
   McapFile mFile;
   const uint16_t mFixSchema, mMotionSchema, mSkySchema;
   std::vector<std::string> mSkyTopics;  // of each recording
-  size_t mRecording = 0;
-  uint16_t mSkyChannel = 0;         // of the recording under way; 0 before its first satellites
-  std::map<size_t, Track> mTracks;  // of the recording under way
+  std::vector<uint16_t> mSkyChannels;   // of each recording; 0 before its first satellites
+  size_t mRecording = 0;                // whose turn it is
+  std::map<size_t, Track> mTracks;
   std::string mJson;
   uint64_t mPoints = 0, mUndated = 0;
 };

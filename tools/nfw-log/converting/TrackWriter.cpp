@@ -1,6 +1,6 @@
 #include "TrackWriter.h"
 
-#include "Format.h"
+#include "DecimalText.h"
 
 namespace logtool {
 
@@ -27,17 +27,23 @@ void TrackWriter::begin(int64_t nUtcMs) {
   mOutput.write(mFormat.mpBegin(mDocument));
 }
 
-void TrackWriter::onTrack(size_t nTrack, const std::string& nName) { mOpen[nTrack].mName = nName; }
+void TrackWriter::onTrack(size_t nTrack, const std::string& nName) {
+  mOpen[nTrack].mName = nName;
+  mOpen[nTrack].mRecording = mRecording;
+}
 
 void TrackWriter::onPoint(const TrackPoint& nPoint) {
   begin(nPoint.mUtcMs);
   ++mPoints;
   Open& lOpen = mOpen[nPoint.mTrack];
-  if (!lOpen.mPart) {
-    lOpen.mText = std::make_unique<TrackText>(mOutput, mOpen.size() == 1);
-    lOpen.mPart = mFormat.mpMakePart(*lOpen.mText, lOpen.mName, nPoint.mTrack == 0);
-  }
+  if (!lOpen.mPart) makePart(lOpen, nPoint.mTrack);
   lOpen.mPart->add(nPoint);
+}
+
+void TrackWriter::makePart(Open& nOpen, size_t nTrack) {
+  const bool lIsMixed = mFormat.mMayMix && mDocument.mIsSorted;
+  nOpen.mText = std::make_unique<TrackText>(mOutput, lIsMixed || mOpen.size() == 1);
+  nOpen.mPart = mFormat.mpMakePart(*nOpen.mText, nOpen.mName, lIsMixed ? mPoints == 1 : nTrack == 0);
 }
 
 void TrackWriter::end() {
@@ -45,18 +51,36 @@ void TrackWriter::end() {
   mOutput.write(mFormat.mpEnd);
 }
 
+// A track that ends behind one that goes on waits for it.
 void TrackWriter::onTracksEnd() {
-  for (auto& lEntry : mOpen) {
-    lEntry.second.mPart->end();
-    lEntry.second.mText->finish();
+  for (auto& [lTrack, lOpen] : mOpen) {
+    if (lOpen.mRecording != mRecording) continue;
+    lOpen.mPart->end();
+    lOpen.mHasEnded = true;
   }
-  mOpen.clear();
+  while (!mOpen.empty() && mOpen.begin()->second.mHasEnded) {
+    mOpen.begin()->second.mText->finish();
+    mOpen.erase(mOpen.begin());
+  }
 }
 
-std::string decimalText(double nValue, int nMost) {
-  std::string lText = fmt::format("{:.{}f}", nValue, nMost);
-  while (lText.back() == '0' && lText[lText.size() - 2] != '.') lText.pop_back();
-  return lText == "-0.0" ? "0.0" : lText;
+void appendDecimal(double nValue, int nMost, std::string* npText) {
+  const size_t lBegin = npText->size();
+  tool::appendFixed(nValue, nMost, npText);
+  while (npText->back() == '0' && (*npText)[npText->size() - 2] != '.') npText->pop_back();
+  if (std::string_view(*npText).substr(lBegin) == "-0.0") npText->erase(lBegin, 1);
+}
+
+void appendPlace(const TrackPoint& nPoint, std::string* npText) {
+  npText->push_back('[');
+  tool::appendFixed(nPoint.mLongitude, 7, npText);
+  npText->push_back(',');
+  tool::appendFixed(nPoint.mLatitude, 7, npText);
+  if (!std::isnan(nPoint.mAltitude)) {
+    npText->push_back(',');
+    appendDecimal(nPoint.mAltitude, 3, npText);
+  }
+  npText->push_back(']');
 }
 
 }  // namespace logtool

@@ -22,9 +22,10 @@ class TrackPart {
 
 /// What a document says of itself.
 struct Document {
-  std::string mName;      ///< for people; any bytes
-  int64_t mUtcMs = -1;    ///< of its first point; -1 without a date
-  bool mIsLines = false;  ///< GeoJSON: lines instead of points
+  std::string mName;       ///< for people; any bytes
+  int64_t mUtcMs = -1;     ///< of its first point; -1 without a date
+  bool mIsLines = false;   ///< GeoJSON: lines instead of points
+  bool mIsSorted = false;  ///< the points of all tracks come by their times, and stand so where the format allows it
 };
 
 /// A format: what stands around the tracks.
@@ -33,17 +34,19 @@ struct TrackFormat {
   std::string (*mpBegin)(const Document& nDocument);
   const char* mpEnd;
   /// @param nIsFirst of the document
+  bool mMayMix;  ///< its points are by themselves: those of several tracks may stand mixed
   std::unique_ptr<TrackPart> (*mpMakePart)(TrackText& nText, const std::string& nName, bool nIsFirst);
 };
 
 extern const TrackFormat GPX_FORMAT, KML_FORMAT, GEOJSON_FORMAT, GEOJSON_LINES_FORMAT, CSV_FORMAT;
 
-/// Writes tracks as a document, one behind the other, each with its name.
+/// Writes tracks as a document, one behind the other, each with its name; sorted points stand mixed where they may.
 class TrackWriter : public TrackSink {
  public:
   /// @param nFormat "gpx", "kml", "geojson" or "csv" @param nOutput not owned, outlives the writer
   TrackWriter(const std::string& nFormat, const Document& nDocument, OutputFile& nOutput);
 
+  void onRecording(size_t nRecording) override { mRecording = nRecording; }
   void onTrack(size_t nTrack, const std::string& nName) override;
   void onPoint(const TrackPoint& nPoint) override;
   void onTracksEnd() override;
@@ -54,20 +57,26 @@ class TrackWriter : public TrackSink {
  private:
   struct Open {
     std::string mName;
+    size_t mRecording = 0;
+    bool mHasEnded = false;
     std::unique_ptr<TrackText> mText;
     std::unique_ptr<TrackPart> mPart;  // null before the first point
   };
   void begin(int64_t nUtcMs);
+  void makePart(Open& nOpen, size_t nTrack);
 
   OutputFile& mOutput;
   const TrackFormat& mFormat;
   Document mDocument;
   bool mHasBegun = false;
-  std::map<size_t, Open> mOpen;  // of the recording under way
+  std::map<size_t, Open> mOpen;  // of the recordings under way, and what waits for one of them
+  size_t mRecording = 0;         // whose turn it is
   uint64_t mPoints = 0;
 };
 
-/// A number as short as it may be: with so many decimals at most, and one at least.
-std::string decimalText(double nValue, int nMost);
+/// Appends a number as short as it may be: with so many decimals at most, and one at least.
+void appendDecimal(double nValue, int nMost, std::string* npText);
+/// Appends the list that GeoJSON has for a position: longitude, latitude, and the altitude if it was told.
+void appendPlace(const TrackPoint& nPoint, std::string* npText);
 
 }  // namespace logtool

@@ -119,26 +119,28 @@ bool GeoPackageWriter::has(const Recording& nRecording) {
 
 void GeoPackageWriter::expect(const std::vector<Recording>& nRecordings) {
   mRecordings = nRecordings;
-  mNext = 0;
-  beginRecording();
+  mRows.resize(nRecordings.size());
 }
 
-void GeoPackageWriter::beginRecording() {
-  if (mNext == mRecordings.size()) return;
-  const Recording& lRecording = mRecordings[mNext++];
-  const std::string lName = std::filesystem::path(lRecording.mName).filename().string();
-  mAddRecording.text(tool::printableText(lName)).text(pathOf(lRecording));
-  mAddRecording.number(static_cast<int64_t>(totalSize({lRecording}))).run();
-  mRecordingId = mDatabase.lastId();
-  mRecordingPoints = 0;
+void GeoPackageWriter::onRecording(size_t nRecording) {
+  mRecording = nRecording;
+  if (mRows[nRecording].mId == 0) addRecording(mRecordings[nRecording], mRows[nRecording]);
+}
+
+void GeoPackageWriter::addRecording(const Recording& nRecording, Row& nRow) {
+  const std::string lName = std::filesystem::path(nRecording.mName).filename().string();
+  mAddRecording.text(tool::printableText(lName)).text(pathOf(nRecording));
+  mAddRecording.number(static_cast<int64_t>(totalSize({nRecording}))).run();
+  nRow.mId = mDatabase.lastId();
 }
 
 void GeoPackageWriter::onTrack(size_t nTrack, const std::string& nName) {
   const size_t lComma = nName.rfind(", ");  // the recording's name stands before it
   const std::string lName = lComma == std::string::npos ? nName : nName.substr(lComma + 2);
-  mAddTrack.number(mRecordingId).text(lName).run();
+  mAddTrack.number(mRows[mRecording].mId).text(lName).run();
   Track& lTrack = mTracks[nTrack];
   lTrack.mId = mDatabase.lastId();
+  lTrack.mRecording = mRecording;
   lTrack.mIsReckoning = lName == "dead reckoning";
 }
 
@@ -147,7 +149,7 @@ void GeoPackageWriter::onPoint(const TrackPoint& nPoint) {
   if (lTrack.mPoints++ == 0) lTrack.mFirst = nPoint;
   lTrack.mLast = nPoint;
   ++mPoints;
-  ++mRecordingPoints;
+  ++mRows[lTrack.mRecording].mPoints;
   (lTrack.mIsReckoning ? mReportBounds : mPointBounds).add(nPoint.mLongitude, nPoint.mLatitude);
   addPoint(nPoint, lTrack);
   if (nPoint.mIsBreak) endLine(lTrack, false);
@@ -187,16 +189,18 @@ void GeoPackageWriter::endTrack(Track& nTrack) {
 }
 
 void GeoPackageWriter::onTracksEnd() {
-  for (auto& lEntry : mTracks) endTrack(lEntry.second);
-  mTracks.clear();
-  mEndRecording.number(mRecordingPoints).number(mRecordingId).run();
-  beginRecording();
+  for (auto i = mTracks.begin(); i != mTracks.end();) {
+    const bool lIsOver = i->second.mRecording == mRecording;
+    if (lIsOver) endTrack(i->second);
+    i = lIsOver ? mTracks.erase(i) : std::next(i);
+  }
+  mEndRecording.number(mRows[mRecording].mPoints).number(mRows[mRecording].mId).run();
 }
 
 void GeoPackageWriter::onSky(const Sky& nSky) {
   const std::string lTime = timeOrNothing(nSky.mUtcMs);
   for (const SatelliteView& lView : nSky.mSatellites) {
-    mAddSatellite.number(mRecordingId).text(lTime).real(static_cast<double>(nSky.mElapsedMs) / 1000.0);
+    mAddSatellite.number(mRows[mRecording].mId).text(lTime).real(static_cast<double>(nSky.mElapsedMs) / 1000.0);
     mAddSatellite.text(constellationName(lView.mName.mConstellation)).number(lView.mName.mNumber);
     mAddSatellite.real(lView.mElevation).real(lView.mAzimuth).real(lView.mSnr).run();
   }

@@ -20,9 +20,10 @@ class GeoPackageWriter : public TrackSink {
   /// Whether the package has this recording, told by its path and size; one of the same path that has grown since, or
   /// was replaced, is taken out.
   bool has(const Recording& nRecording);
-  /// The tracks that come are of this recording, until onTracksEnd(), and of the next then.
+  /// The recordings whose tracks come.
   void expect(const std::vector<Recording>& nRecordings);
 
+  void onRecording(size_t nRecording) override;
   void onTrack(size_t nTrack, const std::string& nName) override;
   void onPoint(const TrackPoint& nPoint) override;
   void onTracksEnd() override;
@@ -33,14 +34,19 @@ class GeoPackageWriter : public TrackSink {
   uint64_t getPoints() const { return mPoints; }
 
  private:
+  struct Row {
+    int64_t mId = 0;  // 0: not there yet
+    int64_t mPoints = 0;
+  };
   struct Track {
     int64_t mId = 0;
+    size_t mRecording = 0;
     bool mIsReckoning = false;
     int64_t mPoints = 0;
     TrackPoint mFirst, mLast;
     TrackLine mLine;
   };
-  void beginRecording();
+  void addRecording(const Recording& nRecording, Row& nRow);
   void addPoint(const TrackPoint& nPoint, const Track& nTrack);
   void endLine(Track& nTrack, bool nGoesOn);
   void endTrack(Track& nTrack);
@@ -48,10 +54,9 @@ class GeoPackageWriter : public TrackSink {
 
   Database& mDatabase;
   std::vector<Recording> mRecordings;
-  size_t mNext = 0;  // of the recordings
-  int64_t mRecordingId = 0;
-  int64_t mRecordingPoints = 0;
-  std::map<size_t, Track> mTracks;  // of the recording under way
+  std::vector<Row> mRows;           // of the recordings
+  size_t mRecording = 0;            // whose turn it is
+  std::map<size_t, Track> mTracks;  // of the recordings under way
   uint64_t mPoints = 0;
   Bounds mPointBounds, mReportBounds;
   std::string mShape;

@@ -27,7 +27,10 @@ class IdStats {
     ++mRecords;
     mBytes += nDataSize;
     uint64_t lName = 0;
-    memcpy(&lName, nType.data(), nType.size() < sizeof(lName) ? nType.size() : sizeof(lName));
+    if (nType.size() == 3)
+      memcpy(&lName, nType.data(), 3);  // most are three letters: a copy of a known size is no call
+    else
+      memcpy(&lName, nType.data(), nType.size() < sizeof(lName) ? nType.size() : sizeof(lName));
     for (Type& lType : mTypes) {
       if (lType.mName != lName) continue;
       ++lType.mCount;

@@ -23,7 +23,7 @@ struct Options {
   bool mJson = false;
   bool mHex = false;
   bool mFollow = false;
-  bool mSort = false;  ///< cat, filter: the records of all recordings in the order of their times
+  bool mSort = false;  ///< cat, filter, convert: the records of all recordings in the order of their times
   bool mHtml = false;
   bool mByTime = false;           ///< merge: by the clock instead of the ticks
   std::string mFormat;            ///< of convert

@@ -1,5 +1,7 @@
 #include "RecordType.h"
 
+#include <algorithm>
+
 #include "NfwAppLog.h"
 #include "SensorContent.h"
 #include "SentenceKind.h"
@@ -11,8 +13,12 @@ namespace {
 const size_t MAX_ADDRESS = 8;
 
 std::string_view sentenceType(std::string_view nSentence) {
-  const std::string_view lAddress = nSentence.substr(1, nSentence.substr(1, MAX_ADDRESS).find_first_of(",*\r\n"));
-  if (lAddress.size() > MAX_ADDRESS || lAddress.empty()) return "DATA";
+  const auto lIsEnd = [](char nByte) { return nByte == ',' || nByte == '*' || nByte == '\r' || nByte == '\n'; };
+  size_t lSize = 0;
+  const size_t lMost = std::min(nSentence.size() - 1, MAX_ADDRESS);
+  while (lSize < lMost && !lIsEnd(nSentence[1 + lSize])) ++lSize;
+  if (lSize == 0 || (lSize == MAX_ADDRESS && nSentence.size() - 1 > MAX_ADDRESS)) return "DATA";
+  const std::string_view lAddress = nSentence.substr(1, lSize);
   return lAddress.size() == 5 && lAddress[0] != 'P' ? lAddress.substr(2) : lAddress;
 }
 

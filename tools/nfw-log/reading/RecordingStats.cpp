@@ -22,14 +22,15 @@ void RecordingStats::noteTime(const RecordingReader& nReader, const tool::Record
     mFirstTime = lTime - static_cast<int64_t>(mTimeline.getElapsedMs());  // the first records had no clock yet
   }
   if (lTime != NO_TIME) mLastTime = lTime;
-  const Break lBreak = {{}, nRecord.mOffset, lBefore, mTimeline.getStepMs()};
-  const bool lIsGap = !mTimeline.isBackward() && lBreak.mLengthMs >= mGapMs;
-  if (!lIsGap && !mTimeline.isBackward()) return;
-  std::vector<Break>& lList = lIsGap ? mGaps : mBackward;
-  ++(lIsGap ? mGapNum : mBackwardNum);
-  if (lList.size() >= MAX_LISTED) return;
-  lList.push_back(lBreak);
-  lList.back().mPath = nReader.getPath();
+  const bool lIsGap = !mTimeline.isBackward() && mTimeline.getStepMs() >= mGapMs;
+  if (lIsGap || mTimeline.isBackward())
+    noteBreak(lIsGap, {nReader.getPath(), nRecord.mOffset, lBefore, mTimeline.getStepMs()});
+}
+
+void RecordingStats::noteBreak(bool nIsGap, const Break& nBreak) {
+  std::vector<Break>& lList = nIsGap ? mGaps : mBackward;
+  ++(nIsGap ? mGapNum : mBackwardNum);
+  if (lList.size() < MAX_LISTED) lList.push_back(nBreak);
 }
 
 IdStats& RecordingStats::statsOf(int nId) {

@@ -51,6 +51,7 @@ class RecordingStats : public Problems {
  private:
   IdStats& statsOf(int nId);
   void noteTime(const RecordingReader& nReader, const tool::Record& nRecord);
+  void noteBreak(bool nIsGap, const Break& nBreak);
 
   const uint64_t mGapMs;
   WallClock mClock;

@@ -93,6 +93,7 @@ bool parseMoment(const std::string& nText, Moment* npMoment) {
 Selector::Selector(const Selection& nSelection)
     : mSelection(nSelection),
       mAsksClock(nSelection.mFrom.mKind > Moment::OFFSET || nSelection.mTo.mKind > Moment::OFFSET),
+      mTakesAll(nSelection.isAll()),
       mSeen(nSelection) {
   if (!nSelection.mTexts.empty()) mSentences = std::make_unique<Sentences>();
 }
@@ -100,6 +101,10 @@ Selector::Selector(const Selection& nSelection)
 bool Selector::takes(const tool::Record& nRecord) {
   mTimeline.step(nRecord.mTick);
   if (mAsksClock || nRecord.mKind == tool::SENSOR_RECORD) mTime = mClock.timeOf(nRecord);
+  return mTakesAll || isChosen(nRecord);
+}
+
+bool Selector::isChosen(const tool::Record& nRecord) {
   const bool lIsOfType = isOfType(nRecord);
   return isInTime() && lIsOfType && isListed(nRecord) && (mSelection.mTexts.empty() || hasText(nRecord));
 }

@@ -31,6 +31,12 @@ struct Selection {
   std::vector<std::string> mTexts;  ///< one of which is in the record's text
   Moment mFrom, mTo;                ///< from the first to before the second
   int64_t mLastMs = -1;             ///< instead of both: so much before the end, which Run finds; -1 without
+
+  bool isAll() const {
+    const bool lHasTimes = mFrom.mKind != Moment::NONE || mTo.mKind != Moment::NONE;
+    return mIds.empty() && mTypes.empty() && mExcludedIds.empty() && mExcludedTypes.empty() && mTexts.empty() &&
+           !lHasTimes;
+  }
 };
 
 /// Which of what a selection names a recording had, by their indices.
@@ -62,6 +68,7 @@ class Selector {
 
  private:
   bool isInTime();
+  bool isChosen(const tool::Record& nRecord);
   bool isAtOrAfter(const Moment& nMoment) const;
   bool isListed(const tool::Record& nRecord) const;
   bool isOfType(const tool::Record& nRecord);
@@ -70,6 +77,7 @@ class Selector {
 
   const Selection& mSelection;
   const bool mAsksClock;
+  const bool mTakesAll;
   Timeline mTimeline;
   WallClock mClock;
   int64_t mTime = NO_TIME;

@@ -13,6 +13,13 @@ namespace {
 
 const size_t MINUTE_SIZE = 16;  // of "YYYY/MM/DD hh:mm"
 
+void put(int nValue, int nDigits, char* npText) {
+  for (int i = nDigits - 1; i >= 0; --i) {
+    npText[i] = static_cast<char>('0' + nValue % 10);
+    nValue /= 10;
+  }
+}
+
 }  // namespace
 
 int64_t WallClock::timeOf(const tool::Record& nRecord) {
@@ -46,14 +53,28 @@ UtcClock& WallClock::clockOf(int nId) {
 std::string timeText(int64_t nMs) {
   if (nMs < 0) return "-";
   const tool::CivilTime lTime = tool::civilTime(nMs);
-  return fmt::format("{:04}-{:02}-{:02} {:02}:{:02}:{:02}.{:03}", lTime.mYear, lTime.mMonth, lTime.mDay, lTime.mHour,
-                     lTime.mMinute, lTime.mSecond, lTime.mMillisecond);
+  std::string lText = "0000-00-00 00:00:00.000";
+  put(lTime.mYear, 4, &lText[0]);
+  put(lTime.mMonth, 2, &lText[5]);
+  put(lTime.mDay, 2, &lText[8]);
+  put(lTime.mHour, 2, &lText[11]);
+  put(lTime.mMinute, 2, &lText[14]);
+  put(lTime.mSecond, 2, &lText[17]);
+  put(lTime.mMillisecond, 3, &lText[20]);
+  return lText;
 }
 
 std::string utcText(int64_t nMs) {
-  std::string lText = timeText(nMs) + "Z";
-  lText[10] = 'T';
+  std::string lText;
+  appendUtc(nMs, &lText);
   return lText;
+}
+
+void appendUtc(int64_t nMs, std::string* npText) {
+  const size_t lBegin = npText->size();
+  npText->append(timeText(nMs));
+  (*npText)[lBegin + 10] = 'T';
+  npText->push_back('Z');
 }
 
 std::string durationText(uint64_t nMs) {

@@ -33,6 +33,7 @@ class WallClock {
 std::string timeText(int64_t nMs);
 /// "YYYY-MM-DDThh:mm:ss.mmmZ".
 std::string utcText(int64_t nMs);
+void appendUtc(int64_t nMs, std::string* npText);
 /// "h:mm:ss.mmm".
 std::string durationText(uint64_t nMs);
 

@@ -14,6 +14,16 @@ void setIfMissing(double nValue, double* npMember) {
   if (std::isnan(*npMember)) *npMember = nValue;
 }
 
+void setIfMissing(const SentenceFields& nFields, size_t nIndex, double* npMember) {
+  if (std::isnan(*npMember)) *npMember = nFields.number(nIndex);
+}
+
+int64_t dayOf(const SentenceFields& nFields, uint32_t nType) {
+  if (nType == tool::typeCode("RMC")) return tool::dayOfDate(nFields.text(9));
+  if (nType != tool::typeCode("ZDA")) return -1;
+  return tool::dayOfDate(nFields.text(4), nFields.text(3), nFields.text(2));
+}
+
 Fix fixOfQuality(char nQuality) {
   static const Fix FIXES[] = {FIX_NONE,         FIX_2D,           FIX_DIFFERENTIAL, FIX_2D,
                               FIX_DIFFERENTIAL, FIX_DIFFERENTIAL, FIX_ESTIMATED};
@@ -34,33 +44,37 @@ Fix fixOfStatus(std::string_view nStatus, bool nIsReckoning) {
 
 }  // namespace
 
-EpochBuilder::Take EpochBuilder::takerOf(std::string_view nSentence) const {
-  switch (tool::sentenceTypeCode(nSentence)) {
+EpochBuilder::Kind EpochBuilder::kindOf(std::string_view nSentence, uint32_t nType) const {
+  switch (nType) {
     case tool::typeCode("GGA"):
-      return &EpochBuilder::takeGga;
+      return {&EpochBuilder::takeGga, 1};
     case tool::typeCode("GLL"):
-      return &EpochBuilder::takeGll;
+      return {&EpochBuilder::takeGll, 5};
     case tool::typeCode("GSA"):
-      return &EpochBuilder::takeGsa;
+      return {&EpochBuilder::takeGsa, 0};
     case tool::typeCode("GSV"):
-      return mWantsSky && mPoint.mTimeOfDay >= 0 ? &EpochBuilder::takeGsv : nullptr;
+      return {mWantsSky && mPoint.mTimeOfDay >= 0 ? &EpochBuilder::takeGsv : nullptr, 0};
     case tool::typeCode("RMC"):
-      return &EpochBuilder::takeRmc;
+      return {&EpochBuilder::takeRmc, 1};
     case tool::typeCode("VTG"):
-      return &EpochBuilder::takeVtg;
+      return {&EpochBuilder::takeVtg, 0};
+    case tool::typeCode("ZDA"):
+      return {nullptr, 1};
     default:
-      return nSentence.substr(0, 9) == "$PUBX,00," ? &EpochBuilder::takePubx : nullptr;
+      return {nSentence.substr(0, 9) == "$PUBX,00," ? &EpochBuilder::takePubx : nullptr, 2};
   }
 }
 
 bool EpochBuilder::onSentence(std::string_view nSentence) {
-  const Take lpTake = takerOf(nSentence);
-  const int64_t lTime = tool::sentenceTime(nSentence);
-  const int64_t lDay = tool::sentenceDay(nSentence);
-  if ((lpTake != nullptr || lDay >= 0) && lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
+  const uint32_t lType = tool::sentenceTypeCode(nSentence);
+  const Kind lKind = kindOf(nSentence, lType);
+  if (lKind.mpTake == nullptr && lType != tool::typeCode("ZDA")) return true;
+  const SentenceFields lFields(nSentence);
+  const int64_t lTime = lKind.mTimeAt == 0 ? -1 : tool::timeOfDay(lFields.text(lKind.mTimeAt));
+  const int64_t lDay = dayOf(lFields, lType);
+  if ((lKind.mpTake != nullptr || lDay >= 0) && lTime >= 0 && lTime != mPoint.mTimeOfDay) beginAt(lTime);
   if (lDay >= 0) mDay.set(lDay, mPoint.mTimeOfDay);
-  if (lpTake == nullptr) return true;
-  (this->*lpTake)(SentenceFields(nSentence));
+  if (lKind.mpTake != nullptr) (this->*lKind.mpTake)(lFields);
   return true;
 }
 
@@ -126,11 +140,12 @@ bool EpochBuilder::isBreak(const TrackPoint& nPoint) const {
 }
 
 void EpochBuilder::setPosition(const SentenceFields& nFields, size_t nLatitudeAt) {
+  if (mPoint.hasPosition()) return;
   const double lLatitude = nFields.degrees(nLatitudeAt);
   const double lLongitude = nFields.degrees(nLatitudeAt + 2);
   if (!(std::fabs(lLatitude) <= 90.0 && std::fabs(lLongitude) <= 180.0)) return;
-  setIfMissing(lLatitude, &mPoint.mLatitude);
-  setIfMissing(lLongitude, &mPoint.mLongitude);
+  mPoint.mLatitude = lLatitude;
+  mPoint.mLongitude = lLongitude;
 }
 
 // The sentences of an epoch tell of its fix in different words; the one that tells most stays.
@@ -143,8 +158,8 @@ void EpochBuilder::takeGga(const SentenceFields& nFields) {
   setPosition(nFields, 2);
   mPoint.mAltitude = nFields.number(9);
   mPoint.mGeoidSeparation = nFields.number(11);
-  setIfMissing(nFields.number(7), &mPoint.mSatellites);
-  setIfMissing(nFields.number(8), &mPoint.mHdop);
+  setIfMissing(nFields, 7, &mPoint.mSatellites);
+  setIfMissing(nFields, 8, &mPoint.mHdop);
 }
 
 void EpochBuilder::takeGll(const SentenceFields& nFields) {
@@ -157,34 +172,34 @@ void EpochBuilder::takeGsa(const SentenceFields& nFields) {
   const char lMode = nFields.letter(2);
   if (lMode != '2' && lMode != '3') return;
   raiseFix(lMode == '3' ? FIX_3D : FIX_2D);
-  setIfMissing(nFields.number(15), &mPoint.mPdop);
-  setIfMissing(nFields.number(16), &mPoint.mHdop);
-  setIfMissing(nFields.number(17), &mPoint.mVdop);
+  setIfMissing(nFields, 15, &mPoint.mPdop);
+  setIfMissing(nFields, 16, &mPoint.mHdop);
+  setIfMissing(nFields, 17, &mPoint.mVdop);
 }
 
 void EpochBuilder::takeRmc(const SentenceFields& nFields) {
   if (nFields.letter(2) != 'A' && nFields.letter(2) != 'D') return;
   raiseFix(fixOfMode(nFields.letter(12)));
   setPosition(nFields, 3);
-  setIfMissing(nFields.number(7) * KMH_PER_KNOT, &mPoint.mSpeedKmh);
-  setIfMissing(nFields.number(8), &mPoint.mCourse);
+  if (std::isnan(mPoint.mSpeedKmh)) mPoint.mSpeedKmh = nFields.number(7) * KMH_PER_KNOT;
+  setIfMissing(nFields, 8, &mPoint.mCourse);
 }
 
 void EpochBuilder::takeVtg(const SentenceFields& nFields) {
-  setIfMissing(nFields.number(7), &mPoint.mSpeedKmh);
-  setIfMissing(nFields.number(1), &mPoint.mCourse);
+  setIfMissing(nFields, 7, &mPoint.mSpeedKmh);
+  setIfMissing(nFields, 1, &mPoint.mCourse);
 }
 
 void EpochBuilder::takePubx(const SentenceFields& nFields) {
-  const Fix lFix = fixOfStatus(nFields.text(8), nFields.letter(20) == '1');
+  const Fix lFix = fixOfStatus(nFields.text(8), nFields.text(8) == "RK" && nFields.letter(20) == '1');
   if (lFix == FIX_NONE) return;
   raiseFix(lFix);
   setPosition(nFields, 3);
-  setIfMissing(nFields.number(11), &mPoint.mSpeedKmh);
-  setIfMissing(nFields.number(12), &mPoint.mCourse);
-  setIfMissing(nFields.number(15), &mPoint.mHdop);
-  setIfMissing(nFields.number(16), &mPoint.mVdop);
-  setIfMissing(nFields.number(18), &mPoint.mSatellites);
+  setIfMissing(nFields, 11, &mPoint.mSpeedKmh);
+  setIfMissing(nFields, 12, &mPoint.mCourse);
+  setIfMissing(nFields, 15, &mPoint.mHdop);
+  setIfMissing(nFields, 16, &mPoint.mVdop);
+  setIfMissing(nFields, 18, &mPoint.mSatellites);
 }
 
 void EpochBuilder::takeGsv(const SentenceFields& nFields) {

@@ -37,8 +37,12 @@ class EpochBuilder : public tool::SentenceSink {
 
  private:
   using Take = void (EpochBuilder::*)(const SentenceFields&);
+  struct Kind {
+    Take mpTake;     // null: the sentence tells nothing of a point
+    size_t mTimeAt;  // its field; 0: it has none
+  };
 
-  Take takerOf(std::string_view nSentence) const;  // null: the sentence tells nothing of a point
+  Kind kindOf(std::string_view nSentence, uint32_t nType) const;
   void beginAt(int64_t nTimeOfDay);
   void endPoint();
   void endSky();

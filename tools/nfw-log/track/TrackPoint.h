@@ -39,13 +39,15 @@ struct TrackPoint {
 };
 
 /// Takes the points of tracks, of each in their order. Tracks of one recording come mixed, one recording after the
-/// other.
+/// other, or by turns.
 class TrackSink {
  public:
   virtual ~TrackSink() = default;
+  /// What follows is of this one of the recordings.
+  virtual void onRecording(size_t /*nRecording*/) {}
   /// A track begins. @param nTrack counts them from 0 on @param nName for people; any bytes
   virtual void onTrack(size_t /*nTrack*/, const std::string& /*nName*/) {}
-  /// No more points of the tracks so far.
+  /// No more points of the recording's tracks.
   virtual void onTracksEnd() {}
   virtual void onPoint(const TrackPoint& nPoint) = 0;
   /// Epochs that told no position, of a track with one at least.

@@ -20,7 +20,7 @@ class TrackReader {
   TrackReader(const TrackReader&) = delete;
   TrackReader& operator=(const TrackReader&) = delete;
 
-  /// @param nSink told of the points of all recordings
+  /// @param nSink told of the points of all recordings, in the order of their times where the command line asks so
   void read(Problems& nProblems, TrackSink& nSink);
 
   /// The steps of read(), for who reads the records: all of a recording in their order. @param nSink outlives them
@@ -31,9 +31,13 @@ class TrackReader {
   uint64_t getUndecoded() const { return mUndecoded; }  ///< records of sentences that could not be decoded
 
  private:
-  bool use(const tool::Record& nRecord, const TrackRecords::Place& nPlace);
+  class Sorted;
+
+  std::unique_ptr<Tracks> makeTracks(const Recording& nRecording, TrackSink& nSink);
+  bool use(Tracks& nTracks, const tool::Record& nRecord, const TrackRecords::Place& nPlace);
 
   Run& mRun;
+  const TrackChoice mChoice;
   const bool mHasPrefix;  // of the tracks' names: the recording's
   TrackRecords mRecords;
   const TrackRecords::Use mUse;

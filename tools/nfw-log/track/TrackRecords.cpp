@@ -57,6 +57,30 @@ void TrackRecords::begin(const Recording& nRecording, const Use& nUse) {
   mLeftOut = 0;
 }
 
+TrackRecords TrackRecords::lookAhead(const Recording& nRecording, const Use& nUse) {
+  static const Use NO_USE = [](const tool::Record&, const Place&) { return true; };
+  begin(nRecording, NO_USE);
+  TrackRecords lRecords = *this;
+  lRecords.mpUse = &nUse;
+  if (nRecording.mPaths.front() != "-") decide(nRecording);
+  lRecords.mChosen = mChosen;
+  return lRecords;
+}
+
+/// What of a directory's log leaves out of its sensor log is known only at its end.
+void TrackRecords::decide(const Recording& nRecording) {
+  Silence lSilence;  // what is wrong is told when it is read
+  RecordingReader lReader(nRecording, lSilence);
+  Selector lSelector(mRun.getOptions().mSelection);
+  const auto lIsDecided = [&] { return !nRecording.mHasBothKinds && (mIsAsked || mChosen >= 0); };
+  tool::Record lRecord;
+  while (!lIsDecided() && !lSelector.isOver() && lReader.next(&lRecord)) {
+    const bool lIsSelected = lSelector.takes(lRecord);
+    take(lRecord, lSelector, lIsSelected);
+  }
+  if (!mHeld.empty()) choose(mHeld.front().mRecord.mId);
+}
+
 bool TrackRecords::take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected) {
   if (!(nIsSelected || mAsksTime) || !hasSentences(nRecord)) return true;
   const int64_t lUtc = mAsksTime ? utcOf(nRecord, nSelector) : NO_TIME;

@@ -42,6 +42,10 @@ class TrackRecords {
   bool take(const tool::Record& nRecord, Selector& nSelector, bool nIsSelected);  ///< false: no more is wanted
   void end(const Recording& nRecording);
 
+  /// Instead of begin(), for who reads recordings by turns: the rule for one of them alone, as it would be where they
+  /// are read one behind the other. Called for each in their order; reads as much as decides what is taken.
+  TrackRecords lookAhead(const Recording& nRecording, const Use& nUse);
+
  private:
   struct Held {
     std::string mBytes;
@@ -53,6 +57,7 @@ class TrackRecords {
   static constexpr size_t MAX_OTHERS = 64;
 
   int64_t utcOf(const tool::Record& nRecord, Selector& nSelector);
+  void decide(const Recording& nRecording);
   bool offer(const tool::Record& nRecord, const Place& nPlace);
   void hold(const tool::Record& nRecord, const Place& nPlace);
   bool choose(int nId);

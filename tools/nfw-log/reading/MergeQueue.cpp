@@ -37,7 +37,7 @@ void allowManyFiles() {
 
 }  // namespace
 
-MergeQueue::MergeQueue(Run& nRun, Problems& nProblems) : mRun(nRun) {
+MergeQueue::MergeQueue(Run& nRun, Problems& nProblems, bool nIsOfAll) : mRun(nRun) {
   const Options& lOptions = nRun.getOptions();
   allowManyFiles();
   std::vector<MergeStart> lStarts;
@@ -45,7 +45,8 @@ MergeQueue::MergeQueue(Run& nRun, Problems& nProblems) : mRun(nRun) {
   const std::vector<int64_t> lShifts = findShifts(lStarts, lOptions.mByTime);
   for (size_t i = 0; i < lShifts.size(); ++i) {
     const Recording& lRecording = nRun.getRecordings()[i];
-    mInputs.push_back(std::make_unique<MergeInput>(lRecording, lOptions.mSelection, nProblems, lStarts[i], lShifts[i]));
+    mInputs.push_back(
+        std::make_unique<MergeInput>(lRecording, lOptions.mSelection, nProblems, lStarts[i], lShifts[i], nIsOfAll));
     push(i);
     if (lShifts[i] == 0) continue;
     tell("{}: of another start of the system: {} ms added to its ticks", lRecording.mName, lShifts[i]);

@@ -15,11 +15,13 @@ namespace logtool {
 class MergeQueue {
  public:
   /// @param nProblems not owned, outlives it, as the run does
-  MergeQueue(Run& nRun, Problems& nProblems);
+  /// @param nIsOfAll records that are not selected come, too: MergeInput::isSelected() tells
+  MergeQueue(Run& nRun, Problems& nProblems, bool nIsOfAll = false);
 
   /// The input with the earliest record; null when there is none.
   MergeInput* next();
-  void advance();  ///< goes on in the input that is next
+  size_t getIndex() const { return mPlaces.top().second; }  ///< of that input, among the run's recordings
+  void advance();                                           ///< goes on in the input that is next
   /// Behind the last record: tells the run what was found, and people where a recording is not in order itself.
   void finish();
 

@@ -33,7 +33,8 @@ void MergeInput::advance() {
   mIsWaiting = false;
   mHasRecord = false;
   while (!mHasRecord && !mSelector.isOver() && mReader->next(&mRecord)) {
-    mHasRecord = mSelector.takes(mRecord);
+    mIsSelected = mSelector.takes(mRecord);
+    mHasRecord = mIsSelected || mIsOfAll;
     if (mSelector.getTimeline().isBackward()) ++mBackward;
     if (mIsFirst) mBase = mShift + mRecord.mTick;
     mIsFirst = false;

@@ -24,9 +24,10 @@ class MergeInput {
  public:
   /// @param nStart as findStart() tells @param nShift added to its ticks, to bring them onto the clock of the first
   /// input
+  /// @param nIsOfAll has the records that are not selected, too
   MergeInput(const Recording& nRecording, const Selection& nSelection, Problems& nProblems, const MergeStart& nStart,
-             int64_t nShift)
-      : mRecording(nRecording), mProblems(nProblems), mSelector(nSelection), mShift(nShift) {
+             int64_t nShift, bool nIsOfAll)
+      : mRecording(nRecording), mProblems(nProblems), mSelector(nSelection), mShift(nShift), mIsOfAll(nIsOfAll) {
     mBase = mShift + nStart.mTick;
     if (!nStart.mHasTick) advance();
   }
@@ -35,12 +36,14 @@ class MergeInput {
   bool isWaiting() const { return mIsWaiting; }
   bool hasRecord() const { return mHasRecord; }
   const tool::Record& getRecord() const { return mRecord; }
+  bool isSelected() const { return mIsSelected; }
   /// The bytes of the record with its tick on the common clock.
   std::string_view getBytes();
   const Selector& getSelector() const { return mSelector; }
   Selector& getSelector() { return mSelector; }
   uint64_t getBackward() const { return mBackward; }  ///< how often a tick was before that of the record in front of it
   int64_t getKey() const { return mBase + static_cast<int64_t>(mSelector.getTimeline().getElapsedMs()); }
+  int64_t getBase() const { return mBase; }  ///< the key of its first record, known with that
   uint64_t getRead() const { return mReader ? mReader->getRead() : mRead; }
 
   void advance();
@@ -53,10 +56,12 @@ class MergeInput {
   uint64_t mBackward = 0;
   Selector mSelector;
   const int64_t mShift;
+  const bool mIsOfAll;
   bool mIsWaiting = true;
   bool mIsFirst = true;
   int64_t mBase = 0;
   bool mHasRecord = false;
+  bool mIsSelected = false;
   tool::Record mRecord;
   std::string mShifted;
 };
