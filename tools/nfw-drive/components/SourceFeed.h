@@ -31,7 +31,7 @@ class SourceFeed : private SourceReader::Listener {
   };
 
   SourceFeed(size_t nNumber, const Parts& nParts);
-  ~SourceFeed() { join(); }
+  ~SourceFeed() override { join(); }
   SourceFeed(const SourceFeed&) = delete;
   SourceFeed& operator=(const SourceFeed&) = delete;
 
