@@ -319,6 +319,31 @@ TEST(Drive, listensToGpsdAndToAPlainServerAndComesBackAfterABreak) {
   EXPECT_EQ(lRun.wait(), 0);
 }
 
+// One that never was there, one that breaks and comes back.
+TEST(Drive, severalSourcesAreToldApartAndOneThatFailsEndsNoOther) {
+  Server lRoof, lDash;
+  ToolRun lRun({"roof=" + lRoof.source(), "none=/no/such", "dash=" + lDash.source(), "--format", "jsonl-raw",
+                "--log-level", "0"});
+  const auto lExpect = [&](const Server& nServer, const char* npName, const char* npText) {
+    nServer.send(npText);
+    const json lObject = json::parse(lRun.readLine());
+    EXPECT_EQ(lObject["source"], npName) << lObject;
+  };
+  lRoof.accept(), lDash.accept();
+  lExpect(lRoof, "roof", "$GPVTG,,T,,M,,N,,K,N*2C\r\n$GPZDA,,,,,,*48\r\n$GP");
+  lExpect(lDash, "dash", "$GPVTG,,T,,M,,N,,K,N*2C\r\n");
+  lRoof.accept();  // a second later
+  lExpect(lDash, "dash", "$GPVTG,054.7,T,034.4,M,005.5,N,010.2,K,A*25\r\n");
+  lExpect(lRoof, "roof", "$GPVTG,,T,,M,,N,,K,N*2C\r\n");
+  lRun.signal(SIGINT);
+  const json lSources = lastOf(lRun.readAll())["sources"];
+  EXPECT_EQ(lSources[0]["lines"], 4) << "one is cut, and one has no time";
+  EXPECT_EQ(lSources[0]["accepted"], 2);
+  EXPECT_EQ(lSources[1]["failure"], "none=/no/such: No such file or directory");
+  EXPECT_EQ(lSources[2]["accepted"], 2);
+  EXPECT_EQ(lRun.wait(), 2);
+}
+
 // A peer that is gone without a word: the connection stays, and nothing comes. What came ends the growth of the waits.
 TEST(Drive, triesASilentServerAgain) {
   Server lServer;

@@ -8,11 +8,11 @@
 #include <filesystem>
 #include <functional>
 
-#include "Intake.h"
 #include "LineReader.h"
 #include "LogRecords.h"
 #include "MountNamespace.h"
 #include "Simulator.h"
+#include "SourceTurn.h"
 #include "TempDir.h"
 #include "ToolRun.h"
 
@@ -178,14 +178,18 @@ TEST(Intake, countsASentenceWhoseReportIsNotTakenAnyMore) {
   ASSERT_TRUE(lReceiver.start());
   drive::Windows lWindows;
   drive::Progress lProgress;
-  tool::LineReader lReader(lProgress.mLines);
+  const drive::SourceAddress lAddress;
+  lProgress.addSource(lAddress);
+  tool::LineReader lReader(lProgress.mSources.front().mLines);
+  drive::Turns lTurns(1, {});
   drive::Intake lIntake(lReceiver, nullptr, &lWindows, {}, lProgress);
+  drive::SourceTurn lTurn(0, lTurns, lIntake);
   drive::Simulator lSimulator({});
   lWindows.mReports.close();
   for (int i = 0; i < 3; ++i) {
     std::string lText;
     lSimulator.writeEpoch(&lText);
-    EXPECT_TRUE(lReader.feed(lText.data(), lText.size(), lIntake));
+    EXPECT_TRUE(lReader.feed(lText.data(), lText.size(), lTurn));
   }
   EXPECT_EQ(lProgress.accepted(), lProgress.mLines.total());
   EXPECT_TRUE(lProgress.addsUp());

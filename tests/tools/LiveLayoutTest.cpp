@@ -67,6 +67,22 @@ TEST(LiveLayout, fitsEverySize) {
   }
 }
 
+// Each of several sources has a row: the one that is silent, too.
+TEST(LiveLayout, showsSourcesBesideOneAnother) {
+  drive::LiveState lState = drive29();
+  lState.mSources = {{"roof", "", "3D", "08:00", lState.mReceived, 0, 100, 0},
+                     {"dash", "", "2D", "08:00", *lState.mReckoned, 7, 90, 3},
+                     {"boot", "broken", "none", "", {}, 9, 0, 0}};
+  std::string lText;
+  for (const drive::PictureRow& lRow : drive::layOut(lState, 100, 24)) lText += lRow.text() + "\n";
+  for (const char* const lpRow :
+       {"\nroof         3D fix  35.6578458 139.7451638   100 read\n",
+        "\ndash         silent for 7 s   2D fix  35.6588458 139.7451638   111.2 m apart   90 read, 3 rejected\n",
+        "\nboot         broken   no fix   0 read\n"}) {
+    EXPECT_NE(lText.find(lpRow), std::string::npos) << lpRow << lText;
+  }
+}
+
 TEST(LiveLayout, noSizeBreaksIt) {
   drive::LiveState lState = drive29();
   for (size_t i = 0; i < 3 * 60 * 30; ++i) {

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <thread>
 #include <vector>
 
 #include "GpsdFilter.h"
@@ -13,6 +14,7 @@
 #include "SentenceTime.h"
 #include "SerialSource.h"
 #include "SourceAddress.h"
+#include "Turns.h"
 #include "UdpSource.h"
 
 namespace {
@@ -51,6 +53,11 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
        "is of a kind that cannot be opened: a source is sim, FILE, -, /dev/TTY[:BAUD], tcp://HOST:PORT, "
        "gpsd://HOST[:PORT] or udp://[ADDR]:PORT, as tcp://localhost:2947"},
       {"localhost:2947", "is no file; of a server: tcp://localhost:2947"},
+      {"roof_1=/dev/ttyNONE0:115200", "serial 115200 /dev/ttyNONE0|||"},
+      {"/no/such=sim", "file 4800 /no/such=sim|||"},
+      {"a b=sim", "is no NAME=SOURCE: a name has letters, digits, - and _"},
+      {"=sim", "is no NAME=SOURCE: a name has letters, digits, - and _"},
+      {"roof=", "names no source: NAME=SOURCE"},
       {"[::1]:2947", "is no file; of a server: tcp://[::1]:2947"},
   };
   const char* const KINDS[] = {"simulator", "file", "stdin", "serial", "tcp", "udp"};
@@ -62,6 +69,47 @@ TEST(SourceAddress, namesWhatCanBeOpenedAndWhyOtherThingsCannot) {
                                  l.mWhere.mHost + "|" + l.mWhere.mPort + "|";
     EXPECT_EQ(lIsOne ? lAddress : lReason, lExpected) << lText;
   }
+}
+
+TEST(SourceAddress, severalNeedANameEachAndAnInputOfTheirOwn) {
+  const struct {
+    std::vector<const char*> mTexts;
+    const char* mpReason;
+  } CASES[] = {
+      {{"sim", "b=sim", "tcp://h:1"}, ""},
+      {{"sim", "sim"}, "sim and sim: of several sources each needs a name of its own, as NAME=SOURCE"},
+      {{"sim", "a=-", "b=-"}, "a=standard input and b=standard input: each would get a part of the same"},
+      {{"a=/dev/tty", "b=/dev/pts/../tty"}, "a=/dev/tty and b=/dev/pts/../tty: each would get a part of the same"}};
+  for (const auto& lCase : CASES) {
+    std::string lReason;
+    std::vector<SourceAddress> lSources(lCase.mTexts.size());
+    for (size_t i = 0; i < lSources.size(); ++i)
+      ASSERT_TRUE(parseSourceAddress(lCase.mTexts[i], 4800, &lSources[i], &lReason));
+    EXPECT_EQ(canBeTogether(lSources, &lReason), *lCase.mpReason == '\0');
+    EXPECT_EQ(lReason, lCase.mpReason);
+  }
+}
+
+// What belongs together comes together, and in turn. An epoch that stays open holds others up for a while only.
+TEST(Turns, keepEpochsTogetherAndPassByWhoIsSilentOrDoesNotEnd) {
+  const auto LONG = std::chrono::hours(1), SHORT = std::chrono::hours(0);
+  Turns lTurns(2, {LONG, LONG});
+  std::vector<size_t> lUses;
+  const auto lUse = [&](size_t nSource) {
+    for (size_t i = 1; i <= 5000; ++i) lTurns.use(nSource, i % 5 == 0, [&] { return lUses.push_back(nSource), true; });
+  };
+  std::thread lOther([&] { lUse(1); });
+  lUse(0);
+  lOther.join();
+  ASSERT_EQ(lUses.size(), 10000u);
+  for (size_t i = 0; i < lUses.size(); ++i) ASSERT_EQ(lUses[i], lUses[i / 5 * 5]) << i;
+  for (const Turns::Limits& lLimits : {Turns::Limits{SHORT, LONG}, Turns::Limits{LONG, SHORT}}) {
+    Turns lOpen(2, lLimits);
+    for (size_t i = 0; i < 4; ++i) EXPECT_TRUE(lOpen.use(i % 2, false, [] { return true; }));
+  }
+  lTurns.use(0, false, [] { return true; });
+  lTurns.close();
+  EXPECT_FALSE(lTurns.use(1, false, [] { return true; }));
 }
 
 // Another program of the system says what the line is set to. A line that has worked may come back.
@@ -156,6 +204,24 @@ TEST(GpsdFilter, takesObjectsOutHoweverTheyArrive) {
   EXPECT_FALSE(lPlain.takeGreeting());
 }
 
+// More than there is room for: what is read and what is lost is what was sent, where the system tells.
+void loseSome(const addrinfo& nWhere, UdpSource& nSource) {
+  const int lFd = openSocket(nWhere), lOn = 1;
+  const bool lIsTold = ::setsockopt(lFd, SOL_SOCKET, SO_RXQ_OVFL, &lOn, sizeof(lOn)) == 0;
+  uint64_t lCount = 0, lMarks = 0, lSent = 0;
+  const auto lSend = [&](const std::string& n) {
+    return ::sendto(lFd, n.data(), n.size(), 0, nWhere.ai_addr, nWhere.ai_addrlen) > 0;
+  };
+  for (int i = 0; i < 4000; ++i) lSent += lSend(std::string(1000, 'x')) ? 1u : 0u;
+  std::string lRead(2000, ' '), lReason;
+  while (nSource.read(lRead.data(), lRead.size(), &lReason) == 1001) {
+    if (++lCount % 10 == 0) lSend("$" + std::to_string(lMarks++));  // as soon as there is room again
+  }
+  ::close(lFd);
+  EXPECT_TRUE(!lIsTold || lCount + nSource.lost() == lSent + std::stoul(lRead.substr(1)))
+      << lCount << " " << lSent << " " << nSource.lost() << lRead.substr(0, 9);
+}
+
 // A datagram ends its last sentence; that of a group is heard by each program that listens to it.
 TEST(UdpSource, hearsWhatIsServedByDatagrams) {
   for (const char* const lpWhere : {":0", "239.255.77.77:20177"}) {
@@ -186,6 +252,7 @@ TEST(UdpSource, hearsWhatIsServedByDatagrams) {
       EXPECT_EQ(lpSource->read(lText.data(), lText.size(), &lReason), 9);
       EXPECT_EQ(lText.substr(0, 9), "$GPTXT,1\n");
     }
+    if (!lIsShared) loseSome(*lFound.first(), lFirst);
   }
 }
 

@@ -142,10 +142,12 @@ void addMembers(const nfw::PubxSentence& nRecord, JsonObject& nObject) {
 }
 
 template <class Record>
-void appendLine(std::string_view nType, std::string_view nSystem, const Record& nRecord, std::string* npText) {
+void appendLine(std::string_view nType, std::string_view nSystem, const Record& nRecord, std::string_view nSource,
+                std::string* npText) {
   {
     JsonObject lObject(npText);
     lObject.text("type", nType);
+    if (!nSource.empty()) lObject.text("source", nSource);
     if (!nSystem.empty()) lObject.text("system", nSystem);
     addMembers(nRecord, lObject);
   }
@@ -167,27 +169,29 @@ std::string_view systemName(nfw::SatelliteType nType) {
   return NAMES[nType];
 }
 
-void appendJson(const nfw::GgaSentence& nRecord, std::string* npText) {
-  appendLine("GGA", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::GgaSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("GGA", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::GllSentence& nRecord, std::string* npText) {
-  appendLine("GLL", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::GllSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("GLL", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::GsaSentence& nRecord, std::string* npText) {
-  appendLine("GSA", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::GsaSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("GSA", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::GsvSentence& nRecord, std::string* npText) {
-  appendLine("GSV", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::GsvSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("GSV", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::RmcSentence& nRecord, std::string* npText) {
-  appendLine("RMC", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::RmcSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("RMC", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::VtgSentence& nRecord, std::string* npText) {
-  appendLine("VTG", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::VtgSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("VTG", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::ZdaSentence& nRecord, std::string* npText) {
-  appendLine("ZDA", systemName(nRecord.satelliteType), nRecord, npText);
+void appendJson(const nfw::ZdaSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("ZDA", systemName(nRecord.satelliteType), nRecord, nSource, npText);
 }
-void appendJson(const nfw::PubxSentence& nRecord, std::string* npText) { appendLine("PUBX", {}, nRecord, npText); }
+void appendJson(const nfw::PubxSentence& nRecord, std::string* npText, std::string_view nSource) {
+  appendLine("PUBX", {}, nRecord, nSource, npText);
+}
 
 }  // namespace tool

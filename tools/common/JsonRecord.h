@@ -13,14 +13,15 @@ namespace tool {
 /// reads as it stood in the sentence; "degrees" beside it is the same in decimal degrees, negative for S and W. A
 /// coordinate that the sentence left empty is null. "millisecond" holds the digits behind the second as they stood, as
 /// the record does: 5 for ".5".
-void appendJson(const nfw::GgaSentence& nRecord, std::string* npText);
-void appendJson(const nfw::GllSentence& nRecord, std::string* npText);
-void appendJson(const nfw::GsaSentence& nRecord, std::string* npText);
-void appendJson(const nfw::GsvSentence& nRecord, std::string* npText);
-void appendJson(const nfw::RmcSentence& nRecord, std::string* npText);
-void appendJson(const nfw::VtgSentence& nRecord, std::string* npText);
-void appendJson(const nfw::ZdaSentence& nRecord, std::string* npText);
-void appendJson(const nfw::PubxSentence& nRecord, std::string* npText);
+/// @param nSource behind the type, where it is not empty
+void appendJson(const nfw::GgaSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::GllSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::GsaSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::GsvSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::RmcSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::VtgSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::ZdaSentence& nRecord, std::string* npText, std::string_view nSource = {});
+void appendJson(const nfw::PubxSentence& nRecord, std::string* npText, std::string_view nSource = {});
 
 /// Decimal degrees, negative for S and W.
 double decimalDegrees(const nfw::GnssSentenceCoordinate& nCoordinate);

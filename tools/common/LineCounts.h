@@ -23,7 +23,13 @@ enum LineVerdict {
 /// Counted by the reading thread; any thread may look while it runs.
 class LineCounts {
  public:
-  void add(LineVerdict nVerdict) { mCounts[nVerdict].fetch_add(1, std::memory_order_relaxed); }
+  /// @param npAll where what is counted here counts, too: of several streams together
+  explicit LineCounts(LineCounts* npAll = nullptr) : mpAll(npAll) {}
+
+  void add(LineVerdict nVerdict) {
+    mCounts[nVerdict].fetch_add(1, std::memory_order_relaxed);
+    if (mpAll != nullptr) mpAll->add(nVerdict);
+  }
   uint64_t get(LineVerdict nVerdict) const { return mCounts[nVerdict].load(std::memory_order_relaxed); }
 
   uint64_t accepted() const { return get(LINE_CHECKED) + get(LINE_UNCHECKED); }
@@ -36,6 +42,7 @@ class LineCounts {
 
  private:
   std::array<std::atomic<uint64_t>, LINE_VERDICT_NUM> mCounts{};
+  LineCounts* const mpAll;
 };
 
 /// The word for a verdict in summaries, e.g. "bad checksum".

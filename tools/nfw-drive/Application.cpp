@@ -79,11 +79,12 @@ Application::Application(const Options& nOptions)
       mThread(nfw::ComponentManager::getMaxMsgDataSize(), 64, 0, "nfw-drive_App_Thread", 0),
       mManager(COMPONENT_NUM),
       mPhases(mManager, mEvents) {
+  for (const SourceAddress& lSource : mOptions.mSources) mProgress.addSource(lSource);
   if (mayHoldSource()) mWindows.mpOutput = &mOutput;
 }
 
 // A source that waits for the reader of the output loses no line, and nothing is recorded that would wait with it.
-bool Application::mayHoldSource() const { return !mOptions.mSource.isLive() && !mOptions.mRecord.isWanted(); }
+bool Application::mayHoldSource() const { return !mOptions.hasLiveSource() && !mOptions.mRecord.isWanted(); }
 
 // Components that were never finalised are released by the manager.
 Application::~Application() {
@@ -262,7 +263,7 @@ void Application::noteEnd(unsigned int nEvents) {
   } else if ((nEvents & Events::SIGNALLED) != 0) {
     mEnd = "stopped by a signal";
   } else if ((nEvents & Events::SOURCE_ENDED) != 0) {
-    mEnd = "the source ended";
+    mEnd = mOptions.mSources.size() == 1 ? "the source ended" : "the sources ended";
   } else if ((nEvents & Events::REPLAY_ENDED) != 0 && !hasSource() && !goesRound()) {
     mEnd = "the replay ended";
   } else if ((nEvents & Events::OUTPUT_LOST) != 0) {
@@ -372,6 +373,8 @@ int Application::judge(bool nIsReplaySame) const {
   if (!lSilence.empty()) complain(lSilence);
   const bool lAreLogsWhole = judgeLogs();
   const bool lAreRoadsWhole = judgeRoads();
+  const int lExit = judgeSources();
+  if (lExit != EXIT_DONE) return lExit;
   const bool lIsHeardWhole = mProgress.addsUp() && isAllDelivered() && nIsReplaySame && lSilence.empty();
   return lIsHeardWhole && mOutput.lost() == 0 && lAreLogsWhole && lAreRoadsWhole ? EXIT_DONE : EXIT_RUNTIME;
 }
@@ -382,8 +385,23 @@ std::string Application::silence() const {
   if (mIsSignalled || mOutput.getState() != tool::Output::OPEN) return {};
   if (!hasSource())
     return lIsHeard || mRecorded.isEmpty() ? "" : mOptions.getName() + ": ended before the first sentence";
-  if (mProgress.accepted() + mProgress.ignored() > 0) return {};
-  return fmt::format("{}: no sentence {}", mOptions.mSource.mName, mProgress.explainSilence());
+  std::string lSilences;
+  for (const SourceProgress& lSource : mProgress.mSources) {
+    const std::string lSilence = lSource.mFailure.empty() ? lSource.silence() : "";
+    lSilences += (lSilence.empty() || lSilences.empty() ? "" : "; ") + lSilence;
+  }
+  return lSilences;
+}
+
+// What failed beside others, which went on, and what came too fast.
+int Application::judgeSources() const {
+  int lExit = EXIT_DONE;
+  for (const SourceProgress& lSource : mProgress.mSources) {
+    if (!lSource.mFailure.empty()) complain(lSource.mFailure);
+    if (lSource.mLost > 0) complain(lSource.lossText());
+    lExit = std::max<int>({lExit, lSource.mExit, lSource.mLost > 0 ? EXIT_RUNTIME : EXIT_DONE});
+  }
+  return lExit;
 }
 
 bool Application::judgeLogs() const {

@@ -43,20 +43,21 @@ class Application {
   bool goesRound();
   void heedKeys();
   bool isLive() const { return mOutput.isTerminal() && mOptions.mFormat == FORMAT_LIVE; }
-  bool takesKeys() const { return isLive() && mOptions.mSource.mKind != SourceAddress::STDIN; }
+  bool takesKeys() const { return isLive() && !mOptions.hasSource(SourceAddress::STDIN); }
   void standAside();
   void comeBack();
   std::string compareReplay(bool* npIsSame) const;
   int judge(bool nIsReplaySame) const;
   std::string silence() const;
   bool isAllDelivered() const;
-  bool hasSource() const { return mOptions.mSource.mKind != SourceAddress::NONE; }
+  bool hasSource() const { return !mOptions.mSources.empty(); }
   bool isReplaying() const { return mOptions.mReplay.isWanted(); }
   bool mayHoldSource() const;
   void endOutput();
   void awaitReader();
   bool judgeLogs() const;
   bool judgeRoads() const;
+  int judgeSources() const;
   void leave(int nExit);
   [[noreturn]] void abandon();
 

@@ -71,15 +71,48 @@ std::string phasesText(const PhaseDriver& nPhases) {
   return lText;
 }
 
+// Of each of several, and what any has lost.
+std::string sourcesText(const Progress& nProgress) {
+  std::string lText;
+  for (const SourceProgress& lSource : nProgress.mSources) {
+    if (nProgress.mSources.size() > 1) {
+      lText += fmt::format("{:<12}{}: {}\n", "From", lSource.mAddress.mLabel, lSource.text());
+    }
+    if (lSource.mLost > 0) lText += fmt::format("{:<12}{}\n", "Lost", lSource.lossText());
+  }
+  return lText;
+}
+
+void addLost(const SourceProgress& nSource, JsonObject& nObject) {
+  if (nSource.mLost > 0) nObject.number("lost_datagrams", nSource.mLost);
+}
+
+void addSources(const Progress& nProgress, JsonObject& nSummary) {
+  if (nProgress.mSources.size() == 1) addLost(nProgress.mSources.front(), nSummary);
+  if (nProgress.mSources.size() < 2) return;
+  JsonObject lList(nSummary.key("sources"), '[');
+  for (const SourceProgress& lCounts : nProgress.mSources) {
+    JsonObject lSource(lList.element());
+    lSource.text("name", lCounts.mAddress.mLabel);
+    lSource.number("lines", lCounts.mLines.total());
+    lSource.number("accepted", lCounts.accepted());
+    lSource.number("rejected_total", lCounts.rejected());
+    lSource.number("ignored", lCounts.ignored());
+    addLost(lCounts, lSource);
+    if (!lCounts.mFailure.empty()) lSource.text("failure", lCounts.mFailure);
+  }
+}
+
 std::string linesText(const Progress& nProgress) {
   const tool::LineCounts& lLines = nProgress.mLines;
   return fmt::format(
-      "Lines       {} read = {} accepted + {} rejected + {} of other kinds\n"
+      "Lines       {}\n"
+      "{}"
       "Accepted    {}\n"
       "Rejected    {}\n"
       "Checksums   {} right, {} sentences without or not judged\n",
-      lLines.total(), nProgress.accepted(), nProgress.rejected(), nProgress.ignored(), kindsText(nProgress),
-      rejectedText(nProgress), lLines.get(tool::LINE_CHECKED), lLines.get(tool::LINE_UNCHECKED));
+      nProgress.text(), sourcesText(nProgress), kindsText(nProgress), rejectedText(nProgress),
+      lLines.get(tool::LINE_CHECKED), lLines.get(tool::LINE_UNCHECKED));
 }
 
 std::string latenessText(const Lateness& nLateness) {
@@ -188,6 +221,7 @@ std::string Summary::toJson() const {
     lSummary.number("accepted", mProgress.accepted());
     lSummary.number("rejected_total", mProgress.rejected());
     lSummary.number("ignored", mProgress.ignored());
+    addSources(mProgress, lSummary);
     addRejected(mProgress, lSummary);
     lSummary.number("without_checksum", mProgress.mLines.get(tool::LINE_UNCHECKED));
     addKinds(mProgress, lSummary);

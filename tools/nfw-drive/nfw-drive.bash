@@ -1,6 +1,7 @@
 # Completion of nfw-drive for bash.
 _nfw_drive() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD - 1]} options
+  [[ $cur == "=" ]] && cur=""  # behind NAME
   case "$prev" in
     --format) mapfile -t COMPREPLY < <(compgen -W "live lines json jsonl-raw nmea none" -- "$cur"); return ;;
     --log-level) mapfile -t COMPREPLY < <(compgen -W "0 1 2 3 4 5" -- "$cur"); return ;;

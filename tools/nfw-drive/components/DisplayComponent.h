@@ -26,7 +26,7 @@ class DisplayComponent : public nfw::SharedThreadComponent {
       : nfw::SharedThreadComponent("Display"),
         mParts(nParts),
         mView(std::move(nViews)),
-        mGnss(mView, nParts.mpWindows ? &nParts.mpWindows->mSentences : nullptr, nParts.mProgress, nParts.mLateness),
+        mGnss(mView, nParts.mpWindows, nParts.mProgress, nParts.mLateness),
         mDeadReckoning(mView, nParts.mpWindows ? &nParts.mpWindows->mReports : nullptr, nParts.mProgress) {}
 
  private:

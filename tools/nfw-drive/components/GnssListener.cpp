@@ -31,11 +31,15 @@ void GnssListener::onNotifyNmeaData(unsigned char const* npData, unsigned int nS
   const std::string_view lSentence(reinterpret_cast<const char*>(npData), nSize);
   if (!mProgress.takesSentence(lSentence)) return;
   mLateness.note();
-  mView.use([&](View& nView) { nView.showRaw(lSentence); });
+  const size_t lSource = mpWindows != nullptr ? mpWindows->mOrigins.take() : 0;
+  mView.use([&](View& nView) {
+    nView.from(lSource);
+    nView.showRaw(lSentence);
+  });
   mProgress.mDeliveredSentences.add(lSentence);
   // Who sees the count may read what was added.
   mProgress.mSentences.fetch_add(1, std::memory_order_release);
-  if (mpWindow != nullptr) mpWindow->release();
+  if (mpWindows != nullptr) mpWindows->mSentences.release();
 }
 
 }  // namespace drive

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Intake.h"
 #include "Lateness.h"
 #include "NfwNmeaDataListener.h"
 #include "NfwParsedGgaDataListener.h"
@@ -12,12 +13,11 @@
 #include "NfwParsedVtgDataListener.h"
 #include "NfwParsedZdaDataListener.h"
 #include "SharedView.h"
-#include "Window.h"
 
 namespace drive {
 
-/// Listens to everything that the positioning service has: shows it, counts it, and gives each sentence's place in the
-/// window back. On the service's thread.
+/// Listens to everything that the positioning service has: shows it, each sentence as of its source, counts it, and
+/// gives each sentence's place in the window back. On the service's thread.
 class GnssListener : public nfw::NmeaDataListener,
                      public nfw::ParsedNmeaDataListener,
                      public nfw::ParsedGgaDataListener,
@@ -29,9 +29,9 @@ class GnssListener : public nfw::NmeaDataListener,
                      public nfw::ParsedZdaDataListener,
                      public nfw::ParsedPubxDataListener {
  public:
-  /// @param npWindow null when nobody waits for places
-  GnssListener(SharedView& nView, tool::Window* npWindow, Progress& nProgress, Lateness& nLateness)
-      : mView(nView), mpWindow(npWindow), mProgress(nProgress), mLateness(nLateness) {}
+  /// @param npWindows null when nobody waits for places
+  GnssListener(SharedView& nView, Windows* npWindows, Progress& nProgress, Lateness& nLateness)
+      : mView(nView), mpWindows(npWindows), mProgress(nProgress), mLateness(nLateness) {}
 
   bool attach();
   void detach();
@@ -60,7 +60,7 @@ class GnssListener : public nfw::NmeaDataListener,
   }
 
   SharedView& mView;
-  tool::Window* const mpWindow;
+  Windows* const mpWindows;
   Progress& mProgress;
   Lateness& mLateness;
 };

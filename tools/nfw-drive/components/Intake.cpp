@@ -7,10 +7,12 @@
 
 namespace drive {
 
-bool Intake::onSentence(std::string_view nSentence) {
+bool Intake::take(std::string_view nSentence, size_t nSource) {
   if (mpWindows != nullptr && !mpWindows->admit()) return false;
+  if (mpWindows != nullptr) mpWindows->mOrigins.add(nSource);
   if (!mReceiver.receive(nSentence.data(), static_cast<unsigned int>(nSentence.size()))) return false;
-  count(nSentence);
+  count(nSentence, mProgress.mSources[nSource]);
+  if (nSource > 0) return true;
   // The sentence is taken, whatever becomes of its report.
   feed(mReckoner.onSentence(nSentence));
   feed(mReckoner.takeComplete());
@@ -22,15 +24,18 @@ void Intake::finish() {
   mReceiver.drain();
 }
 
-void Intake::count(std::string_view nSentence) {
+void Intake::count(std::string_view nSentence, ReadCounts& nOfSource) {
   const ExpectedStream::Fate lFate = mProgress.mExpected.onSentence(nSentence);
   const bool lIsOdd = lFate.mKind != nfw::NMEA_UNKNOWN && !lFate.mIsParsed;
-  (lIsOdd ? mProgress.mUnparsable : mProgress.mAccepted).add(lFate.mKind);
-  if (lIsOdd && tool::lacksMode(nSentence)) noteLackOfMode();
+  for (ReadCounts* const lpCounts : {&nOfSource, static_cast<ReadCounts*>(&mProgress)}) {
+    (lIsOdd ? lpCounts->mUnparsable : lpCounts->mAccepted).add(lFate.mKind);
+  }
+  if (lIsOdd && tool::lacksMode(nSentence)) noteLackOfMode(nOfSource);
   if (mCountsStored) countStored(nSentence);
 }
 
-void Intake::noteLackOfMode() {
+void Intake::noteLackOfMode(ReadCounts& nOfSource) {
+  nOfSource.mWithoutMode.fetch_add(1, std::memory_order_relaxed);
   if (mProgress.mWithoutMode.fetch_add(1, std::memory_order_relaxed) > 0) return;
   APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING,
          "RMC, GLL or VTG without a mode field (NMEA before 2.3) cannot be used: they give no fix");

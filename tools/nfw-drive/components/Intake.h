@@ -4,6 +4,7 @@
 #include "GpsHost.h"
 #include "NfwNmeaBinaryLogDataVersion1.h"
 #include "Options.h"
+#include "Origins.h"
 #include "OutputQueue.h"
 #include "Progress.h"
 #include "SentenceSink.h"
@@ -14,8 +15,9 @@ namespace drive {
 /// How much may be under way between the source and the listeners, so that no queue of the services overflows: each
 /// sentence becomes up to three messages, each report of dead reckoning two, and a queue holds 256.
 struct Windows {
-  tool::Window mSentences{64};
+  tool::Window mSentences{Origins::PLACES};
   tool::Window mReports{64};
+  Origins mOrigins;                 // of the sentences
   OutputQueue* mpOutput = nullptr;  // the source waits for its reader, too; null: it must not
 
   /// Waits until another sentence may come. False once it is closed.
@@ -30,12 +32,12 @@ struct Windows {
   }
 };
 
-/// Hands the sentences of a live source to the receiver, and what is reckoned from them to dead reckoning. On the
-/// source's thread, which waits while too much is under way - unless listeners follow a replay, and live data only goes
-/// into the recordings.
-class Intake : public tool::SentenceSink {
+/// Hands the sentences of the sources to the receiver, and what is reckoned from those of the first to dead reckoning.
+/// One thread at a time, which waits while too much is under way - unless listeners follow a replay, and live data only
+/// goes into the recordings.
+class Intake {
  public:
-  /// @param npMotion null when nobody knows how the vehicle moves without a fix
+  /// @param npMotion null when the first source does not know how the vehicle moves without a fix
   Intake(gpshost::Receiver& nReceiver, const MotionSensor* npMotion, Windows* npWindows, const RecordOptions& nRecord,
          Progress& nProgress)
       : mReceiver(nReceiver),
@@ -44,13 +46,13 @@ class Intake : public tool::SentenceSink {
         mCountsStored(!nRecord.mSensorFile.empty()),
         mProgress(nProgress) {}
 
-  bool onSentence(std::string_view nSentence) override;
-  /// Hands on what is left. Behind the last sentence.
+  bool take(std::string_view nSentence, size_t nSource);
+  /// Hands on what is left. Behind the last sentence of all.
   void finish();
 
  private:
-  void count(std::string_view nSentence);
-  void noteLackOfMode();
+  void count(std::string_view nSentence, ReadCounts& nOfSource);
+  void noteLackOfMode(ReadCounts& nOfSource);
   void countStored(std::string_view nSentence);
   void feed(const ZTSDeadReckoningDef::DRG_LOCATION_INFO* npReport);
 

@@ -1,88 +1,76 @@
 #include "SourceComponent.h"
 
-#include <pthread.h>
-
-#include "DriveLog.h"
-#include "StartThread.h"
-
 namespace drive {
 
 SourceComponent::SourceComponent(const Options& nOptions, const Parts& nParts)
-    : nfw::Component("Source"),
-      mOptions(nOptions),
-      mParts(nParts),
-      mReader(nParts.mProgress.mLines, nOptions.mJudgesChecksums) {}
+    : nfw::Component("Source"), mOptions(nOptions), mParts(nParts), mTurns(nOptions.mSources.size(), Turns::Limits()) {}
 
-SourceComponent::~SourceComponent() { join(); }
+SourceComponent::~SourceComponent() { mFeeds.clear(); }
 
+// Dead reckoning is of one vehicle, by one receiver: the first.
 int SourceComponent::initializeBeforeQuickBootImp() {
-  mpSource = createSource(mOptions.mSource, mOptions.mSimulator, mStopper);
+  for (size_t i = 0; i < mOptions.mSources.size(); ++i) {
+    const SourceFeed::Parts lParts = {mOptions, mParts.mProgress, mParts.mFailure, mStopper, mTurns, *this};
+    mFeeds.push_back(std::make_unique<SourceFeed>(i, lParts));
+  }
+  mpIntake = std::make_unique<Intake>(mParts.mReceiver, mFeeds.front()->motion(), mParts.mpWindows, mOptions.mRecord,
+                                      mParts.mProgress);
   return nfw::PHASE_DONE;
 }
 
 int SourceComponent::startImp() {
-  mIsReading = true;
-  if (tool::startThread(&mThread, [this] { run(); })) return nfw::PHASE_PENDING;
-  mIsReading = false;
+  mReading = mUnfinished = mFeeds.size();
+  if (startFeeds()) return nfw::PHASE_PENDING;
   mParts.mFailure.note(EXIT_RUNTIME, "no thread to read the source on");
+  requestStop();
   return nfw::PHASE_FAILED;
 }
 
+// Those that have not been started do not count.
+bool SourceComponent::startFeeds() {
+  for (size_t i = 0; i < mFeeds.size(); ++i) {
+    if (mFeeds[i]->start(*mpIntake)) continue;
+    const std::lock_guard<std::mutex> lLock(mMutex);
+    mReading -= mFeeds.size() - i;
+    return false;
+  }
+  return true;
+}
+
 int SourceComponent::stopImp() {
-  mStopper.request();
-  if (mParts.mpWindows != nullptr) mParts.mpWindows->close();
+  requestStop();
   const std::lock_guard<std::mutex> lLock(mMutex);
   mIsStopRequested = true;
-  return mIsReading ? nfw::PHASE_PENDING : nfw::PHASE_DONE;
+  return mReading > 0 ? nfw::PHASE_PENDING : nfw::PHASE_DONE;
 }
 
 int SourceComponent::shutdownImp() {
-  join();
+  for (const auto& lpFeed : mFeeds) lpFeed->join();
   return nfw::PHASE_DONE;
 }
 
-void SourceComponent::onSourceOpen() {
-  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_INFO, "source %s is open", mOptions.mSource.mName.c_str());
-  setStartComplete();
+void SourceComponent::requestStop() {
+  mStopper.request();
+  if (mParts.mpWindows != nullptr) mParts.mpWindows->close();
+  mTurns.close();
 }
 
-void SourceComponent::onSourceTrouble(const std::string& nMessage) {
-  APPLOG(LOG_TYPE_DRIVE, nfw::LOG_LEVEL_WARNING, "source %s", nMessage.c_str());
-}
-
-void SourceComponent::run() {
-  ::pthread_setname_np(::pthread_self(), "drive_Source");
-  try {
-    readSource();
-  } catch (const std::exception& lError) {
-    mParts.mFailure.note(EXIT_RUNTIME, mOptions.mSource.mName + ": " + lError.what());
-  }
-  mParts.mEvents.notify(Events::SOURCE_ENDED);
-  setStartComplete();  // of a source that never opened
+void SourceComponent::onFeedEnd() {
+  if (mUnfinished.fetch_sub(1) == 1) finish();
   if (leave()) setStopComplete();
 }
 
-void SourceComponent::readSource() {
-  const bool lIsLimited = mOptions.mRecord.isWanted() && mOptions.mPlay.mPaced && mOptions.mPlay.mSpeed == 0.0;
-  Intake lIntake(mParts.mReceiver, mpSource->motion(), mParts.mpWindows, mOptions.mRecord, mParts.mProgress);
-  RateLimit lLimit(mStopper, lIntake);
-  PacedSink lSink(mOptions.mPlay, mStopper,
-                  lIsLimited ? static_cast<tool::SentenceSink&>(lLimit) : static_cast<tool::SentenceSink&>(lIntake));
-  SourceReader lReader(mOptions.mSource, *mpSource, mReader, mStopper, *this);
-  std::string lReason;
-  if (lReader.run(lSink, &lReason) == SourceReader::UNREADABLE) mParts.mFailure.note(EXIT_USAGE, lReason);
-  lIntake.finish();
+// All have ended. The start is complete of sources that never opened, too.
+void SourceComponent::finish() {
+  mpIntake->finish();
+  mParts.mEvents.notify(Events::SOURCE_ENDED);
+  setStartComplete();
 }
 
-// True when somebody waits for it.
+// True when nobody reads any more, and somebody waits for that.
 bool SourceComponent::leave() {
   const std::lock_guard<std::mutex> lLock(mMutex);
-  mIsReading = false;
-  return mIsStopRequested;
-}
-
-void SourceComponent::join() {
-  if (mThread.joinable()) mThread.join();
+  return --mReading == 0 && mIsStopRequested;
 }
 
 }  // namespace drive

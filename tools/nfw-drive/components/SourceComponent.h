@@ -1,20 +1,15 @@
 #pragma once
 
 #include <mutex>
-#include <thread>
 
-#include "Failure.h"
-#include "Intake.h"
-#include "LineReader.h"
 #include "NfwComponent.h"
-#include "RateLimit.h"
-#include "SourceReader.h"
+#include "SourceFeed.h"
 
 namespace drive {
 
-/// Reads the source on a thread of its own. Its start is complete when the source is open, its stop when the thread has
-/// left it.
-class SourceComponent : public nfw::Component, private SourceReader::Listener {
+/// Reads the sources beside one another. Its start is complete when one of them is open, or none will be; its stop when
+/// all threads have left them.
+class SourceComponent : public nfw::Component, private SourceFeed::Listener {
  public:
   /// What it works with; everything outlives it.
   struct Parts {
@@ -35,22 +30,23 @@ class SourceComponent : public nfw::Component, private SourceReader::Listener {
   int stopImp() override;
   int shutdownImp() override;
 
-  void onSourceOpen() override;
-  void onSourceTrouble(const std::string& nMessage) override;
+  void onFeedOpen() override { setStartComplete(); }
+  void onFeedEnd() override;
 
-  void run();
-  void readSource();
+  bool startFeeds();
+  void finish();
+  void requestStop();
   bool leave();
-  void join();
 
   const Options& mOptions;
   const Parts mParts;
   tool::Stopper mStopper;
-  tool::LineReader mReader;
-  std::unique_ptr<SentenceSource> mpSource;
-  std::thread mThread;
+  Turns mTurns;
+  std::vector<std::unique_ptr<SourceFeed>> mFeeds;
+  std::unique_ptr<Intake> mpIntake;
+  std::atomic<size_t> mUnfinished{0};  // feeds that still read
   std::mutex mMutex;
-  bool mIsReading = false;        // guarded by mMutex
+  size_t mReading = 0;            // threads of feeds; guarded by mMutex
   bool mIsStopRequested = false;  // guarded by mMutex
 };
 

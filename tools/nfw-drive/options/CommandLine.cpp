@@ -21,6 +21,8 @@ const char* const DESCRIPTION =
     "services, shows the fix, records both logs and plays them back.\n"
     "An application of components that the component manager drives through all six phases.";
 
+const size_t MAX_SOURCES = 16;
+
 const char* const MANUAL = R"(Sources:
   sim                 a simulated drive, the same for the same --seed (the default)
   FILE                a file of sentences, played at the pace of its own UTC times;
@@ -34,6 +36,11 @@ const char* const MANUAL = R"(Sources:
   A serial line that broke and a TCP server are tried again after 1, 2, 4 ... 30 s; a server
   that sends nothing for 20 s (--silence) counts as broken. With --wait a source that is not
   there yet, as a device before it is plugged in, is looked for every second.
+  Several at once, each NAME=SOURCE or by its own text, are read beside one another: one that ends
+  or fails leaves the others alone, and the run ends with the last. The sentences of an epoch are
+  handed on together, then those of another source. Objects of JSON have the name as "source", lines
+  begin with it, and the live view has a row for each; dead reckoning, and the position above, are
+  the first's. What is recorded, served or printed as nmea is all of them, without names.
 
 Sentences:
   GGA, GLL, GSA, GSV, RMC, VTG, ZDA and $PUBX,00 are parsed; other kinds are counted.
@@ -117,6 +124,7 @@ Examples:
   nfw-drive drive.nmea --speed 10              a recording of sentences, ten times as fast
   nfw-drive drive.nmea --speed max --format json > drive.json
   nfw-drive tcp://127.0.0.1:2947               what gpsd hears
+  nfw-drive roof=/dev/ttyUSB0 dash=/dev/ttyUSB1:4800 --format json > both.json
   nfw-drive /dev/ttyACM0 --baud 115200 --record /data/log --sys-record /data/sensor.bin
   nfw-drive --replay /data/log/drive_20260131-080000_00.log --format nmea > drive.nmea
   nfw-drive /dev/ttyACM0 --serve tcp://0.0.0.0:10110 --serve pty:/tmp/gps
@@ -126,7 +134,7 @@ Examples:
 
 /// The texts as they stand on the command line.
 struct Arguments {
-  std::string mSource = "sim";
+  std::vector<std::string> mSources;
   std::string mSpeed;
   std::string mRate;
   std::vector<std::string> mReplay, mSensorReplay;
@@ -223,7 +231,9 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
   nApp.failure_message([](const CLI::App*, const CLI::Error& nError) {
     return "nfw-drive: " + std::string(nError.what()) + "\nTry nfw-drive --help.\n";
   });
-  nApp.add_option("SOURCE", nArguments.mSource, "sim, FILE, -, /dev/TTY[:BAUD], tcp://, gpsd:// or udp://");
+  nApp.add_option("SOURCE", nArguments.mSources,
+                  "sim, FILE, -, /dev/TTY[:BAUD], tcp://, gpsd:// or udp://; NAME=SOURCE")
+      ->type_name("TEXT");
   nApp.add_option("--speed", nArguments.mSpeed,
                   "times real time, or max: as fast as it goes, losing nothing; of a replay as --rate")
       ->type_name("X|max");
@@ -259,7 +269,8 @@ void declare(CLI::App& nApp, Arguments& nArguments, Options& nOptions) {
                   "without satellites from the one second of the simulated drive to the other")
       ->type_name("FROM-UNTIL")
       ->delimiter(',');
-  nApp.add_flag("--dr", nOptions.mShowsDeadReckoning, "show the sentences of dead reckoning");
+  nApp.add_flag("--dr", nOptions.mShowsDeadReckoning,
+                "show the sentences of dead reckoning; the live view tells what is reckoned anyway");
   declareRecording(nApp, nOptions);
   declareKeeping(nApp, nArguments, nOptions.mRecord);
   declareReplay(nApp, nArguments, nOptions);
@@ -287,13 +298,12 @@ double parseSpeed(const std::string& nText, const std::string& nPlace) {
 }
 
 // Live sources come at their own pace. There and with a replay a kept speed waits for another run.
-void setSpeed(const Arguments& nArguments, Options& nOptions) {
-  const SourceAddress& lSource = nOptions.mSource;
-  nOptions.mPlay.mPaced = isPacedByItself(lSource) || (!nArguments.mSpeed.empty() && !lSource.isLive());
-  if (nArguments.mSpeed.empty() || lSource.mKind == SourceAddress::NONE) return;
+void setSpeed(const Arguments& nArguments, SourceAddress& nSource) {
+  nSource.mPlay.mPaced = isPacedByItself(nSource) || (!nArguments.mSpeed.empty() && !nSource.isLive());
+  if (nArguments.mSpeed.empty()) return;
   const double lSpeed = parseSpeed(nArguments.mSpeed, nArguments.place("--speed"));
-  if (!lSource.isLive()) {
-    nOptions.mPlay.mSpeed = lSpeed;
+  if (!nSource.isLive()) {
+    nSource.mPlay.mSpeed = lSpeed;
   } else if (nArguments.mPlaces.count("--speed") == 0) {
     throw CLI::ValidationError("--speed", "a live source comes at its own pace");
   }
@@ -313,8 +323,8 @@ void setReplayRate(const char* npOption, const std::string& nText, ReplayOptions
 
 // Of a replay alone the speed is the rate.
 void setRate(const Arguments& nArguments, Options& nOptions) {
-  const bool lIsSpeedOfReplay = nOptions.mSource.mKind == SourceAddress::NONE && !nArguments.mSpeed.empty() &&
-                                nArguments.mPlaces.count("--speed") == 0;
+  const bool lIsSpeedOfReplay =
+      nOptions.mSources.empty() && !nArguments.mSpeed.empty() && nArguments.mPlaces.count("--speed") == 0;
   if (lIsSpeedOfReplay && !nArguments.mRate.empty()) {
     throw CLI::ValidationError("--speed", "is the same as --rate with a replay: give one of them");
   }
@@ -357,7 +367,7 @@ void checkReplay(const Arguments& nArguments, const Options& nOptions) {
   for (const auto& lCase : CASES) {
     if (!lCase.mIsGiven) continue;
     if (!lReplay.isWanted()) throw CLI::ValidationError(lCase.mpOption, "goes with --replay or --sys-replay");
-    if (lReplay.isOfBoth() || nOptions.mSource.mKind != SourceAddress::NONE) {
+    if (lReplay.isOfBoth() || !nOptions.mSources.empty()) {
       throw CLI::ValidationError(lCase.mpOption, "goes with one replay alone, without a SOURCE");
     }
   }
@@ -384,10 +394,15 @@ void setReplay(const Arguments& nArguments, const std::string& nPrefix, Options&
 
 void setLimit(double nSeconds, Options& nOptions) {
   if (nSeconds == 0.0) return;
-  const int64_t lLeadMs = nOptions.mSource.mKind == SourceAddress::NONE ? ReplayOptions::LEAD_MS : 0;
+  const int64_t lLeadMs = nOptions.mSources.empty() ? ReplayOptions::LEAD_MS : 0;
   const double lRate = lLeadMs == 0 ? 1.0 : nOptions.mReplay.mRate / 1000.0;
   const int64_t lMs = static_cast<int64_t>(std::ceil(nSeconds * 1000.0 / lRate)) + lLeadMs;
-  (nOptions.mPlay.mPaced ? nOptions.mPlay.mLimitMs : nOptions.mWallLimitMs) = lMs;
+  const auto lIsPaced = [](const SourceAddress& nSource) { return nSource.mPlay.mPaced; };
+  if (nOptions.mSources.empty() || !std::all_of(nOptions.mSources.begin(), nOptions.mSources.end(), lIsPaced)) {
+    nOptions.mWallLimitMs = lMs;
+    return;
+  }
+  for (SourceAddress& lSource : nOptions.mSources) lSource.mPlay.mLimitMs = lMs;
 }
 
 // "20-35": seconds from the start of the drive.
@@ -451,15 +466,32 @@ void setServe(const Arguments& nArguments, Options& nOptions) {
   }
 }
 
-void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
+SourceAddress sourceOf(const std::string& nText, const Arguments& nArguments) {
+  SourceAddress lSource;
   std::string lReason;
-  if (!parseSourceAddress(nArguments.mSource, nArguments.mBaud, &nOptions.mSource, &lReason)) {
-    throw CLI::ValidationError(nArguments.place("SOURCE"), nArguments.mSource + ": " + lReason);
+  if (!parseSourceAddress(nText, nArguments.mBaud, &lSource, &lReason)) {
+    throw CLI::ValidationError(nArguments.place("SOURCE"), nText + ": " + lReason);
   }
-  nOptions.mSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
-  nOptions.mSource.mIsAwaited = nArguments.mWaits;
-  if (nOptions.mReplay.isWanted() && !nHasSource) nOptions.mSource.mKind = SourceAddress::NONE;
-  setSpeed(nArguments, nOptions);
+  lSource.mSilence = std::chrono::milliseconds(std::llround(nArguments.mSilence * 1000.0));
+  lSource.mIsAwaited = nArguments.mWaits;
+  return lSource;
+}
+
+// A kept source is judged, too, when a replay alone is wanted.
+void setSources(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
+  std::string lReason;
+  for (const std::string& lText : nArguments.mSources) nOptions.mSources.push_back(sourceOf(lText, nArguments));
+  if (nOptions.mReplay.isWanted() && !nHasSource) return nOptions.mSources.clear();
+  if (nOptions.mSources.empty()) nOptions.mSources.push_back(sourceOf("sim", nArguments));
+  if (!canBeTogether(nOptions.mSources, &lReason)) throw CLI::ValidationError("SOURCE", lReason);
+  if (nOptions.mSources.size() > MAX_SOURCES) {
+    throw CLI::ValidationError("SOURCE", "at most " + std::to_string(MAX_SOURCES) + " are read at once");
+  }
+  for (SourceAddress& lSource : nOptions.mSources) setSpeed(nArguments, lSource);
+}
+
+void complete(const Arguments& nArguments, bool nHasSource, Options& nOptions) {
+  setSources(nArguments, nHasSource, nOptions);
   setRate(nArguments, nOptions);
   checkReplay(nArguments, nOptions);
   setLimit(nArguments.mForSeconds, nOptions);
@@ -482,17 +514,20 @@ void takeKept(CLI::Option& nOption, const std::string& nValue, const std::string
   }
 }
 
-bool isSourceWord(const std::string& nWord) {
-  return nWord == "-" || nWord.rfind("/dev/", 0) == 0 || nWord.find("://") != std::string::npos ||
-         (nWord == "sim" && ::access(nWord.c_str(), F_OK) != 0);
+bool isSourceWord(const std::string& nNamed) {
+  const std::string lWord = nNamed.substr(nNamed.find('=') + 1);  // npos + 1 is 0
+  return lWord == "-" || lWord.rfind("/dev/", 0) == 0 || lWord.find("://") != std::string::npos ||
+         (lWord == "sim" && ::access(lWord.c_str(), F_OK) != 0);
 }
 
 // Behind the files of a replay, where it would be taken for one of them.
 void takeSourceBehind(std::vector<std::string>& nWords, CLI::Option& nSource) {
-  if (nSource.count() > 0 || nWords.size() < 2 || !isSourceWord(nWords.back())) return;
-  nSource.add_result(nWords.back());
-  nSource.run_callback();
-  nWords.pop_back();
+  if (nSource.count() > 0) return;
+  size_t lFirst = nWords.size();
+  while (lFirst > 1 && isSourceWord(nWords[lFirst - 1])) --lFirst;
+  for (size_t i = lFirst; i < nWords.size(); ++i) nSource.add_result(nWords[i]);
+  if (lFirst < nWords.size()) nSource.run_callback();
+  nWords.resize(std::min(lFirst, nWords.size()));
 }
 
 bool isExcluded(const CLI::Option& nOption) {
@@ -507,6 +542,7 @@ void applySettings(CLI::App& nApp, Settings& nSettings, Arguments& nArguments) {
   for (const Settings::Entry& lEntry : Settings::ENTRIES) {
     CLI::Option* const lpOption = nApp.get_option(lEntry.mpOption);
     const std::string lKept = nSettings.get(lEntry.mpKey);
+    if (lpOption->count() > 1) throw CLI::ValidationError("--settings", "keeps one " + std::string(lEntry.mpOption));
     if (lpOption->count() > 0) {
       if (nSettings.set(lEntry.mpKey, lpOption->as<std::string>(), &lReason)) continue;
       throw CLI::ValidationError(lEntry.mpOption, lReason + ", which a file of settings cannot hold");

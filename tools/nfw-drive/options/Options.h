@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <functional>
 #include <optional>
 
 #include "NfwLogRetention.h"
@@ -62,9 +64,8 @@ struct ReplayOptions {
 
 /// What the command line asks for.
 struct Options {
-  SourceAddress mSource;
+  std::vector<SourceAddress> mSources;  ///< the first is the vehicle's own; empty: only a replay
   SimulatorOptions mSimulator;
-  PlayOptions mPlay;
   RecordOptions mRecord;
   ReplayOptions mReplay;
   std::optional<int64_t> mWallLimitMs;  ///< ends a run that is not paced by its source
@@ -77,11 +78,27 @@ struct Options {
 
   /// A receiver, a clock or a recording gives the pace. What comes as fast as it is taken must not hold up others.
   bool isPaced() const {
-    if (mSource.mKind == SourceAddress::NONE) return mReplay.isWanted();
-    return mSource.isLive() || (mPlay.mPaced && mPlay.mSpeed > 0);
+    if (mSources.empty()) return mReplay.isWanted();
+    const auto lIsPaced = [](const SourceAddress& n) { return n.isLive() || (n.mPlay.mPaced && n.mPlay.mSpeed > 0); };
+    return std::all_of(mSources.begin(), mSources.end(), lIsPaced);
+  }
+  bool isPlayedAtOnce() const {
+    const auto lIsAtOnce = [](const SourceAddress& n) { return n.mPlay.mPaced && n.mPlay.mSpeed == 0.0; };
+    return std::any_of(mSources.begin(), mSources.end(), lIsAtOnce);
+  }
+  bool hasLiveSource() const {
+    return std::any_of(mSources.begin(), mSources.end(), std::mem_fn(&SourceAddress::isLive));
+  }
+  bool hasSource(SourceAddress::Kind nKind) const {
+    return std::any_of(mSources.begin(), mSources.end(), [&](const SourceAddress& n) { return n.mKind == nKind; });
   }
 
-  std::string getName() const { return mReplay.isWanted() ? mReplay.mName : mSource.mName; }
+  std::string getName() const { return mReplay.isWanted() ? mReplay.mName : getSourceNames(); }
+  std::string getSourceNames() const {
+    std::string lNames;
+    for (const SourceAddress& lSource : mSources) lNames += (lNames.empty() ? "" : ", ") + lSource.mName;
+    return lNames;
+  }
 };
 
 /// Reads the command line, and the settings file that it names. Without a value the program is to end with *npExit:

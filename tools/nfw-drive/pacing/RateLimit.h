@@ -9,10 +9,12 @@ namespace drive {
 /// what was recorded as fast as it goes would overrun the listeners' queue then.
 class RateLimit : public tool::SentenceSink {
  public:
-  RateLimit(tool::Stopper& nStopper, tool::SentenceSink& nNext) : mStopper(nStopper), mNext(nNext) {}
+  /// @param nSharing so many share what may pass
+  RateLimit(tool::Stopper& nStopper, tool::SentenceSink& nNext, size_t nSharing)
+      : mStopper(nStopper), mNext(nNext), mPause(BURST * nSharing) {}
 
   bool onSentence(std::string_view nSentence) override {
-    if (++mCount % BURST == 0 && !mStopper.waitFor(std::chrono::milliseconds(BURST))) return false;
+    if (++mCount % BURST == 0 && !mStopper.waitFor(mPause)) return false;
     return mNext.onSentence(nSentence);
   }
 
@@ -20,6 +22,7 @@ class RateLimit : public tool::SentenceSink {
   static constexpr unsigned int BURST = 4;
   tool::Stopper& mStopper;
   tool::SentenceSink& mNext;
+  const std::chrono::milliseconds mPause;
   unsigned int mCount = 0;
 };
 

@@ -1,7 +1,5 @@
 #include "Progress.h"
 
-#include "Format.h"
-
 namespace drive {
 
 StreamTally Progress::delivered() const {
@@ -81,19 +79,6 @@ bool Progress::hasReceived(const StreamTally& nExpected) const {
          mDelivered.get(nfw::NMEA_UNKNOWN) - mBefore.mCombined >= nExpected.mCombined &&
          mReckonedSentences - mBefore.mDeadReckoning.mCount >= nExpected.mDeadReckoning.mCount &&
          mDeliveredReports >= mReports;
-}
-
-std::string Progress::unparsableText() const {
-  const std::string lText = fmt::format("unparsable {}", mUnparsable.total());
-  return mWithoutMode == 0 ? lText
-                           : lText + fmt::format(" ({} without a mode field: NMEA before 2.3)", mWithoutMode.load());
-}
-
-std::string Progress::explainSilence() const {
-  if (mLines.total() == 0) return "came";
-  if (mUnparsable.total() > 0) return "could be parsed: " + unparsableText();
-  if (mLines.get(tool::LINE_BAD_CHECKSUM) > 0) return "with a right checksum";
-  return "in what came: is it NMEA 0183, and a serial line's baud rate right?";
 }
 
 StreamTally Progress::expected() const {

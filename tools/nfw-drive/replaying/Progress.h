@@ -1,36 +1,27 @@
 #pragma once
 
+#include <deque>
+
 #include "ExpectedStream.h"
-#include "LineCounts.h"
+#include "SourceProgress.h"
 
 namespace drive {
 
-/// What a run has counted so far. Each count has one writer; any thread may look at the atomic ones, at the others only
-/// when their thread has ended.
-struct Progress {
-  tool::LineCounts mLines;       ///< by the reading thread
-  tool::KindCounts mAccepted;    ///< sentences that are parsed; "other": of kinds that are not, for raw listeners only
-  tool::KindCounts mUnparsable;  ///< refused by the parser
-  std::atomic<uint64_t> mWithoutMode{0};  ///< of these, for want of a mode field: NMEA before 2.3
-  ExpectedStream mExpected;               ///< on the reading thread; of a replay, by its recording
-  ExpectedStream mStored;                 ///< on the reading thread: the sentences as the sensor log gives them back
-  tool::KindCounts mDelivered;            ///< records that reached their listener; "other": combined ones
-  TextTally mDeliveredSentences;          ///< on the thread of the positioning service
-  TextTally mDeliveredDeadReckoning;      ///< on the thread of dead reckoning
-  std::atomic<uint64_t> mSentences{0};    ///< delivered so far
+/// What a run has counted so far, of all its sources together. Each count has one writer; any thread may look at the
+/// atomic ones, at the others only when their thread has ended.
+struct Progress : ReadCounts {
+  std::deque<SourceProgress> mSources;  ///< as the options have them, from the beginning on
+  ExpectedStream mExpected;             ///< on the reading thread; of a replay, by its recording
+  ExpectedStream mStored;               ///< on the reading thread: the sentences as the sensor log gives them back
+  tool::KindCounts mDelivered;          ///< records that reached their listener; "other": combined ones
+  TextTally mDeliveredSentences;        ///< on the thread of the positioning service
+  TextTally mDeliveredDeadReckoning;    ///< on the thread of dead reckoning
+  std::atomic<uint64_t> mSentences{0};  ///< delivered so far
   std::atomic<uint64_t> mReckonedSentences{0};  ///< likewise, of dead reckoning
   std::atomic<uint64_t> mReports{0};            ///< of dead reckoning, handed over
   std::atomic<uint64_t> mDeliveredReports{0};   ///< and those that reached their listener
 
-  uint64_t ignored() const { return mAccepted.get(nfw::NMEA_UNKNOWN); }
-  uint64_t accepted() const { return mAccepted.total() - ignored(); }
-  uint64_t rejected() const { return mLines.rejected() + mUnparsable.total(); }
-
-  /// "unparsable 12 (9 without a mode field: NMEA before 2.3)"
-  std::string unparsableText() const;
-
-  /// Every line has one fate.
-  bool addsUp() const { return mLines.total() == accepted() + ignored() + rejected(); }
+  void addSource(const SourceAddress& nAddress) { mSources.emplace_back(nAddress, mLines); }
   /// In the round of a replay that is under way, and in all rounds: only the counts tell then.
   StreamTally delivered() const;
   StreamTally deliveredInAll() const;
@@ -38,8 +29,6 @@ struct Progress {
   /// counts.
   StreamTally expected() const;
   bool areReportsDelivered() const { return mReports == mDeliveredReports; }
-  /// Behind "no sentence": what came instead, and what it may be.
-  std::string explainSilence() const;
   /// From here on nothing is heard before the first text of a round; null: everything is. What is on its way from the
   /// round before goes by.
   void awaitRound(const StreamTally* npRound);

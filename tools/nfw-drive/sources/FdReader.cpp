@@ -15,10 +15,12 @@ void FdReader::reset(int nFd) {
   mFd = nFd;
 }
 
+ssize_t FdReader::take(char* npBuffer, size_t nSize) { return ::read(mFd, npBuffer, nSize); }
+
 int FdReader::read(char* npBuffer, size_t nSize, std::string* npReason) {
   tool::Stopper::Outcome lOutcome = tool::Stopper::READY;
   while ((lOutcome = mStopper.waitFor(mFd, POLLIN, mSilence)) == tool::Stopper::READY) {
-    const ssize_t lSize = ::read(mFd, npBuffer, nSize);
+    const ssize_t lSize = take(npBuffer, nSize);
     if (lSize >= 0) return static_cast<int>(lSize);
     if (errno == EINTR || errno == EAGAIN) continue;
     *npReason = std::strerror(errno);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 
 #include "SentenceSource.h"
@@ -12,7 +14,7 @@ class FdReader {
   /// @param nSilence when nothing comes for so long, it counts as broken; 0: never
   explicit FdReader(tool::Stopper& nStopper, std::chrono::milliseconds nSilence = {})
       : mStopper(nStopper), mSilence(nSilence) {}
-  ~FdReader() { reset(-1); }
+  virtual ~FdReader() { reset(-1); }
   FdReader(const FdReader&) = delete;
   FdReader& operator=(const FdReader&) = delete;
 
@@ -24,6 +26,8 @@ class FdReader {
   int read(char* npBuffer, size_t nSize, std::string* npReason);
 
  private:
+  virtual ssize_t take(char* npBuffer, size_t nSize);  // as read(2)
+
   tool::Stopper& mStopper;
   const std::chrono::milliseconds mSilence;
   int mFd = -1;

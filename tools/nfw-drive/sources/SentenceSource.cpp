@@ -23,8 +23,6 @@ std::unique_ptr<SentenceSource> createSource(const SourceAddress& nAddress, cons
       return std::make_unique<TcpSource>(nAddress, nStopper);
     case SourceAddress::UDP:
       return std::make_unique<UdpSource>(nAddress.mWhere, nStopper);
-    case SourceAddress::NONE:
-      break;
   }
   return nullptr;
 }

@@ -33,6 +33,9 @@ class SentenceSource {
 
   /// How the vehicle moves, for a source that knows: of the sentences read last. Null otherwise.
   virtual const MotionSensor* motion() const { return nullptr; }
+
+  /// Datagrams that came and found no room, as far as the system tells.
+  virtual uint64_t lost() const { return 0; }
 };
 
 /// @param nStopper not owned, outlives the source

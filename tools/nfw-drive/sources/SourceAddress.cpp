@@ -14,6 +14,7 @@ const std::string TCP_SCHEME = "tcp://";
 const std::string GPSD_SCHEME = "gpsd://";
 const std::string UDP_SCHEME = "udp://";
 const std::string GPSD_PORT = ":2947";
+const char NAME_BYTES[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789-_";
 const char SCHEME_BYTES[] = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789+.-";
 const char* const FORMS =
     "a source is sim, FILE, -, /dev/TTY[:BAUD], tcp://HOST:PORT, gpsd://HOST[:PORT] or udp://[ADDR]:PORT";
@@ -115,12 +116,21 @@ bool parsePath(const std::string& nText, SourceAddress* npAddress, std::string* 
   return false;
 }
 
-}  // namespace
+// "left=/dev/ttyUSB0". A file of that whole name, and a path or an address with an "=" in it, have none.
+bool splitName(const std::string& nText, std::string* npName, std::string* npReason) {
+  const size_t lEqual = nText.find('=');
+  if (lEqual == std::string::npos || nText.find('/') < lEqual || isThere(nText)) return true;
+  *npName = nText.substr(0, lEqual);
+  if (lEqual == 0 || npName->find_first_not_of(NAME_BYTES) != std::string::npos) {
+    *npReason = "is no NAME=SOURCE: a name has letters, digits, - and _";
+  } else if (lEqual + 1 == nText.size()) {
+    *npReason = "names no source: NAME=SOURCE";
+  }
+  return npReason->empty();
+}
 
-bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, SourceAddress* npAddress,
-                        std::string* npReason) {
+bool parseUnnamed(const std::string& nText, SourceAddress* npAddress, std::string* npReason) {
   npAddress->mName = nText;
-  npAddress->mBaud = nDefaultBaud;
   if (nText == "sim") return true;
   if (nText == "-") {
     npAddress->mKind = SourceAddress::STDIN;
@@ -131,6 +141,45 @@ bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, Sou
   if (nText.rfind(GPSD_SCHEME, 0) == 0) return parseGpsd(nText.substr(GPSD_SCHEME.size()), npAddress, npReason);
   if (nText.rfind(UDP_SCHEME, 0) == 0) return parseUdp(nText.substr(UDP_SCHEME.size()), npAddress, npReason);
   return !isOddServer(nText, npReason) && parsePath(nText, npAddress, npReason);
+}
+
+bool isSameDevice(const std::string& nOne, const std::string& nOther) {
+  struct stat lOne = {}, lOther = {};
+  const bool lAreThere = ::stat(nOne.c_str(), &lOne) == 0 && ::stat(nOther.c_str(), &lOther) == 0;
+  return nOne == nOther || (lAreThere && lOne.st_rdev == lOther.st_rdev);
+}
+
+bool isSameInput(const SourceAddress& nOne, const SourceAddress& nOther) {
+  if (nOne.mKind != nOther.mKind) return false;
+  return nOne.mKind == SourceAddress::STDIN ||
+         (nOne.mKind == SourceAddress::SERIAL && isSameDevice(nOne.mPath, nOther.mPath));
+}
+
+std::string clash(const SourceAddress& nOne, const SourceAddress& nOther) {
+  const std::string lBoth = nOne.mName + " and " + nOther.mName;
+  if (isSameInput(nOne, nOther)) return lBoth + ": each would get a part of the same";
+  return nOne.mLabel != nOther.mLabel ? ""
+                                      : lBoth + ": of several sources each needs a name of its own, as NAME=SOURCE";
+}
+
+}  // namespace
+
+bool parseSourceAddress(const std::string& nText, unsigned int nDefaultBaud, SourceAddress* npAddress,
+                        std::string* npReason) {
+  std::string lName;
+  npAddress->mBaud = nDefaultBaud;
+  if (!splitName(nText, &lName, npReason)) return false;
+  const bool lIsOne = parseUnnamed(lName.empty() ? nText : nText.substr(lName.size() + 1), npAddress, npReason);
+  npAddress->mLabel = lName.empty() ? npAddress->mName : lName;
+  if (!lName.empty()) npAddress->mName.insert(0, lName + "=");
+  return lIsOne;
+}
+
+bool canBeTogether(const std::vector<SourceAddress>& nSources, std::string* npReason) {
+  for (size_t i = 0; i < nSources.size() && npReason->empty(); ++i) {
+    for (size_t j = 0; j < i && npReason->empty(); ++j) *npReason = clash(nSources[j], nSources[i]);
+  }
+  return npReason->empty();
 }
 
 }  // namespace drive

@@ -46,7 +46,7 @@ SentenceSource::OpenResult UdpSource::open(std::string* npReason) {
   if (lFound.first() == nullptr) return lFound.isPermanent() ? OPEN_FAILED : OPEN_LATER;
   const addrinfo& lAddress = *lFound.first();
   const int lFd = openSocket(lAddress), lIsGroup = lFound.isMulticast() ? 1 : 0;
-  mReader.reset(lFd);
+  mReader.begin(lFd);
   ::setsockopt(lFd, SOL_SOCKET, SO_RCVBUF, &RECEIVE_BUFFER, sizeof(RECEIVE_BUFFER));
   ::setsockopt(lFd, SOL_SOCKET, SO_REUSEADDR, &lIsGroup, sizeof(lIsGroup));
   const bool lIsOpen = lFd >= 0 && ::bind(lFd, lAddress.ai_addr, lAddress.ai_addrlen) == 0 &&

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FdReader.h"
+#include "DatagramReader.h"
 #include "HostPort.h"
 
 namespace drive {
@@ -13,10 +13,11 @@ class UdpSource : public SentenceSource {
 
   OpenResult open(std::string* npReason) override;
   int read(char* npBuffer, size_t nSize, std::string* npReason) override;
+  uint64_t lost() const override { return mReader.lost(); }
 
  private:
   const HostPort mWhere;
-  FdReader mReader;
+  DatagramReader mReader;
 };
 
 }  // namespace drive

@@ -9,24 +9,21 @@ namespace drive {
 /// One object a line for each epoch.
 class EpochJsonView : public EpochLineView<FixEpoch> {
  public:
-  EpochJsonView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
-      : EpochLineView(nIsPrompt, nOutput), mShowsDeadReckoning(nShowsDeadReckoning) {}
+  using EpochLineView::EpochLineView;
 
   void showGll(const nfw::GllSentence& nRecord) override { mState.take(nRecord); }
   void showPubx(const nfw::PubxSentence& nRecord) override { mState.take(nRecord); }
   void showDeadReckoning(std::string_view nSentence) override {
     EpochLineView::showDeadReckoning(nSentence);
-    if (mShowsDeadReckoning) write(reckonedJson(nSentence));
+    if (mStyle.mShowsDeadReckoning) write(reckonedJson(nSentence, mStyle.mSource));
   }
 
  private:
   std::string line(const FixEpoch& nEpoch) const override {
     std::string lText;
-    nEpoch.appendJson(&lText);
+    nEpoch.appendJson(&lText, mStyle.mSource);
     return lText + "\n";
   }
-
-  const bool mShowsDeadReckoning;
 };
 
 }  // namespace drive

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "LineStyle.h"
 #include "SentenceTime.h"
 #include "View.h"
 
@@ -66,7 +67,7 @@ class EpochView : public View {
 template <class State>
 class EpochLineView : public EpochView<State> {
  public:
-  EpochLineView(bool nIsPrompt, OutputQueue& nOutput) : mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+  EpochLineView(const LineStyle& nStyle, OutputQueue& nOutput) : mStyle(nStyle), mOutput(nOutput) {}
 
   void end() override {
     EpochView<State>::end();
@@ -79,13 +80,14 @@ class EpochLineView : public EpochView<State> {
 
   void write(const std::string& nLine) {
     mOutput.write(nLine);
-    if (mIsPrompt) mOutput.flush();
+    if (mStyle.mIsPrompt) mOutput.flush();
   }
+
+  const LineStyle mStyle;
 
  private:
   void show(const State& nEpoch) override { write(line(nEpoch)); }
 
-  const bool mIsPrompt;
   OutputQueue& mOutput;
 };
 

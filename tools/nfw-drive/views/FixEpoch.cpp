@@ -164,10 +164,11 @@ double FixEpoch::pdop() const { return mGsa ? unlessZero(mGsa->pdop) : NO_VALUE;
 double FixEpoch::hdop() const { return mGga ? unlessZero(mGga->hdop) : mGsa ? unlessZero(mGsa->hdop) : NO_VALUE; }
 double FixEpoch::vdop() const { return mGsa ? unlessZero(mGsa->vdop) : NO_VALUE; }
 
-void FixEpoch::appendJson(std::string* npText) const {
+void FixEpoch::appendJson(std::string* npText, std::string_view nSource) const {
   const FixValues lValues = values();
   tool::JsonObject lObject(npText);
   lObject.text("type", "epoch");
+  if (!nSource.empty()) lObject.text("source", nSource);
   lObject.text("time", time());
   lObject.text("fix", fix());
   quality() != nullptr ? lObject.text("quality", quality()) : lObject.null("quality");

@@ -33,8 +33,8 @@ class FixEpoch {
 
   /// The receiver has no position, and the report of dead reckoning for the epoch has not come.
   bool awaitsReport(bool) const { return !hasFix() && report() == nullptr; }
-  /// One object on a line, as docs/formats/epoch.md has it.
-  void appendJson(std::string* npText) const;
+  /// One object on a line, as docs/formats/epoch.md has it. @param nSource empty: not told
+  void appendJson(std::string* npText, std::string_view nSource) const;
 
   std::string time() const;     ///< "2026-01-31T08:00:12.300Z", or without the date; empty as long as none was told
   const char* fix() const;      ///< "none", "reckoned", "fix" when nobody tells which, "2D", "3D"

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "JsonRecord.h"
+#include "LineStyle.h"
 #include "ReckonedJson.h"
 #include "View.h"
 
@@ -9,9 +10,7 @@ namespace drive {
 /// One object a line for each record.
 class JsonView : public View {
  public:
-  /// @param nIsPrompt each line is written at once
-  JsonView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
-      : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+  JsonView(const LineStyle& nStyle, OutputQueue& nOutput) : mStyle(nStyle), mOutput(nOutput) {}
 
   void showGga(const nfw::GgaSentence& nRecord) override { show(nRecord); }
   void showGll(const nfw::GllSentence& nRecord) override { show(nRecord); }
@@ -22,8 +21,8 @@ class JsonView : public View {
   void showZda(const nfw::ZdaSentence& nRecord) override { show(nRecord); }
   void showPubx(const nfw::PubxSentence& nRecord) override { show(nRecord); }
   void showDeadReckoning(std::string_view nSentence) override {
-    if (!mShowsDeadReckoning) return;
-    mText = reckonedJson(nSentence);
+    if (!mStyle.mShowsDeadReckoning) return;
+    mText = reckonedJson(nSentence, mStyle.mSource);
     write();
   }
   void end() override { mOutput.flush(); }
@@ -32,16 +31,15 @@ class JsonView : public View {
   template <class Record>
   void show(const Record& nRecord) {
     mText.clear();
-    tool::appendJson(nRecord, &mText);
+    tool::appendJson(nRecord, &mText, mStyle.mSource);
     write();
   }
   void write() {
     mOutput.write(mText);
-    if (mIsPrompt) mOutput.flush();
+    if (mStyle.mIsPrompt) mOutput.flush();
   }
 
-  const bool mShowsDeadReckoning;
-  const bool mIsPrompt;
+  const LineStyle mStyle;
   OutputQueue& mOutput;
   std::string mText;
 };

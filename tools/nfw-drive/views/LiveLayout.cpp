@@ -135,10 +135,9 @@ void addFix(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRows)
   npRows->push_back({lRow, 80});
 }
 
-std::string apart(const LiveState& nState) {
-  const FixValues &lHere = nState.mReceived, &lThere = *nState.mReckoned;
-  if (!hasPosition(lHere) || !hasPosition(lThere) || !nState.mIsReckonedOfEpoch) return {};
-  const double lMetres = tool::groundDistance(lHere.mLatitude, lHere.mLongitude, lThere.mLatitude, lThere.mLongitude);
+std::string apart(const FixValues& nHere, const FixValues& nThere) {
+  if (!hasPosition(nHere) || !hasPosition(nThere)) return {};
+  const double lMetres = tool::groundDistance(nHere.mLatitude, nHere.mLongitude, nThere.mLatitude, nThere.mLongitude);
   return lMetres < 1000.0 ? fmt::format("   {:.1f} m apart", lMetres)
                           : fmt::format("   {:.1f} km apart", lMetres / 1000.0);
 }
@@ -154,7 +153,7 @@ void addReckoned(const LiveState& nState, size_t nWidth, std::vector<Ranked>* np
   }
   PictureRow lRow = labelled("Reckoned", "DR", nWidth);
   lRow.add(fmt::format("{} {}", known(lValues.mLatitude, "", 7), known(lValues.mLongitude, "", 7)), Look::FAIR);
-  lRow.add(apart(nState));
+  if (nState.mIsReckonedOfEpoch) lRow.add(apart(nState.mReceived, lValues));
   lRow.add(fmt::format("   {}   {}", known(lValues.mSpeed * KMH, " km/h", 1), known(lValues.mCourse, " deg", 1)));
   npRows->push_back({lRow, lRank});
 }
@@ -166,6 +165,31 @@ void addTime(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRows
 
 void addReplay(const LiveState& nState, size_t nWidth, std::vector<Ranked>* npRows) {
   if (nState.mIsReplay) npRows->push_back({labelled("Replay", "Play", nWidth).add(nState.mReplay), 50});
+}
+
+// How far from the first one, where both tell it of the same time.
+std::string distanceText(const LiveState::Source& nFirst, const LiveState::Source& nOther) {
+  if (&nFirst == &nOther || nFirst.mTime != nOther.mTime) return {};
+  return apart(nFirst.mReceived, nOther.mReceived);
+}
+
+void addSource(const LiveState& nState, const LiveState::Source& nSource, size_t nWidth, std::vector<Ranked>* npRows) {
+  PictureRow lRow;
+  const size_t lRoom = nWidth < NARROW ? 4 : 12;
+  lRow.add(fmt::format("{:<{}} ", nSource.mName.substr(0, lRoom), lRoom), Look::LABEL);
+  if (!nSource.mTrouble.empty()) lRow.add(nSource.mTrouble + "   ", Look::BAD);
+  if (nSource.mSilence > 0 && nSource.mTrouble.empty()) {
+    lRow.add(fmt::format("silent for {} s   ", nSource.mSilence), Look::BAD);
+  }
+  const std::string lFix = nSource.mTime.empty() ? "none" : nSource.mFix;
+  lRow.add(lFix == "none" ? "no fix" : lFix == "fix" ? lFix : lFix + " fix", lookOf(lFix));
+  if (hasPosition(nSource.mReceived)) {
+    lRow.add(fmt::format("  {:.7f} {:.7f}", nSource.mReceived.mLatitude, nSource.mReceived.mLongitude));
+  }
+  lRow.add(distanceText(nState.mSources.front(), nSource));
+  lRow.add(fmt::format("   {} read", nSource.mRead));
+  if (nSource.mRejected > 0) lRow.add(fmt::format(", {} rejected", nSource.mRejected), Look::FAIR);
+  npRows->push_back({lRow, nSource.mTrouble.empty() && nSource.mSilence == 0 ? 62 : 72});
 }
 
 // ---- what was counted ----------------------------------------------------------------------------------------------
@@ -309,6 +333,7 @@ std::vector<Ranked> facts(const LiveState& nState, size_t nWidth) {
   std::vector<Ranked> lRows;
   addReplay(nState, nWidth, &lRows);
   addWhereItIs(nState, nWidth, &lRows);
+  for (const LiveState::Source& lSource : nState.mSources) addSource(nState, lSource, nWidth, &lRows);
   addCounts(nState, nWidth, &lRows);
   lRows.push_back({skyRow(nState, nWidth), 58});
   return lRows;

@@ -18,6 +18,15 @@ struct LiveState {
     uint64_t mRecorded = 0, mMissing = 0, mBytes = 0;
   };
 
+  struct Source {
+    std::string mName;
+    std::string mTrouble;  ///< "awaited", "broken", "ended", "failed"; empty: none
+    std::string mFix, mTime;
+    FixValues mReceived;
+    unsigned int mSilence = 0;
+    uint64_t mRead = 0, mRejected = 0;
+  };
+
   Page mPage = Page::OVERVIEW;
   bool mHasKeys = false;
   bool mIsReplay = false;
@@ -38,7 +47,8 @@ struct LiveState {
   uint64_t mSentences = 0;  ///< delivered
   std::string mKinds, mRejects;
   uint64_t mRejected = 0;
-  std::vector<Log> mLogs;  ///< that are recorded
+  std::vector<Source> mSources;  ///< when there are several; the first is that of all the rest
+  std::vector<Log> mLogs;        ///< that are recorded
   uint64_t mErrors = 0, mWarnings = 0, mOthers = 0;
   std::vector<std::string> mLogLines;  ///< the last at the end
 };

@@ -9,8 +9,6 @@ namespace drive {
 
 namespace {
 
-const std::chrono::seconds SILENCE{3};  // of a receiver, until it is told
-
 std::string kindsText(const Progress& nProgress) {
   std::string lText;
   for (int i = nfw::NMEA_GGA; i < tool::KIND_NUM; ++i) {
@@ -37,13 +35,15 @@ int rankOf(std::string_view nSystem) {
 
 }  // namespace
 
-LiveView::LiveView(const Options& nOptions, const ViewParts& nParts)
+LiveView::LiveView(const Options& nOptions, const ViewParts& nParts, const std::vector<const ShownEpoch*>& nOthers)
     : mParts(nParts),
-      mIsLive(!nOptions.mReplay.isWanted() && nOptions.mSource.isLive()),
+      mIsLive(!nOptions.mReplay.isWanted() && nOptions.mSources.front().isLive()),
       mPlayback(nOptions.mReplay),
+      mEpochs{this},
       mLog(LOG_LINES, nParts.mKinds) {
   mPicture.mSource = nOptions.getName();
   mPicture.mIsReplay = nOptions.mReplay.isWanted();
+  mEpochs.insert(mEpochs.end(), nOthers.begin(), nOthers.end());
 }
 
 void LiveView::begin() {
@@ -51,18 +51,8 @@ void LiveView::begin() {
   tick();
 }
 
-void LiveView::showRaw(std::string_view nSentence) {
-  EpochView::showRaw(nSentence);
-  mLastSentence = Clock::now();
-  mIsUnderWay = true;
-}
-
-// The last sentence of an epoch is known by the silence behind it: nobody waits for the next one to see it.
 void LiveView::tick() {
-  if (mIsUnderWay && Clock::now() - mLastSentence >= QUIET) {
-    mShown = mState;
-    mIsUnderWay = false;
-  }
+  ShownEpoch::tick();
   size_t lWidth = 0, lHeight = 0;
   mParts.mScreen.getSize(&lWidth, &lHeight);
   look(lHeight);
@@ -83,37 +73,34 @@ void LiveView::end() {
 void LiveView::look(size_t nLogLines) {
   mPicture.mPage = mParts.mPages.get();
   mPicture.mHasKeys = mParts.mPages.hasKeys();
-  const auto lSilence = Clock::now() - mLastSentence;
-  mPicture.mSilence = 0;
-  if (mIsLive && lSilence >= SILENCE) {
-    mPicture.mSilence = static_cast<unsigned int>(std::chrono::floor<std::chrono::seconds>(lSilence).count());
-  }
+  mPicture.mSilence = mIsLive ? silence() : 0;
   lookAtFix();
   lookAtSky();
   lookAtCounts();
   mPicture.mLogLines = mLog.lines(nLogLines);
   lookAtLogs();
   if (mPicture.mIsReplay) lookAtReplay();
+  if (mEpochs.size() > 1) lookAtSources();
 }
 
 void LiveView::lookAtFix() {
-  mPicture.mTime = mShown.time();
-  mPicture.mFix = mShown.fix();
-  mPicture.mQuality = mShown.quality() != nullptr ? mShown.quality() : "";
-  mPicture.mReceived = mShown.received();
-  mPicture.mReckoned = mState.reckonedFor(mShown);
+  mPicture.mTime = shown().time();
+  mPicture.mFix = shown().fix();
+  mPicture.mQuality = shown().quality() != nullptr ? shown().quality() : "";
+  mPicture.mReceived = shown().received();
+  mPicture.mReckoned = mState.reckonedFor(shown());
   mPicture.mIsReckonedOfEpoch = mPicture.mReckoned.has_value();
   if (!mPicture.mReckoned) mPicture.mReckoned = mState.lastReckoned();
-  mPicture.mPdop = mShown.pdop();
-  mPicture.mHdop = mShown.hdop();
-  mPicture.mVdop = mShown.vdop();
-  mPicture.mUsed = mShown.used();
+  mPicture.mPdop = shown().pdop();
+  mPicture.mHdop = shown().hdop();
+  mPicture.mVdop = shown().vdop();
+  mPicture.mUsed = shown().used();
 }
 
 // Some receivers tell their satellites every few epochs only.
 void LiveView::lookAtSky() {
-  if (!mShown.sky().isTold()) return;
-  mPicture.mSatellites = mShown.sky().satellites();
+  if (!shown().sky().isTold()) return;
+  mPicture.mSatellites = shown().sky().satellites();
   std::stable_sort(mPicture.mSatellites.begin(), mPicture.mSatellites.end(),
                    [](const Sky::Satellite& nLeft, const Sky::Satellite& nRight) {
                      return rankOf(nLeft.mSystem) < rankOf(nRight.mSystem);
@@ -139,6 +126,17 @@ void LiveView::lookAtLogs() {
   };
   lAdd("Data log", mParts.mRecorder.getLog());
   lAdd("Sensor log", mParts.mRecorder.getSensorLog());
+}
+
+void LiveView::lookAtSources() {
+  mPicture.mSources.clear();
+  for (size_t i = 0; i < mEpochs.size(); ++i) {
+    const SourceProgress& lSource = mParts.mProgress.mSources[i];
+    const FixEpoch& lEpoch = mEpochs[i]->shown();
+    const unsigned int lSilence = lSource.mAddress.isLive() ? mEpochs[i]->silence() : 0;
+    mPicture.mSources.push_back({lSource.mAddress.mLabel, lSource.stateText(), lEpoch.fix(), lEpoch.time(),
+                                 lEpoch.received(), lSilence, lSource.mLines.total(), lSource.rejected()});
+  }
 }
 
 void LiveView::lookAtReplay() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LineStyle.h"
 #include "View.h"
 
 namespace drive {
@@ -7,14 +8,13 @@ namespace drive {
 /// The sentences as they are delivered, a line each: those of the receiver, or those of dead reckoning in their place.
 class NmeaView : public View {
  public:
-  NmeaView(bool nShowsDeadReckoning, bool nIsPrompt, OutputQueue& nOutput)
-      : mShowsDeadReckoning(nShowsDeadReckoning), mIsPrompt(nIsPrompt), mOutput(nOutput) {}
+  NmeaView(const LineStyle& nStyle, OutputQueue& nOutput) : mStyle(nStyle), mOutput(nOutput) {}
 
   void showRaw(std::string_view nSentence) override {
-    if (!mShowsDeadReckoning) write(nSentence);
+    if (!mStyle.mShowsDeadReckoning) write(nSentence);
   }
   void showDeadReckoning(std::string_view nSentence) override {
-    if (mShowsDeadReckoning) write(nSentence);
+    if (mStyle.mShowsDeadReckoning) write(nSentence);
   }
   void end() override { mOutput.flush(); }
 
@@ -23,11 +23,10 @@ class NmeaView : public View {
     mText.assign(nSentence);
     if (nSentence.empty() || nSentence.back() != '\n') mText += "\r\n";
     mOutput.write(mText);
-    if (mIsPrompt) mOutput.flush();
+    if (mStyle.mIsPrompt) mOutput.flush();
   }
 
-  const bool mShowsDeadReckoning;
-  const bool mIsPrompt;
+  const LineStyle mStyle;
   OutputQueue& mOutput;
   std::string mText;
 };

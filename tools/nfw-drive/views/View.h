@@ -22,6 +22,8 @@ class View {
   virtual ~View() = default;
 
   virtual void begin() {}
+  /// Of which source the sentences that follow are.
+  virtual void from(size_t) {}
   virtual void showRaw(std::string_view) {}
   virtual void showGga(const nfw::GgaSentence&) {}
   virtual void showGll(const nfw::GllSentence&) {}
