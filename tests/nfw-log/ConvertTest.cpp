@@ -257,6 +257,12 @@ Damage      none
   }
 }
 
+TEST_F(Convert, heightsBelowTheSeaAreToldAsTheyAre) {
+  nfwtest::writeFile(mDir / "low",
+                     logtest::logRecord(20, 0, "$GPGGA,000000.00,1000.0000,N,01000.0000,E,1,08,0.90,-1.5,M,-17.3,M,,"));
+  EXPECT_NE(output({"convert", "--to", "csv", mDir / "low"}).find(",-1.5,-17.3,"), std::string::npos);
+}
+
 // The picture was looked at, too: the shape, its ten stretches and the moment of haste are there, in 500 kB.
 TEST_F(Convert, aLongDriveIsDrawnSmallAndWrittenInPieces) {
   nfwtest::writeFile(mDir / "long", longDrive());

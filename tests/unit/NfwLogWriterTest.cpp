@@ -544,6 +544,7 @@ TEST_F(LogWriterTest, BacksUpADirectoryThatHoldsTheRecording) {
   for (const char* const lpName : {"link", "pipe", "rec/backup"}) {
     EXPECT_FALSE(std::filesystem::exists(lRecording + "/backup/" + lpName)) << lpName;
   }
+  EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(lRecording), {})) << "what is beside the directory";
 }
 
 TEST_F(LogWriterTest, RecordsAlsoWhenNothingCanBeBackedUp) {
