@@ -54,7 +54,7 @@ std::string timeText(int64_t nMs) {
   if (nMs < 0) return "-";
   const tool::CivilTime lTime = tool::civilTime(nMs);
   std::string lText = "0000-00-00 00:00:00.000";
-  put(lTime.mYear, 4, &lText[0]);
+  put(lTime.mYear, 4, lText.data());
   put(lTime.mMonth, 2, &lText[5]);
   put(lTime.mDay, 2, &lText[8]);
   put(lTime.mHour, 2, &lText[11]);
