@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
+#include "ColourScale.h"
 #include "LogBytes.h"
 #include "LogToolRun.h"
 #include "TempDir.h"
@@ -118,6 +119,13 @@ TEST(PlotPage, aLongSkyIsToldInStretches) {
   const std::string lFirst = lSky["satellites"][0]["snr"], lOther = lSky["satellites"][1]["snr"];
   EXPECT_EQ(lFirst.substr(0, 1000).find_first_not_of("ji"), std::string::npos) << lFirst;
   EXPECT_EQ(lOther.find_first_not_of('.'), 1000u) << lOther;
+}
+
+TEST(ColourScale, endsAtTheRoundSpeedThatTheFastestReaches) {
+  logtool::Range lSpeeds;
+  lSpeeds.add(45.0);
+  const logtool::ColourScale lScale(false, lSpeeds);
+  EXPECT_EQ(lScale.classOf({{}, 0, false, 45.0F, {}, false}), 8);  // of nine to 50
 }
 
 }  // namespace

@@ -34,7 +34,6 @@ void RecordScout::open(unsigned int nFile, const char* npPath, uint64_t nPositio
   mpFile = std::make_unique<utl::File>(npPath);
   mFile = nFile;
   mReached = nPosition;
-  mFileSize = 0;
   if (!mpFile->open(0, 0) || !mWindow.open(mpFile.get())) mpFile.reset();
 }
 
