@@ -346,6 +346,8 @@ TEST(RecordScoutTest, TellsOnlyWhatItHasSeen) {
   EXPECT_EQ(lHint, lAsk(0, lFrom, 20));
   std::filesystem::resize_file(lPath, lSize - 1);
   EXPECT_EQ(lNothing, lAsk(1, lFrom, 21));
+  lScout.start(4, lPath.c_str(), lFrom);
+  EXPECT_EQ(std::make_pair(uint64_t{0}, lNever), lAsk(4, 0, 20));
 }
 
 }  // namespace

@@ -216,6 +216,12 @@ TEST_F(NmeaBinaryLogData, TellsWhyASentenceIsNotStored) {
       {"$GPVTG,1x,T,99999999,M,,N,,K,A*",
        "convertFloatStrToSint32(): lpUnknownStr is [x]|convertFloatToSint32(): Overflow lData: 9999999900.000000", "",
        ""},
+      {"$GPRMC,1,V,,,,,3x,,,,,A*", "convertFloatStrToSint32(): lpUnknownStr is [x]", "", ""},
+      {"$GPRMC,1,A,,,,,3x,,,,,A*",
+       "convertFloatStrToSint32(): lpUnknownStr is [x]|parseSentenceFieldToSint32(): convertFloatStrToSint32() lField "
+       "Error: "
+       "Rmc_Speed lSentenceField=3x",
+       "", ""},
       {"$GPGLL,nan,N,,,,V,A*", "convertFloatToSint32(): Overflow lData: nan", "", ""},
       {"$GPGLL,-.,N,,,,V,A*", "convertFloatStrToSint32(): lpUnknownStr is [-.]", "", ""},
       {"$GPGLL,21474.83648,S,,,,V,A*", "convertFloatToSint32(): Overflow lData: 2147483648.000000", "", ""},
