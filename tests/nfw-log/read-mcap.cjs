@@ -34,7 +34,10 @@ async function main(path) {
   const stream = new McapStreamReader({ validateCrcs: true });
   stream.append(new Uint8Array(file));
   let count = 0n;
-  for (let record; (record = stream.nextRecord()); ) if (record.type === "Message") ++count;
+  for (let record; (record = stream.nextRecord()); ) {
+    if (record.type === "Message") ++count;
+    if (record.type === "Footer" && record.summaryCrc === 0) throw new Error("no sum");  // 0 would go unchecked
+  }
   if (!stream.done() || count !== messageCount) throw new Error(`${count} messages in the stream`);
 }
 
