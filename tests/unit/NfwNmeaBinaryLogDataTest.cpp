@@ -370,16 +370,18 @@ TEST_F(NmeaBinaryLogData, SatelliteNumbersKeepToTheirBuffers) {
   unsigned int lConsumed = 0;
   EXPECT_EQ(-1, mVersion0.convertFromSatelliteNumString(lDigits, lByte, 0));
   EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumString(lDigits, lByte, 1));
-  EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumString(nullptr, lByte, 1));
+  for (unsigned char* const lpOut : {lByte, static_cast<unsigned char*>(nullptr)}) {
+    EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumString(lpOut == nullptr ? lDigits : nullptr, lpOut, 2));
+  }
   EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumUint32(1, nullptr, 2));
   EXPECT_EQ(-1, mVersion1.convertFromSatelliteNumUint32(1, lByte, 1));
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, &lConsumed));
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(lByte, 1, lText, 5, nullptr));
   const std::string V1 = "nfw::NmeaBinaryLogDataVersion1::convert";
   EXPECT_EQ("convertFromSatelliteNumString(): BufferSize Error|" + V1 + "FromSatelliteNumString(): BufferSize Error|" +
-                V1 + "FromSatelliteNumString(): Argument Error|" + V1 + "FromSatelliteNumUint32(): Argument Error|" +
-                V1 + "FromSatelliteNumUint32(): BufferSize Error|" + V1 + "ToSatelliteNumString(): nDataSize Error|" +
-                V1 + "ToSatelliteNumString(): Argument Error",
+                V1 + "FromSatelliteNumString(): Argument Error|" + V1 + "FromSatelliteNumString(): Argument Error|" +
+                V1 + "FromSatelliteNumUint32(): Argument Error|" + V1 + "FromSatelliteNumUint32(): BufferSize Error|" +
+                V1 + "ToSatelliteNumString(): nDataSize Error|" + V1 + "ToSatelliteNumString(): Argument Error",
             said(mLog));
   const unsigned char MOST[] = {0xFF, 0xFF};
   EXPECT_EQ(-1, mVersion1.convertToSatelliteNumString(MOST, 2, lText, 4, &lConsumed));
