@@ -348,6 +348,13 @@ TEST(RecordScoutTest, TellsOnlyWhatItHasSeen) {
   EXPECT_EQ(lNothing, lAsk(1, lFrom, 21));
   lScout.start(4, lPath.c_str(), lFrom);
   EXPECT_EQ(std::make_pair(uint64_t{0}, lNever), lAsk(4, 0, 20));
+  // A record that is still being written: met again when it is whole.
+  const std::string lWhole = nfwtest::logRecord(20, 1, "x") + nfwtest::logRecord(20, 2, std::string(300, 'y'));
+  nfwtest::writeFile(lPath, lWhole.substr(0, lWhole.size() - 10));
+  lScout.start(0, lPath.c_str(), 0);
+  EXPECT_GT(lWhole.size(), lAsk(0, 0, 21).first);
+  nfwtest::writeFile(lPath, lWhole);
+  EXPECT_EQ(std::make_pair(uint64_t{lWhole.size()}, uint64_t{lWhole.size() + 1}), lAsk(0, 0, 21));
 }
 
 }  // namespace
