@@ -1,6 +1,6 @@
-
 #include <cstring>
 
+#include "EightBytes.h"
 #include "Format.h"
 #include "RecordFormat.h"
 #include "RecordText.h"
@@ -30,20 +30,11 @@ size_t matchLength(std::string_view nBytes) {
   return i;
 }
 
-const uint64_t EACH = 0x0101010101010101;  // of eight bytes that are looked at together
-const uint64_t TOPS = EACH << 7;
-
-/// The top bit of each byte that is below `nLow` or above `nHigh`, which are of ASCII.
-uint64_t outside(uint64_t nBytes, uint64_t nLow, uint64_t nHigh) {
-  const uint64_t lRest = nBytes & ~TOPS;  // with its top bit set no byte borrows from its neighbour
-  return (nBytes | ~((lRest | TOPS) - nLow) | ~((nHigh | TOPS) - lRest)) & TOPS;
-}
-
 // As above, without a branch for each byte: most texts are right.
 bool hasText(const char* npBytes) {
   uint64_t lWrong = 0;
   for (const size_t lAt : {size_t{0}, size_t{8}, size_t{16}, size_t{24}, PREFIX_SIZE - 8}) {
-    lWrong |= outside(littleEndian64(npBytes + lAt), littleEndian64(LOW + lAt), littleEndian64(HIGH + lAt));
+    lWrong |= bytesOutside(littleEndian64(npBytes + lAt), littleEndian64(LOW + lAt), littleEndian64(HIGH + lAt));
   }
   return lWrong == 0;
 }
@@ -51,13 +42,13 @@ bool hasText(const char* npBytes) {
 /// What eight hexadecimal digits say, of a text that is right: between 9 and A it may have other signs.
 bool readId(const char* npText, uint32_t* npId) {
   const uint64_t lText = littleEndian64(npText);
-  const uint64_t lLetters = (lText + EACH * (0x80 - 'A')) & TOPS;
-  const uint64_t lDigits = outside(lText, EACH * '0', EACH * '9') ^ TOPS;
-  uint64_t lValue = (lText & EACH * 0x0F) + (lLetters >> 7) * 9;  // a digit a byte, the first one lowest
+  const uint64_t lLetters = (lText + EACH_BYTE * (0x80 - 'A')) & TOP_BITS;
+  const uint64_t lDigits = bytesOutside(lText, EACH_BYTE * '0', EACH_BYTE * '9') ^ TOP_BITS;
+  uint64_t lValue = (lText & EACH_BYTE * 0x0F) + (lLetters >> 7) * 9;  // a digit a byte, the first one lowest
   lValue = (lValue << 4 | lValue >> 8) & 0x00FF00FF00FF00FF;
   lValue = (lValue << 8 | lValue >> 16) & 0x0000FFFF0000FFFF;
   *npId = static_cast<uint32_t>(lValue << 16 | lValue >> 32);
-  return (lLetters | lDigits) == TOPS;
+  return (lLetters | lDigits) == TOP_BITS;
 }
 
 bool isIdRight(const char* npBytes) {

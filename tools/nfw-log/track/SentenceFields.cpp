@@ -3,45 +3,23 @@
 #include <charconv>
 #include <cmath>
 
+#include "EightBytes.h"
 #include "RecordFormat.h"
 
 namespace logtool {
 
 namespace {
 
-const uint64_t EACH = 0x0101010101010101;  // of eight bytes that are looked at together
-const uint64_t TOPS = EACH << 7;
-
-/// The top bit of each byte that is the sign.
-uint64_t matches(uint64_t nBytes, char nSign) {
-  const uint64_t lOther = nBytes ^ EACH * static_cast<unsigned char>(nSign);
-  return ~(((lOther & ~TOPS) + ~TOPS) | lOther) & TOPS;
-}
-
 /// The next comma or asterisk, or the end.
 const char* findSign(const char* npAt, const char* npEnd) {
   for (; npEnd - npAt >= 8; npAt += 8) {
     const uint64_t lBytes = tool::littleEndian64(npAt);
-    const uint64_t lFound = matches(lBytes, ',') | matches(lBytes, '*');
+    const uint64_t lFound = tool::bytesEqual(lBytes, ',') | tool::bytesEqual(lBytes, '*');
     if (lFound != 0) return npAt + __builtin_ctzll(lFound) / 8;
   }
   while (npAt != npEnd && *npAt != ',' && *npAt != '*') ++npAt;
   return npAt;
 }
-
-}  // namespace
-
-/// False when there are not so many.
-bool SentenceFields::findField(size_t nIndex) const {
-  while (!mAreAll && mCount <= nIndex) {
-    const char* const lpSign = findSign(mpText + mBegins[mCount], mpEnd);
-    mBegins[++mCount] = static_cast<uint16_t>(lpSign - mpText + 1);
-    mAreAll = mCount == MAX_FIELDS || lpSign == mpEnd || *lpSign == '*';
-  }
-  return nIndex < mCount;
-}
-
-namespace {
 
 // Of digits with at most one point and no more of them than a double holds exactly: what is divided once is rounded
 // once, as from_chars() rounds. NAN for anything else.
@@ -65,6 +43,16 @@ double shortNumber(std::string_view nText) {
 }
 
 }  // namespace
+
+/// False when there are not so many.
+bool SentenceFields::findField(size_t nIndex) const {
+  while (!mAreAll && mCount <= nIndex) {
+    const char* const lpSign = findSign(mpText + mBegins[mCount], mpEnd);
+    mBegins[++mCount] = static_cast<uint16_t>(lpSign - mpText + 1);
+    mAreAll = mCount == MAX_FIELDS || lpSign == mpEnd || *lpSign == '*';
+  }
+  return nIndex < mCount;
+}
 
 double SentenceFields::number(size_t nIndex) const {
   const std::string_view lText = text(nIndex);
