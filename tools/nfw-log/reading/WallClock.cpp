@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "CivilTime.h"
+#include "DecimalText.h"
 #include "Format.h"
 #include "RecordText.h"
 #include "SensorContent.h"
@@ -12,13 +13,6 @@ namespace logtool {
 namespace {
 
 const size_t MINUTE_SIZE = 16;  // of "YYYY/MM/DD hh:mm"
-
-void put(int nValue, int nDigits, char* npText) {
-  for (int i = nDigits - 1; i >= 0; --i) {
-    npText[i] = static_cast<char>('0' + nValue % 10);
-    nValue /= 10;
-  }
-}
 
 }  // namespace
 
@@ -53,14 +47,17 @@ UtcClock& WallClock::clockOf(int nId) {
 std::string timeText(int64_t nMs) {
   if (nMs < 0) return "-";
   const tool::CivilTime lTime = tool::civilTime(nMs);
-  std::string lText = "0000-00-00 00:00:00.000";
-  put(lTime.mYear, 4, lText.data());
-  put(lTime.mMonth, 2, &lText[5]);
-  put(lTime.mDay, 2, &lText[8]);
-  put(lTime.mHour, 2, &lText[11]);
-  put(lTime.mMinute, 2, &lText[14]);
-  put(lTime.mSecond, 2, &lText[17]);
-  put(lTime.mMillisecond, 3, &lText[20]);
+  const struct {
+    int mValue, mDigits;
+    char mBehind;
+  } PARTS[] = {{lTime.mYear, 4, '-'},   {lTime.mMonth, 2, '-'},  {lTime.mDay, 2, ' '},         {lTime.mHour, 2, ':'},
+               {lTime.mMinute, 2, ':'}, {lTime.mSecond, 2, '.'}, {lTime.mMillisecond, 3, '\0'}};
+  std::string lText;
+  lText.reserve(24);
+  for (const auto& lPart : PARTS) {
+    tool::appendDigits(static_cast<uint64_t>(lPart.mValue), lPart.mDigits, &lText);
+    if (lPart.mBehind != '\0') lText += lPart.mBehind;
+  }
   return lText;
 }
 
