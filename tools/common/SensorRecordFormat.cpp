@@ -1,4 +1,3 @@
-
 #include "Format.h"
 #include "RecordFormat.h"
 #include "RecordText.h"

@@ -1,4 +1,3 @@
-
 #include "DecimalText.h"
 #include "PrintableText.h"
 #include "TrackWriter.h"

@@ -1,4 +1,3 @@
-
 #include "JsonObject.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -35,7 +34,9 @@ class GeoJsonLinesPart : public TrackPart {
     } else {
       mBeginMs = nPoint.mUtcMs;
     }
-    appendPlace(nPoint, &mPlaces);
+    mPlaces += '[';
+    appendPlace(nPoint, ',', &mPlaces);
+    mPlaces += ']';
     mTimes += quotedTime(nPoint.mUtcMs);
   }
 

@@ -1,4 +1,3 @@
-
 #include "JsonObject.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -30,7 +29,9 @@ class GeoJsonPart : public TrackPart {
     tool::JsonObject lGeometry(nFeature.key("geometry"));
     lGeometry.text("type", "Point");
     std::string* const lpText = lGeometry.key("coordinates");
-    appendPlace(nPoint, lpText);
+    lpText->push_back('[');
+    appendPlace(nPoint, ',', lpText);
+    lpText->push_back(']');
   }
 
   void addProperties(const TrackPoint& nPoint, tool::JsonObject& nFeature) const {

@@ -1,4 +1,3 @@
-
 #include "DecimalText.h"
 #include "TrackWriter.h"
 #include "WallClock.h"

@@ -1,5 +1,3 @@
-
-#include "DecimalText.h"
 #include "Format.h"
 #include "TrackWriter.h"
 #include "WallClock.h"
@@ -92,15 +90,8 @@ class KmlPart : public TrackPart {
 
   // What is not told of the altitude is left out: on the ground it says nothing.
   void hold(const TrackPoint& nPoint) {
-    const char lBetween = mIsTimed ? ' ' : ',';
     if (mIsTimed) mPositions += "<gx:coord>";
-    tool::appendFixed(nPoint.mLongitude, 7, &mPositions);
-    mPositions += lBetween;
-    tool::appendFixed(nPoint.mLatitude, 7, &mPositions);
-    if (!std::isnan(nPoint.mAltitude)) {
-      mPositions += lBetween;
-      appendDecimal(nPoint.mAltitude, 3, &mPositions);
-    }
+    appendPlace(nPoint, mIsTimed ? ' ' : ',', &mPositions);
     mPositions += mIsTimed ? "</gx:coord>\n" : "\n";
     if (mIsTimed) {
       mWhens += "<when>";

@@ -71,16 +71,13 @@ void appendDecimal(double nValue, int nMost, std::string* npText) {
   if (std::string_view(*npText).substr(lBegin) == "-0.0") npText->erase(lBegin, 1);
 }
 
-void appendPlace(const TrackPoint& nPoint, std::string* npText) {
-  npText->push_back('[');
+void appendPlace(const TrackPoint& nPoint, char nBetween, std::string* npText) {
   tool::appendFixed(nPoint.mLongitude, 7, npText);
-  npText->push_back(',');
+  npText->push_back(nBetween);
   tool::appendFixed(nPoint.mLatitude, 7, npText);
-  if (!std::isnan(nPoint.mAltitude)) {
-    npText->push_back(',');
-    appendDecimal(nPoint.mAltitude, 3, npText);
-  }
-  npText->push_back(']');
+  if (std::isnan(nPoint.mAltitude)) return;
+  npText->push_back(nBetween);
+  appendDecimal(nPoint.mAltitude, 3, npText);
 }
 
 }  // namespace logtool

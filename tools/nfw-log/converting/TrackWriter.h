@@ -33,8 +33,8 @@ struct TrackFormat {
   const char* mpName;
   std::string (*mpBegin)(const Document& nDocument);
   const char* mpEnd;
-  /// @param nIsFirst of the document
   bool mMayMix;  ///< its points are by themselves: those of several tracks may stand mixed
+  /// @param nIsFirst of the document
   std::unique_ptr<TrackPart> (*mpMakePart)(TrackText& nText, const std::string& nName, bool nIsFirst);
 };
 
@@ -76,7 +76,7 @@ class TrackWriter : public TrackSink {
 
 /// Appends a number as short as it may be: with so many decimals at most, and one at least.
 void appendDecimal(double nValue, int nMost, std::string* npText);
-/// Appends the list that GeoJSON has for a position: longitude, latitude, and the altitude if it was told.
-void appendPlace(const TrackPoint& nPoint, std::string* npText);
+/// Appends longitude, latitude, and the altitude if it was told.
+void appendPlace(const TrackPoint& nPoint, char nBetween, std::string* npText);
 
 }  // namespace logtool
